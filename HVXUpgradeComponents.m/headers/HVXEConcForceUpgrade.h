@@ -1,0 +1,14 @@
+#pragma once
+
+#include "HVXUpgradeExtension.h"
+
+/// Upgrades concentrated forces.
+class HVXEConcForceUpgrade final : public HVXUpgradeOf<HVXEConcForceUpgrade> {
+ public:
+  using HVXUpgradeOf::HVXUpgradeOf;
+
+  static const HVXUpgradeClass kClass;
+
+ private:
+  static const HVXUpgradeBinding kBindings[];
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "HVXUpgradeExtension.h"
+
+/// Upgrades concentrated heat fluxes.
+class HVXEConcHeatFluxUpgrade final : public HVXUpgradeOf<HVXEConcHeatFluxUpgrade> {
+ public:
+  using HVXUpgradeOf::HVXUpgradeOf;
+
+  static const HVXUpgradeClass kClass;
+
+ private:
+  static const HVXUpgradeBinding kBindings[];
+};

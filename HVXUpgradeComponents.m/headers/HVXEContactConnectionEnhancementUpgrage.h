@@ -1,0 +1,15 @@
+#pragma once
+
+#include "HVXUpgradeExtension.h"
+
+/// Upgrades contacts (contact connection enhancements), standard and explicit.
+class HVXEContactConnectionEnhancementUpgrage final
+    : public HVXUpgradeOf<HVXEContactConnectionEnhancementUpgrage> {
+ public:
+  using HVXUpgradeOf::HVXUpgradeOf;
+
+  static const HVXUpgradeClass kClass;
+
+ private:
+  static const HVXUpgradeBinding kBindings[];
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "HVXUpgradeExtension.h"
+
+/// Upgrades displacement boundary conditions.
+class HVXEDisplacementBCUpgrade final : public HVXUpgradeOf<HVXEDisplacementBCUpgrade> {
+ public:
+  using HVXUpgradeOf::HVXUpgradeOf;
+
+  static const HVXUpgradeClass kClass;
+
+ private:
+  static const HVXUpgradeBinding kBindings[];
+};

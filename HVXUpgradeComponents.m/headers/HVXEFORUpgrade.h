@@ -1,0 +1,14 @@
+#pragma once
+
+#include "HVXUpgradeExtension.h"
+
+/// Upgrades field output requests.
+class HVXEFORUpgrade final : public HVXUpgradeOf<HVXEFORUpgrade> {
+ public:
+  using HVXUpgradeOf::HVXUpgradeOf;
+
+  static const HVXUpgradeClass kClass;
+
+ private:
+  static const HVXUpgradeBinding kBindings[];
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "HVXUpgradeExtension.h"
+
+/// Upgrades containers of field output requests.
+class HVXEFORequestContainer final : public HVXUpgradeOf<HVXEFORequestContainer> {
+ public:
+  using HVXUpgradeOf::HVXUpgradeOf;
+
+  static const HVXUpgradeClass kClass;
+
+ private:
+  static const HVXUpgradeBinding kBindings[];
+};

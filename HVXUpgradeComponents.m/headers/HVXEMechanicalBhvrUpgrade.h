@@ -1,0 +1,14 @@
+#pragma once
+
+#include "HVXUpgradeExtension.h"
+
+/// Upgrades interaction properties: their tangential behaviour.
+class HVXEMechanicalBhvrUpgrade final : public HVXUpgradeOf<HVXEMechanicalBhvrUpgrade> {
+ public:
+  using HVXUpgradeOf::HVXUpgradeOf;
+
+  static const HVXUpgradeClass kClass;
+
+ private:
+  static const HVXUpgradeBinding kBindings[];
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "HVXUpgradeExtension.h"
+
+/// Upgrades mesh sets: the user numbers of their nodes and elements.
+class HVXENodesAndElementsUpgrade final : public HVXUpgradeOf<HVXENodesAndElementsUpgrade> {
+ public:
+  using HVXUpgradeOf::HVXUpgradeOf;
+
+  static const HVXUpgradeClass kClass;
+
+ private:
+  static const HVXUpgradeBinding kBindings[];
+};

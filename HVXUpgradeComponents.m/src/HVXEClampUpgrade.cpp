@@ -1,0 +1,24 @@
+#include "HVXEClampUpgrade.h"
+
+#include "HVXSharedUpgrades.h"
+
+namespace {
+
+constexpr const char* kLateTypes[] = {"HVXClamp"};
+
+}  // namespace
+
+const HVXUpgradeBinding HVXEClampUpgrade::kBindings[] = {
+    {kReExplicitateFeature, "Marks the feature out of date, so that the host rebuilds it.",
+     Shared<&HVXMarkOutOfDate>, HVXOnFailure::kStop},
+};
+
+constinit const HVXUpgradeClass HVXEClampUpgrade::kClass = {
+    .name = "HVXEClampUpgrade",
+    .interface = HVXIUpgrade::kId,
+    .lateTypes = kLateTypes,
+    .bindings = kBindings,
+    .createTIE = &CreateTIE,
+};
+
+HVX_EXPORT_CREATE_TIE(HVXEClampUpgrade)

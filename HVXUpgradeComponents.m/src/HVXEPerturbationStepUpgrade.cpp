@@ -1,0 +1,24 @@
+#include "HVXEPerturbationStepUpgrade.h"
+
+#include "HVXSharedUpgrades.h"
+
+namespace {
+
+constexpr const char* kLateTypes[] = {"HVXStaticLPStepLT"};
+
+}  // namespace
+
+const HVXUpgradeBinding HVXEPerturbationStepUpgrade::kBindings[] = {
+    {kAddConnectionContainer, "Gives the step a connections container beside its loads.", &HVXNotYetMigrated,
+     HVXOnFailure::kStop},
+};
+
+constinit const HVXUpgradeClass HVXEPerturbationStepUpgrade::kClass = {
+    .name = "HVXEPerturbationStepUpgrade",
+    .interface = HVXIUpgrade::kId,
+    .lateTypes = kLateTypes,
+    .bindings = kBindings,
+    .createTIE = &CreateTIE,
+};
+
+HVX_EXPORT_CREATE_TIE(HVXEPerturbationStepUpgrade)

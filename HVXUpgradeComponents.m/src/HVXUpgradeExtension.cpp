@@ -1,0 +1,38 @@
+#include "HVXUpgradeExtension.h"
+
+#include "HVXUpgradeLibrary.h"
+
+namespace {
+
+constexpr int kIdentical = 2;  // the one answer of Compare that counts as a match
+constexpr const char* kFramework = "HVXHKPVersion";
+
+}  // namespace
+
+HRESULT HVXUpgradeExtension::Dispatch(const HVXUpgradeClass& upgradeClass,
+                                      const VLMListValVLMUnicodeString& identifiers) {
+  HRESULT kept = upgradeClass.resultWithoutRun;
+  // The size is read anew each time, and the element copied: a routine may reach the list through the host.
+  for (int position = 1; position <= identifiers.Size(); ++position) {
+    const VLMUnicodeString identifier = identifiers[position];
+    for (const HVXUpgradeBinding& binding : upgradeClass.bindings) {
+      if (binding.identifier.Compare(identifier) != kIdentical) continue;
+      const HRESULT result = binding.routine(*this);
+      if (binding.onFailure == HVXOnFailure::kFirst) return result;
+      if (binding.onFailure == HVXOnFailure::kStop && Failed(result)) return result;
+      if (binding.onFailure == HVXOnFailure::kSkip && Failed(result)) break;
+      if (binding.onFailure == HVXOnFailure::kLast) kept = result;
+      if (upgradeClass.matching == HVXMatching::kFirstMatch) break;
+    }
+  }
+  return kept;
+}
+
+void HVXRegisterMetaObject(const HVXUpgradeClass& upgradeClass) {
+  VLMMetaClass& metaObject =
+      VLMMetaClass::Retrieve(HVXThisLibrary(), upgradeClass.name, VLMExtensionKind::kDataExtension,
+                             &VLMMetaClass::BaseUnknown(), upgradeClass.lateTypes.front(), kFramework);
+  for (const char* const lateType : upgradeClass.lateTypes.subspan(1)) {
+    metaObject.SetExtensionOf(VLMMetaClass::LateType(lateType));
+  }
+}

@@ -1,0 +1,141 @@
+#include "HVXUpgradeLibrary.h"
+
+#include "HVXEARSUpgrade.h"
+#include "HVXEAcclnBCUpgrade.h"
+#include "HVXEAnalysisCaseUpgrade.h"
+#include "HVXEBasicComponentUpgrade.h"
+#include "HVXEBodyHeatFluxUpgrade.h"
+#include "HVXEClampUpgrade.h"
+#include "HVXEConcForceUpgrade.h"
+#include "HVXEConcHeatFluxUpgrade.h"
+#include "HVXEContactConnectionEnhancementUpgrage.h"
+#include "HVXEDisplacementBCUpgrade.h"
+#include "HVXEFORUpgrade.h"
+#include "HVXEFORequestContainer.h"
+#include "HVXEFilmConditionUpgrade.h"
+#include "HVXEGasketPropertyUpgrade.h"
+#include "HVXEGeneralStaticStepUpgrade.h"
+#include "HVXEGlobalElementUpgrade.h"
+#include "HVXEGravityUpgrade.h"
+#include "HVXEHalvexpropertySetUpgrade.h"
+#include "HVXEHeatTransferStepUpgrade.h"
+#include "HVXEInitialTempUpgrade.h"
+#include "HVXEInitialVelocityUpgrade.h"
+#include "HVXEJobUpgrade.h"
+#include "HVXELocalElemAsgnUpgrade.h"
+#include "HVXEMechanicalBhvrUpgrade.h"
+#include "HVXENodesAndElementsUpgrade.h"
+#include "HVXEPerturbationStepUpgrade.h"
+#include "HVXEPressureUpgrade.h"
+#include "HVXEPretensionPropUpgrade.h"
+#include "HVXERigidBodyConstraintUpgrade.h"
+#include "HVXERigidCouplingUpgrade.h"
+#include "HVXERiksStepUpgrade.h"
+#include "HVXERotBodyForceUpgrade.h"
+#include "HVXEShellSectionEnhUpgrade.h"
+#include "HVXESolCaseUpgrade.h"
+#include "HVXESolStepUpgrade.h"
+#include "HVXESpringUpgrade.h"
+#include "HVXESubmodelBCUpgrade.h"
+#include "HVXESurfaceHeatFluxUpgrade.h"
+#include "HVXESurfaceToSurfaceContactUpgrage.h"
+#include "HVXETempHistoryUpgrade.h"
+#include "HVXETemperatureBCUpgrade.h"
+#include "HVXETiedContactUpgrage.h"
+#include "HVXEVelocityBCUpgrade.h"
+#include "HVXGenericUpgrades.h"
+#include "HVXSharedUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
+
+namespace {
+
+// In the module's order.
+constexpr const HVXUpgradeClass* kClasses[] = {
+    &HVXEARSUpgrade::kClass,
+    &HVXEHalvexpropertySetUpgrade::kClass,
+    &HVXEAcclnBCUpgrade::kClass,
+    &HVXEAnalysisCaseUpgrade::kClass,
+    &HVXEBasicComponentUpgrade::kClass,
+    &HVXEBodyHeatFluxUpgrade::kClass,
+    &HVXEClampUpgrade::kClass,
+    &HVXEConcForceUpgrade::kClass,
+    &HVXEConcHeatFluxUpgrade::kClass,
+    &HVXEContactConnectionEnhancementUpgrage::kClass,
+    &HVXEDisplacementBCUpgrade::kClass,
+    &HVXEFORUpgrade::kClass,
+    &HVXEFORequestContainer::kClass,
+    &HVXEFilmConditionUpgrade::kClass,
+    &HVXEGasketPropertyUpgrade::kClass,
+    &HVXEGeneralStaticStepUpgrade::kClass,
+    &HVXEGlobalElementUpgrade::kClass,
+    &HVXEGravityUpgrade::kClass,
+    &HVXEHeatTransferStepUpgrade::kClass,
+    &HVXEInitialTempUpgrade::kClass,
+    &HVXEInitialVelocityUpgrade::kClass,
+    &HVXEJobUpgrade::kClass,
+    &HVXELocalElemAsgnUpgrade::kClass,
+    &HVXEMechanicalBhvrUpgrade::kClass,
+    &HVXENodesAndElementsUpgrade::kClass,
+    &HVXEPerturbationStepUpgrade::kClass,
+    &HVXEPressureUpgrade::kClass,
+    &HVXEPretensionPropUpgrade::kClass,
+    &HVXERigidBodyConstraintUpgrade::kClass,
+    &HVXERigidCouplingUpgrade::kClass,
+    &HVXERiksStepUpgrade::kClass,
+    &HVXERotBodyForceUpgrade::kClass,
+    &HVXEShellSectionEnhUpgrade::kClass,
+    &HVXESolCaseUpgrade::kClass,
+    &HVXESolStepUpgrade::kClass,
+    &HVXESpringUpgrade::kClass,
+    &HVXESubmodelBCUpgrade::kClass,
+    &HVXESurfaceHeatFluxUpgrade::kClass,
+    &HVXESurfaceToSurfaceContactUpgrage::kClass,
+    &HVXETempHistoryUpgrade::kClass,
+    &HVXETemperatureBCUpgrade::kClass,
+    &HVXETiedContactUpgrage::kClass,
+    &HVXEVelocityBCUpgrade::kClass,
+};
+
+const HVXDocumentUpgrade kDocumentUpgrades[] = {
+    {kRemoveConsisChkAttr, "Removes the attributes of the abandoned consistency check from every feature.",
+     &HVXGenericUpgrades::Upgtade},
+    {kUpgDocumentForCCPRemoval, "Replaces contact connection properties by contact pairs in every case.",
+     nullptr},  // yet to be written
+};
+
+// Declares every class's ties while the library is loaded, and has them withdrawn when it is unloaded.
+class Declarations {
+ public:
+  Declarations() {
+    for (const HVXUpgradeClass* const upgradeClass : kClasses) {
+      for (const char* const lateType : upgradeClass->lateTypes) {
+        static_cast<void>(library_.DeclareTie(VLMMetaClass::LateType(lateType), upgradeClass->interface,
+                                              upgradeClass->createTIE));
+      }
+    }
+  }
+
+  [[nodiscard]] const VLMLibrary& Library() const { return library_; }
+
+ private:
+  VLMLibrary library_{"HVXUpgradeComponents"};
+};
+
+const Declarations declarations;
+
+}  // namespace
+
+const VLMLibrary& HVXThisLibrary() {
+  return declarations.Library();
+}
+
+const HVXUpgradeLibrary* HVXGetUpgradeLibrary() {
+  static const HVXUpgradeLibrary library = {
+      .name = "HVXUpgradeComponents",
+      .identifiers = kHVXUpgradeIdentifiers,
+      .classes = kClasses,
+      .documentUpgrades = kDocumentUpgrades,
+      .placeholder = &HVXNotYetMigrated,
+  };
+  return &library;
+}

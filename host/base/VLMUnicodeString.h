@@ -1,0 +1,77 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Where a substring search starts and which way it runs.
+enum class VLMSearchMode : int {
+  kForward = 1,   ///< From the front; the start is counted from the first character.
+  kBackward = 2,  ///< From the end; the start is counted from the last character.
+};
+
+/// The host's Unicode string: a value, cheap to copy (copies share one text until one of them is changed).
+///
+/// Lengths and positions count characters (code points), not bytes, and start at 0. Every operation is total:
+/// an argument outside the string has the harmless answer that its comment states. The text is held as UTF-8.
+class VLMUnicodeString {
+ public:
+  VLMUnicodeString() noexcept = default;
+  // A literal stands wherever the host takes a string, so the conversions are implicit.
+  VLMUnicodeString(const char* utf8);       // NOLINT(google-explicit-constructor)
+  VLMUnicodeString(std::string_view utf8);  // NOLINT(google-explicit-constructor)
+  VLMUnicodeString(const VLMUnicodeString& other) noexcept;
+  VLMUnicodeString(VLMUnicodeString&& other) noexcept;
+  VLMUnicodeString& operator=(const VLMUnicodeString& other) noexcept;
+  VLMUnicodeString& operator=(VLMUnicodeString&& other) noexcept;
+  ~VLMUnicodeString();
+
+  /// 2 when both strings are identical; 0 when this one sorts before `other`, 1 when it sorts after (by code
+  /// point).
+  [[nodiscard]] int Compare(const VLMUnicodeString& other) const noexcept;
+
+  /// The index, from the front, of an occurrence of `text`; -1 when there is none. Forward: the first
+  /// occurrence that begins at `start` or later. Backward: the last occurrence that ends at least `start`
+  /// characters before the end. A negative start counts as 0; a start beyond the string finds nothing; so
+  /// does an empty `text`.
+  [[nodiscard]] int SearchSubString(const VLMUnicodeString& text, int start = 0,
+                                    VLMSearchMode mode = VLMSearchMode::kForward) const;
+
+  /// Replaces the first occurrence of `oldText`; without one, or with an empty `oldText`, nothing changes.
+  void ReplaceSubString(const VLMUnicodeString& oldText, const VLMUnicodeString& newText);
+
+  /// Replaces the `length` characters from `position` on (fewer where the string ends earlier). A position
+  /// outside the string, -1 included, or a length below 0 changes nothing.
+  void ReplaceSubString(int position, int length, const VLMUnicodeString& newText);
+
+  /// Replaces every occurrence of `oldText` in one pass from left to right (a replacement is not searched
+  /// again). An empty `oldText` changes nothing.
+  void ReplaceAll(const VLMUnicodeString& oldText, const VLMUnicodeString& newText);
+
+  [[nodiscard]] int GetLengthInChar() const noexcept;
+
+  /// Cuts the string to its first `length` characters. A length below 0 counts as 0; one beyond the string
+  /// changes nothing (a string is never padded).
+  void Resize(int length);
+
+  void Append(const VLMUnicodeString& text);
+
+  /// True when the string holds no characters.
+  [[nodiscard]] bool IsNull() const noexcept;
+
+  /// The text as UTF-8, ended by a zero byte; lives until this string is changed or destroyed. Never null.
+  [[nodiscard]] const char* ConvertToChar() const noexcept;
+
+  /// The text as UTF-8 with its length; lives as long as `ConvertToChar`'s.
+  [[nodiscard]] std::string_view View() const noexcept;
+
+  friend bool operator==(const VLMUnicodeString& left, const VLMUnicodeString& right) noexcept {
+    return left.text_ == right.text_ || left.View() == right.View();
+  }
+
+ private:
+  struct Text;
+
+  void Assign(std::string utf8);
+
+  Text* text_ = nullptr;  // null stands for the empty string
+};

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <span>
+
+#include "base/VLMMetaClass.h"
+#include "base/VLMTie.h"
+#include "modeler/VLMISpecObject.h"
+
+/// \file
+/// How an upgrade library describes itself: readable data that its dispatch runs on, that the version manager
+/// asks which identifiers concern which late type, and that tools list.
+
+/// What becomes of a routine's result.
+enum class HVXOnFailure {
+  kIgnore,  ///< Not looked at.
+  kStop,    ///< A failure ends the upgrade of the feature with its code.
+  kLast,    ///< Kept; the upgrade returns the result kept last.
+  kSkip,    ///< A failure skips the remaining tests for the current identifier only.
+  kFirst,   ///< The first match runs, ends the upgrade, and its result is returned.
+};
+
+/// How one identifier of the list is compared with a class's bindings.
+enum class HVXMatching {
+  kFirstMatch,  ///< The first binding that matches is run; the later ones are not tested.
+  kSequential,  ///< Every binding is tested in turn, so two may fire for one identifier.
+};
+
+/// A migration routine, run on the extension of the feature to migrate.
+using HVXRoutine = HRESULT (*)(VLMExtension& extension);
+
+/// One row of a class's table. Rows stand in the order of comparison.
+struct HVXUpgradeBinding {
+  VLMUnicodeString identifier;
+  const char* purpose;  ///< One sentence: what the routine does to a feature.
+  HVXRoutine routine;
+  HVXOnFailure onFailure;
+};
+
+/// One upgrade class.
+struct HVXUpgradeClass {
+  const char* name;
+  VLMInterfaceId interface;  ///< `HVXIUpgrade`, or `VLMISamUpgrade` for the binding of the host's upgrade.
+  std::span<const char* const> lateTypes;  ///< The extended late types, in order.
+  std::span<const HVXUpgradeBinding> bindings;
+  VLMCreateTIE createTIE;
+  HVXMatching matching = HVXMatching::kFirstMatch;
+  HRESULT resultWithoutRun = S_OK;  ///< For an empty list, and under `kLast` when no routine ran.
+};
+
+/// A conversion of the whole document, run with a list that holds its identifier alone.
+struct HVXDocumentUpgrade {
+  VLMUnicodeString identifier;
+  const char* purpose;
+  /// Null when it is yet to be written; its identifier must stay pending then.
+  HRESULT (*upgrade)(const VLMListValVLMUnicodeString& identifiers, VLMListValVLMISpecObject_var features);
+};
+
+/// What an upgrade library offers.
+struct HVXUpgradeLibrary {
+  const char* name;
+  std::span<const VLMUnicodeString> identifiers;  ///< All that it knows of, oldest first.
+  std::span<const HVXUpgradeClass* const> classes;
+  std::span<const HVXDocumentUpgrade> documentUpgrades;
+  /// Stands in the bindings whose routines are yet to be written; null when there are none. Identifiers that
+  /// it stands for must stay pending.
+  HVXRoutine placeholder;
+};
+
+/// The type of `HVXGetUpgradeLibrary`, which every upgrade library exports under C linkage. The description
+/// lives until the library is unloaded.
+using HVXGetUpgradeLibraryEntry = const HVXUpgradeLibrary* (*)();

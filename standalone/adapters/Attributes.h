@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "base/VLMResult.h"
+#include "base/VLMUnicodeString.h"
+#include "model/Document.h"
+
+namespace standalone {
+
+/// An attribute key, interned once; adapters hold theirs as constants of their source file.
+class Key {
+ public:
+  explicit Key(std::string_view text) : id_(NameTable::Intern(text)) {}
+
+  [[nodiscard]] NameId Id() const { return id_; }
+  [[nodiscard]] std::string_view Text() const { return NameTable::Text(id_); }
+
+ private:
+  NameId id_;
+};
+
+// Reading: E_FAIL, and `value` stays, when the feature lacks the attribute or it holds another type of value
+// or a number out of range. An integer can be read as a real, as a flag (0 or 1) or as a float.
+HRESULT ReadAttribute(Feature& feature, const Key& key, VLMUnicodeString& value);
+HRESULT ReadAttribute(Feature& feature, const Key& key, std::int32_t& value);
+HRESULT ReadAttribute(Feature& feature, const Key& key, std::int64_t& value);
+HRESULT ReadAttribute(Feature& feature, const Key& key, double& value);
+HRESULT ReadAttribute(Feature& feature, const Key& key, float& value);
+HRESULT ReadAttribute(Feature& feature, const Key& key, unsigned char& value);
+HRESULT ReadAttribute(Feature& feature, const Key& key, bool& value);
+HRESULT ReadAttribute(Feature& feature, const Key& key, std::vector<double>& values);
+
+// Writing adds the attribute where the feature lacks it. E_FAIL for a real that is not finite, since no
+// document could hold it. Flags are written as booleans.
+HRESULT WriteAttribute(Feature& feature, const Key& key, const VLMUnicodeString& value);
+HRESULT WriteAttribute(Feature& feature, const Key& key, std::int32_t value);
+HRESULT WriteAttribute(Feature& feature, const Key& key, std::int64_t value);
+HRESULT WriteAttribute(Feature& feature, const Key& key, double value);
+HRESULT WriteAttribute(Feature& feature, const Key& key,
+                       float value) = delete;  // would be stored less exactly
+HRESULT WriteAttribute(Feature& feature, const Key& key, unsigned char value);
+HRESULT WriteAttribute(Feature& feature, const Key& key, bool value);
+HRESULT WriteAttribute(Feature& feature, const Key& key, const std::vector<double>& values);
+
+/// The feature that a link attribute holds; null without one.
+Feature* LinkedFeature(Feature& feature, const Key& key);
+/// The features that a list attribute holds links to, in order; empty without the attribute.
+std::vector<Feature*> LinkedFeatures(Feature& feature, const Key& key);
+
+void WriteLink(Feature& feature, const Key& key, Feature* target);
+void WriteLinks(Feature& feature, const Key& key, const std::vector<Feature*>& targets);
+
+}  // namespace standalone

@@ -1,0 +1,107 @@
+#pragma once
+
+#include <cstdint>
+
+#include "adapters/Attributes.h"
+#include "checkpoint/Checkpoint.h"
+#include "model/Document.h"
+
+namespace standalone {
+
+/// Asks for interface `id` of a feature, as `VLMBaseUnknown::QueryInterface` does. `self` is an object that
+/// already stands for the feature, where there is one.
+HRESULT QueryFeature(Feature& feature, const VLMInterfaceId& id, void** out, VLMBaseUnknown* self = nullptr);
+
+/// Whether the feature offers interface `id`.
+bool Offers(Feature& feature, const VLMInterfaceId& id);
+
+/// The feature that an object of this host stands for; null for anything else, null included.
+Feature* FeatureOf(VLMBaseUnknown* object);
+template <class Interface>
+Feature* FeatureOf(const VLMHandle<Interface>& handle) {
+  return FeatureOf(static_cast<VLMBaseUnknown*>(handle.Get()));
+}
+
+/// A handle on a feature; null for no feature, or when the feature does not offer the interface.
+template <class Interface>
+VLMHandle<Interface> HandleOn(Feature* feature) {
+  void* found = nullptr;
+  if (feature != nullptr) static_cast<void>(QueryFeature(*feature, Interface::kId, &found));
+  return VLMHandle<Interface>::Adopt(static_cast<Interface*>(found));
+}
+
+/// The base of every adapter: one interface of one feature. An adapter holds no state; it reads and writes
+/// the feature.
+template <class Interface>
+class FeatureAdapter : public Interface {
+ public:
+  using AdaptedInterface = Interface;
+
+  explicit FeatureAdapter(Feature& feature) : document_(feature.document), feature_(feature) {}
+
+  void AddRef() noexcept final { ++references_; }
+  void Release() noexcept final {
+    if (--references_ == 0) delete this;
+  }
+  HRESULT QueryInterface(const VLMInterfaceId& id, void** out) final {
+    return QueryFeature(feature_, id, out, this);
+  }
+  [[nodiscard]] const void* Identity() const noexcept final { return &feature_; }
+
+ protected:
+  ~FeatureAdapter() override = default;
+
+  [[nodiscard]] Document& Doc() const { return *document_.Get(); }
+  [[nodiscard]] Feature& Self() const { return feature_; }
+
+  /// Passes the checkpoint with an operation of this feature. `operation` is the interface's name, "::" and
+  /// its own.
+  HRESULT Enter(std::string_view operation, std::string_view detail = {}) const {
+    return Checkpoint::Pass(operation, &feature_, detail);
+  }
+
+  /// An operation that reads one attribute. E_FAIL, and `value` stays, when the feature lacks it or holds
+  /// another type of value there.
+  template <class T>
+  HRESULT Read(std::string_view operation, const Key& key, T& value) const {
+    if (const HRESULT entered = Enter(operation, key.Text()); Failed(entered)) return entered;
+    return ReadAttribute(feature_, key, value);
+  }
+  /// The same; gives `missing` when the feature lacks the attribute.
+  template <class T>
+  HRESULT ReadOr(std::string_view operation, const Key& key, T& value, const T& missing) const {
+    if (const HRESULT entered = Enter(operation, key.Text()); Failed(entered)) return entered;
+    if (Doc().FindAttribute(feature_, key.Id()) != nullptr) return ReadAttribute(feature_, key, value);
+    value = missing;
+    return S_OK;
+  }
+  /// An operation that writes one attribute, adding it where the feature lacks it.
+  template <class T>
+  HRESULT Write(std::string_view operation, const Key& key, const T& value) const {
+    if (const HRESULT entered = Enter(operation, key.Text()); Failed(entered)) return entered;
+    return WriteAttribute(feature_, key, value);
+  }
+  /// An operation that gives the object that a link attribute holds: null, with S_OK, when it holds none or
+  /// is missing.
+  template <class Handle>
+  HRESULT ReadLink(std::string_view operation, const Key& key, Handle& object) const {
+    object = NULL_var;
+    if (const HRESULT entered = Enter(operation, key.Text()); Failed(entered)) return entered;
+    object = HandleOn<typename Handle::InterfaceType>(LinkedFeature(feature_, key));
+    return S_OK;
+  }
+
+ private:
+  std::uint32_t references_ = 1;  // the creator's
+  DocumentPtr document_;          // the feature's memory lives as long as its document
+  Feature& feature_;
+};
+
+/// Makes an adapter for the feature behind `extended`; what adapters are registered with.
+template <class Adapter>
+void* MakeAdapter(VLMBaseUnknown& extended) {
+  typename Adapter::AdaptedInterface* const adapter = new Adapter(*FeatureOf(&extended));
+  return adapter;
+}
+
+}  // namespace standalone

@@ -1,0 +1,19 @@
+#include "adapters/HostLibrary.h"
+
+namespace standalone {
+namespace {
+
+// Registers the interfaces that this host offers when it is loaded. Stays until the process ends, like the
+// registry.
+const bool installed = [] {
+  static auto* const host = new VLMLibrary("VLMStandaloneHost");
+  BindFeatureAdapters(*host);
+  BindAnalysisSetAdapters(*host);
+  BindCaseAdapters(*host);
+  BindJobAdapters(*host);
+  BindInteractionAdapters(*host);
+  return true;
+}();
+
+}  // namespace
+}  // namespace standalone

@@ -1,0 +1,21 @@
+#include "base/VLMLibrary.h"
+
+#include "base/VLMRegistry.h"
+
+VLMLibrary::VLMLibrary(std::string_view name) : name_(name) {}
+
+VLMLibrary::~VLMLibrary() {
+  VLMRegistry::Instance().Withdraw(*this);
+}
+
+HRESULT VLMLibrary::DeclareTie(VLMMetaClass& lateType, const VLMInterfaceId& id, VLMCreateTIE create) {
+  return VLMRegistry::DeclareTie(*this, lateType, id, create);
+}
+
+HRESULT VLMLibrary::DeclareComponent(std::string_view name, VLMCreateComponent create) {
+  return VLMRegistry::Instance().DeclareComponent(*this, name, create);
+}
+
+HRESULT VLMInstantiateComponent(std::string_view name, const VLMInterfaceId& id, void** out) {
+  return VLMRegistry::Instance().Instantiate(name, id, out);
+}

@@ -1,0 +1,61 @@
+#include "checkpoint/Checkpoint.h"
+
+namespace standalone {
+namespace {
+
+struct State {
+  CheckpointPlan plan;
+  std::vector<HostCall> recorded;
+  std::int64_t calls = 0;
+};
+
+State& Current() {
+  static State state;
+  return state;
+}
+
+bool MustFail(const CheckpointPlan& plan, std::int64_t number, std::string_view operation,
+              std::string_view detail) {
+  if (plan.failNth > 0 && (plan.failFromNthOn ? number >= plan.failNth : number == plan.failNth)) return true;
+  return !plan.failNamed.empty() && operation == plan.failNamed &&
+         (plan.failNamedDetail.empty() || detail == plan.failNamedDetail);
+}
+
+}  // namespace
+
+bool Checkpoint::active_ = false;
+
+void Checkpoint::Start(CheckpointPlan plan) {
+  Current() = {std::move(plan), {}, 0};
+  active_ = true;
+}
+
+void Checkpoint::Stop() {
+  active_ = false;
+}
+
+const std::vector<HostCall>& Checkpoint::Recorded() {
+  return Current().recorded;
+}
+
+std::int64_t Checkpoint::CallCount() {
+  return Current().calls;
+}
+
+HRESULT Checkpoint::PassActive(std::string_view operation, const Feature* feature, std::string_view detail) {
+  State& state = Current();
+  ++state.calls;
+  if (state.plan.record || state.plan.onCall) {
+    HostCall call{std::string(operation), feature == nullptr ? 0 : feature->id, std::string(detail)};
+    if (state.plan.onCall) state.plan.onCall(call, feature);
+    if (state.plan.record) state.recorded.push_back(std::move(call));
+  }
+  return MustFail(state.plan, state.calls, operation, detail) ? state.plan.failure : S_OK;
+}
+
+bool Checkpoint::WithholdsActive(const VLMInterfaceId& id, const Feature& feature) {
+  const CheckpointPlan& plan = Current().plan;
+  return id.Name() == plan.withholdInterface && (plan.withholdFrom == 0 || plan.withholdFrom == feature.id);
+}
+
+}  // namespace standalone

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/VLMBaseUnknown.h"
+#include "model/Feature.h"
+
+namespace standalone {
+
+/// One host operation, as the checkpoint saw it.
+struct HostCall {
+  std::string operation;  ///< Such as "HVXIJob::SetMemoryUnit".
+  FeatureId feature = 0;  ///< The feature that it was called on; 0 for a static operation without one.
+  std::string detail;  ///< The attribute key, name or text that it was given, where that tells calls apart.
+
+  friend bool operator==(const HostCall&, const HostCall&) = default;
+};
+
+/// What to do to host operations. At rest it does nothing.
+struct CheckpointPlan {
+  bool record = false;
+  std::function<void(const HostCall&, const Feature*)> onCall;  ///< Told of every call, when set.
+
+  std::int64_t failNth = 0;     ///< The first call is 1; 0 fails none.
+  bool failFromNthOn = false;   ///< Not only the Nth call but every later one too.
+  std::string failNamed;        ///< Fails every call of this operation.
+  std::string failNamedDetail;  ///< Only those with this detail, when set.
+  HRESULT failure = E_FAIL;     ///< What a failed call returns.
+
+  std::string withholdInterface;  ///< Casts to this interface give nothing ...
+  FeatureId withholdFrom = 0;     ///< ... on this feature; 0 for all.
+};
+
+/// The one place that every host operation passes. Off, passing costs a test of one flag; on, it records
+/// calls, makes chosen ones fail and withholds interfaces, which is how call order and fault handling are
+/// tested and traced.
+class Checkpoint {
+ public:
+  Checkpoint() = delete;
+
+  /// To be called first by every host operation; it must fail with the result when that is negative.
+  static HRESULT Pass(std::string_view operation, const Feature* feature, std::string_view detail = {}) {
+    return active_ ? PassActive(operation, feature, detail) : S_OK;
+  }
+  /// To be called by every cast: whether `feature` must seem not to offer the interface.
+  static bool Withholds(const VLMInterfaceId& id, const Feature& feature) {
+    return active_ && WithholdsActive(id, feature);
+  }
+
+  /// Puts a plan to work and forgets what an earlier one recorded.
+  static void Start(CheckpointPlan plan);
+  static void Stop();
+
+  /// The calls since `Start`; recorded ones, and how many there were.
+  static const std::vector<HostCall>& Recorded();
+  static std::int64_t CallCount();
+
+ private:
+  static HRESULT PassActive(std::string_view operation, const Feature* feature, std::string_view detail);
+  static bool WithholdsActive(const VLMInterfaceId& id, const Feature& feature);
+
+  static bool active_;
+};
+
+/// A plan at work for the life of this object.
+class CheckpointScope {
+ public:
+  explicit CheckpointScope(CheckpointPlan plan) { Checkpoint::Start(std::move(plan)); }
+  ~CheckpointScope() { Checkpoint::Stop(); }
+  CheckpointScope(const CheckpointScope&) = delete;
+  CheckpointScope& operator=(const CheckpointScope&) = delete;
+};
+
+}  // namespace standalone

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+#include "file/DocumentWriter.h"
+
+namespace standalone {
+
+/// A file in the making, beside the place where it is to stand. It gets there whole, by `Commit`, or not at
+/// all. Every operation throws `DocumentError` (`kUnwritable`) when it fails.
+class AtomicFile {
+ public:
+  AtomicFile(const std::filesystem::path& target, const WriteOptions& options);
+  ~AtomicFile();  // what was not committed leaves nothing behind
+  AtomicFile(const AtomicFile&) = delete;
+  AtomicFile& operator=(const AtomicFile&) = delete;
+
+  void Write(std::string_view bytes);
+
+  /// Brings the bytes to disk and the file to its name.
+  void Commit();
+
+ private:
+  [[noreturn]] void Fail(std::string_view doing) const;
+  [[noreturn]] void FailTaken() const;
+  void KeepBackup() const;
+
+  std::filesystem::path target_;
+  bool overwrite_;
+  std::string backupSuffix_;
+  std::string temporary_;
+  int descriptor_ = -1;
+};
+
+}  // namespace standalone

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string_view>
+
+/// \file
+/// The words of the document file, shared by its reader and its writer. `docs/document-format.md` describes
+/// them.
+
+namespace standalone::format {
+
+inline constexpr std::string_view kFormatName = "hvxdoc";
+inline constexpr int kVersion = 1;
+
+// The header line.
+inline constexpr std::string_view kFormat = "format";
+inline constexpr std::string_view kVersionKey = "version";
+inline constexpr std::string_view kUpgrades = "upgrades";
+inline constexpr std::string_view kFeatures = "features";
+
+// A feature line.
+inline constexpr std::string_view kId = "id";
+inline constexpr std::string_view kType = "type";
+inline constexpr std::string_view kName = "name";
+inline constexpr std::string_view kAlias = "alias";
+inline constexpr std::string_view kFather = "father";
+inline constexpr std::string_view kContainer = "container";
+inline constexpr std::string_view kUpToDate = "upToDate";
+inline constexpr std::string_view kPhysicalType = "physicalType";
+inline constexpr std::string_view kAttributes = "attributes";
+inline constexpr std::string_view kModes = "modes";
+
+inline constexpr std::string_view kRef = "ref";
+
+/// Lists within lists, at the most.
+inline constexpr int kMaxListDepth = 8;
+
+}  // namespace standalone::format

@@ -1,0 +1,469 @@
+#include "file/DocumentReader.h"
+
+#include <fmt/format.h>
+#include <simdjson.h>
+
+#include <algorithm>
+#include <memory>
+#include <unordered_set>
+
+#include "file/DocumentError.h"
+#include "file/DocumentFormat.h"
+#include "file/LineBlocks.h"
+
+namespace standalone {
+namespace {
+
+namespace ondemand = simdjson::ondemand;
+
+// Something in a line that is sound JSON but not a sound document.
+struct Unsound {
+  std::string problem;
+  std::string advice;
+};
+
+constexpr std::string_view kSeeFormat = "Correct the line as docs/document-format.md describes";
+
+[[noreturn]] void Refuse(std::string problem, std::string_view advice = kSeeFormat) {
+  throw Unsound{std::move(problem), std::string(advice)};
+}
+
+// Marks that an object's key was met, and refuses it the second time.
+template <std::size_t N>
+std::size_t MeetKey(const std::string_view (&keys)[N], std::string_view key, std::uint32_t& met) {
+  const auto* const found = std::ranges::find(keys, key);
+  if (found == std::end(keys)) Refuse(fmt::format("unknown key \"{}\"", key));
+  const auto index = static_cast<std::size_t>(found - keys);
+  if ((met >> index & 1U) != 0) Refuse(fmt::format("key \"{}\" stands twice", key));
+  met |= 1U << index;
+  return index;
+}
+
+std::string_view TypeName(ondemand::json_type type) {
+  switch (type) {
+    case ondemand::json_type::array:
+      return "a list";
+    case ondemand::json_type::object:
+      return "an object";
+    case ondemand::json_type::number:
+      return "a number";
+    case ondemand::json_type::string:
+      return "a text";
+    case ondemand::json_type::boolean:
+      return "true or false";
+    case ondemand::json_type::null:
+      return "null";
+  }
+  return "something else";
+}
+
+void Expect(ondemand::value value, ondemand::json_type wanted, std::string_view key) {
+  const ondemand::json_type type = value.type();
+  if (type != wanted)
+    Refuse(fmt::format("\"{}\" must be {} but is {}", key, TypeName(wanted), TypeName(type)));
+}
+
+std::int64_t TakeInteger(ondemand::value value, std::string_view key) {
+  Expect(value, ondemand::json_type::number, key);
+  std::int64_t number = 0;
+  if (value.get_int64().get(number) != simdjson::SUCCESS) {
+    Refuse(fmt::format("\"{}\" must be a whole number within 64 bits", key));
+  }
+  return number;
+}
+
+std::string_view TakeText(ondemand::value value, std::string_view key) {
+  Expect(value, ondemand::json_type::string, key);
+  return value.get_string();
+}
+
+FeatureId TakeRef(ondemand::value value, std::string_view key) {
+  Expect(value, ondemand::json_type::object, key);
+  FeatureId id = 0;
+  for (auto field : value.get_object()) {
+    if (std::string_view(field.unescaped_key()) != format::kRef || id != 0) {
+      Refuse(fmt::format("the link \"{}\" must have the one key \"ref\"", key));
+    }
+    id = TakeInteger(field.value(), format::kRef);
+    if (id < 1) Refuse(fmt::format("the link \"{}\" holds {}; ids count from 1", key, id));
+  }
+  if (id == 0) Refuse(fmt::format("the link \"{}\" must have the one key \"ref\"", key));
+  return id;
+}
+
+class Reader {
+ public:
+  Reader(const std::filesystem::path& file, const ReadOptions& options)
+      : file_(file.string()), options_(options), document_(Document::Create(file.filename().string())) {}
+
+  DocumentPtr Read() {
+    LineBlocks blocks(file_, options_.blockBytes, options_.maxLineBytes);
+    while (blocks.Next()) {
+      ReadBlock(blocks);
+      if (options_.onProgress) options_.onProgress(blocks.BytesRead(), blocks.BytesTotal());
+    }
+    if (!headerRead_) Fail(0, "the file is empty", "Give a document: a header line and one line per feature");
+    CheckCount(blocks.FirstLine() - 1);
+    ResolveForwardLinks();
+    LinkSons();
+    for (Feature* feature = document_->First(); feature != nullptr; feature = feature->next) {
+      document_->NoteLinksRead(*feature);
+    }
+    return document_;
+  }
+
+ private:
+  // A link to a feature that stands further down in the file.
+  struct ForwardLink {
+    Value* value;     // where the link goes, or
+    Feature** place;  // the father or container
+    FeatureId from;
+    FeatureId to;
+    std::size_t line;
+  };
+
+  [[noreturn]] void Fail(std::size_t line, std::string_view problem, std::string_view advice,
+                         DocumentError::Kind kind = DocumentError::Kind::kInvalid) const {
+    throw DocumentError(kind, file_, line, problem, advice);
+  }
+
+  void ReadBlock(const LineBlocks& blocks) {
+    const std::string_view block = blocks.Block();
+    line_ = blocks.FirstLine();
+    std::size_t counted = 0;  // the bytes of the block whose line ends are counted in line_
+    try {
+      ondemand::document_stream lines = parser_.iterate_many(
+          block.data(), block.size(), std::max(block.size(), simdjson::dom::MINIMAL_BATCH_SIZE));
+      for (auto line = lines.begin(); line != lines.end(); ++line) {
+        const std::size_t at = line.current_index();
+        line_ += static_cast<std::size_t>(std::count(block.begin() + counted, block.begin() + at, '\n'));
+        counted = at;
+        ondemand::document_reference record;
+        if ((*line).get(record) != simdjson::SUCCESS) LocateError(block, blocks.FirstLine());
+        ondemand::object object;
+        if (record.get_object().get(object) != simdjson::SUCCESS) {
+          Fail(line_, "the line is not a JSON object", kSeeFormat);
+        }
+        if (headerRead_) {
+          ReadFeature(object);
+        } else {
+          ReadHeader(object);
+        }
+      }
+      if (lines.truncated_bytes() != 0) LocateError(block, blocks.FirstLine());
+    } catch (const Unsound& unsound) {
+      Fail(line_, unsound.problem, unsound.advice);
+    } catch (const simdjson::simdjson_error&) {
+      LocateError(block, blocks.FirstLine());
+    }
+  }
+
+  // The parser works on whole blocks and does not tell where it failed, so the lines are tried one by one.
+  [[noreturn]] void LocateError(std::string_view block, std::size_t line) const {
+    simdjson::dom::parser parser;
+    while (!block.empty()) {
+      const std::size_t end = std::min(block.find('\n'), block.size());
+      const std::string_view text = block.substr(0, end);
+      const bool blank = text.find_first_not_of(" \t\r") == std::string_view::npos;
+      const auto error = blank ? simdjson::SUCCESS : parser.parse(text.data(), text.size(), true).error();
+      if (error == simdjson::UTF8_ERROR) {
+        Fail(line, "the line is not valid UTF-8", "Convert the file to UTF-8 or restore it from a backup");
+      }
+      if (error != simdjson::SUCCESS && end == block.size()) {
+        Fail(line, "the file ends within a line", "It was cut off; restore it from a backup");
+      }
+      if (error == simdjson::DEPTH_ERROR) Fail(line, "values are nested too deeply", kSeeFormat);
+      if (error != simdjson::SUCCESS) {
+        Fail(line, fmt::format("the line is not valid JSON ({})", simdjson::error_message(error)),
+             kSeeFormat);
+      }
+      block.remove_prefix(std::min(end + 1, block.size()));
+      ++line;
+    }
+    Fail(line_, "the line is not valid JSON", kSeeFormat);
+  }
+
+  void ReadHeader(ondemand::object object) {
+    constexpr std::string_view kKeys[] = {format::kFormat, format::kVersionKey, format::kUpgrades,
+                                          format::kFeatures};
+    std::uint32_t met = 0;
+    for (auto field : object) {
+      const std::string_view key = field.unescaped_key();
+      if (met == 0 && key != format::kFormat) {
+        Refuse("this is not an analysis document: its first line does not begin with \"format\"",
+               "Give a file with the extension .hvxdoc");
+      }
+      switch (MeetKey(kKeys, key, met)) {
+        case 0:
+          if (TakeText(field.value(), key) != format::kFormatName) {
+            Refuse("this is not an analysis document: its format is not \"hvxdoc\"",
+                   "Give a file with the extension .hvxdoc");
+          }
+          break;
+        case 1:
+          CheckVersion(TakeInteger(field.value(), key));
+          break;
+        case 2:
+          Expect(field.value(), ondemand::json_type::array, key);
+          for (auto identifier : field.value().get_array()) {
+            document_->RecordUpgrade(TakeText(identifier.value(), key));
+          }
+          break;
+        default:
+          announced_ = TakeInteger(field.value(), key);
+      }
+    }
+    if (met != 0b1111) Refuse("the header must have \"format\", \"version\", \"upgrades\" and \"features\"");
+    headerRead_ = true;
+  }
+
+  void CheckVersion(std::int64_t version) const {
+    if (version > format::kVersion) {
+      Fail(line_,
+           fmt::format("the document has format version {}; this program knows versions up to {}", version,
+                       format::kVersion),
+           "Use a newer release of this program", DocumentError::Kind::kNewer);
+    }
+    if (version < 1) Refuse(fmt::format("format version {} does not exist", version));
+  }
+
+  void ReadFeature(ondemand::object object) {
+    constexpr std::string_view kKeys[] = {
+        format::kId,        format::kType,     format::kName,         format::kAlias,      format::kFather,
+        format::kContainer, format::kUpToDate, format::kPhysicalType, format::kAttributes, format::kModes};
+    std::uint32_t met = 0;
+    Feature* feature = nullptr;
+    FeatureId id = 0;
+    for (auto field : object) {
+      const std::string_view key = field.unescaped_key();
+      const std::size_t index = MeetKey(kKeys, key, met);
+      if (index >= 2 && feature == nullptr) Refuse("a feature must begin with \"id\" and \"type\"");
+      switch (index) {
+        case 0:
+          id = TakeNewId(field.value());
+          break;
+        case 1:
+          if (id == 0) Refuse("a feature must begin with \"id\" and \"type\"");
+          feature = &document_->AppendRead(id, TypeOf(TakeText(field.value(), key)));
+          break;
+        case 2:
+          feature->name = document_->Keep(TakeText(field.value(), key));
+          break;
+        case 3:
+          feature->externalName = document_->Keep(TakeText(field.value(), key));
+          break;
+        case 4:
+          TakePlace(*feature, feature->father, TakeRef(field.value(), key));
+          break;
+        case 5:
+          TakePlace(*feature, feature->container, TakeRef(field.value(), key));
+          break;
+        case 6:
+          Expect(field.value(), ondemand::json_type::boolean, key);
+          feature->upToDate = field.value().get_bool();
+          break;
+        case 7:
+          feature->physicalType = NameTable::Intern(TakeText(field.value(), key));
+          break;
+        case 8:
+          ReadAttributes(*feature, field.value());
+          break;
+        default:
+          ReadModes(*feature, field.value());
+      }
+    }
+    if (feature == nullptr) Refuse("a feature must begin with \"id\" and \"type\"");
+  }
+
+  FeatureId TakeNewId(ondemand::value value) const {
+    const FeatureId id = TakeInteger(value, format::kId);
+    if (id < 1) Refuse(fmt::format("\"id\" is {}; ids count from 1", id));
+    if (document_->Find(id) != nullptr) {
+      Refuse(fmt::format("a second feature has id {}", id), "Give every feature an id of its own");
+    }
+    return id;
+  }
+
+  const LateType& TypeOf(std::string_view name) {
+    if (name.empty()) Refuse("\"type\" is empty");
+    // Runs of one late type are common.
+    if (lastType_ == nullptr || lastType_->Name() != name) lastType_ = &LateType::Of(name);
+    return *lastType_;
+  }
+
+  void TakePlace(Feature& feature, Feature*& place, FeatureId to) {
+    place = document_->Find(to);
+    if (place == nullptr) forwardLinks_.push_back({nullptr, &place, feature.id, to, line_});
+  }
+
+  void ReadAttributes(Feature& feature, ondemand::value value) {
+    Expect(value, ondemand::json_type::object, format::kAttributes);
+    attributes_.clear();
+    const std::size_t firstForward = forwardLinks_.size();
+    std::vector<std::size_t> forwardAttributes;
+    for (auto field : value.get_object()) {
+      const std::string_view key = field.unescaped_key();
+      const NameId name = NameTable::Intern(key);
+      if (name == kNoName) Refuse("an attribute has an empty key");
+      if (std::ranges::find(attributes_, name, &Attribute::key) != attributes_.end()) {
+        Refuse(fmt::format("attribute \"{}\" stands twice", key));
+      }
+      Attribute& attribute = attributes_.emplace_back();
+      attribute.key = name;
+      FeatureId forward = 0;
+      attribute.value = TakeValue(field.value(), name, feature.id, 0, forward);
+      if (forward != 0) {
+        forwardLinks_.push_back({nullptr, nullptr, feature.id, forward, line_});
+        forwardAttributes.push_back(attributes_.size() - 1);
+      }
+    }
+    document_->SetAttributesRead(feature, attributes_);
+    auto index = forwardAttributes.begin();
+    for (std::size_t i = firstForward; i < forwardLinks_.size(); ++i) {
+      ForwardLink& link = forwardLinks_[i];
+      if (link.value == nullptr) link.value = &feature.attributes[*index++].value;
+    }
+  }
+
+  // A link to a feature that is not read yet comes back as an empty link, with the feature's id in `forward`.
+  Value TakeValue(ondemand::value value, NameId key, FeatureId owner, int depth, FeatureId& forward) {
+    switch (value.type()) {
+      case ondemand::json_type::string:
+        return Value::String(document_->Keep(std::string_view(value.get_string())));
+      case ondemand::json_type::number:
+        return TakeNumber(value, key);
+      case ondemand::json_type::boolean:
+        return Value::Boolean(value.get_bool());
+      case ondemand::json_type::null:
+        if (!value.is_null()) throw simdjson::simdjson_error(simdjson::N_ATOM_ERROR);
+        return Value::Link(nullptr);
+      case ondemand::json_type::object: {
+        const FeatureId to = TakeRef(value, NameTable::Text(key));
+        Feature* const target = document_->Find(to);
+        if (target == nullptr) forward = to;
+        return Value::Link(target);
+      }
+      case ondemand::json_type::array:
+        return TakeList(value, key, owner, depth);
+    }
+    Refuse(fmt::format("attribute \"{}\" holds no value", NameTable::Text(key)));
+  }
+
+  Value TakeList(ondemand::value value, NameId key, FeatureId owner, int depth) {
+    if (depth == format::kMaxListDepth) {
+      Refuse(fmt::format("attribute \"{}\" nests lists more than {} deep", NameTable::Text(key),
+                         format::kMaxListDepth));
+    }
+    std::vector<Value> entries;
+    std::vector<std::pair<std::size_t, FeatureId>> forwardEntries;
+    for (auto entry : value.get_array()) {
+      FeatureId forward = 0;
+      entries.push_back(TakeValue(entry.value(), key, owner, depth + 1, forward));
+      if (forward != 0) forwardEntries.emplace_back(entries.size() - 1, forward);
+    }
+    const std::span<Value> kept = document_->Keep(std::span<const Value>(entries));
+    for (const auto& [index, to] : forwardEntries) {
+      forwardLinks_.push_back({&kept[index], nullptr, owner, to, line_});
+    }
+    return Value::List(kept);
+  }
+
+  static Value TakeNumber(ondemand::value value, NameId key) {
+    ondemand::number number;
+    if (value.get_number().get(number) != simdjson::SUCCESS || number.is_uint64()) {
+      Refuse(fmt::format("the number of attribute \"{}\" is out of range or malformed", NameTable::Text(key)),
+             "Give an integer within 64 bits, signed, or a finite real");
+    }
+    return number.is_int64() ? Value::Integer(number.get_int64()) : Value::Real(number.get_double());
+  }
+
+  void ReadModes(Feature& feature, ondemand::value value) const {
+    Expect(value, ondemand::json_type::object, format::kModes);
+    for (auto field : value.get_object()) {
+      const std::string_view key = field.unescaped_key();
+      const auto attributes = feature.Attributes();
+      const auto found = std::ranges::find(attributes, NameTable::Find(key), &Attribute::key);
+      if (found == attributes.end())
+        Refuse(fmt::format("\"modes\" names \"{}\", which is no attribute", key));
+      const std::int64_t mode = TakeInteger(field.value(), key);
+      if (mode != static_cast<std::int32_t>(mode))
+        Refuse(fmt::format("the mode of \"{}\" exceeds 32 bits", key));
+      found->mode = static_cast<std::int32_t>(mode);
+    }
+  }
+
+  void CheckCount(std::size_t lastLine) const {
+    const auto found = static_cast<std::int64_t>(document_->FeatureCount());
+    if (found < announced_) {
+      Fail(lastLine, fmt::format("the header announces {} features but the file holds {}", announced_, found),
+           "It was cut off; restore it from a backup");
+    }
+    if (found > announced_) {
+      Fail(lastLine, fmt::format("the header announces {} features but the file holds {}", announced_, found),
+           "If the added lines are wanted, correct \"features\" in the first line");
+    }
+  }
+
+  void ResolveForwardLinks() const {
+    for (const ForwardLink& link : forwardLinks_) {
+      Feature* const target = document_->Find(link.to);
+      if (target == nullptr) {
+        Fail(link.line,
+             fmt::format("feature {} links to feature {}, which does not exist", link.from, link.to),
+             "Restore that feature's line or remove the link");
+      }
+      if (link.place != nullptr) {
+        *link.place = target;
+      } else {
+        *link.value = Value::Link(target);
+      }
+    }
+  }
+
+  // Sons stand beneath their father in the order of their lines.
+  void LinkSons() const {
+    for (Feature* feature = document_->First(); feature != nullptr; feature = feature->next) {
+      if (feature->father != nullptr) document_->SetFatherRead(*feature, *feature->father);
+    }
+    std::size_t reached = 0;
+    for (const Feature* root = document_->First(); root != nullptr; root = root->next) {
+      if (root->father == nullptr) reached += Document::CountBeneath(*root) + 1;
+    }
+    if (reached == document_->FeatureCount()) return;
+    Fail(0, fmt::format("feature {} is an ancestor of itself", MemberOfCycle().id),
+         "Correct \"father\" in its line or in a line above it in the tree");
+  }
+
+  // What no root reaches stands in a cycle or beneath one; following the fathers far enough leads into it.
+  const Feature& MemberOfCycle() const {
+    std::unordered_set<const Feature*> reached;
+    for (const Feature* root = document_->First(); root != nullptr; root = root->next) {
+      if (root->father != nullptr) continue;
+      for (const Feature* each = root; each != nullptr; each = NextBeneath(*root, *each))
+        reached.insert(each);
+    }
+    const Feature* feature = document_->First();
+    while (reached.contains(feature)) feature = feature->next;
+    for (std::size_t step = 0; step < document_->FeatureCount(); ++step) feature = feature->father;
+    return *feature;
+  }
+
+  std::string file_;
+  const ReadOptions& options_;
+  DocumentPtr document_;
+  ondemand::parser parser_;
+  bool headerRead_ = false;
+  std::int64_t announced_ = 0;
+  std::size_t line_ = 1;
+  const LateType* lastType_ = nullptr;
+  std::vector<Attribute> attributes_;  // of the feature being read
+  std::vector<ForwardLink> forwardLinks_;
+};
+
+}  // namespace
+
+DocumentPtr ReadDocument(const std::filesystem::path& file, const ReadOptions& options) {
+  return Reader(file, options).Read();
+}
+
+}  // namespace standalone

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+
+#include "model/Document.h"
+
+namespace standalone {
+
+struct ReadOptions {
+  std::size_t blockBytes = std::size_t{1} << 20;    ///< How much is read at a time.
+  std::size_t maxLineBytes = std::size_t{1} << 28;  ///< A longer line is refused.
+  /// Told, now and then, how many bytes were read and how many there are (0 when that is not known).
+  std::function<void(std::size_t read, std::size_t total)> onProgress;
+};
+
+/// Reads the document that `file` holds. Throws `DocumentError` when it cannot be read whole and sound; the
+/// message names the file, the line and what to do.
+[[nodiscard]] DocumentPtr ReadDocument(const std::filesystem::path& file, const ReadOptions& options = {});
+
+}  // namespace standalone

@@ -1,0 +1,73 @@
+#include "file/DocumentWriter.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "file/AtomicFile.h"
+#include "file/DocumentError.h"
+#include "file/DocumentFormat.h"
+#include "file/FeatureText.h"
+#include "file/JsonText.h"
+
+namespace standalone {
+namespace {
+
+constexpr std::size_t kFlushBytes = std::size_t{1} << 20;
+
+void AppendHeader(fmt::memory_buffer& out, const Document& document) {
+  fmt::format_to(std::back_inserter(out), R"({{"format":"{}","version":{},"upgrades":[)", format::kFormatName,
+                 format::kVersion);
+  std::string_view separator;
+  for (const std::string& identifier : document.Upgrades()) {
+    AppendRaw(out, separator);
+    AppendJsonText(out, identifier);
+    separator = ",";
+  }
+  fmt::format_to(std::back_inserter(out), "],\"features\":{}}}\n", document.FeatureCount());
+}
+
+}  // namespace
+
+void WriteDocument(Document& document, const std::filesystem::path& file, const WriteOptions& options) {
+  document.DropAllDeadLinks();
+  AtomicFile output(file, options);
+  fmt::memory_buffer text;
+  AppendHeader(text, document);
+  std::size_t written = 0;
+  const auto flush = [&] {
+    output.Write({text.data(), text.size()});
+    text.clear();
+    if (options.onProgress) options.onProgress(written, document.FeatureCount());
+  };
+  for (const Feature* feature = document.First(); feature != nullptr; feature = feature->next, ++written) {
+    AppendFeature(text, *feature);
+    text.push_back('\n');
+    if (text.size() >= kFlushBytes) flush();
+  }
+  flush();
+  output.Commit();
+}
+
+void CopyDocument(const std::filesystem::path& source, const std::filesystem::path& file,
+                  const WriteOptions& options) {
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> input(std::fopen(source.c_str(), "rbe"),
+                                                              &std::fclose);
+  const auto unreadable = [&source] {
+    return DocumentError(DocumentError::Kind::kUnreadable, source.string(), 0,
+                         std::string("cannot be read (") + std::strerror(errno) + ")",
+                         "Check the path and the permissions");
+  };
+  if (!input) throw unreadable();
+  AtomicFile output(file, options);
+  std::array<char, std::size_t{1} << 16> block{};
+  while (const std::size_t got = std::fread(block.data(), 1, block.size(), input.get())) {
+    output.Write({block.data(), got});
+  }
+  if (std::ferror(input.get()) != 0) throw unreadable();
+  output.Commit();
+}
+
+}  // namespace standalone

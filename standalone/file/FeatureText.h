@@ -1,0 +1,15 @@
+#pragma once
+
+#include <fmt/format.h>
+
+#include "model/Feature.h"
+
+namespace standalone {
+
+/// Appends the feature's line, without its end, to `out`.
+void AppendFeature(fmt::memory_buffer& out, const Feature& feature);
+
+/// Appends one value as a feature's line holds it.
+void AppendValue(fmt::memory_buffer& out, const Value& value);
+
+}  // namespace standalone

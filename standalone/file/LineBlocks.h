@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace standalone {
+
+/// A text file, read as blocks of whole lines.
+class LineBlocks {
+ public:
+  /// Throws `DocumentError` when `file` cannot be opened. `blockBytes` is read at a time; a line longer than
+  /// `maxLineBytes` is refused.
+  LineBlocks(std::string file, std::size_t blockBytes, std::size_t maxLineBytes);
+  ~LineBlocks();
+  LineBlocks(const LineBlocks&) = delete;
+  LineBlocks& operator=(const LineBlocks&) = delete;
+
+  /// Goes on to the next block; false after the last. Throws `DocumentError` when reading fails.
+  bool Next();
+
+  /// The current block, ended by a line end or by the file's. The parser may read (not write) a little beyond
+  /// it.
+  [[nodiscard]] std::string_view Block() const { return {buffer_.data(), blockSize_}; }
+  /// The number, from 1, of the block's first line; after the last block, of the line after the last.
+  [[nodiscard]] std::size_t FirstLine() const { return firstLine_; }
+
+  [[nodiscard]] std::size_t BytesRead() const { return bytesRead_; }
+  [[nodiscard]] std::size_t BytesTotal() const { return bytesTotal_; }  ///< 0 when the file does not tell.
+
+ private:
+  void Fill(std::size_t wanted);
+
+  std::string file_;
+  std::size_t blockBytes_;
+  std::size_t maxLineBytes_;
+  int descriptor_;
+  std::vector<char> buffer_;
+  std::size_t filled_ = 0;     // bytes in the buffer
+  std::size_t blockSize_ = 0;  // of these, the current block's
+  bool atEnd_ = false;
+  std::size_t firstLine_ = 1;
+  std::size_t bytesRead_ = 0;
+  std::size_t bytesTotal_ = 0;
+};
+
+}  // namespace standalone

@@ -1,0 +1,407 @@
+#include "model/Document.h"
+
+#include <algorithm>
+#include <bit>
+#include <new>
+
+namespace standalone {
+namespace {
+
+// Stands in `Feature::referrer` for more than one feature.
+Feature severalReferrers;
+Feature* const kSeveral = &severalReferrers;
+
+// The room that a list of `size` entries has. A function of the size alone, so that it need not be stored.
+std::size_t RoomFor(std::size_t size) {
+  return size == 0 ? 0 : std::bit_ceil(std::max<std::size_t>(size, 4));
+}
+
+bool IsDeadLink(const Value& value) {
+  return value.Kind() == ValueKind::kLink && value.Target() != nullptr && value.Target()->removed;
+}
+
+}  // namespace
+
+const Feature* NextBeneath(const Feature& top, const Feature& current) {
+  if (current.firstSon != nullptr) return current.firstSon;
+  const Feature* feature = &current;
+  while (feature != &top && feature->nextSibling == nullptr) feature = feature->father;
+  return feature == &top ? nullptr : feature->nextSibling;
+}
+
+DocumentPtr Document::Create(std::string displayName) {
+  return DocumentPtr::Adopt(new Document(std::move(displayName)));
+}
+
+HRESULT Document::QueryInterface(const VLMInterfaceId& id, void** out) {
+  *out = nullptr;
+  if (!(id == VLMDocument::kId || id == VLMBaseUnknown::kId)) return E_NOINTERFACE;
+  AddRef();
+  *out = static_cast<VLMDocument*>(this);
+  return S_OK;
+}
+
+Feature* Document::Find(FeatureId id) const {
+  if (!idsAscend_) {
+    const auto found = byScatteredId_.find(id);
+    return found == byScatteredId_.end() ? nullptr : found->second;
+  }
+  if (idsAreDense_) return id >= 1 && id <= highestId_ ? byId_[static_cast<std::size_t>(id) - 1] : nullptr;
+  const auto found = std::ranges::lower_bound(byId_, id, {}, &Feature::id);
+  return found != byId_.end() && (*found)->id == id ? *found : nullptr;
+}
+
+Attribute* Document::FindAttribute(Feature& feature, NameId key) {
+  if (feature.hasDeadLinks) DropDeadLinks(feature);
+  for (Attribute& attribute : feature.Attributes()) {
+    if (attribute.key == key) return &attribute;
+  }
+  return nullptr;
+}
+
+Feature* Document::AnalysisModel() const {
+  return analysisModel_ == nullptr || analysisModel_->removed ? nullptr : analysisModel_;
+}
+
+std::span<const Attribute> Document::AttributesOf(Feature& feature) {
+  if (feature.hasDeadLinks) DropDeadLinks(feature);
+  return feature.Attributes();
+}
+
+std::size_t Document::CountBeneath(const Feature& feature) {
+  std::size_t count = 0;
+  for (const Feature* each = NextBeneath(feature, feature); each != nullptr;
+       each = NextBeneath(feature, *each))
+    ++count;
+  return count;
+}
+
+void Document::DropAllDeadLinks() {
+  for (Feature* const feature : withDeadLinks_) {
+    if (feature->hasDeadLinks && !feature->removed) DropDeadLinks(*feature);
+  }
+  withDeadLinks_.clear();
+}
+
+Feature& Document::Create(const LateType& type, std::string_view name, Feature* father, Feature* container) {
+  Feature& feature = AppendRead(highestId_ + 1, type);
+  feature.name = Keep(name);
+  feature.created = true;
+  feature.container = container;
+  if (father != nullptr) LinkLastSon(feature, *father);
+  touched_.push_back(&feature);
+  return feature;
+}
+
+void Document::Remove(Feature& feature) {
+  // Without recursion, since nothing bounds how deep features stand beneath each other.
+  std::vector<Feature*> doomed{&feature};
+  for (std::size_t i = 0; i < doomed.size(); ++i) {
+    for (Feature* son = doomed[i]->firstSon; son != nullptr; son = son->nextSibling) doomed.push_back(son);
+  }
+  for (Feature* const each : doomed) {
+    Touch(*each);
+    each->removed = true;
+    MarkReferrers(*each);
+    Unlink(*each);
+  }
+  UnlinkSon(feature);
+}
+
+void Document::SetType(Feature& feature, const LateType& type) {
+  if (feature.type == &type) return;
+  Touch(feature);
+  feature.type = &type;
+}
+
+void Document::SetExternalName(Feature& feature, std::string_view name) {
+  if (feature.externalName == name) return;
+  Touch(feature);
+  feature.externalName = Keep(name);
+}
+
+void Document::SetPhysicalType(Feature& feature, std::string_view physicalType) {
+  const NameId name = NameTable::Intern(physicalType);
+  if (feature.physicalType == name) return;
+  Touch(feature);
+  feature.physicalType = name;
+}
+
+void Document::SetUpToDate(Feature& feature, bool upToDate) {
+  if (feature.upToDate == upToDate) return;
+  Touch(feature);
+  feature.upToDate = upToDate;
+}
+
+void Document::SetAttribute(Feature& feature, NameId key, const Value& value) {
+  Attribute* attribute = FindAttribute(feature, key);
+  if (attribute != nullptr && attribute->value == value) return;
+  Touch(feature);
+  attribute = FindAttribute(feature, key);
+  if (attribute == nullptr) attribute = &AddAttribute(feature, key);
+  attribute->value = value;
+  NoteLinks(feature, value);
+}
+
+void Document::SetAttributeMode(Feature& feature, NameId key, int mode) {
+  const Attribute* const attribute = FindAttribute(feature, key);
+  if (attribute == nullptr || attribute->mode == mode) return;
+  Touch(feature);
+  FindAttribute(feature, key)->mode = mode;
+}
+
+void Document::RemoveAttribute(Feature& feature, NameId key) {
+  if (FindAttribute(feature, key) == nullptr) return;
+  Touch(feature);
+  Attribute* const gone = FindAttribute(feature, key);
+  std::move(gone + 1, feature.attributes + feature.attributeCount, gone);
+  --feature.attributeCount;
+}
+
+void Document::AppendToList(Feature& feature, NameId key, const Value& entry) {
+  Touch(feature);
+  Attribute& attribute = *FindAttribute(feature, key);
+  std::span<Value> entries = attribute.value.Entries();
+  const std::size_t size = entries.size();
+  Value* room = entries.data();
+  if (size == RoomFor(size)) {
+    room = static_cast<Value*>(arena_.allocate(RoomFor(size + 1) * sizeof(Value), alignof(Value)));
+    std::uninitialized_copy(entries.begin(), entries.end(), room);
+  }
+  // The state before the change shares the room but not the size, so a new last entry leaves it as it was.
+  new (room + size) Value(entry);
+  attribute.value = Value::List({room, size + 1});
+  NoteLinks(feature, entry);
+}
+
+void Document::PlaceBeside(Feature& feature, Feature& other, bool after) {
+  Feature* const anchor = after ? &other : other.previousSibling;
+  if (&feature == &other || anchor == &feature || feature.previousSibling == anchor) return;
+  Touch(feature);
+
+  Feature* const father = feature.father;
+  UnlinkSon(feature);
+  feature.father = father;
+  feature.previousSibling = after ? &other : other.previousSibling;
+  feature.nextSibling = after ? other.nextSibling : &other;
+  (feature.previousSibling != nullptr ? feature.previousSibling->nextSibling : father->firstSon) = &feature;
+  (feature.nextSibling != nullptr ? feature.nextSibling->previousSibling : father->lastSon) = &feature;
+
+  MoveBeside(feature, other, after);
+}
+
+bool Document::PlaceBeneath(Feature& feature, Feature& father) {
+  for (const Feature* above = &father; above != nullptr; above = above->father) {
+    if (above == &feature) return false;
+  }
+  if (father.lastSon == &feature) return true;
+  Touch(feature);
+  UnlinkSon(feature);
+  Feature* const last = father.lastSon;
+  LinkLastSon(feature, father);
+  feature.nextSibling = nullptr;
+  if (last != nullptr) MoveBeside(feature, *last, true);
+  return true;
+}
+
+std::string_view Document::Keep(std::string_view text) {
+  if (text.empty()) return {};
+  char* const kept = static_cast<char*>(arena_.allocate(text.size(), 1));
+  std::ranges::copy(text, kept);
+  return {kept, text.size()};
+}
+
+std::span<Value> Document::Keep(std::span<const Value> entries) {
+  if (entries.empty()) return {};
+  auto* const kept =
+      static_cast<Value*>(arena_.allocate(RoomFor(entries.size()) * sizeof(Value), alignof(Value)));
+  std::uninitialized_copy(entries.begin(), entries.end(), kept);
+  return {kept, entries.size()};
+}
+
+const Feature* Document::Before(const Feature& feature) const {
+  if (feature.created) return nullptr;
+  return feature.journalEntry == 0 ? &feature : &before_[feature.journalEntry];
+}
+
+Feature& Document::AppendRead(FeatureId id, const LateType& type) {
+  auto* const feature = new (arena_.allocate(sizeof(Feature), alignof(Feature))) Feature;
+  feature->id = id;
+  feature->document = this;
+  feature->type = &type;
+  idsAreDense_ = idsAreDense_ && id == highestId_ + 1;
+  idsAscend_ = idsAscend_ && id > highestId_;
+  if (type.IsAnalysisModel() && AnalysisModel() == nullptr) analysisModel_ = feature;
+  highestId_ = std::max(highestId_, id);
+  if (idsAscend_) {
+    byId_.push_back(feature);
+  } else {
+    for (Feature* const known : byId_) byScatteredId_.emplace(known->id, known);
+    byId_.clear();
+    byScatteredId_.emplace(id, feature);
+  }
+  LinkLast(*feature);
+  return *feature;
+}
+
+void Document::SetFatherRead(Feature& feature, Feature& father) {
+  LinkLastSon(feature, father);
+}
+
+void Document::SetAttributesRead(Feature& feature, std::span<const Attribute> attributes) {
+  const auto size = static_cast<std::uint32_t>(attributes.size());
+  if (size == 0) return;
+  feature.attributes = static_cast<Attribute*>(arena_.allocate(size * sizeof(Attribute), alignof(Attribute)));
+  std::uninitialized_copy(attributes.begin(), attributes.end(), feature.attributes);
+  feature.attributeCount = size;
+  feature.attributeCapacity = size;
+}
+
+void Document::NoteLinksRead(Feature& feature) {
+  for (const Attribute& attribute : feature.Attributes()) NoteLinks(feature, attribute.value);
+  if (feature.container != nullptr) NoteLinks(feature, Value::Link(feature.container));
+}
+
+void Document::Touch(Feature& feature) {
+  if (feature.created || feature.journalEntry != 0) return;
+  feature.journalEntry = static_cast<std::uint32_t>(before_.size());
+  Feature& before = before_.emplace_back(feature);
+  touched_.push_back(&feature);
+  if (feature.attributeCount == 0) return;
+  // The old state keeps the old array; the feature goes on with a copy.
+  const std::uint32_t room = feature.attributeCount + 2;
+  auto* const copy = static_cast<Attribute*>(arena_.allocate(room * sizeof(Attribute), alignof(Attribute)));
+  std::uninitialized_copy_n(before.attributes, before.attributeCount, copy);
+  feature.attributes = copy;
+  feature.attributeCapacity = room;
+}
+
+void Document::LinkLast(Feature& feature) {
+  feature.previous = last_;
+  feature.next = nullptr;
+  (last_ != nullptr ? last_->next : first_) = &feature;
+  last_ = &feature;
+  ++count_;
+}
+
+void Document::LinkLastSon(Feature& feature, Feature& father) {
+  feature.father = &father;
+  feature.previousSibling = father.lastSon;
+  (father.lastSon != nullptr ? father.lastSon->nextSibling : father.firstSon) = &feature;
+  father.lastSon = &feature;
+}
+
+void Document::Unlink(Feature& feature) {
+  (feature.previous != nullptr ? feature.previous->next : first_) = feature.next;
+  (feature.next != nullptr ? feature.next->previous : last_) = feature.previous;
+  --count_;
+}
+
+void Document::UnlinkSon(Feature& feature) {
+  if (feature.father == nullptr) return;
+  (feature.previousSibling != nullptr ? feature.previousSibling->nextSibling : feature.father->firstSon) =
+      feature.nextSibling;
+  (feature.nextSibling != nullptr ? feature.nextSibling->previousSibling : feature.father->lastSon) =
+      feature.previousSibling;
+}
+
+// The document's order follows that of the sons, because a reader takes the sons in the order of their lines.
+void Document::MoveBeside(Feature& feature, Feature& other, bool after) {
+  Unlink(feature);
+  feature.previous = after ? &other : other.previous;
+  feature.next = after ? other.next : &other;
+  (feature.previous != nullptr ? feature.previous->next : first_) = &feature;
+  (feature.next != nullptr ? feature.next->previous : last_) = &feature;
+  ++count_;
+}
+
+Attribute& Document::AddAttribute(Feature& feature, NameId key) {
+  if (feature.attributeCount == feature.attributeCapacity) {
+    const std::uint32_t room = std::max<std::uint32_t>(4, feature.attributeCapacity * 2);
+    auto* const grown =
+        static_cast<Attribute*>(arena_.allocate(room * sizeof(Attribute), alignof(Attribute)));
+    std::uninitialized_copy_n(feature.attributes, feature.attributeCount, grown);
+    feature.attributes = grown;
+    feature.attributeCapacity = room;
+  }
+  auto* const added = new (feature.attributes + feature.attributeCount) Attribute;
+  ++feature.attributeCount;
+  added->key = key;
+  return *added;
+}
+
+void Document::NoteLinks(Feature& referrer, const Value& value) {
+  if (value.Kind() == ValueKind::kList) {
+    for (const Value& entry : value.Entries()) NoteLinks(referrer, entry);
+    return;
+  }
+  if (value.Kind() != ValueKind::kLink || value.Target() == nullptr) return;
+  Feature& target = *value.Target();
+  if (target.referrer == &referrer) return;
+  if (target.referrer == nullptr) {
+    target.referrer = &referrer;
+    return;
+  }
+  if (sharedReferrersIndexed_) {
+    std::vector<Feature*>& all = sharedReferrers_[&target];
+    if (target.referrer != kSeveral) all.push_back(target.referrer);
+    all.push_back(&referrer);
+  }
+  target.referrer = kSeveral;
+}
+
+void Document::MarkReferrers(Feature& target) {
+  if (target.referrer == nullptr) return;
+  const auto mark = [this](Feature& referrer) {
+    if (!referrer.hasDeadLinks) withDeadLinks_.push_back(&referrer);
+    referrer.hasDeadLinks = true;
+  };
+  if (target.referrer != kSeveral) {
+    mark(*target.referrer);
+    return;
+  }
+  if (!sharedReferrersIndexed_) IndexSharedReferrers();
+  for (Feature* const referrer : sharedReferrers_[&target]) mark(*referrer);
+}
+
+void Document::IndexSharedReferrers() {
+  sharedReferrersIndexed_ = true;
+  const auto index = [this](Feature& referrer, const Value& value, const auto& self) -> void {
+    if (value.Kind() == ValueKind::kList) {
+      for (const Value& entry : value.Entries()) self(referrer, entry, self);
+    } else if (value.Kind() == ValueKind::kLink && value.Target() != nullptr &&
+               value.Target()->referrer == kSeveral) {
+      sharedReferrers_[value.Target()].push_back(&referrer);
+    }
+  };
+  // Removed features on the way out still stand in byId_, so the walk misses nothing that can be read later.
+  for (Feature* feature = first_; feature != nullptr; feature = feature->next) {
+    for (const Attribute& attribute : feature->Attributes()) index(*feature, attribute.value, index);
+    index(*feature, Value::Link(feature->container), index);
+  }
+}
+
+void Document::DropDeadLinks(Feature& feature) {
+  feature.hasDeadLinks = false;
+  Touch(feature);
+  if (feature.container != nullptr && feature.container->removed) feature.container = nullptr;
+  std::uint32_t kept = 0;
+  for (const Attribute& attribute : feature.Attributes()) {
+    if (IsDeadLink(attribute.value)) continue;  // the attribute goes with its link
+    feature.attributes[kept] = attribute;
+    feature.attributes[kept++].value = WithoutDeadLinks(attribute.value);
+  }
+  feature.attributeCount = kept;
+}
+
+Value Document::WithoutDeadLinks(const Value& value) {
+  if (value.Kind() != ValueKind::kList) return value;
+  std::vector<Value> alive;
+  for (const Value& entry : value.Entries()) {
+    if (!IsDeadLink(entry)) alive.push_back(WithoutDeadLinks(entry));
+  }
+  const bool same = std::ranges::equal(alive, value.Entries());
+  return same ? value : Value::List(Keep(alive));
+}
+
+}  // namespace standalone

@@ -1,0 +1,145 @@
+#pragma once
+
+#include <memory_resource>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "model/Feature.h"
+#include "modeler/VLMDocument.h"
+
+namespace standalone {
+
+class Document;
+using DocumentPtr = VLMHandle<Document>;
+
+/// An analysis document in memory: the features, in order, and which upgrades the document has been through.
+///
+/// All of a document's memory is one arena that goes with it; features never move. Every change of a feature
+/// goes through this class, which keeps the feature's state before its first change, so that what an upgrade
+/// did can be told by comparing.
+class Document final : public VLMDocument {
+ public:
+  [[nodiscard]] static DocumentPtr Create(std::string displayName);
+  /// The document behind a handle that the host gave out.
+  [[nodiscard]] static Document& Of(VLMDocument& document) { return static_cast<Document&>(document); }
+
+  // VLMDocument
+  void AddRef() noexcept override { ++references_; }
+  void Release() noexcept override {
+    if (--references_ == 0) delete this;
+  }
+  HRESULT QueryInterface(const VLMInterfaceId& id, void** out) override;
+  [[nodiscard]] const void* Identity() const noexcept override { return this; }
+  VLMUnicodeString GetDisplayName() override { return std::string_view(displayName_); }
+
+  // The upgrades that the document has been through, in the order in which they were recorded.
+  [[nodiscard]] const std::vector<std::string>& Upgrades() const { return upgrades_; }
+  void RecordUpgrade(std::string_view identifier) { upgrades_.emplace_back(identifier); }
+
+  // Reading.
+  [[nodiscard]] Feature* First() const { return first_; }
+  [[nodiscard]] std::size_t FeatureCount() const { return count_; }
+  /// The feature of that id, also when it was removed; null when there never was one.
+  [[nodiscard]] Feature* Find(FeatureId id) const;
+  /// The feature's attribute of that name; null when it has none. A link whose target was removed is gone.
+  [[nodiscard]] Attribute* FindAttribute(Feature& feature, NameId key);
+  /// All attributes of the feature, in order, without the links whose targets were removed.
+  [[nodiscard]] std::span<const Attribute> AttributesOf(Feature& feature);
+  /// How many features stand beneath `feature`, at any depth.
+  [[nodiscard]] static std::size_t CountBeneath(const Feature& feature);
+  /// The document's analysis model (its first, should it hold several); null without one.
+  [[nodiscard]] Feature* AnalysisModel() const;
+
+  // Changing. Nothing is done, and nothing counts as a change, when the new state is the old one.
+  /// Makes a feature: the last of the document and of its father's sons.
+  Feature& Create(const LateType& type, std::string_view name, Feature* father, Feature* container);
+  /// Removes the feature with all that stands beneath it, and every link that held any of them.
+  void Remove(Feature& feature);
+  void SetType(Feature& feature, const LateType& type);
+  void SetExternalName(Feature& feature, std::string_view name);
+  void SetPhysicalType(Feature& feature, std::string_view physicalType);
+  void SetUpToDate(Feature& feature, bool upToDate);
+  /// Sets the attribute, adding it at the end when the feature lacks it. A text or list must live in
+  /// `Arena()` or come from `Keep`.
+  void SetAttribute(Feature& feature, NameId key, const Value& value);
+  void SetAttributeMode(Feature& feature, NameId key, int mode);
+  void RemoveAttribute(Feature& feature, NameId key);
+  /// Appends to the list attribute, which must exist; a list grows in steps, so that appending n entries
+  /// costs n.
+  void AppendToList(Feature& feature, NameId key, const Value& entry);
+  /// Makes `feature` the last son of `father`. False, and nothing changes, when `father` is it or stands
+  /// beneath it.
+  bool PlaceBeneath(Feature& feature, Feature& father);
+  /// Moves `feature` to stand directly after (or before) `other`, a son of the same father.
+  void PlaceBeside(Feature& feature, Feature& other, bool after);
+
+  /// Drops, in every feature, the links whose targets were removed; to be called before the document is
+  /// looked at as a whole (single features drop theirs when they are looked at).
+  void DropAllDeadLinks();
+
+  /// Copies a text or entries into the arena, where they may become values.
+  [[nodiscard]] std::string_view Keep(std::string_view text);
+  [[nodiscard]] std::span<Value> Keep(std::span<const Value> entries);
+
+  // What changed since the document was read.
+  /// Features that were changed, created or removed, in the order of their first change.
+  [[nodiscard]] const std::vector<Feature*>& Touched() const { return touched_; }
+  /// The state of the feature when the document was read; the feature itself when it is unchanged; null when
+  /// it was created since. Links of that state may lead to features that are removed by now.
+  [[nodiscard]] const Feature* Before(const Feature& feature) const;
+
+  // For the reader, which fills an empty document.
+  /// Adds a feature at the end, without father or container; `id` must be new.
+  Feature& AppendRead(FeatureId id, const LateType& type);
+  void SetFatherRead(Feature& feature, Feature& father);
+  /// Gives the feature its attributes as they are; to be called once per feature, before links are noted.
+  void SetAttributesRead(Feature& feature, std::span<const Attribute> attributes);
+  /// Takes note of the links that the feature holds, once its values hold their final targets.
+  void NoteLinksRead(Feature& feature);
+
+ private:
+  explicit Document(std::string displayName) : displayName_(std::move(displayName)) {}
+  ~Document() override = default;
+
+  void Touch(Feature& feature);
+  void LinkLast(Feature& feature);
+  void LinkLastSon(Feature& feature, Feature& father);
+  void Unlink(Feature& feature);
+  void UnlinkSon(Feature& feature);
+  void MoveBeside(Feature& feature, Feature& other, bool after);
+  Attribute& AddAttribute(Feature& feature, NameId key);
+  void NoteLinks(Feature& referrer, const Value& value);
+  void MarkReferrers(Feature& target);
+  void IndexSharedReferrers();
+  void DropDeadLinks(Feature& feature);
+  Value WithoutDeadLinks(const Value& value);
+
+  std::uint32_t references_ = 1;
+  std::string displayName_;
+  std::vector<std::string> upgrades_;
+  std::pmr::monotonic_buffer_resource arena_{std::size_t{1} << 16};
+
+  Feature* first_ = nullptr;
+  Feature* last_ = nullptr;
+  std::size_t count_ = 0;
+  Feature* analysisModel_ = nullptr;
+  FeatureId highestId_ = 0;
+
+  std::vector<Feature*> byId_;  // ascending ids, also those of removed features
+  bool idsAscend_ = true;
+  bool idsAreDense_ = true;  // 1, 2, 3, ..., as in most documents: then an id is a position
+  std::unordered_map<FeatureId, Feature*> byScatteredId_;  // used instead as soon as an id does not ascend
+
+  std::vector<Feature*> touched_;
+  std::vector<Feature*> withDeadLinks_;
+  std::vector<Feature> before_{Feature()};  // entry 0 is no feature's
+
+  // Who links to the features that several others link to; made when the first of those is removed.
+  std::unordered_map<const Feature*, std::vector<Feature*>> sharedReferrers_;
+  bool sharedReferrersIndexed_ = false;
+};
+
+}  // namespace standalone

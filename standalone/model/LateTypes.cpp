@@ -1,0 +1,163 @@
+#include "model/LateTypes.h"
+
+#include <deque>
+#include <unordered_map>
+
+namespace standalone {
+namespace {
+
+struct Derivation {
+  std::string_view lateType;
+  std::string_view base;
+};
+
+// Bases stand before what derives from them.
+constexpr Derivation kDerivations[] = {
+    {kind::kFeature, "VLMBaseUnknown"},
+    {kind::kAnalysisModel, kind::kFeature},
+    {kind::kAnalysisSet, kind::kFeature},
+    {kind::kAnalysisCase, kind::kAnalysisSet},
+    {kind::kStep, kind::kAnalysisSet},
+    {kind::kAnalysisEntity, kind::kFeature},
+    {kind::kConnector, kind::kFeature},
+    {kind::kBasicComponent, kind::kFeature},
+    {kind::kParameter, kind::kFeature},
+    {kind::kMeshPart, kind::kAnalysisEntity},
+    {kind::kGroup, kind::kAnalysisEntity},
+    {kind::kContainer, kind::kFeature},
+    {kind::kPart, kind::kFeature},
+    {kind::kGeometry, kind::kFeature},
+    {kind::kProduct, kind::kFeature},
+
+    // The frame of an analysis document.
+    {"AnalysisModel", kind::kAnalysisModel},
+    {"AnalysisCase", kind::kAnalysisCase},
+    {"PropertySet", kind::kAnalysisSet},
+    {"MSHMeshSet", kind::kAnalysisSet},
+    {"HVXHalvexPropertySetLT", kind::kAnalysisSet},
+    {"HVXSimulationHistoryLT", kind::kAnalysisSet},
+    {"HVXJobContainerLT", kind::kAnalysisSet},
+    {"HVXDisplayGroupsLT", kind::kAnalysisSet},
+    {"HVXSolutionSensorsLT", kind::kAnalysisSet},
+    {"HVXHacSolutionLT", kind::kAnalysisSet},
+    {"HVXHacAnaStepSolLT", kind::kAnalysisSet},
+    {"HVXJobLT", kind::kAnalysisEntity},
+
+    // Steps and what stands beneath them.
+    {"HVXInitialStepLT", kind::kStep},
+    {"HVXGeneralStaticStepLT", kind::kStep},
+    {"HVXHeatTransferStepLT", kind::kStep},
+    {"HVXRiksStepLT", kind::kStep},
+    {"HVXStaticLPStepLT", kind::kStep},
+    {"HVXLoadContainerLT", kind::kAnalysisSet},
+    {"HVXRestraintContainerLT", kind::kAnalysisSet},
+    {"HVXInteractionContainerLT", kind::kAnalysisSet},
+    {"HVXDatOutputRequestContainerLT", kind::kAnalysisSet},
+    {"HVXHistoryOutputRequestContainerLT", kind::kAnalysisSet},
+    {"HVXFieldOutputRequestContainerLT", kind::kAnalysisSet},
+    {"HVXDatOutputLT", kind::kAnalysisEntity},
+    {"HVXHistoryOutputLT", kind::kAnalysisEntity},
+    {"HVXFieldOutputLT", kind::kAnalysisEntity},
+    {"HVXNewFieldOutputLT", kind::kAnalysisEntity},
+
+    // Prescribed conditions.
+    {"HVXAccelerationBCLT", kind::kAnalysisEntity},
+    {"HVXVelocityBCLT", kind::kAnalysisEntity},
+    {"HVXDisplacementBC", kind::kAnalysisEntity},
+    {"HVXClamp", kind::kAnalysisEntity},
+    {"HVXConcentratedForce", kind::kAnalysisEntity},
+    {"HVXPressure", kind::kAnalysisEntity},
+    {"HVXGravity", kind::kAnalysisEntity},
+    {"HVXRotationalBodyForce", kind::kAnalysisEntity},
+    {"HVXTemperatureLT", kind::kAnalysisEntity},
+    {"HVXInitialTemperatureLT", kind::kAnalysisEntity},
+    {"HVXTemperatureHistoryLT", kind::kAnalysisEntity},
+    {"HVXConcHeatFlux", kind::kAnalysisEntity},
+    {"HVXSurfaceHeatFlux", kind::kAnalysisEntity},
+    {"HVXBodyHeatFlux", kind::kAnalysisEntity},
+    {"HVXFilmCondition", kind::kAnalysisEntity},
+    {"HVXInitialVelocityLT", kind::kAnalysisEntity},
+    {"HVXSubmodelBCLT", kind::kAnalysisEntity},
+
+    // Interactions, constraints and connections.
+    {"HVXSurfaceToSurfaceContactLT", kind::kAnalysisEntity},
+    {"HVXContactConnectionEnhancementStdLT", kind::kAnalysisEntity},
+    {"HVXContactConnectionEnhancementExplicitLT", kind::kAnalysisEntity},
+    {"HVXContactControlsLT", kind::kAnalysisEntity},
+    {"HVXInterferenceFitLT", kind::kAnalysisEntity},
+    {"HVXTiedContactLT", kind::kAnalysisEntity},
+    {"HVXRigidBodyConstraintLT", kind::kAnalysisEntity},
+    {"HVXRigidCouplingLT", kind::kAnalysisEntity},
+    {"HVXSmoothCouplingLT", kind::kAnalysisEntity},
+    {"HVXSpringLT", kind::kAnalysisEntity},
+    {"HVXDamperLT", kind::kAnalysisEntity},
+    {"HVXARSurfLT", kind::kAnalysisEntity},
+    {"SAMFaceFaceContact", kind::kAnalysisEntity},
+    {"SAMFaceFaceFastened", kind::kAnalysisEntity},
+    {"ConstraintASM", kind::kAnalysisEntity},
+    {"SAMGenericConnDesign", kind::kAnalysisEntity},
+
+    // Properties and element assignments.
+    {"HVXInteractionPropertyLT", kind::kAnalysisEntity},
+    {"HVXTangentialBehaviorLT", kind::kAnalysisEntity},
+    {"HVXShellSectionEnhLT", kind::kAnalysisEntity},
+    {"HVXMatOrientationLT", kind::kAnalysisEntity},
+    {"HVXGaskPropertyLT", kind::kAnalysisEntity},
+    {"HVXPreTensionPropertyLT", kind::kAnalysisEntity},
+    {"HVXGlobalElemAsgnLT", kind::kAnalysisSet},
+    {"HVXGlobalElemAsgnEntryLT", kind::kAnalysisEntity},
+    {"HVXLocalElemAsgnLT", kind::kAnalysisEntity},
+    {"HVXElementAssignmentLT", kind::kAnalysisEntity},
+    {"HVXSectionControlsLT", kind::kAnalysisEntity},
+
+    // What the others rest on.
+    {"GeometrySmartConnector", kind::kConnector},
+    {"SAMBasicComponent", kind::kBasicComponent},
+    {"Parameter", kind::kParameter},
+    {"MSHMeshPart", kind::kMeshPart},
+    {"SAMGroup", kind::kGroup},
+    {"PrtContainer", kind::kContainer},
+    {"Part", kind::kPart},
+    {"MechanicalPart", kind::kGeometry},  // a body of a part
+    {"Solid", kind::kGeometry},
+    {"Surface", kind::kGeometry},
+    {"Edge", kind::kGeometry},
+    {"Point", kind::kGeometry},
+    {"Axis", kind::kGeometry},
+    {"Product", kind::kProduct},
+};
+
+class Table {
+ public:
+  Table() {
+    for (const auto& [lateType, base] : kDerivations) Add(lateType, VLMMetaClass::Find(base));
+  }
+
+  const LateType& Of(std::string_view name) {
+    const auto found = types_.find(NameTable::Find(name));
+    return found != types_.end() ? *found->second : Add(name, VLMMetaClass::Find(kind::kFeature));
+  }
+
+ private:
+  const LateType& Add(std::string_view name, const VLMMetaClass* base) {
+    const NameId id = NameTable::Intern(name);
+    const VLMMetaClass& metaClass =
+        VLMMetaClass::LateType(name, base != nullptr ? base : &VLMMetaClass::BaseUnknown());
+    return *types_.emplace(id, &all_.emplace_back(id, metaClass)).first->second;
+  }
+
+  std::deque<LateType> all_;
+  std::unordered_map<NameId, const LateType*> types_;
+};
+
+}  // namespace
+
+LateType::LateType(NameId name, const VLMMetaClass& metaClass)
+    : name_(name), isAnalysisModel_(metaClass.IsAKindOf(kind::kAnalysisModel)), metaClass_(metaClass) {}
+
+const LateType& LateType::Of(std::string_view name) {
+  static Table table;
+  return table.Of(name);
+}
+
+}  // namespace standalone

@@ -1,0 +1,86 @@
+#include "session/Messages.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <simdjson.h>
+
+#include <algorithm>
+#include <map>
+#include <stdexcept>
+
+#include "base/VLMMsgCatalog.h"
+#include "checkpoint/Checkpoint.h"
+
+namespace standalone {
+namespace {
+
+using Catalog = std::map<std::string, std::string, std::less<>>;
+
+std::map<std::string, Catalog, std::less<>>& Catalogs() {
+  static std::map<std::string, Catalog, std::less<>> catalogs;
+  return catalogs;
+}
+
+Catalog Load(const std::filesystem::path& file) {
+  Catalog catalog;
+  simdjson::dom::parser parser;
+  simdjson::dom::object keys;
+  if (const auto error = parser.load(file.string()).get_object().get(keys); error != simdjson::SUCCESS) {
+    throw std::runtime_error(fmt::format("{}: the message catalog is not a JSON object ({}). Reinstall it",
+                                         file.string(), simdjson::error_message(error)));
+  }
+  for (const auto& [key, value] : keys) {
+    std::string_view text;
+    if (value.get_string().get(text) != simdjson::SUCCESS) {
+      throw std::runtime_error(
+          fmt::format("{}: \"{}\" must be a text. Correct the catalog", file.string(), key));
+    }
+    catalog.emplace(key, text);
+  }
+  return catalog;
+}
+
+}  // namespace
+
+std::vector<std::string> Messages::LanguagesOf(const std::filesystem::path& folder) {
+  std::vector<std::string> languages;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+    if (entry.is_directory()) languages.push_back(entry.path().filename().string());
+  }
+  std::ranges::sort(languages);
+  return languages;
+}
+
+void Messages::Use(const std::filesystem::path& folder, std::string_view language) {
+  const std::vector<std::string> languages = LanguagesOf(folder);
+  if (std::ranges::find(languages, language) == languages.end()) {
+    throw std::runtime_error(fmt::format("{}: there are no messages in language \"{}\". Choose one of: {}",
+                                         folder.string(), language, fmt::join(languages, ", ")));
+  }
+  std::map<std::string, Catalog, std::less<>> catalogs;
+  for (const auto& entry : std::filesystem::directory_iterator(folder / language)) {
+    if (entry.path().extension() == ".json")
+      catalogs.emplace(entry.path().stem().string(), Load(entry.path()));
+  }
+  Catalogs() = std::move(catalogs);
+}
+
+}  // namespace standalone
+
+VLMUnicodeString VLMMsgCatalog::BuildMessage(const VLMString& catalog, const VLMString& key,
+                                             const VLMUnicodeString* parameters, int parameterCount,
+                                             const VLMUnicodeString& defaultText) {
+  if (Failed(standalone::Checkpoint::Pass("VLMMsgCatalog::BuildMessage", nullptr, key.View())))
+    return defaultText;
+  const auto& catalogs = standalone::Catalogs();
+  const auto found = catalogs.find(catalog.View());
+  if (found == catalogs.end()) return defaultText;
+  const auto text = found->second.find(key.View());
+  if (text == found->second.end()) return defaultText;
+  VLMUnicodeString message(text->second.c_str());
+  for (int i = 0; i < std::min(parameterCount, 9); ++i) {
+    message.ReplaceAll(fmt::format("/P{}", i + 1).c_str(), parameters[i]);
+  }
+  return message;
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace standalone {
+
+/// The host's message catalogs: one folder per language, one JSON file per catalog that maps keys to texts.
+class Messages {
+ public:
+  Messages() = delete;
+
+  /// Reads texts from `folder`, in `language` (a folder's name there, such as "en"), from now on. Throws
+  /// `std::runtime_error` with the names that there are when there is no such language, or when a catalog is
+  /// broken.
+  static void Use(const std::filesystem::path& folder, std::string_view language);
+
+  /// The languages that `folder` offers, sorted.
+  [[nodiscard]] static std::vector<std::string> LanguagesOf(const std::filesystem::path& folder);
+};
+
+}  // namespace standalone

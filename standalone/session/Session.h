@@ -1,0 +1,48 @@
+#pragma once
+
+#include <unordered_set>
+#include <vector>
+
+#include "model/Document.h"
+
+namespace standalone {
+
+/// What the host knows while documents are open: which one is worked on, and what the library handed back
+/// about it.
+class Session {
+ public:
+  static Session& Current();
+
+  /// The document being opened or edited; null when there is none.
+  [[nodiscard]] const DocumentPtr& CurrentDocument() const { return document_; }
+  /// Makes `document` the current one and forgets what was noted about the one before.
+  void SetCurrentDocument(DocumentPtr document);
+
+  /// A modification notice was sent for the feature.
+  void NoteModified(const Feature& feature) { modified_.push_back(feature.id); }
+  /// The features that notices were sent for, in order, one entry a notice.
+  [[nodiscard]] const std::vector<FeatureId>& Modified() const { return modified_; }
+
+  /// Features that must be propagated once the upgrades of the document have run; each is kept once.
+  void AppendForPropagation(Feature& feature);
+  [[nodiscard]] const std::vector<Feature*>& ForPropagation() const { return forPropagation_; }
+
+ private:
+  DocumentPtr document_;
+  std::vector<FeatureId> modified_;
+  std::vector<Feature*> forPropagation_;
+  std::unordered_set<const Feature*> appended_;
+};
+
+/// A document as the current one for the life of this object.
+class CurrentDocumentScope {
+ public:
+  explicit CurrentDocumentScope(DocumentPtr document) {
+    Session::Current().SetCurrentDocument(std::move(document));
+  }
+  ~CurrentDocumentScope() { Session::Current().SetCurrentDocument(NULL_var); }
+  CurrentDocumentScope(const CurrentDocumentScope&) = delete;
+  CurrentDocumentScope& operator=(const CurrentDocumentScope&) = delete;
+};
+
+}  // namespace standalone

@@ -1,0 +1,30 @@
+#include "upgrade/UpgradeLibrary.h"
+
+#include <dlfcn.h>
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+namespace standalone {
+
+UpgradeLibrary::UpgradeLibrary(const std::filesystem::path& file)
+    : handle_(dlopen(std::filesystem::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL)) {
+  if (handle_ == nullptr) {
+    throw std::runtime_error(
+        fmt::format("{}: the upgrade library cannot be loaded ({}). Reinstall it", file.string(), dlerror()));
+  }
+  const auto entry = reinterpret_cast<HVXGetUpgradeLibraryEntry>(dlsym(handle_, "HVXGetUpgradeLibrary"));
+  if (entry == nullptr) {
+    dlclose(handle_);
+    throw std::runtime_error(fmt::format(
+        "{}: this is not an upgrade library: it exports no HVXGetUpgradeLibrary. Give another file",
+        file.string()));
+  }
+  description_ = entry();
+}
+
+UpgradeLibrary::~UpgradeLibrary() {
+  dlclose(handle_);
+}
+
+}  // namespace standalone

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <filesystem>
+
+#include "workbench/HVXUpgradeTable.h"
+
+namespace standalone {
+
+/// An upgrade library in memory, loaded as a plug-in for the life of this object. Nothing that it made may
+/// outlive it.
+class UpgradeLibrary {
+ public:
+  /// Throws `std::runtime_error`, which names the file, when it cannot be loaded or is no upgrade library.
+  explicit UpgradeLibrary(const std::filesystem::path& file);
+  ~UpgradeLibrary();
+  UpgradeLibrary(const UpgradeLibrary&) = delete;
+  UpgradeLibrary& operator=(const UpgradeLibrary&) = delete;
+
+  [[nodiscard]] const HVXUpgradeLibrary& Description() const { return *description_; }
+
+ private:
+  void* handle_;
+  const HVXUpgradeLibrary* description_ = nullptr;
+};
+
+}  // namespace standalone

@@ -1,0 +1,173 @@
+#include "upgrade/VersionManager.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "adapters/FeatureAdapter.h"
+#include "base/VLMFatalError.h"
+#include "modeler/VLMISpecObject.h"
+#include "session/Session.h"
+#include "workbench/HVXIUpgrade.h"
+
+namespace standalone {
+namespace {
+
+constexpr std::size_t kProgressEvery = 4096;
+
+// For each late type, the identifiers of a run that concern it. Made once per late type, not per feature.
+class Concerns {
+ public:
+  Concerns(const VersionManager& manager, const std::vector<std::string>& identifiers) {
+    for (const std::string& identifier : identifiers) {
+      for (const KnownUpgrade::Binding& bound : manager.Find(identifier)->bindings) {
+        for (const char* const lateType : bound.upgradeClass->lateTypes) {
+          VLMListValVLMUnicodeString& list = lists_[LateType::Of(lateType).Id()];
+          const VLMUnicodeString text(identifier.c_str());
+          // Two rows of one class may bind one identifier; the extension finds both by itself.
+          if (list.Size() == 0 || !(list[list.Size()] == text)) list.Append(text);
+        }
+      }
+    }
+  }
+
+  [[nodiscard]] const VLMListValVLMUnicodeString* Of(const LateType& type) const {
+    const auto found = lists_.find(type.Id());
+    return found == lists_.end() ? nullptr : &found->second;
+  }
+
+ private:
+  std::unordered_map<NameId, VLMListValVLMUnicodeString> lists_;
+};
+
+HRESULT UpgradeAsItIs(Feature& feature, const VLMListValVLMUnicodeString& identifiers) {
+  const HVXIUpgrade_var spUpgrade = HandleOn<HVXIUpgrade>(&feature);
+  return spUpgrade == NULL_var ? E_NOINTERFACE : spUpgrade->Upgrade(identifiers);
+}
+
+// False when nothing concerned the feature.
+bool UpgradeFeature(Feature& feature, const Concerns& concerns, HRESULT& code) {
+  const LateType* const type = feature.type;
+  const VLMListValVLMUnicodeString* const identifiers = concerns.Of(*type);
+  if (identifiers == nullptr) return false;
+  code = UpgradeAsItIs(feature, *identifiers);
+  if (feature.removed || feature.type == type) return true;
+  const VLMListValVLMUnicodeString* const again = concerns.Of(*feature.type);
+  if (again != nullptr && Succeeded(code)) code = UpgradeAsItIs(feature, *again);
+  return true;
+}
+
+std::vector<Feature*> FeaturesOf(const Document& document) {
+  std::vector<Feature*> features;
+  features.reserve(document.FeatureCount());
+  for (Feature* feature = document.First(); feature != nullptr; feature = feature->next)
+    features.push_back(feature);
+  return features;
+}
+
+// Gives up on a document in words that tell where; `doing` gives them.
+template <class Describe, class Action>
+void OrAbort(const Describe& doing, const Action& action) {
+  try {
+    action();
+  } catch (const VLMFatalAssertion& assertion) {
+    throw UpgradeAborted(fmt::format("{}: {} in {}", doing(), assertion.what(), assertion.SourcePath()));
+  } catch (const VLMNullVarError& error) {
+    throw UpgradeAborted(fmt::format("{}: {}", doing(), error.what()));
+  }
+}
+
+}  // namespace
+
+std::size_t UpgradeRun::FailureCount() const {
+  const auto failed = [](const auto& outcome) { return Failed(outcome.code); };
+  return static_cast<std::size_t>(std::ranges::count_if(features, failed) +
+                                  std::ranges::count_if(documentUpgrades, failed));
+}
+
+VersionManager::VersionManager(const std::vector<const HVXUpgradeLibrary*>& libraries) {
+  for (const HVXUpgradeLibrary* const library : libraries) Learn(*library);
+}
+
+void VersionManager::Learn(const HVXUpgradeLibrary& library) {
+  for (const VLMUnicodeString& identifier : library.identifiers) FindOrAdd(identifier.View());
+  for (const HVXUpgradeClass* const upgradeClass : library.classes) {
+    for (const HVXUpgradeBinding& binding : upgradeClass->bindings) {
+      KnownUpgrade& known = FindOrAdd(binding.identifier.View());
+      known.bindings.push_back({upgradeClass, &binding});
+      if (binding.routine == library.placeholder) known.available = false;
+    }
+  }
+  for (const HVXDocumentUpgrade& upgrade : library.documentUpgrades) {
+    KnownUpgrade& known = FindOrAdd(upgrade.identifier.View());
+    known.documentUpgrade = &upgrade;
+    if (upgrade.upgrade == nullptr) known.available = false;
+  }
+}
+
+KnownUpgrade& VersionManager::FindOrAdd(std::string_view identifier) {
+  const auto [entry, added] = index_.try_emplace(std::string(identifier), known_.size());
+  if (added) known_.push_back({std::string(identifier), {}});
+  return known_[entry->second];
+}
+
+const KnownUpgrade* VersionManager::Find(std::string_view identifier) const {
+  const auto found = index_.find(std::string(identifier));
+  return found == index_.end() ? nullptr : &known_[found->second];
+}
+
+std::vector<std::string> VersionManager::Pending(const Document& document) const {
+  const std::vector<std::string>& done = document.Upgrades();
+  std::vector<std::string> pending;
+  for (const KnownUpgrade& known : known_) {
+    if (known.available && std::ranges::find(done, known.identifier) == done.end()) {
+      pending.push_back(known.identifier);
+    }
+  }
+  return pending;
+}
+
+std::vector<std::string> VersionManager::Unknown(const Document& document) const {
+  std::vector<std::string> unknown;
+  std::ranges::copy_if(document.Upgrades(), std::back_inserter(unknown),
+                       [this](const std::string& identifier) { return Find(identifier) == nullptr; });
+  return unknown;
+}
+
+UpgradeRun VersionManager::Run(const DocumentPtr& document, const std::vector<std::string>& identifiers,
+                               const std::function<void(std::size_t, std::size_t)>& onProgress) const {
+  const CurrentDocumentScope current(document);
+  UpgradeRun run;
+  run.identifiers = identifiers;
+
+  const Concerns concerns(*this, identifiers);
+  const std::vector<Feature*> features = FeaturesOf(*document.Get());
+  for (std::size_t i = 0; i < features.size(); ++i) {
+    if (onProgress && i % kProgressEvery == 0) onProgress(i, features.size());
+    Feature& feature = *features[i];
+    if (feature.removed) continue;
+    HRESULT code = S_OK;
+    bool concerned = false;
+    OrAbort([&] { return fmt::format("feature {} ({})", feature.id, feature.TypeName()); },
+            [&] { concerned = UpgradeFeature(feature, concerns, code); });
+    if (concerned) run.features.push_back({&feature, code});
+  }
+  if (onProgress) onProgress(features.size(), features.size());
+
+  for (const std::string& identifier : identifiers) {
+    const HVXDocumentUpgrade* const upgrade = Find(identifier)->documentUpgrade;
+    if (upgrade == nullptr) continue;
+    VLMListValVLMISpecObject_var all;
+    for (Feature* const feature : FeaturesOf(*document.Get())) all.Append(HandleOn<VLMISpecObject>(feature));
+    VLMListValVLMUnicodeString alone;
+    alone.Append(upgrade->identifier);
+    OrAbort([&] { return identifier; },
+            [&] {
+              run.documentUpgrades.push_back({identifier, upgrade->upgrade(alone, all)});
+            });
+  }
+  for (const std::string& identifier : identifiers) document->RecordUpgrade(identifier);
+  return run;
+}
+
+}  // namespace standalone
