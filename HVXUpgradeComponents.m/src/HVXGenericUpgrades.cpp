@@ -21,7 +21,7 @@ void RegisterMetaObject() {
 
 // A list of several identifiers does nothing and succeeds, even when each is known here, on purpose.
 HRESULT HVXGenericUpgrades::Upgtade(const VLMListValVLMUnicodeString& identifiers,
-                                    VLMListValVLMISpecObject_var features) {
+                                    const VLMListValVLMISpecObject_var& features) {
   static const bool registered = (RegisterMetaObject(), true);  // by the first call, once
   static_cast<void>(registered);
   if (identifiers.Size() == 0) return E_FAIL;
