@@ -216,6 +216,14 @@ TEST_F(HVXGenericUpgradesTest, PropertyStaysWhereAPairCannotBeMadeAndTheOthersGo
   EXPECT_EQ(Calls("HVXIFactoryExtForPropagation").size(), 0U);
 }
 
+TEST_F(HVXGenericUpgradesTest, PairWithoutItsSupportIsNotPropagatedAndKeepsTheProperty) {
+  GivenProperties();
+  EXPECT_EQ(RunUnder(Failing("VLMISamAnalysisSupport::AddSupport"), {kReplaceProperties}), S_OK);
+  EXPECT_EQ(All(kPair).size(), 2U);
+  EXPECT_EQ(All("SAMFaceFaceContact").size(), 2U);
+  EXPECT_EQ(Calls("HVXIFactoryExtForPropagation").size(), 0U);
+}
+
 TEST_F(HVXGenericUpgradesTest, PropagationFailureIsToldWithTheNameAndKeepsTheProperty) {
   GivenProperties();
   testing::internal::CaptureStdout();
