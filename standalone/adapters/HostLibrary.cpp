@@ -1,5 +1,7 @@
 #include "adapters/HostLibrary.h"
 
+#include "components/Component.h"
+
 namespace standalone {
 namespace {
 
@@ -18,6 +20,9 @@ const bool installed = [] {
   BindConditionAdapters(*host);
   BindJobAdapters(*host);
   BindInteractionAdapters(*host);
+  BindContactAdapters(*host);
+  DeclareContactFactory(*host);
+  DeclarePropagationFactory(*host);
   return true;
 }();
 

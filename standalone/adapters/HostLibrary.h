@@ -33,5 +33,6 @@ void BindMotionAdapters(VLMLibrary& host);
 void BindConditionAdapters(VLMLibrary& host);
 void BindJobAdapters(VLMLibrary& host);
 void BindInteractionAdapters(VLMLibrary& host);
+void BindContactAdapters(VLMLibrary& host);
 
 }  // namespace standalone

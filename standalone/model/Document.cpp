@@ -67,6 +67,14 @@ Feature* Document::AnalysisModel() const {
   return analysisModel_ == nullptr || analysisModel_->removed ? nullptr : analysisModel_;
 }
 
+std::int64_t Document::HighestNumberAfter(std::string_view prefix) {
+  if (numberedNames_.Watch(prefix)) {
+    for (const Feature* feature = first_; feature != nullptr; feature = feature->next)
+      numberedNames_.NoteAfter(prefix, feature->externalName);
+  }
+  return numberedNames_.HighestAfter(prefix);
+}
+
 std::span<const Attribute> Document::AttributesOf(Feature& feature) {
   if (feature.hasDeadLinks) DropDeadLinks(feature);
   return feature.Attributes();
@@ -106,6 +114,7 @@ void Document::Remove(Feature& feature) {
   for (Feature* const each : doomed) {
     Touch(*each);
     each->removed = true;
+    numberedNames_.Forget(each->externalName);
     MarkReferrers(*each);
     Unlink(*each);
   }
@@ -121,7 +130,9 @@ void Document::SetType(Feature& feature, const LateType& type) {
 void Document::SetExternalName(Feature& feature, std::string_view name) {
   if (feature.externalName == name) return;
   Touch(feature);
+  numberedNames_.Forget(feature.externalName);
   feature.externalName = Keep(name);
+  numberedNames_.Note(feature.externalName);
 }
 
 void Document::SetPhysicalType(Feature& feature, std::string_view physicalType) {

@@ -9,6 +9,7 @@
 
 #include "model/Feature.h"
 #include "model/LargePages.h"
+#include "model/NumberedNames.h"
 #include "modeler/VLMDocument.h"
 
 namespace standalone {
@@ -58,6 +59,9 @@ class Document final : public VLMDocument {
   [[nodiscard]] std::span<const Attribute> AttributesOf(Feature& feature);
   /// How many features stand beneath `feature`, at any depth.
   [[nodiscard]] static std::size_t CountBeneath(const Feature& feature);
+  /// The highest N among the external names "<prefix>N" that the document's features bear; 0 without one. The
+  /// first question about a prefix walks over the document, later ones cost next to nothing.
+  [[nodiscard]] std::int64_t HighestNumberAfter(std::string_view prefix);
   /// The document's analysis model (its first, should it hold several); null without one.
   [[nodiscard]] Feature* AnalysisModel() const;
 
@@ -141,6 +145,7 @@ class Document final : public VLMDocument {
   std::size_t count_ = 0;
   Feature* analysisModel_ = nullptr;
   FeatureId highestId_ = 0;
+  NumberedNames numberedNames_;
 
   std::vector<Feature*> byId_;  // ascending ids, also those of removed features
   bool idsAscend_ = true;
