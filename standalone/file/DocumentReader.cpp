@@ -23,6 +23,7 @@ struct Unsound {
   std::string advice;
 };
 
+constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kSeeFormat = "Correct the line as docs/document-format.md describes";
 
 [[noreturn]] void Refuse(std::string problem, std::string_view advice = kSeeFormat) {
@@ -170,14 +171,16 @@ class Reader {
   void ReadBlock(const LineBlocks& blocks) {
     const std::string_view block = blocks.Block();
     line_ = blocks.FirstLine();
-    std::size_t counted = 0;  // the bytes of the block whose line ends are counted in line_
+    std::size_t next = 0;  // where the line after the last record begins
     try {
       ondemand::document_stream lines = parser_.iterate_many(
           block.data(), block.size(), std::max(block.size(), simdjson::dom::MINIMAL_BATCH_SIZE));
       for (auto line = lines.begin(); line != lines.end(); ++line) {
-        const std::size_t at = line.current_index();
-        line_ += static_cast<std::size_t>(std::count(block.begin() + counted, block.begin() + at, '\n'));
-        counted = at;
+        // The index of the first record does not count the blanks before it.
+        const std::size_t at =
+            std::min(block.find_first_not_of(kBlanks, line.current_index()), block.size() - 1);
+        GoToRecord(block, next, at);
+        next = std::min(block.find('\n', at), block.size() - 1) + 1;
         ondemand::document_reference record;
         if ((*line).get(record) != simdjson::SUCCESS) LocateError(block, blocks.FirstLine());
         ondemand::object object;
@@ -191,11 +194,23 @@ class Reader {
         }
       }
       if (lines.truncated_bytes() != 0) LocateError(block, blocks.FirstLine());
+      GoToRecord(block, next, block.size());
     } catch (const Unsound& unsound) {
       Fail(line_, unsound.problem, unsound.advice);
     } catch (const simdjson::simdjson_error&) {
       LocateError(block, blocks.FirstLine());
     }
+  }
+
+  // Goes on from `next`, where the line after the last record begins (0 for none), to the record at `at`. The
+  // parser would take records that share lines; then it would depend on where blocks end what is read.
+  void GoToRecord(std::string_view block, std::size_t next, std::size_t at) {
+    if (at < next) Refuse("a second value stands in the line", "Give every feature a line of its own");
+    const std::string_view between = block.substr(next, at - next);
+    if (between.find_first_not_of(kBlanks) != std::string_view::npos) {
+      Refuse("the value goes on in the next line", "Give every feature one line");
+    }
+    line_ += static_cast<std::size_t>(std::ranges::count(between, '\n')) + (next == 0 ? 0 : 1);
   }
 
   // The parser works on whole blocks and does not tell where it failed, so the lines are tried one by one.
@@ -318,7 +333,9 @@ class Reader {
 
   FeatureId TakeNewId(ondemand::value value) const {
     const FeatureId id = TakeInteger(value, format::kId);
-    if (id < 1) Refuse(fmt::format("\"id\" is {}; ids count from 1", id));
+    if (id < 1 || id > format::kMaxId) {
+      Refuse(fmt::format("\"id\" is {}; ids go from 1 to {}", id, format::kMaxId));
+    }
     if (document_->Find(id) != nullptr) {
       Refuse(fmt::format("a second feature has id {}", id), "Give every feature an id of its own");
     }
