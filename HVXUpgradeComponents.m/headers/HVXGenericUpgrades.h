@@ -11,7 +11,7 @@ class __attribute__((visibility("default"))) HVXGenericUpgrades {
   /// one identifier: E_FAIL for an empty list, 0 without doing anything for a longer one or an identifier
   /// that is none of its own; else the conversion's code when negative, and 0.
   static HRESULT Upgtade(const VLMListValVLMUnicodeString& identifiers,
-                         VLMListValVLMISpecObject_var features);
+                         const VLMListValVLMISpecObject_var& features);
 
  private:
   static HRESULT RemoveConsistencyCheckAttributes(const VLMListValVLMISpecObject_var& features);

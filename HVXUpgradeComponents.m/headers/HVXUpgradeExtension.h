@@ -56,9 +56,11 @@ class HVXUpgradeOf : public HVXUpgradeExtension {
   }
 };
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a class name cannot stand in parentheses
 /// Exports the entry by which the host makes the ties of `Class`; stands at the end of the class's source.
 #define HVX_EXPORT_CREATE_TIE(Class)                                                                       \
   extern "C"                                                                                               \
       __attribute__((visibility("default"))) void* CreateTIEHVXIUpgrade##Class(VLMBaseUnknown& extended) { \
     return Class::CreateTIE(extended);                                                                     \
   }
+// NOLINTEND(bugprone-macro-parentheses)

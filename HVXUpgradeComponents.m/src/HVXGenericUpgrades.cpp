@@ -13,7 +13,7 @@ const VLMString kRuleStatus("ListOfRuleStatus");
 
 // A list of several identifiers does nothing and succeeds, even when each is known here, on purpose.
 HRESULT HVXGenericUpgrades::Upgtade(const VLMListValVLMUnicodeString& identifiers,
-                                    VLMListValVLMISpecObject_var features) {
+                                    const VLMListValVLMISpecObject_var& features) {
   if (identifiers.Size() == 0) return E_FAIL;
   if (identifiers.Size() == 1 && identifiers[1] == kRemoveConsisChkAttr) {
     const HRESULT removed = RemoveConsistencyCheckAttributes(features);

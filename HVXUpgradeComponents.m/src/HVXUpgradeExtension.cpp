@@ -14,6 +14,7 @@ HRESULT HVXUpgradeExtension::Dispatch(const HVXUpgradeClass& upgradeClass,
   HRESULT kept = upgradeClass.resultWithoutRun;
   // The size is read anew each time, and the element copied: a routine may reach the list through the host.
   for (int position = 1; position <= identifiers.Size(); ++position) {
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): see above
     const VLMUnicodeString identifier = identifiers[position];
     for (const HVXUpgradeBinding& binding : upgradeClass.bindings) {
       if (binding.identifier.Compare(identifier) != kIdentical) continue;

@@ -78,13 +78,15 @@ class VLMHandle {
   using InterfaceType = Interface;
 
   VLMHandle() noexcept = default;
-  VLMHandle(VLMNullVar /*null*/) noexcept {}  // NOLINT(google-explicit-constructor)
+  // NOLINTNEXTLINE(google-explicit-constructor)
+  VLMHandle(VLMNullVar /*null*/) noexcept {}
   VLMHandle(const VLMHandle& other) noexcept : object_(other.object_) { Count(); }
   VLMHandle(VLMHandle&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
 
   /// The cast. Shares `object` when its type already is `Interface`, and asks it otherwise. Null gives null.
   template <std::derived_from<VLMBaseUnknown> Other>
-  VLMHandle(Other* object) {  // NOLINT(google-explicit-constructor)
+  // NOLINTNEXTLINE(google-explicit-constructor)
+  VLMHandle(Other* object) {
     if constexpr (std::derived_from<Other, Interface>) {
       object_ = object;
       Count();
@@ -94,8 +96,9 @@ class VLMHandle {
     }
   }
   template <class Other>
+  // NOLINTNEXTLINE(google-explicit-constructor)
   requires(!std::same_as<Other, Interface>) VLMHandle(const VLMHandle<Other>& other)
-      : VLMHandle(other.Get()) {}  // NOLINT(google-explicit-constructor)
+      : VLMHandle(other.Get()) {}
 
   VLMHandle& operator=(VLMHandle other) noexcept {
     std::swap(object_, other.object_);

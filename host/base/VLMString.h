@@ -9,8 +9,10 @@ class VLMString {
  public:
   VLMString() = default;
   // A literal stands wherever the host takes a name, so the conversion is implicit.
-  VLMString(const char* text) : text_(text) {}       // NOLINT(google-explicit-constructor)
-  VLMString(std::string_view text) : text_(text) {}  // NOLINT(google-explicit-constructor)
+  // NOLINTNEXTLINE(google-explicit-constructor)
+  VLMString(const char* text) : text_(text) {}
+  // NOLINTNEXTLINE(google-explicit-constructor)
+  VLMString(std::string_view text) : text_(text) {}
 
   [[nodiscard]] bool IsNull() const noexcept { return text_.empty(); }
   /// Ended by a zero byte; lives until this string is changed or destroyed.

@@ -17,8 +17,10 @@ class VLMUnicodeString {
  public:
   VLMUnicodeString() noexcept = default;
   // A literal stands wherever the host takes a string, so the conversions are implicit.
-  VLMUnicodeString(const char* utf8);       // NOLINT(google-explicit-constructor)
-  VLMUnicodeString(std::string_view utf8);  // NOLINT(google-explicit-constructor)
+  // NOLINTNEXTLINE(google-explicit-constructor)
+  VLMUnicodeString(const char* utf8);
+  // NOLINTNEXTLINE(google-explicit-constructor)
+  VLMUnicodeString(std::string_view utf8);
   VLMUnicodeString(const VLMUnicodeString& other) noexcept;
   VLMUnicodeString(VLMUnicodeString&& other) noexcept;
   VLMUnicodeString& operator=(const VLMUnicodeString& other) noexcept;
@@ -71,7 +73,7 @@ class VLMUnicodeString {
  private:
   struct Text;
 
-  void Assign(std::string utf8);
+  void Assign(std::string_view utf8);
 
   Text* text_ = nullptr;  // null stands for the empty string
 };

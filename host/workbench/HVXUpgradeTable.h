@@ -52,7 +52,8 @@ struct HVXDocumentUpgrade {
   VLMUnicodeString identifier;
   const char* purpose;
   /// Null when it is yet to be written; its identifier must stay pending then.
-  HRESULT (*upgrade)(const VLMListValVLMUnicodeString& identifiers, VLMListValVLMISpecObject_var features);
+  HRESULT (*upgrade)
+  (const VLMListValVLMUnicodeString& identifiers, const VLMListValVLMISpecObject_var& features);
 };
 
 /// What an upgrade library offers.

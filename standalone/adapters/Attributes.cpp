@@ -114,6 +114,7 @@ HRESULT WriteAttribute(Feature& feature, const Key& key, bool value) {
 
 HRESULT WriteAttribute(Feature& feature, const Key& key, const std::vector<double>& values) {
   std::vector<Value> entries;
+  entries.reserve(values.size());
   for (const double value : values) {
     if (!std::isfinite(value)) return E_FAIL;
     entries.push_back(Value::Real(value));
@@ -142,6 +143,7 @@ void WriteLink(Feature& feature, const Key& key, Feature* target) {
 
 void WriteLinks(Feature& feature, const Key& key, const std::vector<Feature*>& targets) {
   std::vector<Value> entries;
+  entries.reserve(targets.size());
   for (Feature* const target : targets) entries.push_back(Value::Link(target));
   feature.document->SetAttribute(feature, key.Id(),
                                  Value::List(feature.document->Keep(std::span<const Value>(entries))));

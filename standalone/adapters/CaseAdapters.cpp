@@ -6,8 +6,11 @@
 namespace standalone {
 namespace {
 
+const Key kSolver("Solver");
 const Key kAnalysisType("AnalysisType");
 const Key kCaseKind("CaseKind");
+
+constexpr std::string_view kThisProduct = "Halvex";
 
 class AnalysisCaseAdapter final : public FeatureAdapter<HVXIAnalysisCase> {
  public:
@@ -31,11 +34,11 @@ class AnalysisCaseAdapter final : public FeatureAdapter<HVXIAnalysisCase> {
   }
 };
 
-// Other workbenches keep their cases in the same documents; theirs have no analysis type of this one's.
+// Other workbenches keep their cases in the same documents; those are solved by others.
 void* MakeAnalysisCase(VLMBaseUnknown& extended) {
-  Feature* const feature = FeatureOf(&extended);
-  if (feature->document->FindAttribute(*feature, kAnalysisType.Id()) == nullptr) return nullptr;
-  return MakeAdapter<AnalysisCaseAdapter>(extended);
+  VLMUnicodeString solver;
+  static_cast<void>(ReadAttribute(*FeatureOf(&extended), kSolver, solver));
+  return solver.View() == kThisProduct ? MakeAdapter<AnalysisCaseAdapter>(extended) : nullptr;
 }
 
 }  // namespace

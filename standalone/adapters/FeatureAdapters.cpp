@@ -15,7 +15,7 @@ namespace standalone {
 namespace {
 
 const Key kSonsList("SonsList");
-const Key kReady("Ready");
+const Key kNotReadyIn("NotReadyIn");
 
 class SpecObjectAdapter final : public FeatureAdapter<VLMISpecObject> {
  public:
@@ -64,9 +64,14 @@ class SpecObjectAdapter final : public FeatureAdapter<VLMISpecObject> {
 
   int IsReadyInDomain(const VLMUnicodeString& domain) override {
     if (Failed(Enter("VLMISpecObject::IsReadyInDomain", domain.View()))) return 0;
-    bool ready = true;  // most features say nothing about it
-    static_cast<void>(ReadAttribute(Self(), kReady, ready));
-    return ready && !Self().removed ? 1 : 0;
+    const Attribute* const notReady = Doc().FindAttribute(Self(), kNotReadyIn.Id());
+    if (notReady == nullptr || notReady->value.Kind() != ValueKind::kList) return 1;
+    const std::span<const Value> domains = notReady->value.Entries();
+    if (domain.IsNull()) return domains.empty() ? 1 : 0;
+    const auto names = [&domain](const Value& entry) {
+      return entry.Kind() == ValueKind::kString && entry.AsString() == domain.View();
+    };
+    return std::ranges::none_of(domains, names) ? 1 : 0;
   }
 
  private:

@@ -8,6 +8,9 @@ namespace {
 const bool installed = [] {
   static auto* const host = new VLMLibrary("VLMStandaloneHost");
   BindFeatureAdapters(*host);
+  BindComponentAdapters(*host);
+  BindSupportAdapters(*host);
+  BindGeometryAdapters(*host);
   BindAnalysisSetAdapters(*host);
   BindCaseAdapters(*host);
   BindJobAdapters(*host);

@@ -23,6 +23,9 @@ void Bind(VLMLibrary& host, std::initializer_list<std::string_view> lateTypes) {
 
 // One per source file of adapters; called once, when the host is loaded.
 void BindFeatureAdapters(VLMLibrary& host);
+void BindComponentAdapters(VLMLibrary& host);
+void BindSupportAdapters(VLMLibrary& host);
+void BindGeometryAdapters(VLMLibrary& host);
 void BindAnalysisSetAdapters(VLMLibrary& host);
 void BindCaseAdapters(VLMLibrary& host);
 void BindJobAdapters(VLMLibrary& host);

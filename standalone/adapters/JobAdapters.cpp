@@ -1,6 +1,7 @@
 // Jobs and their containers.
 
 #include "adapters/HostLibrary.h"
+#include "analysis/Frame.h"
 #include "workbench/HVXIJob.h"
 
 namespace standalone {
@@ -23,7 +24,13 @@ class JobAdapter final : public FeatureAdapter<HVXIJob> {
     return ReadOr("HVXIJob::GetRunType", kRunType, runType, VLMUnicodeString());
   }
   HRESULT GetAnalysisCase(VLMBaseUnknown_var& analysisCase) override {
-    return ReadLink("HVXIJob::GetAnalysisCase", kAnalysisCase, analysisCase);
+    const HRESULT read = ReadLink("HVXIJob::GetAnalysisCase", kAnalysisCase, analysisCase);
+    // New jobs run the case that their container stands beneath.
+    if (Succeeded(read) && analysisCase == NULL_var &&
+        Self().type->MetaClass().IsAKindOf(kind::kAnalysisSet)) {
+      analysisCase = HandleOn<VLMBaseUnknown>(CaseAbove(Self()));
+    }
+    return read;
   }
   HRESULT GetRestartFrequency(std::int32_t& frequency) override {
     return ReadOr("HVXIJob::GetRestartFrequency", kRestartFrequency, frequency, 0);
@@ -47,19 +54,19 @@ class JobAdapter final : public FeatureAdapter<HVXIJob> {
     return Write("HVXIJob::SetInputFileFlag", kInputFileFlag, flag);
   }
   HRESULT GetMemoryUnit(std::int32_t& code) override {
-    return Read("HVXIJob::GetMemoryUnit", kMemoryUnit, code);
+    return ReadOr("HVXIJob::GetMemoryUnit", kMemoryUnit, code, 0);
   }
   HRESULT GetRestartMode(std::int32_t& code) override {
-    return Read("HVXIJob::GetRestartMode", kRestartMode, code);
+    return ReadOr("HVXIJob::GetRestartMode", kRestartMode, code, 0);
   }
   HRESULT GetRestartInterval(std::int32_t& interval) override {
-    return Read("HVXIJob::GetRestartInterval", kRestartInterval, interval);
+    return ReadOr("HVXIJob::GetRestartInterval", kRestartInterval, interval, 0);
   }
   HRESULT GetRestartFlag(std::int32_t& flag) override {
-    return Read("HVXIJob::GetRestartFlag", kRestartFlag, flag);
+    return ReadOr("HVXIJob::GetRestartFlag", kRestartFlag, flag, 0);
   }
   HRESULT GetInputFileFlag(std::int32_t& flag) override {
-    return Read("HVXIJob::GetInputFileFlag", kInputFileFlag, flag);
+    return ReadOr("HVXIJob::GetInputFileFlag", kInputFileFlag, flag, 0);
   }
 };
 

@@ -57,8 +57,8 @@ VLMUnicodeString::~VLMUnicodeString() {
   if (text_ != nullptr && --text_->references == 0) delete text_;
 }
 
-void VLMUnicodeString::Assign(std::string utf8) {
-  *this = utf8.empty() ? VLMUnicodeString() : VLMUnicodeString(std::string_view(utf8));
+void VLMUnicodeString::Assign(std::string_view utf8) {
+  *this = VLMUnicodeString(utf8);
 }
 
 int VLMUnicodeString::Compare(const VLMUnicodeString& other) const noexcept {
@@ -87,7 +87,7 @@ void VLMUnicodeString::ReplaceSubString(const VLMUnicodeString& oldText, const V
   if (found == std::string_view::npos) return;
   std::string result(View());
   result.replace(found, oldText.View().size(), newText.View());
-  Assign(std::move(result));
+  Assign(result);
 }
 
 void VLMUnicodeString::ReplaceSubString(int position, int length, const VLMUnicodeString& newText) {
@@ -97,7 +97,7 @@ void VLMUnicodeString::ReplaceSubString(int position, int length, const VLMUnico
   const std::size_t last = ByteOfCharacter(View(), position + std::min(length, size - position));
   std::string result(View());
   result.replace(first, last - first, newText.View());
-  Assign(std::move(result));
+  Assign(result);
 }
 
 void VLMUnicodeString::ReplaceAll(const VLMUnicodeString& oldText, const VLMUnicodeString& newText) {
@@ -112,7 +112,7 @@ void VLMUnicodeString::ReplaceAll(const VLMUnicodeString& oldText, const VLMUnic
     from = found + wanted.size();
   }
   result.append(whole, from);
-  Assign(std::move(result));
+  Assign(result);
 }
 
 int VLMUnicodeString::GetLengthInChar() const noexcept {
@@ -121,7 +121,7 @@ int VLMUnicodeString::GetLengthInChar() const noexcept {
 
 void VLMUnicodeString::Resize(int length) {
   const std::size_t end = ByteOfCharacter(View(), std::max(length, 0));
-  if (end < View().size()) Assign(std::string(View().substr(0, end)));
+  if (end < View().size()) Assign(View().substr(0, end));
 }
 
 void VLMUnicodeString::Append(const VLMUnicodeString& text) {

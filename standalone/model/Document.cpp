@@ -41,6 +41,10 @@ HRESULT Document::QueryInterface(const VLMInterfaceId& id, void** out) {
   return S_OK;
 }
 
+void Document::LoadCatalog(const FeatureCatalog& catalog) {
+  if (std::ranges::find(catalogs_, &catalog) == catalogs_.end()) catalogs_.push_back(&catalog);
+}
+
 Feature* Document::Find(FeatureId id) const {
   if (!idsAscend_) {
     const auto found = byScatteredId_.find(id);
@@ -84,7 +88,7 @@ void Document::DropAllDeadLinks() {
 }
 
 Feature& Document::Create(const LateType& type, std::string_view name, Feature* father, Feature* container) {
-  Feature& feature = AppendRead(highestId_ + 1, type);
+  Feature& feature = AppendRead(NextId(), type);
   feature.name = Keep(name);
   feature.created = true;
   feature.container = container;

@@ -13,6 +13,7 @@
 namespace standalone {
 
 class Document;
+struct FeatureCatalog;
 using DocumentPtr = VLMHandle<Document>;
 
 /// An analysis document in memory: the features, in order, and which upgrades the document has been through.
@@ -39,9 +40,15 @@ class Document final : public VLMDocument {
   [[nodiscard]] const std::vector<std::string>& Upgrades() const { return upgrades_; }
   void RecordUpgrade(std::string_view identifier) { upgrades_.emplace_back(identifier); }
 
+  // The feature catalogs that were loaded into the document, for as long as it is open.
+  [[nodiscard]] const std::vector<const FeatureCatalog*>& LoadedCatalogs() const { return catalogs_; }
+  void LoadCatalog(const FeatureCatalog& catalog);
+
   // Reading.
   [[nodiscard]] Feature* First() const { return first_; }
   [[nodiscard]] std::size_t FeatureCount() const { return count_; }
+  /// The id that the next feature made will get.
+  [[nodiscard]] FeatureId NextId() const { return highestId_ + 1; }
   /// The feature of that id, also when it was removed; null when there never was one.
   [[nodiscard]] Feature* Find(FeatureId id) const;
   /// The feature's attribute of that name; null when it has none. A link whose target was removed is gone.
@@ -120,6 +127,7 @@ class Document final : public VLMDocument {
   std::uint32_t references_ = 1;
   std::string displayName_;
   std::vector<std::string> upgrades_;
+  std::vector<const FeatureCatalog*> catalogs_;
   std::pmr::monotonic_buffer_resource arena_{std::size_t{1} << 16};
 
   Feature* first_ = nullptr;

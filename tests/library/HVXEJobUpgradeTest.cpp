@@ -10,8 +10,8 @@ using testing_support::Withholding;
 class HVXEJobUpgradeTest : public testing_support::UpgradeTest {
  protected:
   void GivenJobs(const std::string& attributes) {
-    Given(R"({"id":1,"type":"AnalysisCase","attributes":{"AnalysisType":3}}
-             {"id":2,"type":"AnalysisCase","attributes":{"AnalysisType":1}}
+    Given(R"({"id":1,"type":"AnalysisCase","attributes":{"Solver":"Halvex","AnalysisType":3}}
+             {"id":2,"type":"AnalysisCase","attributes":{"Solver":"Halvex","AnalysisType":1}}
              {"id":3,"type":"HVXJobLT","attributes":{"AnalysisCase":{"ref":1},)" +
           attributes + R"(}}
              {"id":4,"type":"HVXJobContainerLT","attributes":{"AnalysisCase":{"ref":2},)" +

@@ -1,0 +1,31 @@
+#include "analysis/Frame.h"
+
+namespace standalone {
+
+bool IsOfKind(const Feature& feature, std::string_view lateTypeOrKind) {
+  return feature.type->MetaClass().IsAKindOf(lateTypeOrKind);
+}
+
+Feature* CaseAbove(Feature& feature) {
+  Feature* above = &feature;
+  while (above != nullptr && !IsOfKind(*above, kind::kAnalysisCase)) above = above->father;
+  return above;
+}
+
+Feature* FirstSonOfKind(const Feature& father, std::string_view lateTypeOrKind) {
+  Feature* son = father.firstSon;
+  while (son != nullptr && !IsOfKind(*son, lateTypeOrKind)) son = son->nextSibling;
+  return son;
+}
+
+std::vector<Feature*> StepsOf(const Feature& analysisCase) {
+  std::vector<Feature*> steps;
+  const Feature* const history = FirstSonOfKind(analysisCase, "HVXSimulationHistoryLT");
+  if (history == nullptr) return steps;
+  for (Feature* son = history->firstSon; son != nullptr; son = son->nextSibling) {
+    if (IsOfKind(*son, kind::kStep)) steps.push_back(son);
+  }
+  return steps;
+}
+
+}  // namespace standalone

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "model/Feature.h"
+
+namespace standalone {
+
+// Where things stand in an analysis document.
+
+bool IsOfKind(const Feature& feature, std::string_view lateTypeOrKind);
+
+/// The nearest analysis case upwards, the feature itself included; null without one.
+Feature* CaseAbove(Feature& feature);
+/// The first son of that late type or kind; null without one.
+Feature* FirstSonOfKind(const Feature& father, std::string_view lateTypeOrKind);
+/// The steps of a case, in order; the first is the initial step.
+std::vector<Feature*> StepsOf(const Feature& analysisCase);
+
+}  // namespace standalone

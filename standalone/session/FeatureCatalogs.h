@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+#include "base/VLMResult.h"
+#include "model/Document.h"
+
+namespace standalone {
+
+/// The feature catalogs: files of the data folder that say which late types can be created and what a new
+/// feature of each holds. A document can create what the catalogs hold that were loaded into it, as long as
+/// it is open.
+class FeatureCatalogs {
+ public:
+  FeatureCatalogs() = delete;
+
+  /// Catalogs are read from `folder` from now on.
+  static void Use(const std::filesystem::path& folder);
+
+  /// Makes the late types of catalog `name` (its file's name) available in the document. E_FAIL when there is
+  /// no such file or it is broken. Loading one twice changes nothing.
+  static HRESULT Load(std::string_view name, Document& document);
+
+  /// Makes a feature of a late type that a catalog loaded into the document offers, with the attributes that
+  /// the catalog tells, as the last son of `father`. Null when no loaded catalog offers the late type.
+  static Feature* Create(std::string_view lateType, std::string_view externalName, Feature& father);
+};
+
+}  // namespace standalone
