@@ -13,6 +13,9 @@ const bool installed = [] {
   BindGeometryAdapters(*host);
   BindAnalysisSetAdapters(*host);
   BindCaseAdapters(*host);
+  BindStepAdapters(*host);
+  BindMotionAdapters(*host);
+  BindConditionAdapters(*host);
   BindJobAdapters(*host);
   BindInteractionAdapters(*host);
   return true;

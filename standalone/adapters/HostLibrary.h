@@ -28,6 +28,9 @@ void BindSupportAdapters(VLMLibrary& host);
 void BindGeometryAdapters(VLMLibrary& host);
 void BindAnalysisSetAdapters(VLMLibrary& host);
 void BindCaseAdapters(VLMLibrary& host);
+void BindStepAdapters(VLMLibrary& host);
+void BindMotionAdapters(VLMLibrary& host);
+void BindConditionAdapters(VLMLibrary& host);
 void BindJobAdapters(VLMLibrary& host);
 void BindInteractionAdapters(VLMLibrary& host);
 
