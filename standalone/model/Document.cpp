@@ -56,7 +56,7 @@ Feature* Document::Find(FeatureId id) const {
 }
 
 Attribute* Document::FindAttribute(Feature& feature, NameId key) {
-  if (feature.hasDeadLinks) DropDeadLinks(feature);
+  if (feature.hasDeadLinks || feature.isBehind) Settle(feature);
   for (Attribute& attribute : feature.Attributes()) {
     if (attribute.key == key) return &attribute;
   }
@@ -68,7 +68,7 @@ Feature* Document::AnalysisModel() const {
 }
 
 std::span<const Attribute> Document::AttributesOf(Feature& feature) {
-  if (feature.hasDeadLinks) DropDeadLinks(feature);
+  if (feature.hasDeadLinks || feature.isBehind) Settle(feature);
   return feature.Attributes();
 }
 
@@ -80,7 +80,18 @@ std::size_t Document::CountBeneath(const Feature& feature) {
   return count;
 }
 
+std::int64_t Document::HighestNumber(std::string_view prefix) {
+  const auto [names, isNew] = numberedNames_.try_emplace(prefix, prefix);
+  if (isNew) {
+    for (const Feature* feature = first_; feature != nullptr; feature = feature->next) {
+      names->second.Add(feature->externalName);
+    }
+  }
+  return names->second.Highest();
+}
+
 void Document::DropAllDeadLinks() {
+  if (companion_ != nullptr) companion_->WriteBack();
   for (Feature* const feature : withDeadLinks_) {
     if (feature->hasDeadLinks && !feature->removed) DropDeadLinks(*feature);
   }
@@ -106,6 +117,7 @@ void Document::Remove(Feature& feature) {
   for (Feature* const each : doomed) {
     Touch(*each);
     each->removed = true;
+    for (auto& [prefix, names] : numberedNames_) names.Remove(each->externalName);
     MarkReferrers(*each);
     Unlink(*each);
   }
@@ -121,6 +133,10 @@ void Document::SetType(Feature& feature, const LateType& type) {
 void Document::SetExternalName(Feature& feature, std::string_view name) {
   if (feature.externalName == name) return;
   Touch(feature);
+  for (auto& [prefix, names] : numberedNames_) {
+    names.Remove(feature.externalName);
+    names.Add(name);
+  }
   feature.externalName = Keep(name);
 }
 
@@ -383,6 +399,11 @@ void Document::IndexSharedReferrers() {
     for (const Attribute& attribute : feature->Attributes()) index(*feature, attribute.value, index);
     index(*feature, Value::Link(feature->container), index);
   }
+}
+
+void Document::Settle(Feature& feature) {
+  if (feature.isBehind) companion_->WriteBack();
+  if (feature.hasDeadLinks) DropDeadLinks(feature);
 }
 
 void Document::DropDeadLinks(Feature& feature) {
