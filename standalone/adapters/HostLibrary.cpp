@@ -1,5 +1,7 @@
 #include "adapters/HostLibrary.h"
 
+#include "components/Component.h"
+
 namespace standalone {
 namespace {
 
@@ -26,6 +28,9 @@ const bool installed = [] {
   BindElementAssignmentAdapters(*host);
   BindSectionControlsAdapters(*host);
   BindMeshAdapters(*host);
+  BindContactAdapters(*host);
+  DeclareContactFactory(*host);
+  DeclarePropagationFactory(*host);
   return true;
 }();
 

@@ -41,5 +41,6 @@ void BindOutputAdapters(VLMLibrary& host);
 void BindElementAssignmentAdapters(VLMLibrary& host);
 void BindSectionControlsAdapters(VLMLibrary& host);
 void BindMeshAdapters(VLMLibrary& host);
+void BindContactAdapters(VLMLibrary& host);
 
 }  // namespace standalone

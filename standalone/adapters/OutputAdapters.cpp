@@ -8,7 +8,6 @@
 #include "workbench/HVXIBaseOutput.h"
 #include "workbench/HVXIFactoryExtForPropagation.h"
 #include "workbench/HVXIFieldOutputFact.h"
-#include "workbench/HVXIPropagatingFeature.h"
 
 namespace standalone {
 namespace {
@@ -68,7 +67,8 @@ class FieldOutputFactoryAdapter final : public FeatureAdapter<HVXIFieldOutputFac
     static const LateType& requestType = LateType::Of(kFieldOutputRequest);
     Feature& made = Doc().Create(requestType, fmt::format("{}.{}", kFieldOutputRequest, Doc().NextId()),
                                  &Self(), Self().container);
-    Doc().SetExternalName(made, fmt::format("{}{}", kRequestName, Doc().HighestNumber(kRequestName) + 1));
+    Doc().SetExternalName(made,
+                          fmt::format("{}{}", kRequestName, Doc().HighestNumberAfter(kRequestName) + 1));
     static_cast<void>(WriteAttribute(made, kFrequencyType, kIncrements));
     static_cast<void>(WriteAttribute(made, kFrequency, kEveryOne));
     static_cast<void>(WriteAttribute(made, kVariableSelection, kOwnSelection));
@@ -91,7 +91,7 @@ class PropagationAdapter final : public FeatureAdapter<HVXIFactoryExtForPropagat
     }
     Feature* const target = FeatureOf(feature);
     if (!CanBeLinked(target)) return E_FAIL;
-    AddPropagationData(*target);
+    GiveDefaultPropagationData(*target);
     return S_OK;
   }
 
@@ -103,17 +103,6 @@ class PropagationAdapter final : public FeatureAdapter<HVXIFactoryExtForPropagat
   }
 };
 
-class PropagatingRequestAdapter final : public FeatureAdapter<HVXIPropagatingFeature> {
- public:
-  using FeatureAdapter::FeatureAdapter;
-
-  HRESULT GetPropagationState() override {
-    std::int32_t state = 0;
-    const HRESULT read = ReadOr("HVXIPropagatingFeature::GetPropagationState", kPropagationState, state, 0);
-    return Failed(read) ? read : state;
-  }
-};
-
 }  // namespace
 
 void BindOutputAdapters(VLMLibrary& host) {
@@ -121,7 +110,6 @@ void BindOutputAdapters(VLMLibrary& host) {
                       {"HVXFieldOutputLT", "HVXNewFieldOutputLT", "HVXHistoryOutputLT", "HVXDatOutputLT"});
   Bind<FieldOutputFactoryAdapter>(host, {"HVXFieldOutputRequestContainerLT"});
   Bind<PropagationAdapter>(host, {"HVXFieldOutputRequestContainerLT"});
-  Bind<PropagatingRequestAdapter>(host, {"HVXNewFieldOutputLT"});
 }
 
 }  // namespace standalone

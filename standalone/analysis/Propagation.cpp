@@ -1,7 +1,5 @@
 #include "analysis/Propagation.h"
 
-#include <algorithm>
-
 #include "analysis/Frame.h"
 
 namespace standalone {
@@ -9,31 +7,38 @@ namespace {
 
 const Key kPropagatedTo("PropagatedTo");
 
-constexpr std::int32_t kMadeWhereItStands = 0;
+bool StandsBeneath(const Feature& feature, const Feature& top) {
+  const Feature* above = &feature;
+  while (above != nullptr && above != &top) above = above->father;
+  return above != nullptr;
+}
 
 }  // namespace
 
 const Key kPropagationState("PropagationState");
 
-void AddPropagationData(Feature& feature) {
+void GiveDefaultPropagationData(Feature& feature) {
   Document& document = *feature.document;
   if (document.FindAttribute(feature, kPropagationState.Id()) == nullptr) {
-    static_cast<void>(WriteAttribute(feature, kPropagationState, kMadeWhereItStands));
+    document.SetAttribute(feature, kPropagationState.Id(), Value::Integer(kCreatedHere));
   }
   if (document.FindAttribute(feature, kPropagatedTo.Id()) == nullptr) WriteLinks(feature, kPropagatedTo, {});
 }
 
 HRESULT PropagateToLaterSteps(Feature& feature) {
   if (feature.document->FindAttribute(feature, kPropagatedTo.Id()) == nullptr) return E_FAIL;
+  const Feature* const analysisCase = CaseAbove(feature);
   std::vector<Feature*> steps;
-  if (const Feature* const analysisCase = CaseAbove(feature)) steps = StepsOf(*analysisCase);
-  const Feature* own = &feature;
-  while (own != nullptr && !IsOfKind(*own, kind::kStep)) own = own->father;
-  // The first step is the initial one, which every later step follows.
-  const auto last = own == nullptr ? steps.begin() : std::ranges::find(steps, own);
-  steps.erase(steps.begin(), last == steps.end() ? last : last + 1);
-  std::erase_if(steps, [](const Feature* step) { return IsOfKind(*step, "HVXStaticLPStepLT"); });
-  WriteLinks(feature, kPropagatedTo, steps);
+  if (analysisCase != nullptr) steps = StepsOf(*analysisCase);
+  std::size_t own = 0;  // the initial step, for a feature that stands beneath none
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    if (StandsBeneath(feature, *steps[i])) own = i;
+  }
+  std::vector<Feature*> reached;
+  for (std::size_t i = own + 1; i < steps.size(); ++i) {
+    if (!IsOfKind(*steps[i], "HVXStaticLPStepLT")) reached.push_back(steps[i]);
+  }
+  WriteLinks(feature, kPropagatedTo, reached);
   return S_OK;
 }
 

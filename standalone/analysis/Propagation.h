@@ -4,17 +4,18 @@
 
 namespace standalone {
 
-// Propagation: a feature that was made in one step holds in the steps after it. It notes the steps and makes
-// no copies.
+// Propagation: which steps a feature reaches besides the one that it stands in. Steps are noted; no copies
+// are made.
 
 extern const Key kPropagationState;
+inline constexpr std::int32_t kCreatedHere = 0;  ///< The state of all but what propagation brought.
 
-/// Gives the feature the propagation data that it lacks: made where it stands, and propagated to no step.
-void AddPropagationData(Feature& feature);
+/// Gives the feature the propagation data that it lacks: created where it stands, brought to no step.
+void GiveDefaultPropagationData(Feature& feature);
 
-/// Notes the steps that the feature reaches: those after the one that it stands beneath, or every one after
-/// the initial step for a feature of the case's own. Perturbation steps are left out, since nothing carries
-/// over to them. E_FAIL for a feature without propagation data.
+/// Notes the steps that follow the one that the feature stands beneath, without perturbation steps; for a
+/// feature of the case's own set, every step after the initial one. E_FAIL for a feature without propagation
+/// data.
 HRESULT PropagateToLaterSteps(Feature& feature);
 
 }  // namespace standalone

@@ -67,6 +67,14 @@ Feature* Document::AnalysisModel() const {
   return analysisModel_ == nullptr || analysisModel_->removed ? nullptr : analysisModel_;
 }
 
+std::int64_t Document::HighestNumberAfter(std::string_view prefix) {
+  if (numberedNames_.Watch(prefix)) {
+    for (const Feature* feature = first_; feature != nullptr; feature = feature->next)
+      numberedNames_.NoteAfter(prefix, feature->externalName);
+  }
+  return numberedNames_.HighestAfter(prefix);
+}
+
 std::span<const Attribute> Document::AttributesOf(Feature& feature) {
   if (feature.hasDeadLinks || feature.isBehind) Settle(feature);
   return feature.Attributes();
@@ -78,16 +86,6 @@ std::size_t Document::CountBeneath(const Feature& feature) {
        each = NextBeneath(feature, *each))
     ++count;
   return count;
-}
-
-std::int64_t Document::HighestNumber(std::string_view prefix) {
-  const auto [names, isNew] = numberedNames_.try_emplace(prefix, prefix);
-  if (isNew) {
-    for (const Feature* feature = first_; feature != nullptr; feature = feature->next) {
-      names->second.Add(feature->externalName);
-    }
-  }
-  return names->second.Highest();
 }
 
 void Document::DropAllDeadLinks() {
@@ -117,7 +115,7 @@ void Document::Remove(Feature& feature) {
   for (Feature* const each : doomed) {
     Touch(*each);
     each->removed = true;
-    for (auto& [prefix, names] : numberedNames_) names.Remove(each->externalName);
+    numberedNames_.Forget(each->externalName);
     MarkReferrers(*each);
     Unlink(*each);
   }
@@ -133,11 +131,9 @@ void Document::SetType(Feature& feature, const LateType& type) {
 void Document::SetExternalName(Feature& feature, std::string_view name) {
   if (feature.externalName == name) return;
   Touch(feature);
-  for (auto& [prefix, names] : numberedNames_) {
-    names.Remove(feature.externalName);
-    names.Add(name);
-  }
+  numberedNames_.Forget(feature.externalName);
   feature.externalName = Keep(name);
+  numberedNames_.Note(feature.externalName);
 }
 
 void Document::SetPhysicalType(Feature& feature, std::string_view physicalType) {

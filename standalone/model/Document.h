@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <memory>
 #include <memory_resource>
 #include <span>
@@ -70,11 +69,11 @@ class Document final : public VLMDocument {
   [[nodiscard]] std::span<const Attribute> AttributesOf(Feature& feature);
   /// How many features stand beneath `feature`, at any depth.
   [[nodiscard]] static std::size_t CountBeneath(const Feature& feature);
+  /// The highest N among the external names "<prefix>N" that the document's features bear; 0 without one. The
+  /// first question about a prefix walks over the document, later ones cost next to nothing.
+  [[nodiscard]] std::int64_t HighestNumberAfter(std::string_view prefix);
   /// The document's analysis model (its first, should it hold several); null without one.
   [[nodiscard]] Feature* AnalysisModel() const;
-  /// The highest number N among the external names that are `prefix` followed by N; 0 without one. The first
-  /// call for a prefix reads all names, later ones cost nothing. `prefix` is a literal.
-  [[nodiscard]] std::int64_t HighestNumber(std::string_view prefix);
   /// What goes along with the document; null until it is set.
   [[nodiscard]] DocumentCompanion* Companion() const { return companion_.get(); }
   void SetCompanion(std::unique_ptr<DocumentCompanion> companion) { companion_ = std::move(companion); }
@@ -157,13 +156,13 @@ class Document final : public VLMDocument {
   std::size_t count_ = 0;
   Feature* analysisModel_ = nullptr;
   FeatureId highestId_ = 0;
+  NumberedNames numberedNames_;
 
   std::vector<Feature*> byId_;  // ascending ids, also those of removed features
   bool idsAscend_ = true;
   bool idsAreDense_ = true;  // 1, 2, 3, ..., as in most documents: then an id is a position
   std::unordered_map<FeatureId, Feature*> byScatteredId_;  // used instead as soon as an id does not ascend
 
-  std::map<std::string_view, NumberedNames> numberedNames_;  // by prefix
   std::unique_ptr<DocumentCompanion> companion_;
 
   std::vector<Feature*> touched_;

@@ -1,30 +1,34 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <map>
+#include <string>
 #include <string_view>
 
 namespace standalone {
 
-/// Counts names of the form prefix, then a number ("Contact Pair-12"), for one prefix.
+/// Which numbers are taken among names of the form "<prefix>N", for the prefixes that are watched. Knows a
+/// name only once it was noted.
 class NumberedNames {
  public:
-  explicit NumberedNames(std::string_view prefix) : prefix_(prefix) {}
+  /// Watches the prefix from now on; false when it is watched already.
+  bool Watch(std::string_view prefix);
 
-  /// Names of another form are not counted.
-  void Add(std::string_view name);
-  /// Takes a name out again that was added.
-  void Remove(std::string_view name);
-  /// The highest number that a counted name bears; 0 without one.
-  [[nodiscard]] std::int64_t Highest() const { return counts_.empty() ? 0 : counts_.rbegin()->first; }
+  // A name that a feature bears, or bears no longer.
+  void Note(std::string_view name) { Count(name, 1); }
+  void Forget(std::string_view name) { Count(name, -1); }
+  /// Takes note of a name for one prefix only.
+  void NoteAfter(std::string_view prefix, std::string_view name);
+
+  /// The highest number after the prefix, which is watched; 0 when none is taken.
+  [[nodiscard]] std::int64_t HighestAfter(std::string_view prefix) const;
 
  private:
-  /// The number of the name; below 0 for one of another form, or whose number no other could follow.
-  [[nodiscard]] std::int64_t NumberIn(std::string_view name) const;
+  using Numbers = std::map<std::int64_t, std::int64_t>;  // how many names bear the number
 
-  std::string_view prefix_;
-  std::map<std::int64_t, std::size_t> counts_;
+  void Count(std::string_view name, int change);
+
+  std::map<std::string, Numbers, std::less<>> byPrefix_;
 };
 
 }  // namespace standalone
