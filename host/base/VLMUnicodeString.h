@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 /// Where a substring search starts and which way it runs.
 enum class VLMSearchMode : int {
@@ -21,15 +22,24 @@ class VLMUnicodeString {
   VLMUnicodeString(const char* utf8);
   // NOLINTNEXTLINE(google-explicit-constructor)
   VLMUnicodeString(std::string_view utf8);
-  VLMUnicodeString(const VLMUnicodeString& other) noexcept;
-  VLMUnicodeString(VLMUnicodeString&& other) noexcept;
-  VLMUnicodeString& operator=(const VLMUnicodeString& other) noexcept;
-  VLMUnicodeString& operator=(VLMUnicodeString&& other) noexcept;
-  ~VLMUnicodeString();
+  VLMUnicodeString(const VLMUnicodeString& other) noexcept : text_(other.text_) {
+    if (text_ != nullptr) ++text_->references;
+  }
+  VLMUnicodeString(VLMUnicodeString&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
+  VLMUnicodeString& operator=(VLMUnicodeString other) noexcept {
+    std::swap(text_, other.text_);
+    return *this;
+  }
+  ~VLMUnicodeString() {
+    if (text_ != nullptr && --text_->references == 0) delete text_;
+  }
 
   /// 2 when both strings are identical; 0 when this one sorts before `other`, 1 when it sorts after (by code
   /// point).
-  [[nodiscard]] int Compare(const VLMUnicodeString& other) const noexcept;
+  [[nodiscard]] int Compare(const VLMUnicodeString& other) const noexcept {
+    if (*this == other) return 2;
+    return View() < other.View() ? 0 : 1;  // the byte order of UTF-8 is that of the code points
+  }
 
   /// The index, from the front, of an occurrence of `text`; -1 when there is none. Forward: the first
   /// occurrence that begins at `start` or later. Backward: the last occurrence that ends at least `start`
@@ -58,22 +68,30 @@ class VLMUnicodeString {
   void Append(const VLMUnicodeString& text);
 
   /// True when the string holds no characters.
-  [[nodiscard]] bool IsNull() const noexcept;
+  [[nodiscard]] bool IsNull() const noexcept { return text_ == nullptr; }
 
   /// The text as UTF-8, ended by a zero byte; lives until this string is changed or destroyed. Never null.
-  [[nodiscard]] const char* ConvertToChar() const noexcept;
+  [[nodiscard]] const char* ConvertToChar() const noexcept {
+    return text_ == nullptr ? "" : text_->utf8.c_str();
+  }
 
   /// The text as UTF-8 with its length; lives as long as `ConvertToChar`'s.
-  [[nodiscard]] std::string_view View() const noexcept;
+  [[nodiscard]] std::string_view View() const noexcept {
+    return text_ == nullptr ? std::string_view() : std::string_view(text_->utf8);
+  }
 
   friend bool operator==(const VLMUnicodeString& left, const VLMUnicodeString& right) noexcept {
     return left.text_ == right.text_ || left.View() == right.View();
   }
 
  private:
-  struct Text;
+  // Shared by copies; null stands for the empty string. Counted without a lock: the host runs on one thread.
+  struct Text {
+    std::size_t references = 1;
+    std::string utf8;
+  };
 
   void Assign(std::string_view utf8);
 
-  Text* text_ = nullptr;  // null stands for the empty string
+  Text* text_ = nullptr;
 };

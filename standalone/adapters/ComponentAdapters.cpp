@@ -178,7 +178,8 @@ class ParameterAdapter final : public FeatureAdapter<VLMIKpeParm> {
 
   VLMIKpeValue_var GetValue() override {
     if (Failed(Enter("VLMIKpeParm::GetValue"))) return {};
-    if (Doc().FindAttribute(Self(), kParameterValue.Id()) == nullptr) return {};
+    double value = 0.0;  // a value that is no number is none
+    if (Failed(ReadAttribute(Self(), kParameterValue, value))) return {};
     return VLMIKpeValue_var::Adopt(new ParameterValueAdapter(Self()));
   }
 };

@@ -25,45 +25,13 @@ std::size_t ByteOfCharacter(std::string_view utf8, int index) noexcept {
 
 }  // namespace
 
-struct VLMUnicodeString::Text {
-  explicit Text(std::string text) : utf8(std::move(text)) {}
-
-  std::size_t references = 1;  // the host runs on one thread
-  std::string utf8;
-};
-
 VLMUnicodeString::VLMUnicodeString(const char* utf8) : VLMUnicodeString(std::string_view(utf8)) {}
 
 VLMUnicodeString::VLMUnicodeString(std::string_view utf8)
-    : text_(utf8.empty() ? nullptr : new Text(std::string(utf8))) {}
-
-VLMUnicodeString::VLMUnicodeString(const VLMUnicodeString& other) noexcept : text_(other.text_) {
-  if (text_ != nullptr) ++text_->references;
-}
-
-VLMUnicodeString::VLMUnicodeString(VLMUnicodeString&& other) noexcept
-    : text_(std::exchange(other.text_, nullptr)) {}
-
-VLMUnicodeString& VLMUnicodeString::operator=(const VLMUnicodeString& other) noexcept {
-  return *this = VLMUnicodeString(other);
-}
-
-VLMUnicodeString& VLMUnicodeString::operator=(VLMUnicodeString&& other) noexcept {
-  std::swap(text_, other.text_);
-  return *this;
-}
-
-VLMUnicodeString::~VLMUnicodeString() {
-  if (text_ != nullptr && --text_->references == 0) delete text_;
-}
+    : text_(utf8.empty() ? nullptr : new Text{1, std::string(utf8)}) {}
 
 void VLMUnicodeString::Assign(std::string_view utf8) {
   *this = VLMUnicodeString(utf8);
-}
-
-int VLMUnicodeString::Compare(const VLMUnicodeString& other) const noexcept {
-  if (*this == other) return 2;
-  return View() < other.View() ? 0 : 1;  // the byte order of UTF-8 is that of the code points
 }
 
 int VLMUnicodeString::SearchSubString(const VLMUnicodeString& text, int start, VLMSearchMode mode) const {
@@ -126,16 +94,4 @@ void VLMUnicodeString::Resize(int length) {
 
 void VLMUnicodeString::Append(const VLMUnicodeString& text) {
   Assign(std::string(View()).append(text.View()));
-}
-
-bool VLMUnicodeString::IsNull() const noexcept {
-  return text_ == nullptr;
-}
-
-const char* VLMUnicodeString::ConvertToChar() const noexcept {
-  return text_ == nullptr ? "" : text_->utf8.c_str();
-}
-
-std::string_view VLMUnicodeString::View() const noexcept {
-  return text_ == nullptr ? std::string_view() : std::string_view(text_->utf8);
 }

@@ -4,6 +4,7 @@
 #include <simdjson.h>
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <unordered_set>
 
@@ -91,6 +92,30 @@ FeatureId TakeRef(ondemand::value value, std::string_view key) {
   return id;
 }
 
+// Most keys are among a few; a look into this is cheaper than one into the table of all names.
+class NameCache {
+ public:
+  NameId Intern(std::string_view name) {
+    if (name.empty()) return kNoName;
+    const auto byte = [&name](std::size_t at) { return static_cast<unsigned char>(name[at]); };
+    Entry& entry =
+        entries_[(name.size() * 37 + byte(0) * 5 + byte(name.size() / 2) * 3 + byte(name.size() - 1)) %
+                 entries_.size()];
+    if (entry.text != name) {
+      entry.id = NameTable::Intern(name);
+      entry.text = NameTable::Text(entry.id);
+    }
+    return entry.id;
+  }
+
+ private:
+  struct Entry {
+    std::string_view text;
+    NameId id = kNoName;
+  };
+  std::array<Entry, 512> entries_;
+};
+
 class Reader {
  public:
   Reader(const std::filesystem::path& file, const ReadOptions& options)
@@ -105,10 +130,7 @@ class Reader {
     if (!headerRead_) Fail(0, "the file is empty", "Give a document: a header line and one line per feature");
     CheckCount(blocks.FirstLine() - 1);
     ResolveForwardLinks();
-    LinkSons();
-    for (Feature* feature = document_->First(); feature != nullptr; feature = feature->next) {
-      document_->NoteLinksRead(*feature);
-    }
+    if (fatherFollowsSon_) RelinkSons();
     return document_;
   }
 
@@ -117,7 +139,7 @@ class Reader {
   struct ForwardLink {
     Value* value;     // where the link goes, or
     Feature** place;  // the father or container
-    FeatureId from;
+    Feature* from;
     FeatureId to;
     std::size_t line;
   };
@@ -253,10 +275,10 @@ class Reader {
           feature->externalName = document_->Keep(TakeText(field.value(), key));
           break;
         case 4:
-          TakePlace(*feature, feature->father, TakeRef(field.value(), key));
+          TakeFather(*feature, TakeRef(field.value(), key));
           break;
         case 5:
-          TakePlace(*feature, feature->container, TakeRef(field.value(), key));
+          TakeContainer(*feature, TakeRef(field.value(), key));
           break;
         case 6:
           Expect(field.value(), ondemand::json_type::boolean, key);
@@ -291,9 +313,22 @@ class Reader {
     return *lastType_;
   }
 
-  void TakePlace(Feature& feature, Feature*& place, FeatureId to) {
-    place = document_->Find(to);
-    if (place == nullptr) forwardLinks_.push_back({nullptr, &place, feature.id, to, line_});
+  void TakeFather(Feature& feature, FeatureId to) {
+    if (Feature* const father = document_->Find(to); father != nullptr && father != &feature) {
+      document_->SetFatherRead(feature, *father);
+      return;
+    }
+    forwardLinks_.push_back({nullptr, &feature.father, &feature, to, line_});
+    fatherFollowsSon_ = true;
+  }
+
+  void TakeContainer(Feature& feature, FeatureId to) {
+    feature.container = document_->Find(to);
+    if (feature.container == nullptr) {
+      forwardLinks_.push_back({nullptr, &feature.container, &feature, to, line_});
+    } else {
+      document_->NoteLinkRead(feature, *feature.container);
+    }
   }
 
   void ReadAttributes(Feature& feature, ondemand::value value) {
@@ -303,7 +338,7 @@ class Reader {
     std::vector<std::size_t> forwardAttributes;
     for (auto field : value.get_object()) {
       const std::string_view key = field.unescaped_key();
-      const NameId name = NameTable::Intern(key);
+      const NameId name = names_.Intern(key);
       if (name == kNoName) Refuse("an attribute has an empty key");
       if (std::ranges::find(attributes_, name, &Attribute::key) != attributes_.end()) {
         Refuse(fmt::format("attribute \"{}\" stands twice", key));
@@ -311,9 +346,9 @@ class Reader {
       Attribute& attribute = attributes_.emplace_back();
       attribute.key = name;
       FeatureId forward = 0;
-      attribute.value = TakeValue(field.value(), name, feature.id, 0, forward);
+      attribute.value = TakeValue(field.value(), name, feature, 0, forward);
       if (forward != 0) {
-        forwardLinks_.push_back({nullptr, nullptr, feature.id, forward, line_});
+        forwardLinks_.push_back({nullptr, nullptr, &feature, forward, line_});
         forwardAttributes.push_back(attributes_.size() - 1);
       }
     }
@@ -326,7 +361,7 @@ class Reader {
   }
 
   // A link to a feature that is not read yet comes back as an empty link, with the feature's id in `forward`.
-  Value TakeValue(ondemand::value value, NameId key, FeatureId owner, int depth, FeatureId& forward) {
+  Value TakeValue(ondemand::value value, NameId key, Feature& owner, int depth, FeatureId& forward) {
     switch (value.type()) {
       case ondemand::json_type::string:
         return Value::String(document_->Keep(std::string_view(value.get_string())));
@@ -340,7 +375,11 @@ class Reader {
       case ondemand::json_type::object: {
         const FeatureId to = TakeRef(value, NameTable::Text(key));
         Feature* const target = document_->Find(to);
-        if (target == nullptr) forward = to;
+        if (target == nullptr) {
+          forward = to;
+        } else {
+          document_->NoteLinkRead(owner, *target);
+        }
         return Value::Link(target);
       }
       case ondemand::json_type::array:
@@ -349,7 +388,7 @@ class Reader {
     Refuse(fmt::format("attribute \"{}\" holds no value", NameTable::Text(key)));
   }
 
-  Value TakeList(ondemand::value value, NameId key, FeatureId owner, int depth) {
+  Value TakeList(ondemand::value value, NameId key, Feature& owner, int depth) {
     if (depth == format::kMaxListDepth) {
       Refuse(fmt::format("attribute \"{}\" nests lists more than {} deep", NameTable::Text(key),
                          format::kMaxListDepth));
@@ -363,7 +402,7 @@ class Reader {
     }
     const std::span<Value> kept = document_->Keep(std::span<const Value>(entries));
     for (const auto& [index, to] : forwardEntries) {
-      forwardLinks_.push_back({&kept[index], nullptr, owner, to, line_});
+      forwardLinks_.push_back({&kept[index], nullptr, &owner, to, line_});
     }
     return Value::List(kept);
   }
@@ -409,7 +448,7 @@ class Reader {
       Feature* const target = document_->Find(link.to);
       if (target == nullptr) {
         Fail(link.line,
-             fmt::format("feature {} links to feature {}, which does not exist", link.from, link.to),
+             fmt::format("feature {} links to feature {}, which does not exist", link.from->id, link.to),
              "Restore that feature's line or remove the link");
       }
       if (link.place != nullptr) {
@@ -417,14 +456,14 @@ class Reader {
       } else {
         *link.value = Value::Link(target);
       }
+      if (link.place != &link.from->father) document_->NoteLinkRead(*link.from, *target);
     }
   }
 
-  // Sons stand beneath their father in the order of their lines.
-  void LinkSons() const {
-    for (Feature* feature = document_->First(); feature != nullptr; feature = feature->next) {
-      if (feature->father != nullptr) document_->SetFatherRead(*feature, *feature->father);
-    }
+  // Sons stand beneath their father in the order of their lines. Only where a father follows a son can the
+  // links lead in a circle.
+  void RelinkSons() const {
+    document_->RelinkSonsRead();
     std::size_t reached = 0;
     for (const Feature* root = document_->First(); root != nullptr; root = root->next) {
       if (root->father == nullptr) reached += Document::CountBeneath(*root) + 1;
@@ -456,6 +495,8 @@ class Reader {
   std::int64_t announced_ = 0;
   std::size_t line_ = 1;
   const LateType* lastType_ = nullptr;
+  bool fatherFollowsSon_ = false;
+  NameCache names_;
   std::vector<Attribute> attributes_;  // of the feature being read
   std::vector<ForwardLink> forwardLinks_;
 };

@@ -3,14 +3,20 @@
 #include <fmt/compile.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 namespace standalone {
 namespace {
 
-bool MustEscape(char c) {
-  return c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20;
-}
+constexpr std::array<bool, 256> kMustEscape = [] {
+  std::array<bool, 256> must{};
+  std::fill_n(must.begin(), 0x20, true);
+  must['"'] = must['\\'] = true;
+  return must;
+}();
+
+bool MustEscape(char c) { return kMustEscape[static_cast<unsigned char>(c)]; }
 
 void AppendEscaped(fmt::memory_buffer& out, char c) {
   switch (c) {
@@ -40,11 +46,11 @@ void AppendJsonText(fmt::memory_buffer& out, std::string_view text) {
   out.push_back('"');
   const char* from = text.data();
   const char* const end = text.data() + text.size();
-  for (const char* stop = std::find_if(from, end, MustEscape); stop != end;
-       stop = std::find_if(from, end, MustEscape)) {
-    out.append(from, stop);
-    AppendEscaped(out, *stop);
-    from = stop + 1;
+  for (const char* at = from; at != end; ++at) {
+    if (!MustEscape(*at)) continue;
+    out.append(from, at);
+    AppendEscaped(out, *at);
+    from = at + 1;
   }
   out.append(from, end);
   out.push_back('"');

@@ -241,7 +241,7 @@ const Feature* Document::Before(const Feature& feature) const {
 }
 
 Feature& Document::AppendRead(FeatureId id, const LateType& type) {
-  auto* const feature = new (arena_.allocate(sizeof(Feature), alignof(Feature))) Feature;
+  auto* const feature = new (featureArena_.allocate(sizeof(Feature), alignof(Feature))) Feature;
   feature->id = id;
   feature->document = this;
   feature->type = &type;
@@ -273,9 +273,13 @@ void Document::SetAttributesRead(Feature& feature, std::span<const Attribute> at
   feature.attributeCapacity = size;
 }
 
-void Document::NoteLinksRead(Feature& feature) {
-  for (const Attribute& attribute : feature.Attributes()) NoteLinks(feature, attribute.value);
-  if (feature.container != nullptr) NoteLinks(feature, Value::Link(feature.container));
+void Document::RelinkSonsRead() {
+  for (Feature* feature = first_; feature != nullptr; feature = feature->next) {
+    feature->firstSon = feature->lastSon = feature->previousSibling = feature->nextSibling = nullptr;
+  }
+  for (Feature* feature = first_; feature != nullptr; feature = feature->next) {
+    if (feature->father != nullptr) LinkLastSon(*feature, *feature->father);
+  }
 }
 
 void Document::Touch(Feature& feature) {
@@ -351,8 +355,10 @@ void Document::NoteLinks(Feature& referrer, const Value& value) {
     for (const Value& entry : value.Entries()) NoteLinks(referrer, entry);
     return;
   }
-  if (value.Kind() != ValueKind::kLink || value.Target() == nullptr) return;
-  Feature& target = *value.Target();
+  if (value.Kind() == ValueKind::kLink && value.Target() != nullptr) NoteLink(referrer, *value.Target());
+}
+
+void Document::NoteLink(Feature& referrer, Feature& target) {
   if (target.referrer == &referrer) return;
   if (target.referrer == nullptr) {
     target.referrer = &referrer;

@@ -121,10 +121,12 @@ class Document final : public VLMDocument {
   /// Adds a feature at the end, without father or container; `id` must be new.
   Feature& AppendRead(FeatureId id, const LateType& type);
   void SetFatherRead(Feature& feature, Feature& father);
-  /// Gives the feature its attributes as they are; to be called once per feature, before links are noted.
+  /// Gives the feature its attributes as they are; to be called once per feature.
   void SetAttributesRead(Feature& feature, std::span<const Attribute> attributes);
-  /// Takes note of the links that the feature holds, once its values hold their final targets.
-  void NoteLinksRead(Feature& feature);
+  /// Takes note that `referrer` links to `target`, in an attribute or as its container.
+  void NoteLinkRead(Feature& referrer, Feature& target) { NoteLink(referrer, target); }
+  /// Makes the sons of every feature anew, in document order, from the fathers that features have.
+  void RelinkSonsRead();
 
  private:
   explicit Document(std::string displayName) : displayName_(std::move(displayName)) {}
@@ -138,6 +140,7 @@ class Document final : public VLMDocument {
   void MoveBeside(Feature& feature, Feature& other, bool after);
   Attribute& AddAttribute(Feature& feature, NameId key);
   void NoteLinks(Feature& referrer, const Value& value);
+  void NoteLink(Feature& referrer, Feature& target);
   void MarkReferrers(Feature& target);
   void IndexSharedReferrers();
   void DropDeadLinks(Feature& feature);
@@ -150,6 +153,8 @@ class Document final : public VLMDocument {
   std::vector<std::string> upgrades_;
   std::vector<const FeatureCatalog*> catalogs_;
   std::pmr::monotonic_buffer_resource arena_{std::size_t{1} << 16};
+  // Features stand by themselves, close together: most passes look at nothing else.
+  std::pmr::monotonic_buffer_resource featureArena_{std::size_t{1} << 16};
 
   Feature* first_ = nullptr;
   Feature* last_ = nullptr;

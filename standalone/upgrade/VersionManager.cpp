@@ -18,11 +18,23 @@ namespace {
 
 constexpr std::size_t kProgressEvery = 4096;
 
+// Handed over before the one that stands second, although it is younger: the second moves a contact's support
+// away from the property that holds the clearance which the first maps.
+constexpr std::string_view kMapsClearance = "UpgMapCCPClearanceToInterference";
+constexpr std::string_view kMovesSupport = "UpgCCPToGACOrConstraintAsSupp";
+
+std::vector<std::string> InOrderOfHandingOver(std::vector<std::string> identifiers) {
+  const auto moves = std::ranges::find(identifiers, kMovesSupport);
+  const auto maps = std::find(moves, identifiers.end(), kMapsClearance);
+  if (maps != identifiers.end()) std::rotate(moves, maps, maps + 1);
+  return identifiers;
+}
+
 // For each late type, the identifiers of a run that concern it. Made once per late type, not per feature.
 class Concerns {
  public:
   Concerns(const VersionManager& manager, const std::vector<std::string>& identifiers) {
-    for (const std::string& identifier : identifiers) {
+    for (const std::string& identifier : InOrderOfHandingOver(identifiers)) {
       for (const KnownUpgrade::Binding& bound : manager.Find(identifier)->bindings) {
         for (const char* const lateType : bound.upgradeClass->lateTypes) {
           VLMListValVLMUnicodeString& list = lists_[LateType::Of(lateType).Id()];
