@@ -20,6 +20,14 @@ const bool installed = [] {
   BindConditionAdapters(*host);
   BindJobAdapters(*host);
   BindInteractionAdapters(*host);
+  BindSolutionAdapters(*host);
+  BindConstraintAdapters(*host);
+  BindSpringAdapters(*host);
+  BindPropertyAdapters(*host);
+  BindOutputAdapters(*host);
+  BindElementAssignmentAdapters(*host);
+  BindSectionControlsAdapters(*host);
+  BindMeshAdapters(*host);
   BindContactAdapters(*host);
   DeclareContactFactory(*host);
   DeclarePropagationFactory(*host);

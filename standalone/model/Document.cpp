@@ -56,7 +56,7 @@ Feature* Document::Find(FeatureId id) const {
 }
 
 Attribute* Document::FindAttribute(Feature& feature, NameId key) {
-  if (feature.hasDeadLinks) DropDeadLinks(feature);
+  if (feature.hasDeadLinks || feature.isBehind) Settle(feature);
   for (Attribute& attribute : feature.Attributes()) {
     if (attribute.key == key) return &attribute;
   }
@@ -76,7 +76,7 @@ std::int64_t Document::HighestNumberAfter(std::string_view prefix) {
 }
 
 std::span<const Attribute> Document::AttributesOf(Feature& feature) {
-  if (feature.hasDeadLinks) DropDeadLinks(feature);
+  if (feature.hasDeadLinks || feature.isBehind) Settle(feature);
   return feature.Attributes();
 }
 
@@ -89,6 +89,7 @@ std::size_t Document::CountBeneath(const Feature& feature) {
 }
 
 void Document::DropAllDeadLinks() {
+  if (companion_ != nullptr) companion_->WriteBack();
   for (Feature* const feature : withDeadLinks_) {
     if (feature->hasDeadLinks && !feature->removed) DropDeadLinks(*feature);
   }
@@ -100,6 +101,7 @@ Feature& Document::Create(const LateType& type, std::string_view name, Feature* 
   feature.name = Keep(name);
   feature.created = true;
   feature.container = container;
+  NoteLinks(feature, Value::Link(container));
   if (father != nullptr) LinkLastSon(feature, *father);
   touched_.push_back(&feature);
   return feature;
@@ -400,6 +402,11 @@ void Document::IndexSharedReferrers() {
     for (const Attribute& attribute : feature->Attributes()) index(*feature, attribute.value, index);
     index(*feature, Value::Link(feature->container), index);
   }
+}
+
+void Document::Settle(Feature& feature) {
+  if (feature.isBehind) companion_->WriteBack();
+  if (feature.hasDeadLinks) DropDeadLinks(feature);
 }
 
 void Document::DropDeadLinks(Feature& feature) {
