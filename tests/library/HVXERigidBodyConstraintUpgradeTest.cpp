@@ -30,10 +30,12 @@ class HVXERigidBodyConstraintUpgradeTest : public testing_support::UpgradeTest {
     for (std::size_t i = 0; i < firstObjects.size(); ++i) {
       const std::string id = std::to_string(21 + i);
       supports += (i == 0 ? "" : ",") + (R"({"ref":)" + id + "}");
-      connectors += R"({"id":)" + id + R"(,"type":"GeometrySmartConnector","father":{"ref":20},"attributes":)" +
+      connectors += R"({"id":)" + id +
+                    R"(,"type":"GeometrySmartConnector","father":{"ref":20},"attributes":)" +
                     firstObjects[i] + "}\n";
     }
-    Given(lines + R"({"id":20,"type":"HVXRigidBodyConstraintLT","container":{"ref":1},"attributes":{"Supports":[)" +
+    Given(lines +
+          R"({"id":20,"type":"HVXRigidBodyConstraintLT","container":{"ref":1},"attributes":{"Supports":[)" +
           supports + "]" + attributes + "}}\n" + connectors + more);
   }
   static std::string On(int first, const std::string& second = R"({"ref":9})") {
@@ -41,7 +43,8 @@ class HVXERigidBodyConstraintUpgradeTest : public testing_support::UpgradeTest {
   }
   std::vector<standalone::FeatureId> SupportedObjects(standalone::FeatureId of = 20) {
     std::vector<standalone::FeatureId> objects;
-    for (standalone::Feature* const connector : standalone::LinkedFeatures(At(of), standalone::Key("Supports"))) {
+    for (standalone::Feature* const connector :
+         standalone::LinkedFeatures(At(of), standalone::Key("Supports"))) {
       objects.push_back(standalone::LinkedFeature(*connector, standalone::Key("FirstObject"))->id);
     }
     return objects;
@@ -67,13 +70,17 @@ TEST_F(HVXERigidBodyConstraintUpgradeTest, AnObjectThatIsBothKindsOfBodyGoesThro
 TEST_F(HVXERigidBodyConstraintUpgradeTest, MeshPartIsMadeAndFilledFromTheSupports) {
   GivenConstraintOn({On(7), On(4, "null"), On(6)});
   EXPECT_EQ(UpgradeUnder(Recording(), 20, {"UpgradeToConnMeshPart"}), S_OK);
-  EXPECT_EQ(Line(24), R"({"id":24,"type":"MSHMeshPart","name":"MSHMeshPart.24","father":{"ref":20},"container":{"ref":1},)"
-                      R"("upToDate":false,"attributes":{"MeshType":"Connection","Supports":[{"ref":25},{"ref":26}]}})");
+  EXPECT_EQ(
+      Line(24),
+      R"({"id":24,"type":"MSHMeshPart","name":"MSHMeshPart.24","father":{"ref":20},"container":{"ref":1},)"
+      R"("upToDate":false,"attributes":{"MeshType":"Connection","Supports":[{"ref":25},{"ref":26}]}})");
   EXPECT_EQ(Line(25), R"({"id":25,"type":"GeometrySmartConnector","name":"GeometrySmartConnector.25",)"
-                      R"("father":{"ref":24},"container":{"ref":1},"attributes":)" + On(7) + "}");
+                      R"("father":{"ref":24},"container":{"ref":1},"attributes":)" +
+                          On(7) + "}");
   EXPECT_EQ(SupportedObjects(24), (Ids{7, 6}));
   EXPECT_EQ(Calls("HVXIRigidBodyConstraint::"),
-            (CallList{"HVXIRigidBodyConstraint::GetMeshPart #20 MeshPart", "HVXIRigidBodyConstraint::CreateMeshPart #20",
+            (CallList{"HVXIRigidBodyConstraint::GetMeshPart #20 MeshPart",
+                      "HVXIRigidBodyConstraint::CreateMeshPart #20",
                       "HVXIRigidBodyConstraint::GetMeshPart #20 MeshPart"}));
 
   const std::string filled = Lines();
@@ -90,26 +97,31 @@ TEST_F(HVXERigidBodyConstraintUpgradeTest, FillingStopsAtTheFirstRefusal) {
 
 TEST_F(HVXERigidBodyConstraintUpgradeTest, MeshPartThatCannotBeHadIsNotFilled) {
   GivenConstraintOn({On(7)});
-  EXPECT_EQ(UpgradeUnder(Failing("HVXIRigidBodyConstraint::CreateMeshPart"), 20, {"UpgradeToConnMeshPart"}), S_OK);
+  EXPECT_EQ(UpgradeUnder(Failing("HVXIRigidBodyConstraint::CreateMeshPart"), 20, {"UpgradeToConnMeshPart"}),
+            S_OK);
   EXPECT_EQ(Calls("HVXIRigidBodyConstraint::").size(), 2U);
-  EXPECT_EQ(UpgradeUnder(Failing("HVXIRigidBodyConstraint::GetMeshPart"), 20, {"UpgradeToConnMeshPart"}), S_OK);
+  EXPECT_EQ(UpgradeUnder(Failing("HVXIRigidBodyConstraint::GetMeshPart"), 20, {"UpgradeToConnMeshPart"}),
+            S_OK);
   EXPECT_EQ(Calls("VLMIMSHMeshPart::"), CallList{});
 }
 
 TEST_F(HVXERigidBodyConstraintUpgradeTest, GroupsOfSupportsBecomeSupports) {
-  GivenConstraintOn({On(30), On(7), On(30, "null"), On(31)},
-                    R"({"id":30,"type":"SAMGroup","attributes":{"GroupKind":1,"Members":[{"ref":32},{"ref":33}]}}
+  GivenConstraintOn(
+      {On(30), On(7), On(30, "null"), On(31)},
+      R"({"id":30,"type":"SAMGroup","attributes":{"GroupKind":1,"Members":[{"ref":32},{"ref":33}]}}
                        {"id":31,"type":"SAMProximityGroup"}
                        {"id":32,"type":"GeometrySmartConnector","father":{"ref":30},"attributes":{"FirstObject":{"ref":4},"SecondObject":{"ref":9}}}
                        {"id":33,"type":"GeometrySmartConnector","father":{"ref":30},"attributes":{"FirstObject":{"ref":6},"SecondObject":{"ref":9}}})",
-                    R"(,"SupportListMode":0,"SupportListKinds":2)");
+      R"(,"SupportListMode":0,"SupportListKinds":2)");
   EXPECT_EQ(UpgradeUnder(Recording(), 20, {"UpgradeGroupToSupport"}), S_OK);
-  // The mode is set first, so that the group is listed as the support that it is; one without a context stays.
+  // The mode is set first, so that the group is listed as the support that it is; one without a context
+  // stays.
   EXPECT_EQ(SupportedObjects(), (Ids{7, 30, 31, 6, 6}));
   EXPECT_EQ(Doc().FindAttribute(At(20), standalone::Key("SupportListMode").Id()), nullptr);
-  EXPECT_EQ(Calls("VLMISamAnalysisSupport::"),
-            (CallList{"VLMISamAnalysisSupport::SetMode #20", "VLMISamAnalysisSupport::ListSupports #20",
-                      "VLMISamAnalysisSupport::AddSupports #20", "VLMISamAnalysisSupport::RemoveSupport #20"}));
+  EXPECT_EQ(
+      Calls("VLMISamAnalysisSupport::"),
+      (CallList{"VLMISamAnalysisSupport::SetMode #20", "VLMISamAnalysisSupport::ListSupports #20",
+                "VLMISamAnalysisSupport::AddSupports #20", "VLMISamAnalysisSupport::RemoveSupport #20"}));
 }
 
 TEST_F(HVXERigidBodyConstraintUpgradeTest, CenterOfMassIsUsedWithoutAReference) {

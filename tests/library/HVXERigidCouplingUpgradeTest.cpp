@@ -8,8 +8,8 @@ using testing_support::Failing;
 using testing_support::Recording;
 using testing_support::Withholding;
 
-// A coupling (#10) with a mesh part (#11), resting on face #2 of product #3. Groups #20 (of supports), #21 (on a
-// mesh part), #22 (of mesh) and #23 (of proximity), each with the members #31 and #32.
+// A coupling (#10) with a mesh part (#11), resting on face #2 of product #3. Groups #20 (of supports), #21
+// (on a mesh part), #22 (of mesh) and #23 (of proximity), each with the members #31 and #32.
 class HVXERigidCouplingUpgradeTest : public testing_support::UpgradeTest {
  protected:
   void GivenCoupling(const std::string& attributes, const std::string& more = {},
@@ -26,11 +26,14 @@ class HVXERigidCouplingUpgradeTest : public testing_support::UpgradeTest {
              {"id":23,"type":"SAMProximityGroup","attributes":{"Members":[{"ref":31}]}}
              {"id":31,"type":"GeometrySmartConnector","father":{"ref":20},"attributes":{"FirstObject":{"ref":2},"SecondObject":{"ref":3}}}
              {"id":32,"type":"GeometrySmartConnector","father":{"ref":20},"attributes":{"FirstObject":{"ref":2},"SecondObject":{"ref":3}}}
-          )" + more);
+          )" +
+          more);
   }
   static std::string Connector(int id, int first, const std::string& second = R"({"ref":3})") {
-    return R"({"id":)" + std::to_string(id) + R"(,"type":"GeometrySmartConnector","father":{"ref":10},"attributes":{"FirstObject":)" +
-           (first == 0 ? "null" : R"({"ref":)" + std::to_string(first) + "}") + R"(,"SecondObject":)" + second + "}}\n";
+    return R"({"id":)" + std::to_string(id) +
+           R"(,"type":"GeometrySmartConnector","father":{"ref":10},"attributes":{"FirstObject":)" +
+           (first == 0 ? "null" : R"({"ref":)" + std::to_string(first) + "}") + R"(,"SecondObject":)" +
+           second + "}}\n";
   }
 };
 
@@ -38,8 +41,9 @@ TEST_F(HVXERigidCouplingUpgradeTest, BothKindsOfCouplingGetAFilledMeshPart) {
   for (const char* const lateType : {"HVXRigidCouplingLT", "HVXSmoothCouplingLT"}) {
     GivenCoupling(R"("MeshPart":{"ref":11},"Supports":[{"ref":40}])", Connector(40, 2), lateType);
     EXPECT_EQ(UpgradeUnder(Recording(), 10, {"UpgradeToConnMeshPart"}), S_OK);
-    EXPECT_EQ(Line(11), R"({"id":11,"type":"MSHMeshPart","father":{"ref":10},"container":{"ref":1},"upToDate":false,)"
-                        R"("attributes":{"Supports":[{"ref":41}]}})");
+    EXPECT_EQ(Line(11),
+              R"({"id":11,"type":"MSHMeshPart","father":{"ref":10},"container":{"ref":1},"upToDate":false,)"
+              R"("attributes":{"Supports":[{"ref":41}]}})");
     EXPECT_EQ(Calls("HVXIRigidCoupling::"), (CallList{"HVXIRigidCoupling::GetMeshPart #10 MeshPart"}));
   }
 }
@@ -59,21 +63,25 @@ TEST_F(HVXERigidCouplingUpgradeTest, ExclusionRegionsAreHandedToTheMeshPart) {
   EXPECT_EQ(Upgrade(10, {"AddExclusionRegionToMeshPart"}), S_OK);
   EXPECT_EQ(Line(11), R"({"id":11,"type":"MSHMeshPart","father":{"ref":10},"container":{"ref":1},)"
                       R"("attributes":{"ExclusionRegions":[{"ref":41},{"ref":40}]}})");
-  for (const char* const operation : {"HVXIRigidCoupling::GetExclusionRegions", "HVXIRigidCoupling::GetMeshPart"}) {
+  for (const char* const operation :
+       {"HVXIRigidCoupling::GetExclusionRegions", "HVXIRigidCoupling::GetMeshPart"}) {
     EXPECT_EQ(UpgradeUnder(Failing(operation), 10, {"AddExclusionRegionToMeshPart"}), S_OK);
     EXPECT_EQ(Calls("HVXIInteractionMeshPart::"), CallList{}) << operation;
   }
-  EXPECT_EQ(UpgradeUnder(Withholding("HVXIInteractionMeshPart", 11), 10, {"AddExclusionRegionToMeshPart"}), S_OK);
+  EXPECT_EQ(UpgradeUnder(Withholding("HVXIInteractionMeshPart", 11), 10, {"AddExclusionRegionToMeshPart"}),
+            S_OK);
 }
 
 TEST_F(HVXERigidCouplingUpgradeTest, GroupsOfSupportsAmongTheRegionsGiveEachMemberOnce) {
-  GivenCoupling(R"("ExclusionRegions":[{"ref":40},{"ref":41},{"ref":42},{"ref":43},{"ref":44},{"ref":45},{"ref":2}])",
-                Connector(40, 2) + Connector(41, 20) + Connector(42, 21) + Connector(43, 22) + Connector(44, 23) +
-                    Connector(45, 0));
+  GivenCoupling(
+      R"("ExclusionRegions":[{"ref":40},{"ref":41},{"ref":42},{"ref":43},{"ref":44},{"ref":45},{"ref":2}])",
+      Connector(40, 2) + Connector(41, 20) + Connector(42, 21) + Connector(43, 22) + Connector(44, 23) +
+          Connector(45, 0));
   EXPECT_EQ(Upgrade(10, {"UpdateGroupToExclusionRegion"}), S_OK);
   // What is no connector, or connects nothing, is left out; other groups stay as they are.
-  EXPECT_EQ(Line(10), R"({"id":10,"type":"HVXRigidCouplingLT","container":{"ref":1},"attributes":{"ExclusionRegions":)"
-                      R"([{"ref":40},{"ref":31},{"ref":32},{"ref":42},{"ref":43},{"ref":44}]}})");
+  EXPECT_EQ(Line(10),
+            R"({"id":10,"type":"HVXRigidCouplingLT","container":{"ref":1},"attributes":{"ExclusionRegions":)"
+            R"([{"ref":40},{"ref":31},{"ref":32},{"ref":42},{"ref":43},{"ref":44}]}})");
   EXPECT_FALSE(At(41).removed);
 }
 
@@ -93,7 +101,8 @@ TEST_F(HVXERigidCouplingUpgradeTest, NoFailureStopsTheUpgrade) {
                          {"UpgradeToConnMeshPart", "UpgradeGroupToSupport", "AddExclusionRegionToMeshPart",
                           "UpdateGroupToExclusionRegion", "ReExplicitateFeature", "UpgradeCouplingMeshPart"}),
             S_OK);
-  EXPECT_EQ(Upgrade(10, {"UpgradeGroupToSupport", "AddExclusionRegionToMeshPart", "ReExplicitateFeature"}), S_OK);
+  EXPECT_EQ(Upgrade(10, {"UpgradeGroupToSupport", "AddExclusionRegionToMeshPart", "ReExplicitateFeature"}),
+            S_OK);
   EXPECT_EQ(Lines(), before);
 }
 

@@ -8,9 +8,10 @@ using testing_support::Failing;
 using testing_support::Recording;
 using testing_support::Withholding;
 
-// A spring (#10) with mesh part #11, operator #12 and mesher #13; its designs #20 (unfilled, resting on point #2
-// in product #3) and #21 (filled, point #4 in product #3); a property set #30 with virtual parts #31 (mesh parts
-// #33 and #34) and #32. At point #2 the solid mesh part #5 and the connection mesh part #6 are attached.
+// A spring (#10) with mesh part #11, operator #12 and mesher #13; its designs #20 (unfilled, resting on point
+// #2 in product #3) and #21 (filled, point #4 in product #3); a property set #30 with virtual parts #31 (mesh
+// parts #33 and #34) and #32. At point #2 the solid mesh part #5 and the connection mesh part #6 are
+// attached.
 class HVXESpringUpgradeTest : public testing_support::UpgradeTest {
  protected:
   void GivenSpring(const std::string& designs = R"([{"ref":20},{"ref":21}])", const std::string& more = {}) {
@@ -35,7 +36,8 @@ class HVXESpringUpgradeTest : public testing_support::UpgradeTest {
              {"id":33,"type":"MSHMeshPart","father":{"ref":31}}
              {"id":34,"type":"MSHMeshPart","father":{"ref":31}}
              {"id":35,"type":"SAMFaceFaceFastened","father":{"ref":30}}
-          )" + more);
+          )" +
+          more);
   }
   std::vector<standalone::FeatureId> OutOfDate() {
     std::vector<standalone::FeatureId> ids;
@@ -53,7 +55,8 @@ TEST_F(HVXESpringUpgradeTest, ModeOfTheMeshPartLinkIsSetOnce) {
            {"id":3,"type":"MSHMeshPart"}
            {"id":4,"type":"HVXSpringLT","attributes":{"Stiffness":5.0}})");
   EXPECT_EQ(UpgradeUnder(Recording(), 1, {"UpgradeSpringConnectionProperty"}), S_OK);
-  EXPECT_EQ(Line(1), R"({"id":1,"type":"HVXSpringLT","attributes":{"MeshPart":{"ref":3}},"modes":{"MeshPart":1}})");
+  EXPECT_EQ(Line(1),
+            R"({"id":1,"type":"HVXSpringLT","attributes":{"MeshPart":{"ref":3}},"modes":{"MeshPart":1}})");
   EXPECT_EQ(UpgradeUnder(Recording(), 2, {"UpgradeSpringConnectionProperty"}), S_OK);
   EXPECT_EQ(Calls("VLMISpecAttrAccess::SetMode"), CallList{});
   EXPECT_EQ(Upgrade(4, {"UpgradeSpringConnectionProperty"}), S_OK);
@@ -87,8 +90,8 @@ TEST_F(HVXESpringUpgradeTest, OrphanPointsOnAConnectionMeshTheSpringAgain) {
   // The second filling leaves out the support that no product belongs to.
   EXPECT_THAT(Line(20), testing::HasSubstr(R"("Points":[{"ref":2}],"Products":[{"ref":3}])"));
   EXPECT_EQ(Calls("VLMIMSHConnectionMesher::ListMeshPartsAtPoint").size(), 2U);
-  EXPECT_EQ(Calls("VLMIMSHMeshPart::IsOfType"), (CallList{"VLMIMSHMeshPart::IsOfType #5 Connection",
-                                                         "VLMIMSHMeshPart::IsOfType #6 Connection"}));
+  EXPECT_EQ(Calls("VLMIMSHMeshPart::IsOfType"),
+            (CallList{"VLMIMSHMeshPart::IsOfType #5 Connection", "VLMIMSHMeshPart::IsOfType #6 Connection"}));
 }
 
 TEST_F(HVXESpringUpgradeTest, WithoutAConnectionAtItsPointsTheSpringIsNotMeshedAgain) {
@@ -98,8 +101,9 @@ TEST_F(HVXESpringUpgradeTest, WithoutAConnectionAtItsPointsTheSpringIsNotMeshedA
   GivenSpring("[]");
   EXPECT_EQ(Upgrade(10, {"UpgradeSpringMeshOnOrphanPoint"}), S_OK);
   EXPECT_EQ(OutOfDate(), Ids{});
-  for (const char* const operation : {"VLMIMSHMeshPart::GetMeshingOperator", "VLMIMSHMeshingOperator::GetConnectionMesher",
-                                      "VLMIMSHConnectionMesher::ListMeshPartsAtPoint", "HVXISpring::GetMeshPart"}) {
+  for (const char* const operation :
+       {"VLMIMSHMeshPart::GetMeshingOperator", "VLMIMSHMeshingOperator::GetConnectionMesher",
+        "VLMIMSHConnectionMesher::ListMeshPartsAtPoint", "HVXISpring::GetMeshPart"}) {
     GivenSpring();
     EXPECT_EQ(UpgradeUnder(Failing(operation), 10, {"UpgradeSpringMeshOnOrphanPoint"}), S_OK) << operation;
     EXPECT_EQ(OutOfDate(), Ids{}) << operation;
@@ -115,14 +119,16 @@ TEST_F(HVXESpringUpgradeTest, ADesignThatIsNoneEndsTheRoutine) {
 
 TEST_F(HVXESpringUpgradeTest, AListThatFailsIsNotFilled) {
   GivenSpring(R"([{"ref":20}])");
-  EXPECT_EQ(UpgradeUnder(Failing("HVXISamAnalysisConnectionDesign::GetProducts"), 10, {"UpgradeSpringMeshOnOrphanPoint"}),
+  EXPECT_EQ(UpgradeUnder(Failing("HVXISamAnalysisConnectionDesign::GetProducts"), 10,
+                         {"UpgradeSpringMeshOnOrphanPoint"}),
             S_OK);
   EXPECT_EQ(Calls("HVXISamAnalysisConnectionDesign::FillFromProducts"), CallList{});
   // Filling from the points gives both lists, the second point without a product.
   EXPECT_THAT(Line(20), testing::HasSubstr(R"("Points":[{"ref":2},{"ref":4}],"Products":[{"ref":3},null])"));
   EXPECT_EQ(OutOfDate(), (Ids{11}));
   GivenSpring(R"([{"ref":21}])");
-  EXPECT_EQ(UpgradeUnder(Failing("HVXISamAnalysisConnectionDesign::GetProducts"), 10, {"UpgradeSpringMeshOnOrphanPoint"}),
+  EXPECT_EQ(UpgradeUnder(Failing("HVXISamAnalysisConnectionDesign::GetProducts"), 10,
+                         {"UpgradeSpringMeshOnOrphanPoint"}),
             S_OK);  // points without products
   EXPECT_EQ(UpgradeUnder(Withholding("HVXISpring", 10), 10,
                          {"UpgradeSpringMeshExplicitation", "UpgradeSpringMeshOnOrphanPoint"}),
