@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 /// \file
@@ -30,6 +31,10 @@ inline constexpr std::string_view kAttributes = "attributes";
 inline constexpr std::string_view kModes = "modes";
 
 inline constexpr std::string_view kRef = "ref";
+
+/// The highest id of a feature, 2^53 - 1: every JSON program keeps integers up to it, and features made later
+/// find ids above it.
+inline constexpr std::int64_t kMaxId = 9007199254740991;
 
 /// Lists within lists, at the most.
 inline constexpr int kMaxListDepth = 8;

@@ -101,6 +101,7 @@ Feature& Document::Create(const LateType& type, std::string_view name, Feature* 
   feature.name = Keep(name);
   feature.created = true;
   feature.container = container;
+  NoteLinks(feature, Value::Link(container));
   if (father != nullptr) LinkLastSon(feature, *father);
   touched_.push_back(&feature);
   return feature;

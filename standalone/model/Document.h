@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "model/Feature.h"
+#include "model/LargePages.h"
 #include "model/NumberedNames.h"
 #include "modeler/VLMDocument.h"
 
@@ -152,9 +153,9 @@ class Document final : public VLMDocument {
   std::string displayName_;
   std::vector<std::string> upgrades_;
   std::vector<const FeatureCatalog*> catalogs_;
-  std::pmr::monotonic_buffer_resource arena_{std::size_t{1} << 16};
+  std::pmr::monotonic_buffer_resource arena_{std::size_t{1} << 16, &LargePages::Instance()};
   // Features stand by themselves, close together: most passes look at nothing else.
-  std::pmr::monotonic_buffer_resource featureArena_{std::size_t{1} << 16};
+  std::pmr::monotonic_buffer_resource featureArena_{std::size_t{1} << 16, &LargePages::Instance()};
 
   Feature* first_ = nullptr;
   Feature* last_ = nullptr;

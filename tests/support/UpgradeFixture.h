@@ -25,8 +25,8 @@ standalone::DocumentPtr DocumentOf(std::string_view lines);
 /// The document as its file would hold it, without the header line.
 std::string LinesOf(standalone::Document& document);
 
-/// A small document to upgrade. A test states the old state as lines of a document, runs identifiers on a feature, and
-/// states the new state as lines.
+/// A small document to upgrade. A test states the old state as lines of a document, runs identifiers on a
+/// feature, and states the new state as lines.
 class UpgradeTest : public testing::Test {
  protected:
   using CallList = std::vector<std::string>;
@@ -73,7 +73,8 @@ inline standalone::CheckpointPlan Recording() {
   return plan;
 }
 /// A plan under which the operation fails, always or only with that detail.
-inline standalone::CheckpointPlan Failing(std::string operation, std::string detail = {}, HRESULT code = E_FAIL) {
+inline standalone::CheckpointPlan Failing(std::string operation, std::string detail = {},
+                                          HRESULT code = E_FAIL) {
   standalone::CheckpointPlan plan;
   plan.record = true;
   plan.failNamed = std::move(operation);

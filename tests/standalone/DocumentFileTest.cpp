@@ -1,0 +1,298 @@
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+
+#include "file/DocumentError.h"
+#include "file/DocumentReader.h"
+#include "file/DocumentWriter.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+using namespace standalone;
+using testing::HasSubstr;
+using testing::StartsWith;
+using testing_support::BytesOf;
+using testing_support::TempFolder;
+using Kind = DocumentError::Kind;
+
+constexpr Kind kSound = static_cast<Kind>(-1);
+
+std::string WithHeader(std::size_t features, std::string_view lines) {
+  return fmt::format("{{\"format\":\"hvxdoc\",\"version\":1,\"upgrades\":[],\"features\":{}}}\n{}", features,
+                     lines);
+}
+
+class DocumentFileTest : public testing::Test {
+ protected:
+  struct Outcome {
+    Kind kind = kSound;
+    std::size_t line = 0;
+    std::string text;  // the document as written again, or the message without the file's name
+  };
+
+  Outcome Read(const std::string& bytes, const ReadOptions& options = {}) {
+    const std::filesystem::path file = folder_.Put("in.hvxdoc", bytes);
+    try {
+      const DocumentPtr document = ReadDocument(file, options);
+      WriteOptions write;
+      write.overwrite = true;
+      WriteDocument(*document.Get(), folder_ / "out.hvxdoc", write);
+      return {kSound, 0, BytesOf(folder_ / "out.hvxdoc")};
+    } catch (const DocumentError& error) {
+      const std::string place =
+          error.Line() == 0 ? file.string() + ": " : fmt::format("{}:{}: ", file.string(), error.Line());
+      EXPECT_THAT(error.what(), StartsWith(place));
+      return {error.GetKind(), error.Line(), std::string(error.what()).substr(place.size())};
+    }
+  }
+  void ExpectRefused(const std::string& bytes, std::size_t line, const char* message,
+                     Kind kind = Kind::kInvalid) {
+    SCOPED_TRACE(bytes.substr(0, 300));
+    for (const std::size_t blockBytes : {std::size_t{1} << 20, std::size_t{64}}) {
+      ReadOptions options;
+      options.blockBytes = blockBytes;
+      const Outcome outcome = Read(bytes, options);
+      EXPECT_EQ(outcome.kind, kind);
+      EXPECT_EQ(outcome.line, line);
+      EXPECT_THAT(outcome.text, HasSubstr(message));
+    }
+  }
+  // A document whose second line is that.
+  void ExpectLineRefused(const std::string& line, const char* message) {
+    ExpectRefused(WithHeader(2, "{\"id\":1,\"type\":\"X\"}\n" + line + "\n"), 3, message);
+  }
+
+  TempFolder folder_;
+};
+
+TEST_F(DocumentFileTest, ExamplesComeBackByteForByteWhateverTheBlocks) {
+  for (const char* const name : {"bolted_bracket", "heated_pipe"}) {
+    const std::string bytes = BytesOf(fmt::format(HVX_SOURCE_DIR "/examples/{}.hvxdoc", name));
+    for (const std::size_t blockBytes : {1U, 100U, 4096U, 1U << 20}) {
+      ReadOptions options;
+      options.blockBytes = blockBytes;
+      EXPECT_TRUE(Read(bytes, options).text == bytes) << name << " in blocks of " << blockBytes;
+    }
+  }
+}
+
+TEST_F(DocumentFileTest, EdgesOfEveryKeyAndValueComeBackByteForByte) {
+  const std::string bytes =
+      R"({"format":"hvxdoc","version":1,"upgrades":["UpgradeJobMemoryUnit","Späteres \"Upgrade\""],"features":5})"
+      "\n"
+      R"({"id":3,"type":"Späte Klasse","name":"\"\\/\n\t\r\u0000\u001f\u0008","alias":"aä€😀)"
+      "\x7f"
+      R"(","father":{"ref":9007199254740991},"container":{"ref":2},"upToDate":false,"physicalType":"P \"q\""})"
+      "\n"
+      R"({"id":9007199254740991,"type":"X","father":{"ref":2},"attributes":{"S":"","E\n":[],"N":null,"L":{"ref":3},)"
+      R"("F":[{"ref":7},null,true,[[[[[[["deep"]]]]]]],{"ref":3}],"T":true,"B":false},"modes":{"N":-2147483648,"F":7}})"
+      "\n"
+      R"({"id":2,"type":"X","attributes":{"I":[0,-1,9223372036854775807,-9223372036854775808],)"
+      R"("R":[0.0,-0.0,1.0,1e-05,0.0001,1e+16,1234567890123456.0,0.1,-2.5e-300,5e-324,2.2250738585072014e-308,)"
+      R"(1.7976931348623157e+308,-1.7976931348623157e+308,0.30000000000000004,9007199254740993.0]}})"
+      "\n"
+      R"({"id":7,"type":"X","attributes":{"Self":{"ref":7}}})"
+      "\n"
+      R"({"id":8,"type":"X"})"
+      "\n";
+  const std::string canonical = [&bytes] {
+    std::string text = bytes;  // the one real above that is no double
+    return text.replace(text.find("9007199254740993.0"), 18, "9007199254740992.0");
+  }();
+  EXPECT_EQ(Read(bytes).text, canonical);
+}
+
+TEST_F(DocumentFileTest, OtherSpellingsOfTheSameAreMadeCanonical) {
+  EXPECT_EQ(Read("\r\n  { \"format\" : \"hvxdoc\", \"features\":1,\t\"upgrades\":[ ],\"version\":1 } \r\n\n"
+                 R"({"id":1, "type":"\u0058\u00e4\ud83d\ude00\/", "upToDate":true, "name":"", "attributes":)"
+                 R"({"A":-0,"B":1E2,"C":100e-2,"\u0044":[ 1 , 2 ]},"modes":{"A":0}})"
+                 "\n\n \n")
+                .text,
+            WithHeader(1, R"({"id":1,"type":"Xä😀/","attributes":{"A":0,"B":100.0,"C":1.0,"D":[1,2]}})"
+                          "\n"));
+  EXPECT_EQ(Read(WithHeader(1, R"({"id":1,"type":"X"})")).text, WithHeader(1, "{\"id\":1,\"type\":\"X\"}\n"));
+  EXPECT_EQ(Read(WithHeader(0, "")).text, WithHeader(0, ""));
+}
+
+TEST_F(DocumentFileTest, WhatIsNoDocumentIsRefused) {
+  ExpectRefused("", 0, "the file is empty");
+  ExpectRefused("\n \n", 0, "the file is empty");
+  ExpectRefused("{}\n", 1, "the header must have");
+  ExpectRefused("[]\n", 1, "not a JSON object");
+  ExpectRefused(
+      "\x7f"
+      "ELF\n",
+      1, "not a JSON object");
+  ExpectRefused("{\"version\":1}\n", 1, "does not begin with \"format\"");
+  ExpectRefused("{\"format\":\"pdf\"}\n", 1, "its format is not \"hvxdoc\"");
+  ExpectRefused("{\"format\":7}\n", 1, "\"format\" must be a text but is a number");
+  ExpectRefused("{\"format\":\"hvxdoc\",\"version\":1,\"features\":0}\n", 1, "the header must have");
+  ExpectRefused("{\"format\":\"hvxdoc\",\"version\":1,\"version\":1}\n", 1, "key \"version\" stands twice");
+  ExpectRefused("{\"format\":\"hvxdoc\",\"colour\":1}\n", 1, "unknown key \"colour\"");
+  ExpectRefused("{\"format\":\"hvxdoc\",\"version\":1.0}\n", 1, "must be a whole number");
+  ExpectRefused("{\"format\":\"hvxdoc\",\"version\":0}\n", 1, "format version 0 does not exist");
+  ExpectRefused("{\"format\":\"hvxdoc\",\"upgrades\":[1]}\n", 1,
+                "\"upgrades\" must be a text but is a number");
+  ExpectRefused("{\"format\":\"hvxdoc\",\"upgrades\":{}}\n", 1,
+                "\"upgrades\" must be a list but is an object");
+  ExpectRefused("{\"format\":\"hvxdoc\",\"version\":2,\"novelty\":1}\n", 1,
+                "format version 2; this program knows", Kind::kNewer);
+}
+
+TEST_F(DocumentFileTest, BrokenTextIsRefusedWithItsLine) {
+  for (const char* const broken :
+       {R"({"id":2 "type":"X"})", R"({"id":2,"type":"X",})", R"({"id":2,"type":"X"}})",
+        R"({"id":2,"type":"X\q"})", R"({"id":2,"type":"X","name":"\ud83d"})", "{\"id\":2,\"type\":\"a\tb\"}",
+        R"({"id":2,"type":"X","attributes":{"A":[1,]}})", R"({"id":2,"type":"X","attributes":{"A":NaN}})",
+        R"({"id":2,"type":"X","attributes":{"A":truth}})", R"({"id":2,"type":"X","attributes":{"A":nul}})",
+        R"({"id":2,"type":"X","upToDate":falsey})"}) {
+    ExpectLineRefused(broken, "the line is not valid JSON");
+  }
+  for (const char* const noObject : {"[1]", "42", "null", "\"text\"", "hello"}) {
+    ExpectLineRefused(noObject, "the line is not a JSON object");
+  }
+  ExpectLineRefused("{\"id\":2,\"type\":\"\xff\"}", "not valid UTF-8");
+  ExpectLineRefused("{\"id\":2,\"type\":\"\xed\xa0\x80\"}", "not valid UTF-8");  // half a pair of UTF-16
+  ExpectLineRefused(R"({"id":2,"type":"X"}{"id":3,"type":"X"})", "a second value stands in the line");
+  ExpectLineRefused(R"({"id":2,"type":"X"} x)", "a second value stands in the line");
+  for (const std::size_t blockBytes : {std::size_t{1}, std::size_t{1} << 20}) {
+    ReadOptions options;
+    options.blockBytes = blockBytes;
+    const Outcome outcome = Read(WithHeader(1, "{\"id\":1,\n\"type\":\"X\"}\n"), options);
+    EXPECT_EQ(outcome.kind, Kind::kInvalid) << "a feature over two lines, in blocks of " << blockBytes;
+    EXPECT_EQ(outcome.line, 2U);
+  }
+  const std::string deep(5000, '[');
+  ExpectLineRefused(R"({"id":2,"type":"X","attributes":{"A":)" + deep, "");
+  ExpectLineRefused(R"({"id":2,"type":"X","attributes":{"A":)" + deep + std::string(5000, ']') + "}}",
+                    "deep");
+}
+
+TEST_F(DocumentFileTest, UnsoundFeaturesAreRefused) {
+  const std::pair<const char*, const char*> cases[] = {
+      {R"({"type":"X","id":2})", R"(must begin with "id" and "type")"},
+      {R"({"id":2})", R"(must begin with "id" and "type")"},
+      {R"({"id":2,"name":"n","type":"X"})", R"(must begin with "id" and "type")"},
+      {R"({"id":1,"type":"X"})", "a second feature has id 1"},
+      {R"({"id":0,"type":"X"})", R"("id" is 0; ids go from 1 to 9007199254740991)"},
+      {R"({"id":9007199254740992,"type":"X"})", R"("id" is 9007199254740992; ids go from 1)"},
+      {R"({"id":2.0,"type":"X"})", R"("id" must be a whole number)"},
+      {R"({"id":"2","type":"X"})", R"("id" must be a number but is a text)"},
+      {R"({"id":2,"type":""})", R"("type" is empty)"},
+      {R"({"id":2,"type":null})", R"("type" must be a text but is null)"},
+      {R"({"id":2,"type":"X","Name":"n"})", R"(unknown key "Name")"},
+      {R"({"id":2,"type":"X","name":"n","name":"n"})", R"(key "name" stands twice)"},
+      {R"({"id":2,"type":"X","father":1})", R"("father" must be an object but is a number)"},
+      {R"({"id":2,"type":"X","father":{}})", R"(the link "father" must have the one key "ref")"},
+      {R"({"id":2,"type":"X","father":{"ref":1,"ref":1}})",
+       R"(the link "father" must have the one key "ref")"},
+      {R"({"id":2,"type":"X","attributes":{"A":{"id":1}}})", R"(the link "A" must have the one key "ref")"},
+      {R"({"id":2,"type":"X","attributes":{"A":{"ref":-4}}})", "holds -4; ids count from 1"},
+      {R"({"id":2,"type":"X","upToDate":0})", R"("upToDate" must be true or false but is a number)"},
+      {R"({"id":2,"type":"X","attributes":[]})", R"("attributes" must be an object but is a list)"},
+      {R"({"id":2,"type":"X","attributes":{"":1}})", "an attribute has an empty key"},
+      {R"({"id":2,"type":"X","attributes":{"A":1,"\u0041":2}})", R"(attribute "A" stands twice)"},
+      {R"({"id":2,"type":"X","attributes":{"A":9223372036854775808}})",
+       R"(number of attribute "A" is out of range)"},
+      {R"({"id":2,"type":"X","attributes":{"A":-9223372036854775809}})",
+       R"(number of attribute "A" is out of range)"},
+      {R"({"id":2,"type":"X","attributes":{"A":1e999}})", R"(number of attribute "A" is out of range)"},
+      {R"({"id":2,"type":"X","attributes":{"A":01}})",
+       R"(number of attribute "A" is out of range or malformed)"},
+      {R"({"id":2,"type":"X","attributes":{"A":[[[[[[[[[]]]]]]]]]}})",
+       R"(attribute "A" nests lists more than 8 deep)"},
+      {R"({"id":2,"type":"X","attributes":{"A":1},"modes":{"B":1}})",
+       R"("modes" names "B", which is no attribute)"},
+      {R"({"id":2,"type":"X","modes":{"A":1},"attributes":{"A":1}})",
+       R"("modes" names "A", which is no attribute)"},
+      {R"({"id":2,"type":"X","attributes":{"A":1},"modes":{"A":2147483648}})",
+       R"(the mode of "A" exceeds 32 bits)"},
+      {R"({"id":2,"type":"X","father":{"ref":4}})", "feature 2 links to feature 4, which does not exist"},
+      {R"({"id":2,"type":"X","container":{"ref":4}})", "feature 2 links to feature 4, which does not exist"},
+      {R"({"id":2,"type":"X","attributes":{"A":[[{"ref":4}]]}})",
+       "feature 2 links to feature 4, which does not"},
+  };
+  for (const auto& [line, message] : cases) ExpectLineRefused(line, message);
+}
+
+TEST_F(DocumentFileTest, CountsAndCyclesAreChecked) {
+  const std::string one = "{\"id\":1,\"type\":\"X\"}\n";
+  ExpectRefused(WithHeader(2, one), 2, "announces 2 features but the file holds 1. It was cut off");
+  ExpectRefused(WithHeader(0, one), 2,
+                "announces 0 features but the file holds 1. If the added lines are wanted");
+  ExpectRefused(WithHeader(1, "{\"id\":1,\"type\":\"X\",\"father\":{\"ref\":1}}\n"), 0,
+                "feature 1 is an ancestor");
+  ExpectRefused(WithHeader(4, one + R"({"id":2,"type":"X","father":{"ref":3}}
+{"id":3,"type":"X","father":{"ref":4}}
+{"id":4,"type":"X","father":{"ref":3}}
+)"),
+                0, "is an ancestor of itself. Correct \"father\"");
+}
+
+TEST_F(DocumentFileTest, AFileCutOffAnywhereIsNoticed) {
+  const std::string bytes =
+      WithHeader(2, R"({"id":1,"type":"Xä","father":{"ref":2},"attributes":{"A":[1.5,"é\n"]}}
+{"id":2,"type":"X","upToDate":false}
+)");
+  for (std::size_t size = 0; size + 1 < bytes.size(); ++size) {
+    EXPECT_EQ(Read(bytes.substr(0, size)).kind, Kind::kInvalid) << "cut off after byte " << size;
+  }
+  EXPECT_EQ(Read(bytes.substr(0, bytes.size() - 1)).text, bytes);
+}
+
+TEST_F(DocumentFileTest, ALineMayBeLongerThanABlockButNotThanItsLimit) {
+  const std::string bytes =
+      WithHeader(2, fmt::format("{{\"id\":1,\"type\":\"X\"}}\n{{\"id\":2,\"type\":\"X\",\"name\":\"{}\"}}\n",
+                                std::string(10000, 'n')));
+  ReadOptions options;
+  options.blockBytes = 7;
+  EXPECT_EQ(Read(bytes, options).text, bytes);
+  options.maxLineBytes = 9000;
+  const Outcome outcome = Read(bytes, options);
+  EXPECT_EQ(outcome.kind, Kind::kInvalid);
+  EXPECT_EQ(outcome.line, 3U);
+  EXPECT_THAT(outcome.text, HasSubstr("the line is longer than 9000 bytes"));
+}
+
+TEST_F(DocumentFileTest, WhatCannotBeReadIsTold) {
+  for (const std::filesystem::path& file : {folder_ / "none.hvxdoc", folder_ / ""}) {
+    try {
+      static_cast<void>(ReadDocument(file));
+      FAIL() << file;
+    } catch (const DocumentError& error) {
+      EXPECT_EQ(error.GetKind(), Kind::kUnreadable);
+      EXPECT_THAT(error.what(), StartsWith(file.string() + ": cannot be "));
+    }
+  }
+}
+
+// Nothing may recurse once per generation, and links far ahead must cost no more than others.
+TEST_F(DocumentFileTest, AHundredThousandGenerationsInEitherOrder) {
+  constexpr int kCount = 100000;
+  for (const bool fathersFirst : {true, false}) {
+    fmt::memory_buffer lines;
+    for (int i = 1; i <= kCount; ++i) {
+      const int father = fathersFirst ? i - 1 : i % kCount + 1;
+      const bool root = fathersFirst ? i == 1 : i == kCount;
+      fmt::format_to(std::back_inserter(lines), "{{\"id\":{},\"type\":\"X\"", i);
+      if (!root) fmt::format_to(std::back_inserter(lines), ",\"father\":{{\"ref\":{}}}", father);
+      fmt::format_to(std::back_inserter(lines), "}}\n");
+    }
+    const std::string bytes = WithHeader(kCount, fmt::to_string(lines));
+    EXPECT_TRUE(Read(bytes).text == bytes);
+    const DocumentPtr document = ReadDocument(folder_ / "in.hvxdoc");
+    Feature& top = *document->Find(fathersFirst ? 1 : kCount);
+    EXPECT_EQ(Document::CountBeneath(top), kCount - 1U);
+    document->Remove(top);
+    EXPECT_EQ(document->FeatureCount(), 0U);
+  }
+  // All in one circle.
+  fmt::memory_buffer lines;
+  for (int i = 1; i <= kCount; ++i) {
+    fmt::format_to(std::back_inserter(lines), "{{\"id\":{},\"type\":\"X\",\"father\":{{\"ref\":{}}}}}\n", i,
+                   i % kCount + 1);
+  }
+  EXPECT_THAT(Read(WithHeader(kCount, fmt::to_string(lines))).text, HasSubstr("is an ancestor of itself"));
+}
+
+}  // namespace
