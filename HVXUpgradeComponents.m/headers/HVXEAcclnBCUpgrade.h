@@ -10,5 +10,8 @@ class HVXEAcclnBCUpgrade final : public HVXUpgradeOf<HVXEAcclnBCUpgrade> {
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT MigrateDegreesOfFreedom();
+  HRESULT TransferDegreesOfFreedom();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -10,5 +10,8 @@ class HVXEConcForceUpgrade final : public HVXUpgradeOf<HVXEConcForceUpgrade> {
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT TrimAndUpgrade();
+  HRESULT TrimSonsList();
+
   static const HVXUpgradeBinding kBindings[];
 };

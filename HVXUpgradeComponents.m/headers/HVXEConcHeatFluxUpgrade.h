@@ -10,5 +10,7 @@ class HVXEConcHeatFluxUpgrade final : public HVXUpgradeOf<HVXEConcHeatFluxUpgrad
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT MigrateValue();
+
   static const HVXUpgradeBinding kBindings[];
 };

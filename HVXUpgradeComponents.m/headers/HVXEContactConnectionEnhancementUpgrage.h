@@ -12,4 +12,12 @@ class HVXEContactConnectionEnhancementUpgrage final
 
  private:
   static const HVXUpgradeBinding kBindings[];
+
+  HRESULT AddContactControl();
+  HRESULT CompleteWithInterferenceFit();
+  HRESULT MapClearanceToInterference();
+  HRESULT MoveSupportFromProperty();
+  HRESULT UpgradeContactControl();
+  HRESULT ResetOverclosureMode();
+  HRESULT AddSurfaceSmoothing();
 };

@@ -10,5 +10,8 @@ class HVXEDisplacementBCUpgrade final : public HVXUpgradeOf<HVXEDisplacementBCUp
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT TrimAndUpgrade();
+  HRESULT TrimSonsList();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -10,5 +10,7 @@ class HVXEFORUpgrade final : public HVXUpgradeOf<HVXEFORUpgrade> {
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT RemoveNodalTemperature();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -10,5 +10,7 @@ class HVXEFORequestContainer final : public HVXUpgradeOf<HVXEFORequestContainer>
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT ReplaceOldRequests();
+
   static const HVXUpgradeBinding kBindings[];
 };

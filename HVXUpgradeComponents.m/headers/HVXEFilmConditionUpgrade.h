@@ -10,5 +10,7 @@ class HVXEFilmConditionUpgrade final : public HVXUpgradeOf<HVXEFilmConditionUpgr
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT MigrateValue();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HVXUpgradeExtension.h"
+#include "analysis/VLMISamBasicComponent.h"
 
 /// Upgrades gasket properties.
 class HVXEGasketPropertyUpgrade final : public HVXUpgradeOf<HVXEGasketPropertyUpgrade> {
@@ -10,5 +11,12 @@ class HVXEGasketPropertyUpgrade final : public HVXUpgradeOf<HVXEGasketPropertyUp
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT ReExplicitate();
+  HRESULT MigrateStabilizationStiffness();
+  HRESULT UpgradeSelf();
+  HRESULT MoveStiffness();
+  HRESULT RemoveOldStiffness();
+  VLMISamBasicComponent_var OldStiffness();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -10,5 +10,7 @@ class HVXEGeneralStaticStepUpgrade final : public HVXUpgradeOf<HVXEGeneralStatic
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT MigrateIncrementation();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -10,5 +10,7 @@ class HVXEGlobalElementUpgrade final : public HVXUpgradeOf<HVXEGlobalElementUpgr
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT AddDefaultAssignment();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -10,5 +10,8 @@ class HVXEGravityUpgrade final : public HVXUpgradeOf<HVXEGravityUpgrade> {
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT MigrateComponents();
+  HRESULT TransferComponents();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -10,5 +10,7 @@ class HVXEHeatTransferStepUpgrade final : public HVXUpgradeOf<HVXEHeatTransferSt
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT MigrateIncrementation();
+
   static const HVXUpgradeBinding kBindings[];
 };

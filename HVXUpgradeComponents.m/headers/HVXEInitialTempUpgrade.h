@@ -10,5 +10,7 @@ class HVXEInitialTempUpgrade final : public HVXUpgradeOf<HVXEInitialTempUpgrade>
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT MigrateValue();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -10,5 +10,8 @@ class HVXEInitialVelocityUpgrade final : public HVXUpgradeOf<HVXEInitialVelocity
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT UpgradeAndTrim();
+  HRESULT TrimSonsList();
+
   static const HVXUpgradeBinding kBindings[];
 };

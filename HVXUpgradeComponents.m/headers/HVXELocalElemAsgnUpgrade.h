@@ -10,5 +10,7 @@ class HVXELocalElemAsgnUpgrade final : public HVXUpgradeOf<HVXELocalElemAsgnUpgr
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT ReplaceElementAssignments();
+
   static const HVXUpgradeBinding kBindings[];
 };

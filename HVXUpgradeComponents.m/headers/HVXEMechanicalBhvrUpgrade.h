@@ -10,5 +10,8 @@ class HVXEMechanicalBhvrUpgrade final : public HVXUpgradeOf<HVXEMechanicalBhvrUp
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT MigrateUserSubroutine();
+  HRESULT MigrateFrictionValue();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -10,5 +10,7 @@ class HVXENodesAndElementsUpgrade final : public HVXUpgradeOf<HVXENodesAndElemen
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT ResetUserNumbers();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -10,5 +10,7 @@ class HVXEPressureUpgrade final : public HVXUpgradeOf<HVXEPressureUpgrade> {
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT MigrateValue();
+
   static const HVXUpgradeBinding kBindings[];
 };

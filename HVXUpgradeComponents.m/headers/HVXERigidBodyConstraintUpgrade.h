@@ -10,5 +10,10 @@ class HVXERigidBodyConstraintUpgrade final : public HVXUpgradeOf<HVXERigidBodyCo
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT MigrateBodySupports();
+  HRESULT FillConnectionMeshPart();
+  HRESULT ConvertGroupsToSupports();
+  HRESULT AddCenterOfMass();
+
   static const HVXUpgradeBinding kBindings[];
 };

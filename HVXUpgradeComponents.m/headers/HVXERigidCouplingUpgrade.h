@@ -10,5 +10,11 @@ class HVXERigidCouplingUpgrade final : public HVXUpgradeOf<HVXERigidCouplingUpgr
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT FillConnectionMeshPart();
+  HRESULT ConvertGroupsToSupports();
+  HRESULT HandExclusionRegionsToMeshPart();
+  HRESULT ReplaceGroupsInExclusionRegions();
+  HRESULT ReExplicitateMeshPart();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -10,5 +10,10 @@ class HVXERotBodyForceUpgrade final : public HVXUpgradeOf<HVXERotBodyForceUpgrad
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT MigrateAxis();
+  HRESULT StoreAxisWithPart();
+  HRESULT MigrateRotation();
+  HRESULT TransferRotation();
+
   static const HVXUpgradeBinding kBindings[];
 };

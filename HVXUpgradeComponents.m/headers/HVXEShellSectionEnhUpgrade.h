@@ -10,5 +10,7 @@ class HVXEShellSectionEnhUpgrade final : public HVXUpgradeOf<HVXEShellSectionEnh
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT TurnAngleIntoRadians();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -10,5 +10,7 @@ class HVXESolCaseUpgrade final : public HVXUpgradeOf<HVXESolCaseUpgrade> {
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT LinkToAnalysisCase();
+
   static const HVXUpgradeBinding kBindings[];
 };

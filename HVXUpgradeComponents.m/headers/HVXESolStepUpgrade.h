@@ -10,5 +10,7 @@ class HVXESolStepUpgrade final : public HVXUpgradeOf<HVXESolStepUpgrade> {
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT SetThermalPhysicalType();
+
   static const HVXUpgradeBinding kBindings[];
 };

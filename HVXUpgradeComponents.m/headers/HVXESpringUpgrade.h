@@ -10,5 +10,9 @@ class HVXESpringUpgrade final : public HVXUpgradeOf<HVXESpringUpgrade> {
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT SetMeshPartMode();
+  HRESULT ReExplicitateMeshing();
+  HRESULT MeshOnOrphanPoints();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -10,5 +10,8 @@ class HVXESubmodelBCUpgrade final : public HVXUpgradeOf<HVXESubmodelBCUpgrade> {
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT UpgradeAndRemoveRepetitions();
+  HRESULT RemoveRepetitions();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -10,5 +10,7 @@ class HVXESurfaceHeatFluxUpgrade final : public HVXUpgradeOf<HVXESurfaceHeatFlux
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT MigrateValue();
+
   static const HVXUpgradeBinding kBindings[];
 };

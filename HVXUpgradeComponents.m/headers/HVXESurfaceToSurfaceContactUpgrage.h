@@ -1,6 +1,9 @@
 #pragma once
 
 #include "HVXUpgradeExtension.h"
+#include "analysis/VLMISamAnalysisCase.h"
+#include "analysis/VLMISamAnalysisSet.h"
+#include "modeler/VLMISpecObject.h"
 
 /// Upgrades surface-to-surface contacts.
 class HVXESurfaceToSurfaceContactUpgrage final : public HVXUpgradeOf<HVXESurfaceToSurfaceContactUpgrage> {
@@ -11,4 +14,17 @@ class HVXESurfaceToSurfaceContactUpgrage final : public HVXUpgradeOf<HVXESurface
 
  private:
   static const HVXUpgradeBinding kBindings[];
+
+  HRESULT ConvertToContactPair();
+
+  // The steps of the conversion, in its order.
+  void RenameToContactPair();
+  HRESULT ChooseInteractionSet(const VLMISpecObject_var& spCase, VLMISamAnalysisSet_var& spSet);
+  [[nodiscard]] bool HasClearance();
+  VLMUnicodeString ReadName();
+  HRESULT CopySettings();
+  HRESULT RepointOutputRequests();
+  HRESULT RepointOutputRequestsOfSet(const VLMUnicodeString& setType, const VLMBaseUnknown_var& spStep);
+  HRESULT MoveToleranceParameter();
+  HRESULT Propagate();
 };

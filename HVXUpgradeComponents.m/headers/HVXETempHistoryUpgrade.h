@@ -10,5 +10,8 @@ class HVXETempHistoryUpgrade final : public HVXUpgradeOf<HVXETempHistoryUpgrade>
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT MigrateValue();
+  HRESULT SetEndIncrementToDefault();
+
   static const HVXUpgradeBinding kBindings[];
 };

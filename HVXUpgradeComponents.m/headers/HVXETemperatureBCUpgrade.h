@@ -10,5 +10,7 @@ class HVXETemperatureBCUpgrade final : public HVXUpgradeOf<HVXETemperatureBCUpgr
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT MigrateValue();
+
   static const HVXUpgradeBinding kBindings[];
 };

@@ -11,4 +11,7 @@ class HVXETiedContactUpgrage final : public HVXUpgradeOf<HVXETiedContactUpgrage>
 
  private:
   static const HVXUpgradeBinding kBindings[];
+
+  HRESULT MoveSupportFromProperty();
+  HRESULT RenameToFastenedPair();
 };

@@ -10,5 +10,7 @@ class HVXEVelocityBCUpgrade final : public HVXUpgradeOf<HVXEVelocityBCUpgrade> {
   static const HVXUpgradeClass kClass;
 
  private:
+  HRESULT RebuildComponents();
+
   static const HVXUpgradeBinding kBindings[];
 };

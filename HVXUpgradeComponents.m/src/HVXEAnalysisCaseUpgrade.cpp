@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "HVXSharedUpgrades.h"
+#include "HVXSectionControlsUpgrade.h"
 #include "analysis/VLMISamAnalysisScan.h"
 #include "base/VLMMsgCatalog.h"
 #include "modeler/VLMIAlias.h"
@@ -86,7 +86,7 @@ const HVXUpgradeBinding HVXEAnalysisCaseUpgrade::kBindings[] = {
     {kUpgradeToLocalAndGlobalAsgn, "Changes nothing; recorded only.",
      Own<&HVXEAnalysisCaseUpgrade::MigrateToLocalAndGlobalAssignment>, HVXOnFailure::kIgnore},
     {kUpgradeGlobalAndLocalElemAssgnToContainSectionControls,
-     "Gives every element assignment of the case its section controls.", &HVXNotYetMigrated,
+     "Gives every element assignment of the case its section controls.", Shared<&HVXAddSectionControlsToCase>,
      HVXOnFailure::kIgnore},
     {kUpgradeAnalysisCaseExternalName, "Writes the product word in names in mixed case.",
      Own<&HVXEAnalysisCaseUpgrade::RewriteProductWord>, HVXOnFailure::kIgnore},

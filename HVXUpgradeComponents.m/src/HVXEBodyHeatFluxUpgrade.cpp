@@ -1,6 +1,7 @@
 #include "HVXEBodyHeatFluxUpgrade.h"
 
 #include "HVXSharedUpgrades.h"
+#include "HVXSupportUpgrades.h"
 
 namespace {
 
@@ -9,8 +10,8 @@ constexpr const char* kLateTypes[] = {"HVXBodyHeatFlux"};
 }  // namespace
 
 const HVXUpgradeBinding HVXEBodyHeatFluxUpgrade::kBindings[] = {
-    {kUpgradeBodySupport, "Moves supports that rest on a solid to the part's main body.", &HVXNotYetMigrated,
-     HVXOnFailure::kStop},
+    {kUpgradeBodySupport, "Moves supports that rest on a solid to the part's main body.",
+     Shared<&HVXUpgradeBodySupport>, HVXOnFailure::kStop},
     {kReExplicitateFeature, "Marks the feature out of date, so that the host rebuilds it.",
      Shared<&HVXMarkOutOfDate>, HVXOnFailure::kStop},
 };

@@ -1,10 +1,13 @@
 #include "HVXEConcHeatFluxUpgrade.h"
 
-#include "HVXSharedUpgrades.h"
+#include "HVXConditionUpgrades.h"
+#include "workbench/HVXIHeatFlux.h"
 
 namespace {
 
 constexpr const char* kLateTypes[] = {"HVXConcHeatFlux"};
+
+const VLMString kMagnitude("magnitude_param");
 
 }  // namespace
 
@@ -12,7 +15,7 @@ const HVXUpgradeBinding HVXEConcHeatFluxUpgrade::kBindings[] = {
     {kReExplicitateFeature, "Marks the feature out of date, so that the host rebuilds it.",
      Shared<&HVXMarkOutOfDate>, HVXOnFailure::kStop},
     {kUpgradeConcHeatFluxBasicComponents, "Moves the magnitude from its parameter to the heat flux.",
-     &HVXNotYetMigrated, HVXOnFailure::kIgnore},
+     Own<&HVXEConcHeatFluxUpgrade::MigrateValue>, HVXOnFailure::kIgnore},
 };
 
 constinit const HVXUpgradeClass HVXEConcHeatFluxUpgrade::kClass = {
@@ -22,5 +25,12 @@ constinit const HVXUpgradeClass HVXEConcHeatFluxUpgrade::kClass = {
     .bindings = kBindings,
     .createTIE = &CreateTIE,
 };
+
+HRESULT HVXEConcHeatFluxUpgrade::MigrateValue() {
+  return HVXUpgradeThenTransfer(Feature(), [this] {
+    return HVXTransferParameter<HVXIHeatFlux, &HVXIHeatFlux::SetMagnitude>(Feature(), kMagnitude,
+                                                                           HVXOldParameter::kKeep);
+  });
+}
 
 HVX_EXPORT_CREATE_TIE(HVXEConcHeatFluxUpgrade)

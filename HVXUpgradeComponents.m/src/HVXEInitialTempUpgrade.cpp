@@ -1,20 +1,25 @@
 #include "HVXEInitialTempUpgrade.h"
 
-#include "HVXSharedUpgrades.h"
+#include "HVXConditionUpgrades.h"
+#include "HVXSupportUpgrades.h"
+#include "workbench/HVXIInitialTemperature.h"
+#include "workbench/HVXITemperature.h"
 
 namespace {
 
 constexpr const char* kLateTypes[] = {"HVXInitialTemperatureLT"};
 
+const VLMString kMagnitude("magnitude_param");
+
 }  // namespace
 
 const HVXUpgradeBinding HVXEInitialTempUpgrade::kBindings[] = {
-    {kUpgradeBodySupport, "Moves supports that rest on a solid to the part's main body.", &HVXNotYetMigrated,
-     HVXOnFailure::kStop},
+    {kUpgradeBodySupport, "Moves supports that rest on a solid to the part's main body.",
+     Shared<&HVXUpgradeBodySupport>, HVXOnFailure::kStop},
     {kUpgradeInitialTemperatureBasicComponents, "Moves the magnitude from its parameter to the temperature.",
-     &HVXNotYetMigrated, HVXOnFailure::kIgnore},
-    {kUpgradeTempMidside, "Switches midside node temperatures on.", &HVXNotYetMigrated,
-     HVXOnFailure::kIgnore},
+     Own<&HVXEInitialTempUpgrade::MigrateValue>, HVXOnFailure::kIgnore},
+    {kUpgradeTempMidside, "Switches midside node temperatures on.",
+     Shared<&HVXSwitchMidsideOn<HVXIInitialTemperature>>, HVXOnFailure::kIgnore},
 };
 
 constinit const HVXUpgradeClass HVXEInitialTempUpgrade::kClass = {
@@ -24,5 +29,12 @@ constinit const HVXUpgradeClass HVXEInitialTempUpgrade::kClass = {
     .bindings = kBindings,
     .createTIE = &CreateTIE,
 };
+
+HRESULT HVXEInitialTempUpgrade::MigrateValue() {
+  return HVXUpgradeThenTransfer(Feature(), [this] {
+    return HVXTransferParameter<HVXITemperature, &HVXITemperature::SetMagnitude>(Feature(), kMagnitude,
+                                                                                 HVXOldParameter::kRemove);
+  });
+}
 
 HVX_EXPORT_CREATE_TIE(HVXEInitialTempUpgrade)

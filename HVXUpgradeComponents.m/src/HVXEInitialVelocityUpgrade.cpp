@@ -1,17 +1,20 @@
 #include "HVXEInitialVelocityUpgrade.h"
 
-#include "HVXSharedUpgrades.h"
+#include "HVXConditionUpgrades.h"
+#include "HVXSonsList.h"
 
 namespace {
 
 constexpr const char* kLateTypes[] = {"HVXInitialVelocityLT"};
 
+constexpr int kFirstRedundantSon = 4;
+
 }  // namespace
 
 const HVXUpgradeBinding HVXEInitialVelocityUpgrade::kBindings[] = {
     {kUpgradeInitialVelocityBasicComponents,
-     "Rebuilds the basic components and removes those behind the third son.", &HVXNotYetMigrated,
-     HVXOnFailure::kFirst},
+     "Rebuilds the basic components and removes those behind the third son.",
+     Own<&HVXEInitialVelocityUpgrade::UpgradeAndTrim>, HVXOnFailure::kFirst},
 };
 
 constinit const HVXUpgradeClass HVXEInitialVelocityUpgrade::kClass = {
@@ -21,5 +24,24 @@ constinit const HVXUpgradeClass HVXEInitialVelocityUpgrade::kClass = {
     .bindings = kBindings,
     .createTIE = &CreateTIE,
 };
+
+HRESULT HVXEInitialVelocityUpgrade::UpgradeAndTrim() {
+  return HVXUpgradeThenTransfer(Feature(), [this] { return TrimSonsList(); });
+}
+
+HRESULT HVXEInitialVelocityUpgrade::TrimSonsList() {
+  const VLMISpecAttrAccess_var spAttrAccess(Feature());
+  const VLMISpecObject_var spSpec(Feature());
+  if (spAttrAccess == NULL_var || spSpec == NULL_var) return E_FAIL;
+  const HVXSonsList sons(spAttrAccess, spSpec);
+  if (sons.IsMissing()) return E_FAIL;
+
+  for (int position = sons.Size(); position >= kFirstRedundantSon; --position) {
+    const VLMISpecObject_var spSon = sons.Son(position);
+    const VLMISamBasicComponent_var spComponent(spSon);
+    if (!(spComponent == NULL_var)) sons.Remove(spSon);
+  }
+  return S_OK;
+}
 
 HVX_EXPORT_CREATE_TIE(HVXEInitialVelocityUpgrade)

@@ -1,6 +1,6 @@
 #include "HVXEPerturbationStepUpgrade.h"
 
-#include "HVXSharedUpgrades.h"
+#include "HVXConnectionContainer.h"
 
 namespace {
 
@@ -9,8 +9,8 @@ constexpr const char* kLateTypes[] = {"HVXStaticLPStepLT"};
 }  // namespace
 
 const HVXUpgradeBinding HVXEPerturbationStepUpgrade::kBindings[] = {
-    {kAddConnectionContainer, "Gives the step a connections container beside its loads.", &HVXNotYetMigrated,
-     HVXOnFailure::kStop},
+    {kAddConnectionContainer, "Gives the step a connections container beside its loads.",
+     Shared<&HVXAddConnectionContainerToStep>, HVXOnFailure::kStop},
 };
 
 constinit const HVXUpgradeClass HVXEPerturbationStepUpgrade::kClass = {

@@ -1,10 +1,13 @@
 #include "HVXEPressureUpgrade.h"
 
-#include "HVXSharedUpgrades.h"
+#include "HVXConditionUpgrades.h"
+#include "workbench/HVXIPressureLoad.h"
 
 namespace {
 
 constexpr const char* kLateTypes[] = {"HVXPressure"};
+
+const VLMString kPressure("pressure_param");
 
 }  // namespace
 
@@ -12,7 +15,7 @@ const HVXUpgradeBinding HVXEPressureUpgrade::kBindings[] = {
     {kReExplicitateFeature, "Marks the feature out of date, so that the host rebuilds it.",
      Shared<&HVXMarkOutOfDate>, HVXOnFailure::kStop},
     {kUpgradePressureBasicComponents, "Moves the magnitude from its parameter to the pressure.",
-     &HVXNotYetMigrated, HVXOnFailure::kIgnore},
+     Own<&HVXEPressureUpgrade::MigrateValue>, HVXOnFailure::kIgnore},
 };
 
 constinit const HVXUpgradeClass HVXEPressureUpgrade::kClass = {
@@ -22,5 +25,12 @@ constinit const HVXUpgradeClass HVXEPressureUpgrade::kClass = {
     .bindings = kBindings,
     .createTIE = &CreateTIE,
 };
+
+HRESULT HVXEPressureUpgrade::MigrateValue() {
+  return HVXUpgradeThenTransfer(Feature(), [this] {
+    return HVXTransferParameter<HVXIPressureLoad, &HVXIPressureLoad::SetMagnitude>(
+        Feature(), kPressure, HVXOldParameter::kRemoveOrFail);
+  });
+}
 
 HVX_EXPORT_CREATE_TIE(HVXEPressureUpgrade)

@@ -1,6 +1,6 @@
 #include "HVXERiksStepUpgrade.h"
 
-#include "HVXSharedUpgrades.h"
+#include "HVXConnectionContainer.h"
 
 namespace {
 
@@ -9,8 +9,8 @@ constexpr const char* kLateTypes[] = {"HVXRiksStepLT"};
 }  // namespace
 
 const HVXUpgradeBinding HVXERiksStepUpgrade::kBindings[] = {
-    {kAddConnectionContainer, "Gives the step a connections container beside its loads.", &HVXNotYetMigrated,
-     HVXOnFailure::kStop},
+    {kAddConnectionContainer, "Gives the step a connections container beside its loads.",
+     Shared<&HVXAddConnectionContainerToStep>, HVXOnFailure::kStop},
 };
 
 constinit const HVXUpgradeClass HVXERiksStepUpgrade::kClass = {

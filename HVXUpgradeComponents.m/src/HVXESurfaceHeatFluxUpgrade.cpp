@@ -1,10 +1,13 @@
 #include "HVXESurfaceHeatFluxUpgrade.h"
 
-#include "HVXSharedUpgrades.h"
+#include "HVXConditionUpgrades.h"
+#include "workbench/HVXIHeatFlux.h"
 
 namespace {
 
 constexpr const char* kLateTypes[] = {"HVXSurfaceHeatFlux"};
+
+const VLMString kMagnitude("magnitude_param");
 
 }  // namespace
 
@@ -12,7 +15,7 @@ const HVXUpgradeBinding HVXESurfaceHeatFluxUpgrade::kBindings[] = {
     {kReExplicitateFeature, "Marks the feature out of date, so that the host rebuilds it.",
      Shared<&HVXMarkOutOfDate>, HVXOnFailure::kStop},
     {kUpgradeSurfaceHeatFluxBasicComponents, "Moves the magnitude from its parameter to the heat flux.",
-     &HVXNotYetMigrated, HVXOnFailure::kIgnore},
+     Own<&HVXESurfaceHeatFluxUpgrade::MigrateValue>, HVXOnFailure::kIgnore},
     {kUpgradeSurfaceHeatFluxInvertSurfaceBasicComponents,
      "Brings the basic components to the current layout.", Shared<&HVXRunHostUpgrade>, HVXOnFailure::kStop},
 };
@@ -24,5 +27,12 @@ constinit const HVXUpgradeClass HVXESurfaceHeatFluxUpgrade::kClass = {
     .bindings = kBindings,
     .createTIE = &CreateTIE,
 };
+
+HRESULT HVXESurfaceHeatFluxUpgrade::MigrateValue() {
+  return HVXUpgradeThenTransfer(Feature(), [this] {
+    return HVXTransferParameter<HVXIHeatFlux, &HVXIHeatFlux::SetMagnitude>(Feature(), kMagnitude,
+                                                                           HVXOldParameter::kKeep);
+  });
+}
 
 HVX_EXPORT_CREATE_TIE(HVXESurfaceHeatFluxUpgrade)

@@ -1,22 +1,27 @@
 #include "HVXETempHistoryUpgrade.h"
 
-#include "HVXSharedUpgrades.h"
+#include "HVXConditionUpgrades.h"
+#include "HVXSupportUpgrades.h"
+#include "workbench/HVXITemperature.h"
+#include "workbench/HVXITemperatureHistory.h"
 
 namespace {
 
 constexpr const char* kLateTypes[] = {"HVXTemperatureHistoryLT"};
 
+const VLMString kMagnitude("magnitude_param");
+
 }  // namespace
 
 const HVXUpgradeBinding HVXETempHistoryUpgrade::kBindings[] = {
-    {kUpgradeBodySupport, "Moves supports that rest on a solid to the part's main body.", &HVXNotYetMigrated,
-     HVXOnFailure::kStop},
+    {kUpgradeBodySupport, "Moves supports that rest on a solid to the part's main body.",
+     Shared<&HVXUpgradeBodySupport>, HVXOnFailure::kStop},
     {kUpgradeTemperatureHistoryBasicComponents, "Moves the magnitude from its parameter to the temperature.",
-     &HVXNotYetMigrated, HVXOnFailure::kIgnore},
-    {kUpgradeEndIncrementOption, "Sets the end increment option to its default.", &HVXNotYetMigrated,
-     HVXOnFailure::kIgnore},
-    {kUpgradeTempMidside, "Switches midside node temperatures on.", &HVXNotYetMigrated,
-     HVXOnFailure::kIgnore},
+     Own<&HVXETempHistoryUpgrade::MigrateValue>, HVXOnFailure::kIgnore},
+    {kUpgradeEndIncrementOption, "Sets the end increment option to its default.",
+     Own<&HVXETempHistoryUpgrade::SetEndIncrementToDefault>, HVXOnFailure::kIgnore},
+    {kUpgradeTempMidside, "Switches midside node temperatures on.",
+     Shared<&HVXSwitchMidsideOn<HVXITemperatureHistory>>, HVXOnFailure::kIgnore},
 };
 
 constinit const HVXUpgradeClass HVXETempHistoryUpgrade::kClass = {
@@ -26,5 +31,20 @@ constinit const HVXUpgradeClass HVXETempHistoryUpgrade::kClass = {
     .bindings = kBindings,
     .createTIE = &CreateTIE,
 };
+
+HRESULT HVXETempHistoryUpgrade::MigrateValue() {
+  return HVXUpgradeThenTransfer(Feature(), [this] {
+    return HVXTransferParameter<HVXITemperature, &HVXITemperature::SetMagnitude>(Feature(), kMagnitude,
+                                                                                 HVXOldParameter::kKeep);
+  });
+}
+
+HRESULT HVXETempHistoryUpgrade::SetEndIncrementToDefault() {
+  const HVXITemperatureHistory_var spHistory(Feature());
+  if (spHistory == NULL_var) return E_FAIL;
+  std::int32_t increment = 0;  // the history may correct it
+  if (Failed(spHistory->SetEndIncrement(increment))) return E_FAIL;
+  return S_OK;
+}
 
 HVX_EXPORT_CREATE_TIE(HVXETempHistoryUpgrade)

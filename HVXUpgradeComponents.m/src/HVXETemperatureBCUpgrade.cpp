@@ -1,16 +1,19 @@
 #include "HVXETemperatureBCUpgrade.h"
 
-#include "HVXSharedUpgrades.h"
+#include "HVXConditionUpgrades.h"
+#include "workbench/HVXITemperature.h"
 
 namespace {
 
 constexpr const char* kLateTypes[] = {"HVXTemperatureLT"};
 
+const VLMString kMagnitude("magnitude_param");
+
 }  // namespace
 
 const HVXUpgradeBinding HVXETemperatureBCUpgrade::kBindings[] = {
     {kUpgradeTemperatureBCBasicComponents, "Moves the magnitude from its parameter to the temperature.",
-     &HVXNotYetMigrated, HVXOnFailure::kIgnore},
+     Own<&HVXETemperatureBCUpgrade::MigrateValue>, HVXOnFailure::kIgnore},
 };
 
 constinit const HVXUpgradeClass HVXETemperatureBCUpgrade::kClass = {
@@ -20,5 +23,12 @@ constinit const HVXUpgradeClass HVXETemperatureBCUpgrade::kClass = {
     .bindings = kBindings,
     .createTIE = &CreateTIE,
 };
+
+HRESULT HVXETemperatureBCUpgrade::MigrateValue() {
+  return HVXUpgradeThenTransfer(Feature(), [this] {
+    return HVXTransferParameter<HVXITemperature, &HVXITemperature::SetMagnitude>(Feature(), kMagnitude,
+                                                                                 HVXOldParameter::kRemove);
+  });
+}
 
 HVX_EXPORT_CREATE_TIE(HVXETemperatureBCUpgrade)

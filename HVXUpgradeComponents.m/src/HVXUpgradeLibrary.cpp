@@ -100,7 +100,7 @@ const HVXDocumentUpgrade kDocumentUpgrades[] = {
     {kRemoveConsisChkAttr, "Removes the attributes of the abandoned consistency check from every feature.",
      &HVXGenericUpgrades::Upgtade},
     {kUpgDocumentForCCPRemoval, "Replaces contact connection properties by contact pairs in every case.",
-     nullptr},  // yet to be written
+     &HVXGenericUpgrades::Upgtade},
 };
 
 // Declares every class's ties while the library is loaded, and has them withdrawn when it is unloaded.

@@ -15,7 +15,7 @@ class VLMAnalysisExplicitData {
 
  protected:
   VLMAnalysisExplicitModel* model_ = nullptr;
-  std::int64_t index_ = -1;  // among the model's objects of that kind
+  std::int64_t index_ = -1;  // the model's own number of the object
 };
 
 /// The explicit object that a mesh pointer without a counterpart links to.

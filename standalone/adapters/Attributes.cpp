@@ -127,13 +127,19 @@ Feature* LinkedFeature(Feature& feature, const Key& key) {
   return found == nullptr ? nullptr : found->Target();
 }
 
-std::vector<Feature*> LinkedFeatures(Feature& feature, const Key& key) {
+std::vector<Feature*> LinkEntries(Feature& feature, const Key& key) {
   std::vector<Feature*> targets;
   const Value* const found = FindValue(feature, key, ValueKind::kList);
   if (found == nullptr) return targets;
   for (const Value& entry : found->Entries()) {
-    if (entry.Kind() == ValueKind::kLink && entry.Target() != nullptr) targets.push_back(entry.Target());
+    targets.push_back(entry.Kind() == ValueKind::kLink ? entry.Target() : nullptr);
   }
+  return targets;
+}
+
+std::vector<Feature*> LinkedFeatures(Feature& feature, const Key& key) {
+  std::vector<Feature*> targets = LinkEntries(feature, key);
+  std::erase(targets, nullptr);
   return targets;
 }
 

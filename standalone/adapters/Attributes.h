@@ -50,6 +50,9 @@ Feature* LinkedFeature(Feature& feature, const Key& key);
 /// The features that a list attribute holds links to, in order; empty without the attribute.
 std::vector<Feature*> LinkedFeatures(Feature& feature, const Key& key);
 
+/// The same, with null for an entry that holds nothing: for lists whose entries belong to those of others.
+std::vector<Feature*> LinkEntries(Feature& feature, const Key& key);
+
 void WriteLink(Feature& feature, const Key& key, Feature* target);
 void WriteLinks(Feature& feature, const Key& key, const std::vector<Feature*>& targets);
 

@@ -115,9 +115,10 @@ class BasicComponentAdapter final : public FeatureAdapter<VLMISamBasicComponent>
 
   HRESULT GetInteger(const VLMString& key, std::int32_t& value) override {
     const Key attribute(key.View());
+    if (const HRESULT entered = Enter("VLMISamBasicComponent::GetInteger", key.View()); Failed(entered))
+      return entered;
+    if (Succeeded(ReadAttribute(Self(), attribute, value))) return S_OK;
     bool flag = false;
-    if (const HRESULT read = Read("VLMISamBasicComponent::GetInteger", attribute, value); Succeeded(read))
-      return read;
     if (Failed(ReadAttribute(Self(), attribute, flag))) return E_FAIL;
     value = flag ? 1 : 0;
     return S_OK;

@@ -91,6 +91,46 @@ class FeatureAdapter : public Interface {
     return S_OK;
   }
 
+  /// An operation that stores a link. E_FAIL, and the link stays, for a null object, one of another document
+  /// or one that was removed.
+  template <class Handle>
+  HRESULT StoreLink(std::string_view operation, const Key& key, const Handle& object) const {
+    if (const HRESULT entered = Enter(operation, key.Text()); Failed(entered)) return entered;
+    Feature* const target = FeatureOf(object);
+    if (!CanBeLinked(target)) return E_FAIL;
+    WriteLink(feature_, key, target);
+    return S_OK;
+  }
+  /// An operation that gives the objects that a list attribute holds links to; empty, with S_OK, without the
+  /// attribute.
+  HRESULT ReadLinkList(std::string_view operation, const Key& key,
+                       VLMListValVLMBaseUnknown_var& objects) const {
+    objects.RemoveAll();
+    if (const HRESULT entered = Enter(operation, key.Text()); Failed(entered)) return entered;
+    for (Feature* const target : LinkedFeatures(feature_, key)) {
+      objects.Append(HandleOn<VLMBaseUnknown>(target));
+    }
+    return S_OK;
+  }
+  /// An operation that stores a whole list of links. E_FAIL, and the list stays, when one of the objects
+  /// cannot be linked.
+  HRESULT StoreLinkList(std::string_view operation, const Key& key,
+                        const VLMListValVLMBaseUnknown_var& objects) const {
+    if (const HRESULT entered = Enter(operation, key.Text()); Failed(entered)) return entered;
+    std::vector<Feature*> targets;
+    for (const VLMBaseUnknown_var& object : objects) {
+      targets.push_back(FeatureOf(object));
+      if (!CanBeLinked(targets.back())) return E_FAIL;
+    }
+    WriteLinks(feature_, key, targets);
+    return S_OK;
+  }
+
+  /// Whether a feature of this document may link to `target`.
+  [[nodiscard]] bool CanBeLinked(const Feature* target) const {
+    return target != nullptr && !target->removed && target->document == &Doc();
+  }
+
  private:
   std::uint32_t references_ = 1;  // the creator's
   DocumentPtr document_;          // the feature's memory lives as long as its document

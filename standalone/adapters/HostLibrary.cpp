@@ -1,5 +1,7 @@
 #include "adapters/HostLibrary.h"
 
+#include "components/Component.h"
+
 namespace standalone {
 namespace {
 
@@ -13,8 +15,22 @@ const bool installed = [] {
   BindGeometryAdapters(*host);
   BindAnalysisSetAdapters(*host);
   BindCaseAdapters(*host);
+  BindStepAdapters(*host);
+  BindMotionAdapters(*host);
+  BindConditionAdapters(*host);
   BindJobAdapters(*host);
   BindInteractionAdapters(*host);
+  BindSolutionAdapters(*host);
+  BindConstraintAdapters(*host);
+  BindSpringAdapters(*host);
+  BindPropertyAdapters(*host);
+  BindOutputAdapters(*host);
+  BindElementAssignmentAdapters(*host);
+  BindSectionControlsAdapters(*host);
+  BindMeshAdapters(*host);
+  BindContactAdapters(*host);
+  DeclareContactFactory(*host);
+  DeclarePropagationFactory(*host);
   return true;
 }();
 

@@ -28,7 +28,19 @@ void BindSupportAdapters(VLMLibrary& host);
 void BindGeometryAdapters(VLMLibrary& host);
 void BindAnalysisSetAdapters(VLMLibrary& host);
 void BindCaseAdapters(VLMLibrary& host);
+void BindStepAdapters(VLMLibrary& host);
+void BindMotionAdapters(VLMLibrary& host);
+void BindConditionAdapters(VLMLibrary& host);
 void BindJobAdapters(VLMLibrary& host);
 void BindInteractionAdapters(VLMLibrary& host);
+void BindSolutionAdapters(VLMLibrary& host);
+void BindConstraintAdapters(VLMLibrary& host);
+void BindSpringAdapters(VLMLibrary& host);
+void BindPropertyAdapters(VLMLibrary& host);
+void BindOutputAdapters(VLMLibrary& host);
+void BindElementAssignmentAdapters(VLMLibrary& host);
+void BindSectionControlsAdapters(VLMLibrary& host);
+void BindMeshAdapters(VLMLibrary& host);
+void BindContactAdapters(VLMLibrary& host);
 
 }  // namespace standalone

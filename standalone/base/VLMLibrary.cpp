@@ -1,6 +1,7 @@
 #include "base/VLMLibrary.h"
 
 #include "base/VLMRegistry.h"
+#include "checkpoint/Checkpoint.h"
 
 VLMLibrary::VLMLibrary(std::string_view name) : name_(name) {}
 
@@ -17,5 +18,10 @@ HRESULT VLMLibrary::DeclareComponent(std::string_view name, VLMCreateComponent c
 }
 
 HRESULT VLMInstantiateComponent(std::string_view name, const VLMInterfaceId& id, void** out) {
+  *out = nullptr;
+  if (const HRESULT entered = standalone::Checkpoint::Pass("VLMInstantiateComponent", nullptr, name);
+      Failed(entered)) {
+    return entered;
+  }
   return VLMRegistry::Instance().Instantiate(name, id, out);
 }

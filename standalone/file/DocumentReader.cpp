@@ -30,16 +30,34 @@ constexpr std::string_view kSeeFormat = "Correct the line as docs/document-forma
   throw Unsound{std::move(problem), std::string(advice)};
 }
 
-// Marks that an object's key was met, and refuses it the second time.
+// The keys that an object may have, each once. They mostly come in the order of the list, so the search goes
+// on where the last one was found.
 template <std::size_t N>
-std::size_t MeetKey(const std::string_view (&keys)[N], std::string_view key, std::uint32_t& met) {
-  const auto* const found = std::ranges::find(keys, key);
-  if (found == std::end(keys)) Refuse(fmt::format("unknown key \"{}\"", key));
-  const auto index = static_cast<std::size_t>(found - keys);
-  if ((met >> index & 1U) != 0) Refuse(fmt::format("key \"{}\" stands twice", key));
-  met |= 1U << index;
-  return index;
-}
+class Keys {
+ public:
+  explicit Keys(const std::string_view (&keys)[N]) : keys_(keys) {}
+
+  std::size_t Meet(std::string_view key) {
+    const auto index = static_cast<std::size_t>(Find(key) - keys_);
+    if (index == N) Refuse(fmt::format("unknown key \"{}\"", key));
+    if ((met_ >> index & 1U) != 0) Refuse(fmt::format("key \"{}\" stands twice", key));
+    met_ |= 1U << index;
+    next_ = index + 1;
+    return index;
+  }
+  [[nodiscard]] bool HasMetAll() const { return met_ == (1U << N) - 1; }
+  [[nodiscard]] bool HasMetNone() const { return met_ == 0; }
+
+ private:
+  const std::string_view* Find(std::string_view key) const {
+    const auto* const found = std::find(keys_ + next_, keys_ + N, key);
+    return found != keys_ + N ? found : std::find(keys_, keys_ + N, key);
+  }
+
+  const std::string_view (&keys_)[N];
+  std::uint32_t met_ = 0;
+  std::size_t next_ = 0;
+};
 
 std::string_view TypeName(ondemand::json_type type) {
   switch (type) {
@@ -66,17 +84,17 @@ void Expect(ondemand::value value, ondemand::json_type wanted, std::string_view 
 }
 
 std::int64_t TakeInteger(ondemand::value value, std::string_view key) {
-  Expect(value, ondemand::json_type::number, key);
   std::int64_t number = 0;
-  if (value.get_int64().get(number) != simdjson::SUCCESS) {
-    Refuse(fmt::format("\"{}\" must be a whole number within 64 bits", key));
-  }
-  return number;
+  if (value.get_int64().get(number) == simdjson::SUCCESS) return number;
+  Expect(value, ondemand::json_type::number, key);
+  Refuse(fmt::format("\"{}\" must be a whole number within 64 bits", key));
 }
 
 std::string_view TakeText(ondemand::value value, std::string_view key) {
+  std::string_view text;
+  if (value.get_string().get(text) == simdjson::SUCCESS) return text;
   Expect(value, ondemand::json_type::string, key);
-  return value.get_string();
+  return value.get_string();  // a text that is broken: throws the parser's error
 }
 
 FeatureId TakeRef(ondemand::value value, std::string_view key) {
@@ -221,16 +239,16 @@ class Reader {
   }
 
   void ReadHeader(ondemand::object object) {
-    constexpr std::string_view kKeys[] = {format::kFormat, format::kVersionKey, format::kUpgrades,
-                                          format::kFeatures};
-    std::uint32_t met = 0;
+    static constexpr std::string_view kKeys[] = {format::kFormat, format::kVersionKey, format::kUpgrades,
+                                                 format::kFeatures};
+    Keys keys(kKeys);
     for (auto field : object) {
       const std::string_view key = field.unescaped_key();
-      if (met == 0 && key != format::kFormat) {
+      if (keys.HasMetNone() && key != format::kFormat) {
         Refuse("this is not an analysis document: its first line does not begin with \"format\"",
                "Give a file with the extension .hvxdoc");
       }
-      switch (MeetKey(kKeys, key, met)) {
+      switch (keys.Meet(key)) {
         case 0:
           if (TakeText(field.value(), key) != format::kFormatName) {
             Refuse("this is not an analysis document: its format is not \"hvxdoc\"",
@@ -250,7 +268,8 @@ class Reader {
           announced_ = TakeInteger(field.value(), key);
       }
     }
-    if (met != 0b1111) Refuse("the header must have \"format\", \"version\", \"upgrades\" and \"features\"");
+    if (!keys.HasMetAll())
+      Refuse("the header must have \"format\", \"version\", \"upgrades\" and \"features\"");
     headerRead_ = true;
   }
 
@@ -268,12 +287,12 @@ class Reader {
     constexpr std::string_view kKeys[] = {
         format::kId,        format::kType,     format::kName,         format::kAlias,      format::kFather,
         format::kContainer, format::kUpToDate, format::kPhysicalType, format::kAttributes, format::kModes};
-    std::uint32_t met = 0;
+    Keys keys(kKeys);
     Feature* feature = nullptr;
     FeatureId id = 0;
     for (auto field : object) {
       const std::string_view key = field.unescaped_key();
-      const std::size_t index = MeetKey(kKeys, key, met);
+      const std::size_t index = keys.Meet(key);
       if (index >= 2 && feature == nullptr) Refuse("a feature must begin with \"id\" and \"type\"");
       switch (index) {
         case 0:
@@ -325,9 +344,10 @@ class Reader {
 
   const LateType& TypeOf(std::string_view name) {
     if (name.empty()) Refuse("\"type\" is empty");
-    // Runs of one late type are common.
-    if (lastType_ == nullptr || lastType_->Name() != name) lastType_ = &LateType::Of(name);
-    return *lastType_;
+    const NameId id = names_.Intern(name);
+    if (id >= types_.size()) types_.resize(id + 1);
+    if (types_[id] == nullptr) types_[id] = &LateType::Of(name);
+    return *types_[id];
   }
 
   void TakeFather(Feature& feature, FeatureId to) {
@@ -511,10 +531,10 @@ class Reader {
   bool headerRead_ = false;
   std::int64_t announced_ = 0;
   std::size_t line_ = 1;
-  const LateType* lastType_ = nullptr;
   bool fatherFollowsSon_ = false;
   NameCache names_;
-  std::vector<Attribute> attributes_;  // of the feature being read
+  std::vector<const LateType*> types_;  // by the number of their name
+  std::vector<Attribute> attributes_;   // of the feature being read
   std::vector<ForwardLink> forwardLinks_;
 };
 

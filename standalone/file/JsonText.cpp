@@ -16,7 +16,9 @@ constexpr std::array<bool, 256> kMustEscape = [] {
   return must;
 }();
 
-bool MustEscape(char c) { return kMustEscape[static_cast<unsigned char>(c)]; }
+bool MustEscape(char c) {
+  return kMustEscape[static_cast<unsigned char>(c)];
+}
 
 void AppendEscaped(fmt::memory_buffer& out, char c) {
   switch (c) {

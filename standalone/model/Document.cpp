@@ -56,7 +56,7 @@ Feature* Document::Find(FeatureId id) const {
 }
 
 Attribute* Document::FindAttribute(Feature& feature, NameId key) {
-  if (feature.hasDeadLinks) DropDeadLinks(feature);
+  if (feature.hasDeadLinks || feature.isBehind) Settle(feature);
   for (Attribute& attribute : feature.Attributes()) {
     if (attribute.key == key) return &attribute;
   }
@@ -67,8 +67,16 @@ Feature* Document::AnalysisModel() const {
   return analysisModel_ == nullptr || analysisModel_->removed ? nullptr : analysisModel_;
 }
 
+std::int64_t Document::HighestNumberAfter(std::string_view prefix) {
+  if (numberedNames_.Watch(prefix)) {
+    for (const Feature* feature = first_; feature != nullptr; feature = feature->next)
+      numberedNames_.NoteAfter(prefix, feature->externalName);
+  }
+  return numberedNames_.HighestAfter(prefix);
+}
+
 std::span<const Attribute> Document::AttributesOf(Feature& feature) {
-  if (feature.hasDeadLinks) DropDeadLinks(feature);
+  if (feature.hasDeadLinks || feature.isBehind) Settle(feature);
   return feature.Attributes();
 }
 
@@ -81,6 +89,7 @@ std::size_t Document::CountBeneath(const Feature& feature) {
 }
 
 void Document::DropAllDeadLinks() {
+  if (companion_ != nullptr) companion_->WriteBack();
   for (Feature* const feature : withDeadLinks_) {
     if (feature->hasDeadLinks && !feature->removed) DropDeadLinks(*feature);
   }
@@ -107,6 +116,7 @@ void Document::Remove(Feature& feature) {
   for (Feature* const each : doomed) {
     Touch(*each);
     each->removed = true;
+    numberedNames_.Forget(each->externalName);
     MarkReferrers(*each);
     Unlink(*each);
   }
@@ -122,7 +132,9 @@ void Document::SetType(Feature& feature, const LateType& type) {
 void Document::SetExternalName(Feature& feature, std::string_view name) {
   if (feature.externalName == name) return;
   Touch(feature);
+  numberedNames_.Forget(feature.externalName);
   feature.externalName = Keep(name);
+  numberedNames_.Note(feature.externalName);
 }
 
 void Document::SetPhysicalType(Feature& feature, std::string_view physicalType) {
@@ -390,6 +402,11 @@ void Document::IndexSharedReferrers() {
     for (const Attribute& attribute : feature->Attributes()) index(*feature, attribute.value, index);
     index(*feature, Value::Link(feature->container), index);
   }
+}
+
+void Document::Settle(Feature& feature) {
+  if (feature.isBehind) companion_->WriteBack();
+  if (feature.hasDeadLinks) DropDeadLinks(feature);
 }
 
 void Document::DropDeadLinks(Feature& feature) {

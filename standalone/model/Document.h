@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <memory_resource>
 #include <span>
 #include <string>
@@ -8,6 +9,8 @@
 #include <vector>
 
 #include "model/Feature.h"
+#include "model/LargePages.h"
+#include "model/NumberedNames.h"
 #include "modeler/VLMDocument.h"
 
 namespace standalone {
@@ -15,6 +18,16 @@ namespace standalone {
 class Document;
 struct FeatureCatalog;
 using DocumentPtr = VLMHandle<Document>;
+
+/// What another part of the host keeps with an open document in a form of its own, such as the user numbers
+/// of a mesh that are being changed one by one. Where the features lag behind it, `Feature::isBehind` is set.
+class DocumentCompanion {
+ public:
+  virtual ~DocumentCompanion() = default;
+
+  /// Brings the features up to what is kept here.
+  virtual void WriteBack() = 0;
+};
 
 /// An analysis document in memory: the features, in order, and which upgrades the document has been through.
 ///
@@ -57,8 +70,14 @@ class Document final : public VLMDocument {
   [[nodiscard]] std::span<const Attribute> AttributesOf(Feature& feature);
   /// How many features stand beneath `feature`, at any depth.
   [[nodiscard]] static std::size_t CountBeneath(const Feature& feature);
+  /// The highest N among the external names "<prefix>N" that the document's features bear; 0 without one. The
+  /// first question about a prefix walks over the document, later ones cost next to nothing.
+  [[nodiscard]] std::int64_t HighestNumberAfter(std::string_view prefix);
   /// The document's analysis model (its first, should it hold several); null without one.
   [[nodiscard]] Feature* AnalysisModel() const;
+  /// What goes along with the document; null until it is set.
+  [[nodiscard]] DocumentCompanion* Companion() const { return companion_.get(); }
+  void SetCompanion(std::unique_ptr<DocumentCompanion> companion) { companion_ = std::move(companion); }
 
   // Changing. Nothing is done, and nothing counts as a change, when the new state is the old one.
   /// Makes a feature: the last of the document and of its father's sons.
@@ -83,8 +102,9 @@ class Document final : public VLMDocument {
   /// Moves `feature` to stand directly after (or before) `other`, a son of the same father.
   void PlaceBeside(Feature& feature, Feature& other, bool after);
 
-  /// Drops, in every feature, the links whose targets were removed; to be called before the document is
-  /// looked at as a whole (single features drop theirs when they are looked at).
+  /// Drops, in every feature, the links whose targets were removed, and has the companion write back what it
+  /// keeps; to be called before the document is looked at as a whole (single features are settled when they
+  /// are looked at).
   void DropAllDeadLinks();
 
   /// Copies a text or entries into the arena, where they may become values.
@@ -125,26 +145,31 @@ class Document final : public VLMDocument {
   void MarkReferrers(Feature& target);
   void IndexSharedReferrers();
   void DropDeadLinks(Feature& feature);
+  /// Makes the feature's attributes what they are to be read as.
+  void Settle(Feature& feature);
   Value WithoutDeadLinks(const Value& value);
 
   std::uint32_t references_ = 1;
   std::string displayName_;
   std::vector<std::string> upgrades_;
   std::vector<const FeatureCatalog*> catalogs_;
-  std::pmr::monotonic_buffer_resource arena_{std::size_t{1} << 16};
+  std::pmr::monotonic_buffer_resource arena_{std::size_t{1} << 16, &LargePages::Instance()};
   // Features stand by themselves, close together: most passes look at nothing else.
-  std::pmr::monotonic_buffer_resource featureArena_{std::size_t{1} << 16};
+  std::pmr::monotonic_buffer_resource featureArena_{std::size_t{1} << 16, &LargePages::Instance()};
 
   Feature* first_ = nullptr;
   Feature* last_ = nullptr;
   std::size_t count_ = 0;
   Feature* analysisModel_ = nullptr;
   FeatureId highestId_ = 0;
+  NumberedNames numberedNames_;
 
   std::vector<Feature*> byId_;  // ascending ids, also those of removed features
   bool idsAscend_ = true;
   bool idsAreDense_ = true;  // 1, 2, 3, ..., as in most documents: then an id is a position
   std::unordered_map<FeatureId, Feature*> byScatteredId_;  // used instead as soon as an id does not ascend
+
+  std::unique_ptr<DocumentCompanion> companion_;
 
   std::vector<Feature*> touched_;
   std::vector<Feature*> withDeadLinks_;

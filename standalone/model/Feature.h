@@ -45,6 +45,7 @@ struct Feature {
   bool removed = false;
   bool created = false;       ///< Made after the document was read.
   bool hasDeadLinks = false;  ///< Something that it links to was removed since its links were last looked at.
+  bool isBehind = false;      ///< The document's companion keeps values that the attributes do not show yet.
 
   [[nodiscard]] std::span<Attribute> Attributes() const { return {attributes, attributeCount}; }
   [[nodiscard]] std::string_view TypeName() const { return type->Name(); }

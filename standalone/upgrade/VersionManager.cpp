@@ -6,8 +6,11 @@
 
 #include "adapters/FeatureAdapter.h"
 #include "base/VLMFatalError.h"
+#include "base/VLMLibrary.h"
 #include "modeler/VLMISpecObject.h"
 #include "session/Session.h"
+#include "workbench/HVXIFactoryExtForPropagation.h"
+#include "workbench/HVXIPropagatingFeature.h"
 #include "workbench/HVXIUpgrade.h"
 
 namespace standalone {
@@ -77,6 +80,22 @@ std::vector<Feature*> FeaturesOf(const Document& document) {
   return features;
 }
 
+// Propagates what was handed over, in the order of the handing over. What is no propagating feature (a tie
+// beside a contact, say) has nothing to bring to other steps.
+std::vector<FeatureOutcome> PropagateHandedOver() {
+  std::vector<FeatureOutcome> outcomes;
+  for (Feature* const feature : Session::Current().ForPropagation()) {
+    if (feature->removed || !Offers(*feature, HVXIPropagatingFeature::kId)) continue;
+    HVXIFactoryExtForPropagation_var spFactory;
+    HRESULT code = VLMInstantiateComponent("HVXEFactoryExtForPropagation", spFactory);
+    const VLMBaseUnknown_var spFeature = HandleOn<VLMBaseUnknown>(feature);
+    if (Succeeded(code)) code = spFactory->SetDefaultPropagationData(spFeature, 0, NULL_var);
+    if (Succeeded(code)) code = spFactory->Propagate(spFeature, 0);
+    outcomes.push_back({feature, code});
+  }
+  return outcomes;
+}
+
 // Gives up on a document in words that tell where; `doing` gives them.
 template <class Describe, class Action>
 void OrAbort(const Describe& doing, const Action& action) {
@@ -94,7 +113,8 @@ void OrAbort(const Describe& doing, const Action& action) {
 std::size_t UpgradeRun::FailureCount() const {
   const auto failed = [](const auto& outcome) { return Failed(outcome.code); };
   return static_cast<std::size_t>(std::ranges::count_if(features, failed) +
-                                  std::ranges::count_if(documentUpgrades, failed));
+                                  std::ranges::count_if(documentUpgrades, failed) +
+                                  std::ranges::count_if(propagations, failed));
 }
 
 VersionManager::VersionManager(const std::vector<const HVXUpgradeLibrary*>& libraries) {
@@ -178,6 +198,7 @@ UpgradeRun VersionManager::Run(const DocumentPtr& document, const std::vector<st
               run.documentUpgrades.push_back({identifier, upgrade->upgrade(alone, all)});
             });
   }
+  run.propagations = PropagateHandedOver();
   for (const std::string& identifier : identifiers) document->RecordUpgrade(identifier);
   return run;
 }

@@ -41,6 +41,7 @@ struct UpgradeRun {
   std::vector<FeatureOutcome>
       features;  ///< Those that some identifier concerned; the others had nothing to do.
   std::vector<DocumentOutcome> documentUpgrades;
+  std::vector<FeatureOutcome> propagations;  ///< Features that were handed over to be propagated.
 
   [[nodiscard]] std::size_t FailureCount() const;
 };
@@ -71,12 +72,14 @@ class VersionManager {
 
   /// Runs `identifiers` (known ones, oldest first) on the document and records them in it.
   ///
-  /// Features are visited in document order, each with those identifiers that concern its late type, oldest first
-  /// but for one pair (`docs/choices.md`); a feature whose late type changes on the way is visited once more as what
-  /// it has become; features made on the way are current already; removed ones are skipped. Document-wide
-  /// conversions follow, oldest first: they take away properties that the features' upgrades still read. Throws
-  /// `UpgradeAborted` when a routine gives up with a fatal assertion or calls through a null handle. `onProgress` is
-  /// told, now and then, how many features are done and how many there are.
+  /// Features are visited in document order, each with those identifiers that concern its late type, oldest
+  /// first but for one pair (`docs/choices.md`); a feature whose late type changes on the way is visited once
+  /// more as what it has become; features made on the way are current already; removed ones are skipped.
+  /// Document-wide conversions follow, oldest first: they take away properties that the features' upgrades
+  /// still read. Features that were handed over to be propagated come last, each once, when all of them and
+  /// the steps are what they will be. Throws `UpgradeAborted` when a routine gives up with a fatal assertion
+  /// or calls through a null handle. `onProgress` is told, now and then, how many features are done and how
+  /// many there are.
   UpgradeRun Run(const DocumentPtr& document, const std::vector<std::string>& identifiers,
                  const std::function<void(std::size_t done, std::size_t total)>& onProgress = {}) const;
 

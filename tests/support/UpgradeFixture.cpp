@@ -8,6 +8,8 @@
 
 #include "file/DocumentReader.h"
 #include "file/FeatureText.h"
+#include "session/FeatureCatalogs.h"
+#include "session/Messages.h"
 #include "workbench/HVXIUpgrade.h"
 
 namespace testing_support {
@@ -52,6 +54,8 @@ std::string LinesOf(Document& document) {
 }
 
 void UpgradeTest::Given(std::string_view lines) {
+  FeatureCatalogs::Use(HVX_SOURCE_DIR "/standalone/catalogs");
+  Messages::Use(HVX_SOURCE_DIR "/standalone/messages", "en");
   current_.reset();
   document_ = DocumentOf(lines);
   current_.emplace(document_);

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "modeler/VLMISpecObject.h"
+
+/// The output requests of steps by what they rest on. Each set of a step is listed once, when it is first
+/// asked about; what is put under a request later is not seen, which is sound as long as nobody asks about
+/// objects that were put there.
+class HVXOutputRequestIndex {
+ public:
+  /// The requests in the step's set of late type `setType` that rest on `support`, each once, in the set's
+  /// order. Lives as long as the index.
+  const std::vector<VLMISpecObject_var>& RestingOn(const VLMBaseUnknown_var& support,
+                                                   const VLMUnicodeString& setType,
+                                                   const VLMBaseUnknown_var& spStep);
+
+ private:
+  struct Entry {
+    VLMBaseUnknown_var spSupport;  // held, so that no other object can come to bear its identity
+    std::vector<VLMISpecObject_var> requests;
+  };
+  using BySupport = std::unordered_map<const void*, Entry>;
+  struct Step {
+    VLMBaseUnknown_var spStep;  // held for the same reason
+    std::map<std::string, BySupport, std::less<>> sets;
+  };
+
+  static BySupport List(const VLMUnicodeString& setType, const VLMBaseUnknown_var& spStep);
+
+  std::unordered_map<const void*, Step> steps_;
+};

@@ -1,0 +1,21 @@
+#include "analysis/MeshParts.h"
+
+#include <fmt/format.h>
+
+namespace standalone {
+
+const Key kMeshPart("MeshPart");
+
+HRESULT CreateConnectionMeshPart(Feature& owner) {
+  static const LateType& meshPartType = LateType::Of("MSHMeshPart");
+  static const Key meshType("MeshType");
+  if (LinkedFeature(owner, kMeshPart) != nullptr) return E_FAIL;
+  Document& document = *owner.document;
+  Feature& meshPart = document.Create(
+      meshPartType, fmt::format("{}.{}", meshPartType.Name(), document.NextId()), &owner, owner.container);
+  static_cast<void>(WriteAttribute(meshPart, meshType, VLMUnicodeString("Connection")));
+  WriteLink(owner, kMeshPart, &meshPart);
+  return S_OK;
+}
+
+}  // namespace standalone

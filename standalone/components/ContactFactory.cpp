@@ -1,0 +1,88 @@
+// The component that makes contact pairs and what belongs to them.
+
+#include "adapters/FeatureAdapter.h"
+#include "analysis/Contacts.h"
+#include "analysis/Frame.h"
+#include "components/Component.h"
+#include "workbench/HVXISurfaceToSurfaceContactFact.h"
+
+namespace standalone {
+namespace {
+
+const Key kAnalysisType("AnalysisType");
+constexpr std::int32_t kExplicitDynamics = 3;
+
+bool IsThere(const Feature* feature) {
+  return feature != nullptr && !feature->removed;
+}
+
+class ContactFactory final : public Component<HVXISurfaceToSurfaceContactFact> {
+ public:
+  HRESULT CreateContactPair(const VLMISamAnalysisSet_var& interactionSet,
+                            const VLMBaseUnknown_var& analysisCase, VLMISpecObject_var& pair) override {
+    pair = NULL_var;
+    Feature* const set = FeatureOf(interactionSet);
+    Feature* const owner = FeatureOf(analysisCase);
+    if (const HRESULT entered = Checkpoint::Pass("HVXISurfaceToSurfaceContactFact::CreateContactPair", set);
+        Failed(entered)) {
+      return entered;
+    }
+    if (!IsThere(set) || !IsThere(owner) || set->document != owner->document) return E_FAIL;
+    std::int32_t type = 0;
+    static_cast<void>(ReadAttribute(*owner, kAnalysisType, type));
+    pair = HandleOn<VLMISpecObject>(&MakeContactPair(*set, type != kExplicitDynamics));
+    return S_OK;
+  }
+
+  HRESULT CompleteContact(const VLMBaseUnknown_var& contact) override {
+    Feature* const feature = FeatureOf(contact);
+    if (const HRESULT entered = Checkpoint::Pass("HVXISurfaceToSurfaceContactFact::CompleteContact", feature);
+        Failed(entered)) {
+      return entered;
+    }
+    if (!IsThere(feature) || !IsContactPair(*feature)) return E_FAIL;
+    if (IsOfKind(*feature, kStandardPair) && LinkedFeature(*feature, kInterferenceFit) == nullptr) {
+      static_cast<void>(MakeInterferenceFit(*feature));
+    }
+    return S_OK;
+  }
+
+  HRESULT CreateContactControl(const VLMBaseUnknown_var& contact) override {
+    Feature* const feature = FeatureOf(contact);
+    if (const HRESULT entered =
+            Checkpoint::Pass("HVXISurfaceToSurfaceContactFact::CreateContactControl", feature);
+        Failed(entered)) {
+      return entered;
+    }
+    if (!IsThere(feature) || !IsContactPair(*feature)) return E_FAIL;
+    if (LinkedFeature(*feature, kContactControl) != nullptr) return E_FAIL;
+    static_cast<void>(MakeContactControl(*feature));
+    return S_OK;
+  }
+
+  HRESULT ConvertContact(const VLMISamAnalysisSet_var& interactionSet, const VLMBaseUnknown_var& contact,
+                         const VLMBaseUnknown_var& analysisCase, const VLMDocument_var& document) override {
+    Feature* const set = FeatureOf(interactionSet);
+    Feature* const feature = FeatureOf(contact);
+    if (const HRESULT entered = Checkpoint::Pass("HVXISurfaceToSurfaceContactFact::ConvertContact", feature);
+        Failed(entered)) {
+      return entered;
+    }
+    if (!IsThere(set) || !IsThere(feature) || !IsThere(FeatureOf(analysisCase)) || document == NULL_var)
+      return E_FAIL;
+    const Document* const own = &Document::Of(*document.Get());
+    if (feature->document != own || set->document != own) return E_FAIL;
+    if (!IsOfKind(*feature, "HVXSurfaceToSurfaceContactLT")) return E_FAIL;
+    ConvertToStandardPair(*feature, *set);
+    return S_OK;
+  }
+};
+
+}  // namespace
+
+void DeclareContactFactory(VLMLibrary& host) {
+  static_cast<void>(
+      host.DeclareComponent("HVXSurfaceToSurfaceContactFact", &CreateComponentOf<ContactFactory>));
+}
+
+}  // namespace standalone
