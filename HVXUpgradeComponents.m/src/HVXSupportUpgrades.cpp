@@ -10,6 +10,7 @@ const VLMUnicodeString kSolid("Solid");
 const VLMUnicodeString kViewContext("MfDefault3DView");
 const VLMUnicodeString kAnyConnector("");
 
+constexpr int kIdentical = 2;  // the one answer of Compare that counts as equal
 constexpr std::int32_t kGroupOfSupports = 1;
 constexpr int kAddAlways = 2;  // also an object that is a support already
 
@@ -52,7 +53,7 @@ HRESULT HVXUpgradeBodySupport(const VLMBaseUnknown_var& feature) {
 
     const VLMISpecObject_var spSpecOnPointed(spPointed);
     if (spSpecOnPointed == NULL_var) continue;
-    if (spSpecOnPointed->GetLateType().Compare(kSolid) != 2) continue;
+    if (spSpecOnPointed->GetLateType().Compare(kSolid) != kIdentical) continue;
     // One solid that cannot be replaced does not keep the others from being replaced, on purpose.
     static_cast<void>(HVXReplaceSolid(spSupport, spPointed, spSecond));
   }
