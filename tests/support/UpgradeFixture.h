@@ -31,6 +31,7 @@ class UpgradeTest : public testing::Test {
  protected:
   using CallList = std::vector<std::string>;
 
+  UpgradeTest();
   ~UpgradeTest() override { standalone::Checkpoint::Stop(); }
 
   /// Makes the document; it is the current one until the test ends.
