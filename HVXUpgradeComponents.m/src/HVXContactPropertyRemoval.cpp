@@ -98,7 +98,7 @@ std::vector<HVXGenericUpgrades::ProductCase> HVXGenericUpgrades::ProductCasesAmo
   return productCases;
 }
 
-// Fails when the case has no pair for the property and none could be made.
+// Fails when the case had no pair for the property and none, or not a whole one, could be made.
 HRESULT HVXGenericUpgrades::ReplaceInCase(ProductCase& productCase,
                                           const HVXIContactConnectionProp_var& spProperty,
                                           HVXOutputRequestIndex& requests) {
