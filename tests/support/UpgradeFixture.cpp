@@ -54,9 +54,12 @@ std::string LinesOf(Document& document) {
   return fmt::to_string(text);
 }
 
-void UpgradeTest::Given(std::string_view lines) {
+UpgradeTest::UpgradeTest() {
   FeatureCatalogs::Use(HVX_SOURCE_DIR "/standalone/catalogs");
   Messages::Use(HVX_SOURCE_DIR "/standalone/messages", "en");
+}
+
+void UpgradeTest::Given(std::string_view lines) {
   current_.reset();
   document_ = DocumentOf(lines);
   current_.emplace(document_);
