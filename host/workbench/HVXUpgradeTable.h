@@ -51,7 +51,6 @@ struct HVXUpgradeClass {
 struct HVXDocumentUpgrade {
   VLMUnicodeString identifier;
   const char* purpose;
-  /// Null when it is yet to be written; its identifier must stay pending then.
   HRESULT (*upgrade)
   (const VLMListValVLMUnicodeString& identifiers, const VLMListValVLMISpecObject_var& features);
 };
@@ -62,9 +61,6 @@ struct HVXUpgradeLibrary {
   std::span<const VLMUnicodeString> identifiers;  ///< All that it knows of, oldest first.
   std::span<const HVXUpgradeClass* const> classes;
   std::span<const HVXDocumentUpgrade> documentUpgrades;
-  /// Stands in the bindings whose routines are yet to be written; null when there are none. Identifiers that
-  /// it stands for must stay pending.
-  HVXRoutine placeholder;
 };
 
 /// The type of `HVXGetUpgradeLibrary`, which every upgrade library exports under C linkage. The description
