@@ -28,6 +28,14 @@ Verdict OnContactProperty(Feature& feature, const Survey& /*survey*/) {
   return OutdatedIf(RestsOn(feature, "SAMFaceFaceContact"));
 }
 
+// A pair that was given no connection property yet is unfinished; one without a place for it has lost what it
+// rested on.
+Verdict OnNothing(Feature& feature, const Survey& /*survey*/) {
+  if (!LinkedFeatures(feature, kSupports).empty() || HasAttribute(feature, kConnectionProperty))
+    return kConforms;
+  return Damaged("its connection property was missing, or rested on nothing itself");
+}
+
 Verdict WithoutFit(Feature& feature, const Survey& /*survey*/) {
   return OutdatedIf(LinkedFeature(feature, kInterferenceFit) == nullptr);
 }
@@ -118,6 +126,7 @@ constexpr ConformityRule kRules[] = {
      "contacts of this late type have become contact pairs", OldContact},
     {kPairs, "UpgCCPToGACOrConstraintAsSupp", "a support rests on a contact connection property",
      OnContactProperty},
+    {kPairs, "UpgCCPToGACOrConstraintAsSupp", "it has no supports", OnNothing},
     {kStandardPair, "UpgContactStdWithInterference", "the interference fit is missing", WithoutFit},
     {kPairs, "UpgContactWithContactControl", "the contact control is missing", WithoutControl},
     {kPairs, "UpgContactWithContactControl", kLacks, check::LacksLayout},

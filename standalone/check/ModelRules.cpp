@@ -89,11 +89,15 @@ bool Lists(std::string_view variables, std::string_view name) {
 
 const Key kAnalysisType("AnalysisType");
 
+// Requests with propagation data were made by a release that gives them all variables that are preselected by
+// default, whatever the case: that is current.
 Verdict NodalTemperature(Feature& feature, const Survey& /*survey*/) {
   static const Key selection("VariableSelection");
   static const Key variables("PreselectedVariableList");
+  static const Key propagationState("PropagationState");
   constexpr std::int32_t kPreselected = 1;
   constexpr std::int32_t kThermal = 2;
+  if (HasAttribute(feature, propagationState)) return kConforms;
   const std::string_view list = check::TextOf(feature, variables);
   if (IntegerOf(feature, selection, 0) != kPreselected || !Lists(list, "NT")) return kConforms;
   Feature* const analysisCase = CaseAbove(feature);
