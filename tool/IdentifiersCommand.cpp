@@ -53,7 +53,6 @@ std::string Remarks(const KnownUpgrade& known) {
   std::vector<std::string_view> remarks;
   if (known.documentUpgrade != nullptr) remarks.emplace_back("document-wide");
   if (Unanswered(known)) remarks.emplace_back("answered by no class");
-  if (!known.available) remarks.emplace_back("not yet available");
   return remarks.empty() ? "" : fmt::format("  ({})", fmt::join(remarks, "; "));
 }
 
@@ -78,8 +77,6 @@ void AppendList(fmt::memory_buffer& out, const VersionManager& manager,
 void AppendExplanation(fmt::memory_buffer& out, const VersionManager& manager, const KnownUpgrade& known) {
   auto to = std::back_inserter(out);
   fmt::format_to(to, "{} ({} of {})\n", known.identifier, Number(manager, known), manager.Known().size());
-  if (!known.available)
-    fmt::format_to(to, "  Not yet available: it is not run, and not recorded in any document.\n");
   if (Unanswered(known)) fmt::format_to(to, "  No class answers to it: it changes nothing.\n");
   if (known.documentUpgrade != nullptr) {
     fmt::format_to(to, "  The whole document, after all features: {}\n", known.documentUpgrade->purpose);
@@ -107,7 +104,6 @@ void AppendJson(fmt::memory_buffer& out, const VersionManager& manager,
     JsonObject entry(list.Entry());
     entry.Number("number", Number(manager, *known));
     entry.Text("name", known->identifier);
-    entry.Flag("available", known->available);
     entry.Flag("documentWide", known->documentUpgrade != nullptr);
     if (known->documentUpgrade != nullptr) entry.Text("purpose", known->documentUpgrade->purpose);
     JsonList bindings(entry.Key("bindings"));

@@ -30,14 +30,6 @@ std::size_t EditDistance(std::string_view from, std::string_view to) {
   return row.back();
 }
 
-const KnownUpgrade& RunnableOrRefuse(const VersionManager& manager, std::string_view identifier) {
-  const KnownUpgrade& known = KnownOrRefuse(manager, identifier);
-  if (!known.available) {
-    throw UsageError(fmt::format("upgrade {} is not yet available in this release", Quoted(identifier)));
-  }
-  return known;
-}
-
 }  // namespace
 
 const KnownUpgrade& KnownOrRefuse(const VersionManager& manager, std::string_view identifier) {
@@ -55,10 +47,9 @@ const KnownUpgrade& KnownOrRefuse(const VersionManager& manager, std::string_vie
 
 Selection::Selection(const VersionManager& manager, const std::vector<std::string>& only,
                      const std::string& until) {
-  for (const std::string& identifier : only)
-    wanted_.push_back(RunnableOrRefuse(manager, identifier).identifier);
+  for (const std::string& identifier : only) wanted_.push_back(KnownOrRefuse(manager, identifier).identifier);
   if (!only.empty()) return;
-  if (!until.empty()) static_cast<void>(RunnableOrRefuse(manager, until));
+  if (!until.empty()) static_cast<void>(KnownOrRefuse(manager, until));
   for (const KnownUpgrade& known : manager.Known()) {
     wanted_.push_back(known.identifier);
     if (known.identifier == until) break;

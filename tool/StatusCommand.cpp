@@ -18,8 +18,7 @@ struct Status {
   std::size_t features = 0;
   std::vector<std::string> pending;
   std::vector<std::string> done;
-  std::vector<std::string> unknown;      // recorded, but of a later release
-  std::vector<std::string> unavailable;  // neither recorded nor to be had in this release
+  std::vector<std::string> unknown;  // recorded, but of a later release
 
   [[nodiscard]] std::string_view Verdict() const {
     if (!unknown.empty()) return "newer than this program";
@@ -36,9 +35,9 @@ Status StatusOf(const std::string& file, const VersionManager& manager) {
   status.unknown = manager.Unknown(*document.Get());
   const std::vector<std::string>& recorded = document->Upgrades();
   for (const KnownUpgrade& known : manager.Known()) {
-    const bool done = std::ranges::find(recorded, known.identifier) != recorded.end();
-    if (done) status.done.push_back(known.identifier);
-    if (!done && !known.available) status.unavailable.push_back(known.identifier);
+    if (std::ranges::find(recorded, known.identifier) != recorded.end()) {
+      status.done.push_back(known.identifier);
+    }
   }
   return status;
 }
@@ -59,7 +58,6 @@ void AppendText(fmt::memory_buffer& out, const Status& status) {
   fmt::format_to(to, "{}: {}, {} pending, {} done", status.file, Paint(stdout, colour, status.Verdict()),
                  status.pending.size(), status.done.size());
   if (!status.unknown.empty()) fmt::format_to(to, ", {} unknown here", status.unknown.size());
-  if (!status.unavailable.empty()) fmt::format_to(to, ", {} not yet available", status.unavailable.size());
   fmt::format_to(to, " ({})\n", Count(status.features, "feature"));
   AppendIdentifiers(out, "Pending", status.pending);
   AppendIdentifiers(out, "Done", status.done);
@@ -74,7 +72,6 @@ void AppendJson(fmt::memory_buffer& out, const Status& status) {
   entry.Texts("pending", status.pending);
   entry.Texts("done", status.done);
   entry.Texts("unknown", status.unknown);
-  entry.Texts("notYetAvailable", status.unavailable);
   entry.Close();
 }
 

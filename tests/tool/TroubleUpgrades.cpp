@@ -50,7 +50,6 @@ extern "C" __attribute__((visibility("default"))) const HVXUpgradeLibrary* HVXGe
   static const HVXUpgradeLibrary library = {.name = "TroubleUpgrades",
                                             .identifiers = kIdentifiers,
                                             .classes = {},
-                                            .documentUpgrades = kDocumentUpgrades,
-                                            .placeholder = nullptr};
+                                            .documentUpgrades = kDocumentUpgrades};
   return &library;
 }
