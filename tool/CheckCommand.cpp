@@ -42,7 +42,7 @@ void AppendText(fmt::memory_buffer& out, const Checked& checked) {
   const Colour colour = !checked.unknown.empty()   ? Colour::kRed
                         : checked.findings.empty() ? Colour::kGreen
                                                    : Colour::kYellow;
-  fmt::format_to(to, "{}: {}", checked.file, Paint(stdout, colour, checked.Verdict()));
+  fmt::format_to(to, "{}: {}", Printable(checked.file), Paint(stdout, colour, checked.Verdict()));
   if (!checked.findings.empty()) {
     std::set<const standalone::Feature*> features;
     for (const Finding& finding : checked.findings) features.insert(finding.feature);

@@ -11,7 +11,6 @@ namespace {
 
 using check::HasAttribute;
 using check::HasParameter;
-using check::RestsOn;
 
 const Key kSonsList("SonsList");
 const Key kRotationAxis("RotationAxis");
@@ -151,8 +150,15 @@ Verdict BodySupport(Feature& feature, const Survey& /*survey*/) {
 }
 
 Verdict OldBody(Feature& feature, const Survey& survey) {
-  if (RestsOn(feature, "TopologicalBody") || RestsOn(feature, "ShapeBody")) return kOutdated;
-  return BodySupport(feature, survey);
+  Verdict verdict = BodySupport(feature, survey);
+  for (Feature* const connector : LinkedFeatures(feature, kSupports)) {
+    const Feature* const first = LinkedFeature(*connector, kFirstObject);
+    if (first == nullptr) continue;
+    if (!check::IsA(*first, "TopologicalBody") && !check::IsA(*first, "ShapeBody")) continue;
+    if (LinkedFeature(*connector, kSecondObject) != nullptr) return kOutdated;
+    if (verdict.conforms) verdict = Damaged(kNoContext);
+  }
+  return verdict;
 }
 
 Verdict Axis(Feature& feature, const Survey& /*survey*/) {
