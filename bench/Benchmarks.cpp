@@ -1,7 +1,15 @@
 #include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
 
 #include "DocumentGenerator.h"
 #include "adapters/FeatureAdapter.h"
+#include "file/DocumentReader.h"
+#include "session/Session.h"
+#include "support/PropertyDocuments.h"
 #include "upgrade/UpgradeLibrary.h"
 #include "workbench/HVXIUpgrade.h"
 
@@ -48,5 +56,40 @@ void Cast(benchmark::State& state) {
   }
 }
 BENCHMARK(Cast);
+
+DocumentPtr ReadLines(const std::string& lines) {
+  static_cast<void>(Library());
+  const std::filesystem::path file =
+      std::filesystem::temp_directory_path() / ("bench-" + std::to_string(getpid()) + ".hvxdoc");
+  std::ofstream(file) << R"({"format":"hvxdoc","version":1,"upgrades":[],"features":)"
+                      << std::ranges::count(lines, '\n') << "}\n"
+                      << lines;
+  DocumentPtr document = ReadDocument(file);
+  std::filesystem::remove(file);
+  return document;
+}
+
+// The document-wide replacement of contact connection properties in 4 cases, with two output requests for
+// each property. "per property" must stay what it is as their number grows.
+void ReplaceProperties(benchmark::State& state) {
+  const auto properties = static_cast<int>(state.range(0));
+  const std::string lines = testing_support::LargePropertyDocument(properties, 4, 2 * properties);
+  VLMListValVLMUnicodeString identifiers;
+  identifiers.Append("UpgDocumentForCCPRemoval");
+  for (auto _ : state) {
+    state.PauseTiming();
+    DocumentPtr document = ReadLines(lines);
+    const CurrentDocumentScope current(document);
+    VLMListValVLMISpecObject_var features;
+    for (Feature* each = document->First(); each != nullptr; each = each->next)
+      features.Append(HandleOn<VLMISpecObject>(each));
+    state.ResumeTiming();
+    benchmark::DoNotOptimize(Library().documentUpgrades[0].upgrade(identifiers, features));
+  }
+  state.counters["per property"] =
+      benchmark::Counter(static_cast<double>(properties),
+                         benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+BENCHMARK(ReplaceProperties)->RangeMultiplier(10)->Range(100, 10000)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/VLMTie.h"
+#include "base/VLMBaseUnknown.h"
 
 /// \file
 /// The routines that several upgrade classes share.
@@ -12,6 +12,3 @@ HRESULT HVXMarkOutOfDate(const VLMBaseUnknown_var& feature);
 /// Runs the host's own analysis upgrade of the feature and gives its result; E_FAIL when the feature is null
 /// or offers no `VLMISamUpgrade`.
 HRESULT HVXRunHostUpgrade(const VLMBaseUnknown_var& feature);
-
-/// Stands in the tables for routines that are yet to be written: changes nothing and gives 0.
-HRESULT HVXNotYetMigrated(VLMExtension& extension);

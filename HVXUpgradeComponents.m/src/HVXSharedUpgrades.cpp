@@ -15,7 +15,3 @@ HRESULT HVXRunHostUpgrade(const VLMBaseUnknown_var& feature) {
   if (spUpgrade == NULL_var) return E_FAIL;
   return spUpgrade->Upgrade();
 }
-
-HRESULT HVXNotYetMigrated(VLMExtension& /*extension*/) {
-  return S_OK;
-}

@@ -10,6 +10,7 @@ const VLMUnicodeString kSolid("Solid");
 const VLMUnicodeString kViewContext("MfDefault3DView");
 const VLMUnicodeString kAnyConnector("");
 
+constexpr int kIdentical = 2;  // the one answer of Compare that counts as equal
 constexpr std::int32_t kGroupOfSupports = 1;
 constexpr int kAddAlways = 2;  // also an object that is a support already
 
@@ -23,18 +24,13 @@ VLMIPartRequest_var PartOf(const VLMIContainer_var& spContainer) {
   return VLMIPartRequest_var(spPart);
 }
 
-// True when one of the body's results produces the topological body.
-bool Produces(const VLMIBodyRequest_var& spBodyRequest, const VLMBody_var& spBody) {
-  VLMListValVLMBaseUnknown_var results;
-  static_cast<void>(spBodyRequest->GetResults(kViewContext, results));
-  for (int position = 1; position <= results.Size(); ++position) {
-    const VLMIGeometricalElement_var spElement(results[position]);
-    if (spElement == NULL_var) continue;
-    VLMBody_var spProduced;
-    static_cast<void>(spElement->GetBody(spProduced));
-    if (spProduced == spBody) return true;
-  }
-  return false;
+// The topological body that a body's result produces; null for a result of another kind.
+VLMBody_var BodyProducedBy(const VLMBaseUnknown_var& result) {
+  const VLMIGeometricalElement_var spElement(result);
+  if (spElement == NULL_var) return NULL_var;
+  VLMBody_var spProduced;
+  static_cast<void>(spElement->GetBody(spProduced));
+  return spProduced;
 }
 
 }  // namespace
@@ -57,7 +53,7 @@ HRESULT HVXUpgradeBodySupport(const VLMBaseUnknown_var& feature) {
 
     const VLMISpecObject_var spSpecOnPointed(spPointed);
     if (spSpecOnPointed == NULL_var) continue;
-    if (spSpecOnPointed->GetLateType().Compare(kSolid) != 2) continue;
+    if (spSpecOnPointed->GetLateType().Compare(kSolid) != kIdentical) continue;
     // One solid that cannot be replaced does not keep the others from being replaced, on purpose.
     static_cast<void>(HVXReplaceSolid(spSupport, spPointed, spSecond));
   }
@@ -98,10 +94,15 @@ HRESULT HVXUpgradeTopologicalBodySupport(const VLMISamAnalysisSupport_var& spSup
   static_cast<void>(spPart->GetBodies(kViewContext, bodies));
   for (int position = 1; position <= bodies.Size(); ++position) {
     const VLMIBodyRequest_var spBodyRequest(bodies[position]);
-    if (spBodyRequest == NULL_var || !Produces(spBodyRequest, spBody)) continue;
-    if (const HRESULT out = spSupport->TakeOut(spBody, second, kAnyConnector); Failed(out)) return out;
-    const VLMILinkableObject_var spLinkableBody(spBodyRequest);
-    if (const HRESULT in = spSupport->PutIn(spLinkableBody, second, kAnyConnector); Failed(in)) return in;
+    if (spBodyRequest == NULL_var) continue;
+    VLMListValVLMBaseUnknown_var results;
+    static_cast<void>(spBodyRequest->GetResults(kViewContext, results));
+    for (const VLMBaseUnknown_var& result : results) {
+      if (!(BodyProducedBy(result) == spBody)) continue;
+      if (const HRESULT out = spSupport->TakeOut(spBody, second, kAnyConnector); Failed(out)) return out;
+      const VLMILinkableObject_var spLinkableBody(spBodyRequest);
+      if (const HRESULT in = spSupport->PutIn(spLinkableBody, second, kAnyConnector); Failed(in)) return in;
+    }
   }
   return S_OK;
 }

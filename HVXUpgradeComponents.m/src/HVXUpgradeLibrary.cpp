@@ -44,7 +44,6 @@
 #include "HVXETiedContactUpgrage.h"
 #include "HVXEVelocityBCUpgrade.h"
 #include "HVXGenericUpgrades.h"
-#include "HVXSharedUpgrades.h"
 #include "HVXUpgradeIdentifiers.h"
 
 namespace {
@@ -135,7 +134,6 @@ const HVXUpgradeLibrary* HVXGetUpgradeLibrary() {
       .identifiers = kHVXUpgradeIdentifiers,
       .classes = kClasses,
       .documentUpgrades = kDocumentUpgrades,
-      .placeholder = &HVXNotYetMigrated,
   };
   return &library;
 }

@@ -47,13 +47,15 @@ struct HVXUpgradeClass {
   HRESULT resultWithoutRun = S_OK;  ///< For an empty list, and under `kLast` when no routine ran.
 };
 
+/// A routine on the whole document, handed the identifier's list and the document's features.
+using HVXDocumentRoutine = HRESULT (*)(const VLMListValVLMUnicodeString& identifiers,
+                                       const VLMListValVLMISpecObject_var& features);
+
 /// A conversion of the whole document, run with a list that holds its identifier alone.
 struct HVXDocumentUpgrade {
   VLMUnicodeString identifier;
   const char* purpose;
-  /// Null when it is yet to be written; its identifier must stay pending then.
-  HRESULT (*upgrade)
-  (const VLMListValVLMUnicodeString& identifiers, const VLMListValVLMISpecObject_var& features);
+  HVXDocumentRoutine upgrade;
 };
 
 /// What an upgrade library offers.
@@ -62,9 +64,6 @@ struct HVXUpgradeLibrary {
   std::span<const VLMUnicodeString> identifiers;  ///< All that it knows of, oldest first.
   std::span<const HVXUpgradeClass* const> classes;
   std::span<const HVXDocumentUpgrade> documentUpgrades;
-  /// Stands in the bindings whose routines are yet to be written; null when there are none. Identifiers that
-  /// it stands for must stay pending.
-  HVXRoutine placeholder;
 };
 
 /// The type of `HVXGetUpgradeLibrary`, which every upgrade library exports under C linkage. The description

@@ -127,13 +127,11 @@ void VersionManager::Learn(const HVXUpgradeLibrary& library) {
     for (const HVXUpgradeBinding& binding : upgradeClass->bindings) {
       KnownUpgrade& known = FindOrAdd(binding.identifier.View());
       known.bindings.push_back({upgradeClass, &binding});
-      if (binding.routine == library.placeholder) known.available = false;
     }
   }
   for (const HVXDocumentUpgrade& upgrade : library.documentUpgrades) {
     KnownUpgrade& known = FindOrAdd(upgrade.identifier.View());
     known.documentUpgrade = &upgrade;
-    if (upgrade.upgrade == nullptr) known.available = false;
   }
 }
 
@@ -152,7 +150,7 @@ std::vector<std::string> VersionManager::Pending(const Document& document) const
   const std::vector<std::string>& done = document.Upgrades();
   std::vector<std::string> pending;
   for (const KnownUpgrade& known : known_) {
-    if (known.available && std::ranges::find(done, known.identifier) == done.end()) {
+    if (std::ranges::find(done, known.identifier) == done.end()) {
       pending.push_back(known.identifier);
     }
   }

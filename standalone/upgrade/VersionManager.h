@@ -20,8 +20,7 @@ struct KnownUpgrade {
   std::string identifier;
   std::vector<Binding> bindings;  ///< In the order of the libraries' tables.
   const HVXDocumentUpgrade* documentUpgrade =
-      nullptr;            ///< The conversion of whole documents, where it is one.
-  bool available = true;  ///< False while a routine of it is yet to be written: it must stay pending.
+      nullptr;  ///< The conversion of whole documents, where it is one.
 };
 
 /// What became of one feature.
@@ -63,8 +62,7 @@ class VersionManager {
   [[nodiscard]] const std::vector<KnownUpgrade>& Known() const { return known_; }
   [[nodiscard]] const KnownUpgrade* Find(std::string_view identifier) const;
 
-  /// The identifiers that the document has not been through, oldest first. Without those that are not
-  /// available.
+  /// The identifiers that the document has not been through, oldest first.
   [[nodiscard]] std::vector<std::string> Pending(const Document& document) const;
   /// The identifiers that the document has been through and that nobody here knows: it comes from a later
   /// release.

@@ -22,10 +22,11 @@ class HVXEJobUpgradeTest : public testing_support::UpgradeTest {
 TEST_F(HVXEJobUpgradeTest, FrequencyAboveOneBecomesIntervalAndMode) {
   GivenJobs(R"("RestartFrequency":5)");
   EXPECT_EQ(UpgradeUnder(Recording(), 3, {"UpgradeJobRestartData"}), S_OK);
-  EXPECT_EQ(Line(3), R"({"id":3,"type":"HVXJobLT","attributes":{"AnalysisCase":{"ref":1},"RestartFrequency":5,)"
-                     R"("RestartInterval":5,"RestartMode":4}})");
+  EXPECT_EQ(Line(3),
+            R"({"id":3,"type":"HVXJobLT","attributes":{"AnalysisCase":{"ref":1},"RestartFrequency":5,)"
+            R"("RestartInterval":5,"RestartMode":4}})");
   EXPECT_EQ(Calls("HVXIJob::Set"), (CallList{"HVXIJob::SetRestartInterval #3 RestartInterval",
-                                          "HVXIJob::SetRestartMode #3 RestartMode"}));
+                                             "HVXIJob::SetRestartMode #3 RestartMode"}));
 }
 
 TEST_F(HVXEJobUpgradeTest, ExplicitJobWithoutRestartWritesFlagThenMode) {
@@ -33,8 +34,9 @@ TEST_F(HVXEJobUpgradeTest, ExplicitJobWithoutRestartWritesFlagThenMode) {
   EXPECT_EQ(UpgradeUnder(Recording(), 3, {"UpgradeJobRestartData"}), S_OK);
   EXPECT_EQ(Calls("HVXIJob::Set"),
             (CallList{"HVXIJob::SetRestartFlag #3 RestartFlag", "HVXIJob::SetRestartMode #3 RestartMode"}));
-  EXPECT_EQ(Line(3), R"({"id":3,"type":"HVXJobLT","attributes":{"AnalysisCase":{"ref":1},"RestartFrequency":0,)"
-                     R"("RestartFlag":1,"RestartMode":3}})");
+  EXPECT_EQ(Line(3),
+            R"({"id":3,"type":"HVXJobLT","attributes":{"AnalysisCase":{"ref":1},"RestartFrequency":0,)"
+            R"("RestartFlag":1,"RestartMode":3}})");
   EXPECT_EQ(Upgrade(4, {"UpgradeJobRestartData"}), S_OK);
   EXPECT_EQ(Line(4), R"({"id":4,"type":"HVXJobContainerLT","attributes":{"AnalysisCase":{"ref":2},)"
                      R"("RestartFrequency":0}})");
@@ -70,8 +72,9 @@ TEST_F(HVXEJobUpgradeTest, RestartNeedsAnAnalysisCaseOfThisWorkbench) {
 TEST_F(HVXEJobUpgradeTest, RunFromInputFileBecomesFullAnalysis) {
   GivenJobs(R"("RunType":"From InputFile","InputFileFlag":1)");
   EXPECT_EQ(UpgradeUnder(Recording(), 3, {"UpgradeJobForFromInputFile"}), S_OK);
-  EXPECT_EQ(Line(3), R"({"id":3,"type":"HVXJobLT","attributes":{"AnalysisCase":{"ref":1},"RunType":"Full Analysis",)"
-                     R"("InputFileFlag":0}})");
+  EXPECT_EQ(Line(3),
+            R"({"id":3,"type":"HVXJobLT","attributes":{"AnalysisCase":{"ref":1},"RunType":"Full Analysis",)"
+            R"("InputFileFlag":0}})");
   EXPECT_EQ(Calls("HVXIJob::Set"),
             (CallList{"HVXIJob::SetInputFileFlag #3 InputFileFlag", "HVXIJob::SetRunType #3 RunType"}));
 
@@ -84,8 +87,7 @@ TEST_F(HVXEJobUpgradeTest, RunFromInputFileBecomesFullAnalysis) {
 TEST_F(HVXEJobUpgradeTest, MemoryUnitIsSetWhateverItWasAndItsResultIsNotLookedAt) {
   GivenJobs(R"("MemoryUnit":2)");
   EXPECT_EQ(Upgrade(3, {"UpgradeJobMemoryUnit"}), S_OK);
-  EXPECT_EQ(Line(3),
-            R"({"id":3,"type":"HVXJobLT","attributes":{"AnalysisCase":{"ref":1},"MemoryUnit":1}})");
+  EXPECT_EQ(Line(3), R"({"id":3,"type":"HVXJobLT","attributes":{"AnalysisCase":{"ref":1},"MemoryUnit":1}})");
   EXPECT_EQ(UpgradeUnder(Failing("HVXIJob::SetMemoryUnit"), 3, {"UpgradeJobMemoryUnit"}), S_OK);
 }
 

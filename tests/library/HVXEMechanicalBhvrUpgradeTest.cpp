@@ -15,7 +15,8 @@ class HVXEMechanicalBhvrUpgradeTest : public testing_support::UpgradeTest {
           attributes + "}}");
   }
   static std::string Behavior(const std::string& attributes) {
-    return R"({"id":2,"type":"HVXTangentialBehaviorLT","father":{"ref":1},"attributes":{)" + attributes + "}}";
+    return R"({"id":2,"type":"HVXTangentialBehaviorLT","father":{"ref":1},"attributes":{)" + attributes +
+           "}}";
   }
 };
 
@@ -27,8 +28,8 @@ TEST_F(HVXEMechanicalBhvrUpgradeTest, FirstFrictionValueBecomesOneRowOfFour) {
 
 TEST_F(HVXEMechanicalBhvrUpgradeTest, WithoutAFrictionValueTheTableStays) {
   for (const char* const attributes :
-       {R"("frictionValList":[],"FrictionTable":[[0.7,0.0,0.0,0.0]])", R"("FrictionTable":[[0.7,0.0,0.0,0.0]])",
-        R"("frictionValList":["0.3"])"}) {
+       {R"("frictionValList":[],"FrictionTable":[[0.7,0.0,0.0,0.0]])",
+        R"("FrictionTable":[[0.7,0.0,0.0,0.0]])", R"("frictionValList":["0.3"])"}) {
     GivenBehavior(attributes);
     EXPECT_EQ(Upgrade(1, {"FrictionValueUpgrade"}), S_OK);
     EXPECT_EQ(Line(2), Behavior(attributes));

@@ -12,9 +12,9 @@ using testing_support::Failing;
 using testing_support::Recording;
 using testing_support::Withholding;
 
-// Old contact #20 in the interaction set (#12) of case #10, beside tie #23. The initial step (#15) has an interaction
-// container (#16); step #17 has all three kinds of output request, each with one request on the contact (#31, #33 and
-// #35), and a data request on the tie (#37).
+// Old contact #20 in the interaction set (#12) of case #10, beside tie #23. The initial step (#15) has an
+// interaction container (#16); step #17 has all three kinds of output request, each with one request on the
+// contact (#31, #33 and #35), and a data request on the tie (#37).
 class HVXESurfaceToSurfaceContactUpgrageTest : public testing_support::UpgradeTest {
  protected:
   struct Old {
@@ -30,23 +30,30 @@ class HVXESurfaceToSurfaceContactUpgrageTest : public testing_support::UpgradeTe
   void GivenContact(const Old& old) {
     Given(R"({"id":1,"type":"SAMContainer"}
              {"id":2,"type":"Product"}
-             {"id":3,"type":"AnalysisModel","attributes":{)" + old.featList + R"(}}
+             {"id":3,"type":"AnalysisModel","attributes":{)" +
+          old.featList + R"(}}
              {"id":4,"type":"PropertySet","father":{"ref":3}}
-             {"id":5,"type":"SAMFaceFaceContact","father":{"ref":4},"attributes":{)" + old.property + R"(}}
+             {"id":5,"type":"SAMFaceFaceContact","father":{"ref":4},"attributes":{)" +
+          old.property +
+          R"(}}
              {"id":6,"type":"SAMGroup","father":{"ref":3}}
              {"id":10,"type":"AnalysisCase","father":{"ref":3},)"
-          R"("attributes":{"Solver":"Halvex","AnalysisType":1,"CaseKind":)" + old.caseKind + R"(}}
-             {"id":12,"type":)" + old.interactionSet + R"(,"father":{"ref":10}}
+          R"("attributes":{"Solver":"Halvex","AnalysisType":1,"CaseKind":)" +
+          old.caseKind + R"(}}
+             {"id":12,"type":)" +
+          old.interactionSet + R"(,"father":{"ref":10}}
              {"id":14,"type":"HVXSimulationHistoryLT","father":{"ref":10}}
              {"id":15,"type":"HVXInitialStepLT","father":{"ref":14}}
-             {"id":16,"type":)" + old.initialStepContainer + R"(,"father":{"ref":15}}
+             {"id":16,"type":)" +
+          old.initialStepContainer + R"(,"father":{"ref":15}}
              {"id":17,"type":"HVXGeneralStaticStepLT","father":{"ref":14}}
              {"id":18,"type":"HVXStaticLPStepLT","father":{"ref":14}}
-             {"id":20,"type":"HVXSurfaceToSurfaceContactLT","alias":")" + old.name +
-          R"(","father":{"ref":12},"container":{"ref":1},"attributes":{)" + old.attributes + R"(}}
+             {"id":20,"type":"HVXSurfaceToSurfaceContactLT","alias":")" +
+          old.name + R"(","father":{"ref":12},"container":{"ref":1},"attributes":{)" + old.attributes + R"(}}
              {"id":21,"type":"Parameter","father":{"ref":20},"attributes":{"Magnitude":"LENGTH","Value":0.25}}
              {"id":23,"type":"HVXTiedContactLT","father":{"ref":12}}
-             )" + Request(30, "HVXDatOutputRequestContainerLT", "HVXDatOutputLT", 20) +
+             )" +
+          Request(30, "HVXDatOutputRequestContainerLT", "HVXDatOutputLT", 20) +
           Request(32, "HVXHistoryOutputRequestContainerLT", "HVXHistoryOutputLT", 20) +
           Request(34, "HVXFieldOutputRequestContainerLT", "HVXNewFieldOutputLT", 20) +
           R"({"id":37,"type":"HVXDatOutputLT","father":{"ref":30},"attributes":{"Supports":[{"ref":137}]}}
@@ -58,10 +65,13 @@ class HVXESurfaceToSurfaceContactUpgrageTest : public testing_support::UpgradeTe
     const std::string request = std::to_string(set + 1);
     const std::string connector = std::to_string(set + 101);
     return R"({"id":)" + std::to_string(set) + R"(,"type":")" + setType + R"(","father":{"ref":17}}
-             {"id":)" + request + R"(,"type":")" + type + R"(","father":{"ref":)" + std::to_string(set) +
+             {"id":)" +
+           request + R"(,"type":")" + type + R"(","father":{"ref":)" + std::to_string(set) +
            R"(},"attributes":{"Supports":[{"ref":)" + connector + R"(}]}}
-             {"id":)" + connector + R"(,"type":"GeometrySmartConnector","father":{"ref":)" + request +
-           R"(},"attributes":{"FirstObject":{"ref":)" + std::to_string(support) + R"(},"SecondObject":{"ref":2}}}
+             {"id":)" +
+           connector + R"(,"type":"GeometrySmartConnector","father":{"ref":)" + request +
+           R"(},"attributes":{"FirstObject":{"ref":)" + std::to_string(support) +
+           R"(},"SecondObject":{"ref":2}}}
              )";
   }
 
@@ -69,7 +79,8 @@ class HVXESurfaceToSurfaceContactUpgrageTest : public testing_support::UpgradeTe
   static constexpr const char* kPairType = "HVXContactConnectionEnhancementStdLT";
 
   // The target of a support: "on what, in what".
-  std::pair<standalone::FeatureId, standalone::FeatureId> SupportOf(standalone::FeatureId id, std::size_t position = 0) {
+  std::pair<standalone::FeatureId, standalone::FeatureId> SupportOf(standalone::FeatureId id,
+                                                                    std::size_t position = 0) {
     const standalone::Key supports("Supports");
     standalone::Feature* const connector = standalone::LinkedFeatures(At(id), supports).at(position);
     const auto idOf = [](const standalone::Feature* feature) { return feature == nullptr ? 0 : feature->id; };
@@ -92,14 +103,15 @@ TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, BecomesAContactPairWithItsSetting
                               R"("adjustment":2,"adjustmentGroup":{"ref":6},"thicknessOption":true,)"
                               R"("constraintEnforcement":0,"adjustTolVal_param":{"ref":21})"});
   EXPECT_EQ(UpgradeUnder(Recording(), 20, {kIdentifier}), S_OK);
-  EXPECT_EQ(Line(20),
-            R"({"id":20,"type":"HVXContactConnectionEnhancementStdLT","alias":"Contact Pair-3","father":{"ref":12},)"
-            R"("container":{"ref":1},"attributes":{"connectionProperty":{"ref":5},"interactionProperty":{"ref":4},)"
-            R"("surfacesSwapped":true,"secondSurfaceReversed":true,"slidingFormulation":1,"adjustment":2,)"
-            R"("adjustmentGroup":{"ref":6},"thicknessOption":true,"constraintEnforcement":0,"Supports":[{"ref":141}],)"
-            R"("InteractionProperty":{"ref":4},"SurfacesSwapped":true,"FirstSurfaceReversed":false,)"
-            R"("SecondSurfaceReversed":true,"AdjustmentTolerance":0.25,"SlidingFormulation":1,"Adjustment":2,)"
-            R"("AdjustmentGroup":{"ref":6},"PropagationState":0,"PropagatedTo":[{"ref":17}]}})");
+  EXPECT_EQ(
+      Line(20),
+      R"({"id":20,"type":"HVXContactConnectionEnhancementStdLT","alias":"Contact Pair-3","father":{"ref":12},)"
+      R"("container":{"ref":1},"attributes":{"connectionProperty":{"ref":5},"interactionProperty":{"ref":4},)"
+      R"("surfacesSwapped":true,"secondSurfaceReversed":true,"slidingFormulation":1,"adjustment":2,)"
+      R"("adjustmentGroup":{"ref":6},"thicknessOption":true,"constraintEnforcement":0,"Supports":[{"ref":141}],)"
+      R"("InteractionProperty":{"ref":4},"SurfacesSwapped":true,"FirstSurfaceReversed":false,)"
+      R"("SecondSurfaceReversed":true,"AdjustmentTolerance":0.25,"SlidingFormulation":1,"Adjustment":2,)"
+      R"("AdjustmentGroup":{"ref":6},"PropagationState":0,"PropagatedTo":[{"ref":17}]}})");
   EXPECT_EQ(SupportOf(20), Id(5, 5));
   EXPECT_EQ(Setting("CnstEnfMethod"), R"("Values":1}})");
   EXPECT_EQ(Setting("ThicknessOptioin"), R"("Values":true}})");
@@ -107,15 +119,16 @@ TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, BecomesAContactPairWithItsSetting
   EXPECT_NE(Line(3).find(R"("FeatList":[{"ref":20}])"), std::string::npos);
   EXPECT_THAT(BrokenReferences(Doc()), IsEmpty());
 
-  EXPECT_THAT(Calls("HVXIContactConnectionEnhancementStd::Set"),
-              ElementsAre("HVXIContactConnectionEnhancementStd::SetInteractionProperty #20 InteractionProperty",
-                          "HVXIContactConnectionEnhancementStd::SetSurfacesSwapped #20 SurfacesSwapped",
-                          "HVXIContactConnectionEnhancementStd::SetFirstSurfaceReversed #20 FirstSurfaceReversed",
-                          "HVXIContactConnectionEnhancementStd::SetSecondSurfaceReversed #20 SecondSurfaceReversed",
-                          "HVXIContactConnectionEnhancementStd::SetAdjustmentTolerance #20 AdjustmentTolerance",
-                          "HVXIContactConnectionEnhancementStd::SetSlidingFormulation #20 SlidingFormulation",
-                          "HVXIContactConnectionEnhancementStd::SetAdjustment #20 Adjustment",
-                          "HVXIContactConnectionEnhancementStd::SetAdjustmentGroup #20 AdjustmentGroup"));
+  EXPECT_THAT(
+      Calls("HVXIContactConnectionEnhancementStd::Set"),
+      ElementsAre("HVXIContactConnectionEnhancementStd::SetInteractionProperty #20 InteractionProperty",
+                  "HVXIContactConnectionEnhancementStd::SetSurfacesSwapped #20 SurfacesSwapped",
+                  "HVXIContactConnectionEnhancementStd::SetFirstSurfaceReversed #20 FirstSurfaceReversed",
+                  "HVXIContactConnectionEnhancementStd::SetSecondSurfaceReversed #20 SecondSurfaceReversed",
+                  "HVXIContactConnectionEnhancementStd::SetAdjustmentTolerance #20 AdjustmentTolerance",
+                  "HVXIContactConnectionEnhancementStd::SetSlidingFormulation #20 SlidingFormulation",
+                  "HVXIContactConnectionEnhancementStd::SetAdjustment #20 Adjustment",
+                  "HVXIContactConnectionEnhancementStd::SetAdjustmentGroup #20 AdjustmentGroup"));
 }
 
 TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, StepsComeInTheirOrder) {
@@ -137,7 +150,8 @@ TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, StepsComeInTheirOrder) {
                           "HVXISurfaceToSurfaceContactFact::ConvertContact #20",
                           "HVXISurfaceToSurfaceContact::GetConstraintEnforcement #20 constraintEnforcement",
                           "HVXStepUtils::GetAllSteps #10", "VLMISamAnalysisModel::RemoveObject #3",
-                          "VLMISpecAttrAccess::StoreObject #3 FeatList", "VLMIAlias::SetExternalName #20 Contact Pair-3",
+                          "VLMISpecAttrAccess::StoreObject #3 FeatList",
+                          "VLMIAlias::SetExternalName #20 Contact Pair-3",
                           "HVXIFactoryExtForPropagation::SetDefaultPropagationData #20",
                           "HVXIFactoryExtForPropagation::Propagate #20",
                           "HVXAnalysisDocUtils::GetAllSiblingFeatures #20",
@@ -149,12 +163,14 @@ TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, StepsComeInTheirOrder) {
 TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, OutputRequestsOnTheContactAreMadeAnew) {
   GivenContact({});
   EXPECT_EQ(UpgradeUnder(Recording(), 20, {kIdentifier}), S_OK);
-  for (const standalone::FeatureId request : {31, 33, 35}) EXPECT_EQ(SupportOf(request), Id(20, 20)) << request;
+  for (const standalone::FeatureId request : {31, 33, 35})
+    EXPECT_EQ(SupportOf(request), Id(20, 20)) << request;
   for (const standalone::FeatureId old : {131, 133, 135}) EXPECT_EQ(Line(old), "removed");
   EXPECT_EQ(SupportOf(37), Id(23, 2));
   EXPECT_THAT(Calls("HVXAnalysisDocUtils::GetFeatureListFromSet"),
-              testing::IsSupersetOf({"HVXAnalysisDocUtils::GetFeatureListFromSet #15 HVXDatOutputRequestContainerLT",
-                                     "HVXAnalysisDocUtils::GetFeatureListFromSet #18 HVXFieldOutputRequestContainerLT"}));
+              testing::IsSupersetOf(
+                  {"HVXAnalysisDocUtils::GetFeatureListFromSet #15 HVXDatOutputRequestContainerLT",
+                   "HVXAnalysisDocUtils::GetFeatureListFromSet #18 HVXFieldOutputRequestContainerLT"}));
 }
 
 TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, NamesWithoutTheOldPrefixStay) {
@@ -166,7 +182,8 @@ TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, NamesWithoutTheOldPrefixStay) {
   }
 }
 
-TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, ContactWithClearanceGoesIntoStepNumberOneWhereTheCaseAllowsIt) {
+TEST_F(HVXESurfaceToSurfaceContactUpgrageTest,
+       ContactWithClearanceGoesIntoStepNumberOneWhereTheCaseAllowsIt) {
   struct Placement {
     Old old;
     standalone::FeatureId father;
@@ -237,10 +254,12 @@ TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, EnforcementIsInvertedAndUnknownCo
 
 TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, MissingThicknessComponentIsACallThroughNull) {
   GivenContact({});
-  EXPECT_THROW(UpgradeUnder(Failing("VLMISamBasicComponent::FindComponent", "ThicknessOptioin"), 20, {kIdentifier}),
-               VLMNullVarError);
+  EXPECT_THROW(
+      UpgradeUnder(Failing("VLMISamBasicComponent::FindComponent", "ThicknessOptioin"), 20, {kIdentifier}),
+      VLMNullVarError);
   GivenContact({});
-  EXPECT_EQ(UpgradeUnder(Failing("VLMISamBasicComponent::FindComponent", "CnstEnfMethod"), 20, {kIdentifier}), S_OK);
+  EXPECT_EQ(UpgradeUnder(Failing("VLMISamBasicComponent::FindComponent", "CnstEnfMethod"), 20, {kIdentifier}),
+            S_OK);
   EXPECT_EQ(Calls("VLMISamBasicComponent::SetBoolean"), CallList{});
 }
 
@@ -253,7 +272,8 @@ TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, FailedToleranceStepEndsBeforeName
   EXPECT_EQ(Calls("VLMIAlias::SetExternalName").size(), 1U);
 }
 
-TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, PropagationFailuresAreToldWithoutNameAndSiblingsAreHandedOver) {
+TEST_F(HVXESurfaceToSurfaceContactUpgrageTest,
+       PropagationFailuresAreToldWithoutNameAndSiblingsAreHandedOver) {
   struct Failure {
     standalone::CheckpointPlan plan;
     const char* message;

@@ -11,10 +11,13 @@ class HVXETiedContactUpgrageTest : public testing_support::UpgradeTest {
   void GivenTie(const std::string& propertyType, const std::string& name, const std::string& attributes) {
     Given(R"({"id":1,"type":"Product"}
              {"id":2,"type":"SAMGenericConnDesign"}
-             {"id":3,"type":")" + propertyType + R"(","attributes":{"Supports":[{"ref":4}]}}
+             {"id":3,"type":")" +
+          propertyType +
+          R"(","attributes":{"Supports":[{"ref":4}]}}
              {"id":4,"type":"GeometrySmartConnector","father":{"ref":3},)"
           R"("attributes":{"FirstObject":{"ref":2},"SecondObject":{"ref":1}}}
-             {"id":10,"type":"HVXTiedContactLT","alias":")" + name + R"(","attributes":{)" + attributes +
+             {"id":10,"type":"HVXTiedContactLT","alias":")" +
+          name + R"(","attributes":{)" + attributes +
           R"("Supports":[{"ref":11}]}}
              {"id":11,"type":"GeometrySmartConnector","father":{"ref":10},)"
           R"("attributes":{"FirstObject":{"ref":3},"SecondObject":{"ref":1}}})");
@@ -30,8 +33,9 @@ TEST_F(HVXETiedContactUpgrageTest, SupportMovesAndThenTheNameChanges) {
   EXPECT_EQ(Line(10), R"({"id":10,"type":"HVXTiedContactLT","alias":"Fastened Pair-2",)"
                       R"("attributes":{"connectionProperty":{"ref":3},"Supports":[{"ref":12}]}})");
   EXPECT_EQ(Line(11), "removed");
-  EXPECT_EQ(Line(12), R"({"id":12,"type":"GeometrySmartConnector","name":"GeometrySmartConnector.12",)"
-                      R"("father":{"ref":10},"attributes":{"FirstObject":{"ref":2},"SecondObject":{"ref":1}}})");
+  EXPECT_EQ(Line(12),
+            R"({"id":12,"type":"GeometrySmartConnector","name":"GeometrySmartConnector.12",)"
+            R"("father":{"ref":10},"attributes":{"FirstObject":{"ref":2},"SecondObject":{"ref":1}}})");
   const CallList calls = Calls();
   EXPECT_EQ(calls.back(), "VLMIAlias::SetExternalName #10 Fastened Pair-2");
 }

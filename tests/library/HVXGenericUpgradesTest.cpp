@@ -43,16 +43,17 @@ class HVXGenericUpgradesTest : public testing_support::UpgradeTest {
   }
   static constexpr const char* kPair = "HVXContactConnectionEnhancementStdLT";
 
-  // Property #10 connects design #3 with product #1, property #12 connects design #4 with it and has an interference
-  // fit. Case #20, of this product, has two steps after the initial one; case #40 has one. Request #31 rests on both
-  // properties and on the model, request #51, of the other case, on #10.
+  // Property #10 connects design #3 with product #1, property #12 connects design #4 with it and has an
+  // interference fit. Case #20, of this product, has two steps after the initial one; case #40 has one.
+  // Request #31 rests on both properties and on the model, request #51, of the other case, on #10.
   void GivenProperties(const std::string& clearance = "false", const std::string& firstSolver = "Halvex") {
     Given(R"({"id":1,"type":"Product"}
              {"id":2,"type":"AnalysisModel"}
              {"id":3,"type":"SAMGenericConnDesign","father":{"ref":2}}
              {"id":4,"type":"SAMGenericConnDesign","father":{"ref":2}}
              {"id":5,"type":"PropertySet","father":{"ref":2}}
-             {"id":10,"type":"SAMFaceFaceContact","father":{"ref":5},"attributes":{"ClearanceFlag":)" + clearance +
+             {"id":10,"type":"SAMFaceFaceContact","father":{"ref":5},"attributes":{"ClearanceFlag":)" +
+          clearance +
           R"(,"Supports":[{"ref":11}]}}
              {"id":11,"type":"GeometrySmartConnector","father":{"ref":10},)"
           R"("attributes":{"FirstObject":{"ref":3},"SecondObject":{"ref":1}}}
@@ -62,7 +63,8 @@ class HVXGenericUpgradesTest : public testing_support::UpgradeTest {
           R"("attributes":{"FirstObject":{"ref":4},"SecondObject":{"ref":1}}}
              {"id":14,"type":"HVXInterferenceFitLT","father":{"ref":12},)"
           R"("attributes":{"FitType":1,"Definition":1,"Value":0.125}}
-             {"id":20,"type":"AnalysisCase","father":{"ref":2},"attributes":{"Solver":")" + firstSolver +
+             {"id":20,"type":"AnalysisCase","father":{"ref":2},"attributes":{"Solver":")" +
+          firstSolver +
           R"(","AnalysisType":1,"CaseKind":1}}
              {"id":21,"type":"HVXInteractionContainerLT","father":{"ref":20}}
              {"id":22,"type":"HVXSimulationHistoryLT","father":{"ref":20}}
@@ -95,7 +97,8 @@ class HVXGenericUpgradesTest : public testing_support::UpgradeTest {
   // What the supports of a feature rest on, in order.
   std::vector<standalone::Feature*> RestsOn(standalone::Feature& feature) {
     std::vector<standalone::Feature*> objects;
-    for (standalone::Feature* const connector : standalone::LinkedFeatures(feature, standalone::Key("Supports")))
+    for (standalone::Feature* const connector :
+         standalone::LinkedFeatures(feature, standalone::Key("Supports")))
       objects.push_back(standalone::LinkedFeature(*connector, standalone::Key("FirstObject")));
     return objects;
   }
@@ -171,7 +174,8 @@ TEST_F(HVXGenericUpgradesTest, PairWithClearanceGoesIntoTheFirstStepThatIsNoPert
   ASSERT_EQ(pairs.size(), 2U);
   EXPECT_EQ(pairs[0]->father->id, 28);
   EXPECT_EQ(pairs[1]->father->id, 21);  // the second property has no clearance
-  EXPECT_EQ(All("HVXContactConnectionEnhancementExplicitLT")[0]->father->id, 41);  // its case keeps none in steps
+  EXPECT_EQ(All("HVXContactConnectionEnhancementExplicitLT")[0]->father->id,
+            41);  // its case keeps none in steps
 }
 
 TEST_F(HVXGenericUpgradesTest, CaseOfAnotherProductKeepsThePropertiesAndASecondRunMakesNothing) {
@@ -228,9 +232,10 @@ TEST_F(HVXGenericUpgradesTest, PropagationFailureIsToldWithTheNameAndKeepsThePro
   GivenProperties();
   testing::internal::CaptureStdout();
   EXPECT_EQ(RunUnder(Failing("HVXIFactoryExtForPropagation::Propagate"), {kReplaceProperties}), S_OK);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "Propagation failed for feature: Contact Pair-1\nPropagation failed for feature: Contact Pair-2\n"
-            "Propagation failed for feature: Contact Pair-3\nPropagation failed for feature: Contact Pair-4\n");
+  EXPECT_EQ(
+      testing::internal::GetCapturedStdout(),
+      "Propagation failed for feature: Contact Pair-1\nPropagation failed for feature: Contact Pair-2\n"
+      "Propagation failed for feature: Contact Pair-3\nPropagation failed for feature: Contact Pair-4\n");
   EXPECT_EQ(All("SAMFaceFaceContact").size(), 2U);
 
   GivenProperties();
@@ -244,9 +249,13 @@ TEST_F(HVXGenericUpgradesTest, PropagationFailureIsToldWithTheNameAndKeepsThePro
 TEST_F(HVXGenericUpgradesTest, MissingPropagationDataIsToldAndPropagationIsTriedAllTheSame) {
   GivenProperties();
   testing::internal::CaptureStdout();
-  EXPECT_EQ(RunUnder(Failing("HVXIFactoryExtForPropagation::SetDefaultPropagationData"), {kReplaceProperties}), S_OK);
+  EXPECT_EQ(
+      RunUnder(Failing("HVXIFactoryExtForPropagation::SetDefaultPropagationData"), {kReplaceProperties}),
+      S_OK);
   const std::string output = testing::internal::GetCapturedStdout();
-  EXPECT_TRUE(output.starts_with("Could not set default propagation data\nPropagation failed for feature: Contact")) << output;
+  EXPECT_TRUE(
+      output.starts_with("Could not set default propagation data\nPropagation failed for feature: Contact"))
+      << output;
   EXPECT_EQ(Calls("HVXIFactoryExtForPropagation::Propagate").size(), 4U);
 }
 
@@ -254,9 +263,11 @@ TEST_F(HVXGenericUpgradesTest, RunEndsWithTheCodeOfWhatCannotBeListed) {
   GivenProperties();
   const std::string before = Lines();
   EXPECT_EQ(RunUnder(Failing("HVXAnalysisDocUtils::GetDocument", "", -77), {kReplaceProperties}), E_FAIL);
-  EXPECT_EQ(RunUnder(Failing("HVXAnalysisDocUtils::GetAllAnalysisCases", "", -77), {kReplaceProperties}), -77);
+  EXPECT_EQ(RunUnder(Failing("HVXAnalysisDocUtils::GetAllAnalysisCases", "", -77), {kReplaceProperties}),
+            -77);
   // Nothing to do comes out as success.
-  EXPECT_EQ(RunUnder(Failing("HVXAnalPreProcEntityUtils::GetListOfPropFromAnalDoc"), {kReplaceProperties}), S_OK);
+  EXPECT_EQ(RunUnder(Failing("HVXAnalPreProcEntityUtils::GetListOfPropFromAnalDoc"), {kReplaceProperties}),
+            S_OK);
   EXPECT_EQ(Lines(), before);
   Given(R"({"id":1,"type":"Product"})");
   EXPECT_EQ(Run({kReplaceProperties}), S_OK);

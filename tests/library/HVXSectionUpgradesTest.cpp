@@ -43,7 +43,8 @@ TEST_F(HVXEShellSectionEnhUpgradeTest, OnlyAFeatureThatIsNoShellSectionFails) {
   Given(R"({"id":1,"type":"HVXShellSectionEnhLT","attributes":{"MaterialOrientation":null}})");
   EXPECT_EQ(Upgrade(1, {"UpgradeMatOrientAngleToRadians"}), S_OK);
   GivenAngle(R"("Angle":90.0)");
-  EXPECT_EQ(UpgradeUnder(Failing("HVXIMatOrientation::SetAngle"), 1, {"UpgradeMatOrientAngleToRadians"}), S_OK);
+  EXPECT_EQ(UpgradeUnder(Failing("HVXIMatOrientation::SetAngle"), 1, {"UpgradeMatOrientAngleToRadians"}),
+            S_OK);
   EXPECT_EQ(UpgradeUnder(Withholding("HVXIShellSection", 1), 1, {"UpgradeMatOrientAngleToRadians"}), E_FAIL);
   EXPECT_EQ(Angle(), 90.0);
 }
@@ -83,7 +84,8 @@ TEST_F(HVXEGasketPropertyUpgradeTest, EachStepNeedsTheOneBefore) {
   };
   for (const auto& [operation, reachesLookup] :
        {Fault{"VLMISamUpgrade::Upgrade", false}, Fault{"HVXISpecObjectExt::GetBasicComponent", true},
-        Fault{"VLMISamBasicComponent::GetValueAsReal", true}, Fault{"HVXIGasketSection::SetStabilizationStiffness", true}}) {
+        Fault{"VLMISamBasicComponent::GetValueAsReal", true},
+        Fault{"HVXIGasketSection::SetStabilizationStiffness", true}}) {
     GivenGasket();
     EXPECT_EQ(MoveStiffness(Failing(operation)), S_OK) << operation;  // the routine's result is not looked at
     EXPECT_EQ(Calls("HVXISpecObjectExt::").size(), reachesLookup ? 1U : 0U) << operation;

@@ -6,8 +6,8 @@ using testing_support::Failing;
 using testing_support::Recording;
 using testing_support::Withholding;
 
-// A solution (#4) in a set (#3) beneath its case (#2), one (#5) that solves a case (#6) elsewhere, and one (#7)
-// that stands beneath nothing.
+// A solution (#4) in a set (#3) beneath its case (#2), one (#5) that solves a case (#6) elsewhere, and one
+// (#7) that stands beneath nothing.
 class HVXESolCaseUpgradeTest : public testing_support::UpgradeTest {
  protected:
   void SetUp() override {
@@ -27,24 +27,27 @@ TEST_F(HVXESolCaseUpgradeTest, SolutionIsLinkedToItsCaseAndItsOwnerGetsThePhysic
                      R"("physicalType":"MECHANICAL_STATIC_LINEAR"})");
   EXPECT_EQ(Line(4), R"({"id":4,"type":"HVXHacSolutionLT","father":{"ref":3},"upToDate":false,)"
                      R"("attributes":{"AnalysisCase":{"ref":2},"AttachedExplicit":{"ref":2}}})");
-  EXPECT_EQ(Calls(), (CallList{"HVXAnalysisDocUtils::GetDocument #4", "HVXAnalysisDocUtils::GetWorkingCase #4",
-                               "VLMISpecObject::GetFather #4",
-                               "VLMSamCatalogFactory::SetPhysicalType #3 MECHANICAL_STATIC_LINEAR",
-                               "HVXIAnalysisCaseSolution::SetAnalysisCase #4 AnalysisCase",
-                               "VLMISamExplicit::Attach #4 AttachedExplicit", "VLMISpecObject::SetUpToDate #4"}));
+  EXPECT_EQ(Calls(),
+            (CallList{"HVXAnalysisDocUtils::GetDocument #4", "HVXAnalysisDocUtils::GetWorkingCase #4",
+                      "VLMISpecObject::GetFather #4",
+                      "VLMSamCatalogFactory::SetPhysicalType #3 MECHANICAL_STATIC_LINEAR",
+                      "HVXIAnalysisCaseSolution::SetAnalysisCase #4 AnalysisCase",
+                      "VLMISamExplicit::Attach #4 AttachedExplicit", "VLMISpecObject::SetUpToDate #4"}));
 
   EXPECT_EQ(Upgrade(5, {"UpgradeAnalysisCase"}), S_OK);
-  EXPECT_EQ(Line(5), R"({"id":5,"type":"HVXHacSolutionLT","father":{"ref":2},"upToDate":false,)"
-                     R"("attributes":{"WorkingCase":{"ref":6},"AnalysisCase":{"ref":6},"AttachedExplicit":{"ref":6}}})");
+  EXPECT_EQ(
+      Line(5),
+      R"({"id":5,"type":"HVXHacSolutionLT","father":{"ref":2},"upToDate":false,)"
+      R"("attributes":{"WorkingCase":{"ref":6},"AnalysisCase":{"ref":6},"AttachedExplicit":{"ref":6}}})");
 }
 
 TEST_F(HVXESolCaseUpgradeTest, WhatIsMissingIsPassedOver) {
   EXPECT_EQ(Upgrade(7, {"UpgradeAnalysisCase"}), S_OK);
   EXPECT_EQ(Line(7), R"({"id":7,"type":"HVXHacSolutionLT","upToDate":false})");
   for (const char* const operation :
-       {"HVXAnalysisDocUtils::GetDocument", "HVXAnalysisDocUtils::GetWorkingCase", "VLMISpecObject::GetFather",
-        "VLMSamCatalogFactory::SetPhysicalType", "HVXIAnalysisCaseSolution::SetAnalysisCase",
-        "VLMISamExplicit::Attach"}) {
+       {"HVXAnalysisDocUtils::GetDocument", "HVXAnalysisDocUtils::GetWorkingCase",
+        "VLMISpecObject::GetFather", "VLMSamCatalogFactory::SetPhysicalType",
+        "HVXIAnalysisCaseSolution::SetAnalysisCase", "VLMISamExplicit::Attach"}) {
     SetUp();
     EXPECT_EQ(UpgradeUnder(Failing(operation), 4, {"UpgradeAnalysisCase"}), S_OK) << operation;
     EXPECT_FALSE(At(4).upToDate) << operation;
@@ -74,9 +77,11 @@ class HVXESolStepUpgradeTest : public testing_support::UpgradeTest {
 };
 
 TEST_F(HVXESolStepUpgradeTest, OnlyThermalResultsGetThePhysicalType) {
-  for (const standalone::FeatureId id : {1, 2, 3}) EXPECT_EQ(Upgrade(id, {"UpgradeThermalSolutionStep"}), S_OK);
-  EXPECT_EQ(Lines(),
-            R"({"id":1,"type":"HVXHacAnaStepSolLT","physicalType":"THERMAL_STATIC_LINEAR","attributes":{"ResultStepType":3}}
+  for (const standalone::FeatureId id : {1, 2, 3})
+    EXPECT_EQ(Upgrade(id, {"UpgradeThermalSolutionStep"}), S_OK);
+  EXPECT_EQ(
+      Lines(),
+      R"({"id":1,"type":"HVXHacAnaStepSolLT","physicalType":"THERMAL_STATIC_LINEAR","attributes":{"ResultStepType":3}}
 {"id":2,"type":"HVXHacAnaStepSolLT","attributes":{"ResultStepType":1}}
 {"id":3,"type":"HVXHacAnaStepSolLT"}
 )");

@@ -6,17 +6,12 @@
 
 namespace {
 
-HRESULT Unwritten(VLMExtension& /*extension*/) {
-  return S_OK;
-}
-
 using StopProbe = Probe<ProbeRule::kStop>;
 constexpr const char* kStopTypes[] = {"ProbeStopLT", "ProbeStopTooLT"};
 const HVXUpgradeBinding kStopRows[] = {
     StopProbe::Row<'A'>("ProbeA", HVXOnFailure::kStop),
     StopProbe::Row<'B'>("ProbeB", HVXOnFailure::kIgnore),
     StopProbe::Row<'C'>("ProbeC", HVXOnFailure::kStop),
-    {"ProbeUnwritten", "Is yet to be written.", &Unwritten, HVXOnFailure::kIgnore},
 };
 
 using FirstMatchProbe = Probe<ProbeRule::kFirstMatch>;
@@ -93,13 +88,12 @@ constexpr const HVXUpgradeClass* kClasses[] = {
     &GivesUpProbe::kClass,
 };
 
-const VLMUnicodeString kListed[] = {"UpgradeTestScratchFolder", "ProbeOfNobody", "ProbeUnwrittenDocument"};
+const VLMUnicodeString kListed[] = {"UpgradeTestScratchFolder", "ProbeOfNobody"};
 const HVXDocumentUpgrade kDocumentUpgrades[] = {
     {"ProbeDocument", "Tells how many features it was given.",
      [](const VLMListValVLMUnicodeString& identifiers, const VLMListValVLMISpecObject_var& features) {
        return identifiers.Size() == 1 ? features.Size() : E_FAIL;
      }},
-    {"ProbeUnwrittenDocument", "Is yet to be written.", nullptr},
 };
 
 class Declarations {
@@ -132,7 +126,6 @@ const HVXUpgradeLibrary* HVXGetUpgradeLibrary() {
       .identifiers = kListed,
       .classes = kClasses,
       .documentUpgrades = kDocumentUpgrades,
-      .placeholder = &Unwritten,
   };
   return &library;
 }

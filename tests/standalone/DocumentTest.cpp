@@ -258,7 +258,7 @@ class PlainModel {
     if (entry.kind == Entry::kLink) return fmt::format(R"({{"ref":{}}})", entry.number);
     std::string text;
     for (const Entry& each : entry.entries) text += (text.empty() ? "" : ",") + Text(each);
-    return "[" + text + "]";
+    return std::string("[").append(text).append("]");
   }
 };
 

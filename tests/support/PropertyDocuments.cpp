@@ -36,12 +36,15 @@ class Lines {
  public:
   int Add(std::string_view type, int father, std::string_view attributes = {}) {
     const std::string above = father == 0 ? "" : fmt::format(R"(,"father":{{"ref":{}}})", father);
-    fmt::format_to(std::back_inserter(text_), R"({{"id":{},"type":"{}"{}{}}})"
-                                              "\n",
-                   ++last_, type, above, attributes.empty() ? "" : fmt::format(R"(,"attributes":{{{}}})", attributes));
+    fmt::format_to(std::back_inserter(text_),
+                   R"({{"id":{},"type":"{}"{}{}}})"
+                   "\n",
+                   ++last_, type, above,
+                   attributes.empty() ? "" : fmt::format(R"(,"attributes":{{{}}})", attributes));
     return last_;
   }
-  // A feature with supports on the given objects (0: a support that has lost its object) and further attributes.
+  // A feature with supports on the given objects (0: a support that has lost its object) and further
+  // attributes.
   int AddSupported(std::string_view type, int father, const std::vector<std::pair<int, int>>& supports,
                    const std::string& attributes = {}) {
     std::string list;
@@ -49,11 +52,12 @@ class Lines {
       fmt::format_to(std::back_inserter(list), R"({}{{"ref":{}}})", i == 0 ? "" : ",",
                      last_ + 2 + static_cast<int>(i));
     }
-    const int feature = Add(type, father,
-                            fmt::format(R"({}{}"Supports":[{}])", attributes, attributes.empty() ? "" : ",", list));
+    const int feature = Add(
+        type, father, fmt::format(R"({}{}"Supports":[{}])", attributes, attributes.empty() ? "" : ",", list));
     for (const auto& [first, second] : supports) {
       std::string objects = first == 0 ? "" : fmt::format(R"("FirstObject":{{"ref":{}}})", first);
-      if (second != 0) objects += fmt::format(R"({}"SecondObject":{{"ref":{}}})", first == 0 ? "" : ",", second);
+      if (second != 0)
+        objects += fmt::format(R"({}"SecondObject":{{"ref":{}}})", first == 0 ? "" : ",", second);
       Add("GeometrySmartConnector", feature, objects);
     }
     return feature;
@@ -129,8 +133,9 @@ VLMISamAnalysisSet_var SetForNewPair(const HVXIAnalysisCase_var& analysisCase,
   return set;
 }
 
-VLMISpecObject_var MakePair(const HVXIAnalysisCase_var& analysisCase, const HVXIContactConnectionProp_var& property,
-                            const VLMBaseUnknown_var& first, const VLMBaseUnknown_var& second) {
+VLMISpecObject_var MakePair(const HVXIAnalysisCase_var& analysisCase,
+                            const HVXIContactConnectionProp_var& property, const VLMBaseUnknown_var& first,
+                            const VLMBaseUnknown_var& second) {
   const VLMISamAnalysisSet_var set = SetForNewPair(analysisCase, property);
   if (set == NULL_var) return {};
   HVXISurfaceToSurfaceContactFact_var factory;
@@ -138,7 +143,8 @@ VLMISpecObject_var MakePair(const HVXIAnalysisCase_var& analysisCase, const HVXI
   VLMISpecObject_var pair;
   Must(factory->CreateContactPair(set, analysisCase, pair));
   if (!(first == NULL_var) && !(second == NULL_var)) {
-    Must(VLMISamAnalysisSupport_var(pair)->AddSupport(VLMILinkableObject_var(first), second, "GeometrySmartConnector"));
+    Must(VLMISamAnalysisSupport_var(pair)->AddSupport(VLMILinkableObject_var(first), second,
+                                                      "GeometrySmartConnector"));
   }
   std::int32_t kind = 0;
   Must(property->GetKind(kind));
@@ -196,7 +202,9 @@ void PointRequestsAt(const VLMISpecObject_var& pair, const VLMBaseUnknown_var& p
 std::string RandomPropertyDocument(std::uint32_t seed) {
   std::mt19937 random(seed);
   // Not a standard distribution: those differ from one standard library to the next.
-  const auto below = [&random](int bound) { return static_cast<int>(random() % static_cast<std::uint32_t>(bound)); };
+  const auto below = [&random](int bound) {
+    return static_cast<int>(random() % static_cast<std::uint32_t>(bound));
+  };
   const auto oneIn = [&below](int n) { return below(n) == 0; };
 
   Lines lines;
@@ -215,7 +223,8 @@ std::string RandomPropertyDocument(std::uint32_t seed) {
   const int set = lines.Add(oneIn(2) ? "PropertySet" : "HVXHalvexPropertySetLT", model);
   std::vector<int> properties;
   for (int i = 2 + below(10); i > 0; --i) {
-    const std::string attributes = fmt::format(R"("ContactKind":{},"ClearanceFlag":{})", 1 + below(2), oneIn(2));
+    const std::string attributes =
+        fmt::format(R"("ContactKind":{},"ClearanceFlag":{})", 1 + below(2), oneIn(2));
     properties.push_back(lines.AddSupported("SAMFaceFaceContact", set, someSupport(), attributes));
     if (oneIn(4)) lines.Add("HVXInteractionPropertyLT", set);
     if (oneIn(2)) {  // a further property, with an interference fit
@@ -226,31 +235,36 @@ std::string RandomPropertyDocument(std::uint32_t seed) {
       properties.push_back(property);
     }
   }
-  const auto someProperty = [&] { return properties[static_cast<std::size_t>(below(static_cast<int>(properties.size())))]; };
+  const auto someProperty = [&] {
+    return properties[static_cast<std::size_t>(below(static_cast<int>(properties.size())))];
+  };
 
   for (int c = 1 + below(4); c > 0; --c) {
-    const int analysisCase =
-        lines.Add("AnalysisCase", model,
-                  oneIn(8) ? R"("Solver":"Other")"
-                           : fmt::format(R"("Solver":"Halvex","AnalysisType":{},"CaseKind":{})", 1 + below(3), below(2)));
+    const int analysisCase = lines.Add(
+        "AnalysisCase", model,
+        oneIn(8)
+            ? R"("Solver":"Other")"
+            : fmt::format(R"("Solver":"Halvex","AnalysisType":{},"CaseKind":{})", 1 + below(3), below(2)));
     const auto addPairs = [&](int holder) {
       for (int i = below(4); i > 0; --i) {
-        lines.AddSupported(oneIn(4) ? "HVXContactConnectionEnhancementExplicitLT" : "HVXContactConnectionEnhancementStdLT",
-                           holder, someSupport(), oneIn(4) ? R"("PropagationState":1)" : R"("PropagationState":0)");
+        lines.AddSupported(
+            oneIn(4) ? "HVXContactConnectionEnhancementExplicitLT" : "HVXContactConnectionEnhancementStdLT",
+            holder, someSupport(), oneIn(4) ? R"("PropagationState":1)" : R"("PropagationState":0)");
       }
     };
     if (!oneIn(6)) addPairs(lines.Add("HVXInteractionContainerLT", analysisCase));
     const int history = lines.Add("HVXSimulationHistoryLT", analysisCase);
     for (int s = below(4), k = 0; k <= s; ++k) {
-      const int step = lines.Add(k == 0 ? "HVXInitialStepLT" : (oneIn(3) ? "HVXStaticLPStepLT" : "HVXGeneralStaticStepLT"),
-                                 history);
+      const int step = lines.Add(
+          k == 0 ? "HVXInitialStepLT" : (oneIn(3) ? "HVXStaticLPStepLT" : "HVXGeneralStaticStepLT"), history);
       if (!oneIn(3)) addPairs(lines.Add("HVXInteractionContainerLT", step));
       for (const auto& [container, request] : kRequestKinds) {
         if (oneIn(4)) continue;
         const int requests = lines.Add(container, step);
         for (int i = below(4); i > 0; --i) {
           std::vector<std::pair<int, int>> supports;
-          for (int n = below(4); n > 0; --n) supports.emplace_back(oneIn(4) ? model : someProperty(), product);
+          for (int n = below(4); n > 0; --n)
+            supports.emplace_back(oneIn(4) ? model : someProperty(), product);
           lines.AddSupported(request, requests, supports);
         }
       }
@@ -268,7 +282,8 @@ std::string LargePropertyDocument(int properties, int cases, int requests) {
   std::vector<int> made;
   for (int i = 0; i < properties; ++i) {
     const int design = lines.Add("SAMGenericConnDesign", designs);
-    made.push_back(lines.AddSupported("SAMFaceFaceContact", set, {{design, product}}, R"("ClearanceFlag":true)"));
+    made.push_back(
+        lines.AddSupported("SAMFaceFaceContact", set, {{design, product}}, R"("ClearanceFlag":true)"));
   }
   int request = 0;
   for (int c = 0; c < cases; ++c) {

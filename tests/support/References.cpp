@@ -14,7 +14,8 @@ bool IsThere(const Feature& feature, const Document& document) {
   return !feature.removed && feature.document == &document && document.Find(feature.id) == &feature;
 }
 
-void CheckValue(const Feature& feature, std::string_view key, const Value& value, std::vector<std::string>& broken) {
+void CheckValue(const Feature& feature, std::string_view key, const Value& value,
+                std::vector<std::string>& broken) {
   if (value.Kind() == ValueKind::kList) {
     for (const Value& entry : value.Entries()) CheckValue(feature, key, entry, broken);
   } else if (value.Kind() == ValueKind::kLink && value.Target() != nullptr &&
@@ -38,7 +39,8 @@ std::vector<std::string> BrokenReferences(Document& document) {
       CheckValue(*feature, NameTable::Text(attribute.key), attribute.value, broken);
     for (Feature* const connector : LinkedFeatures(*feature, kSupports)) {
       if (!IsConnector(*connector) || connector->father != feature)
-        broken.push_back(fmt::format("#{}: support #{} is no connector of its own", feature->id, connector->id));
+        broken.push_back(
+            fmt::format("#{}: support #{} is no connector of its own", feature->id, connector->id));
       if (LinkedFeature(*connector, kFirstObject) == nullptr)
         broken.push_back(fmt::format("#{}: support #{} connects nothing", feature->id, connector->id));
     }

@@ -37,7 +37,8 @@ DocumentPtr DocumentOf(std::string_view lines) {
   }
   const std::filesystem::path file =
       std::filesystem::path(testing::TempDir()) / ("fixture-" + std::to_string(getpid()) + ".hvxdoc");
-  std::ofstream(file) << R"({"format":"hvxdoc","version":1,"upgrades":[],"features":)" << count << "}\n" << features;
+  std::ofstream(file) << R"({"format":"hvxdoc","version":1,"upgrades":[],"features":)" << count << "}\n"
+                      << features;
   DocumentPtr document = ReadDocument(file);
   std::filesystem::remove(file);
   return document;
@@ -53,9 +54,12 @@ std::string LinesOf(Document& document) {
   return fmt::to_string(text);
 }
 
-void UpgradeTest::Given(std::string_view lines) {
+UpgradeTest::UpgradeTest() {
   FeatureCatalogs::Use(HVX_SOURCE_DIR "/standalone/catalogs");
   Messages::Use(HVX_SOURCE_DIR "/standalone/messages", "en");
+}
+
+void UpgradeTest::Given(std::string_view lines) {
   current_.reset();
   document_ = DocumentOf(lines);
   current_.emplace(document_);
@@ -69,12 +73,15 @@ HRESULT UpgradeTest::Upgrade(FeatureId id, std::initializer_list<const char*> id
   return spUpgrade->Upgrade(list);
 }
 
-HRESULT UpgradeTest::UpgradeUnder(CheckpointPlan plan, FeatureId id, std::initializer_list<const char*> identifiers) {
+HRESULT UpgradeTest::UpgradeUnder(CheckpointPlan plan, FeatureId id,
+                                  std::initializer_list<const char*> identifiers) {
   const CheckpointScope scope(std::move(plan));
   return Upgrade(id, identifiers);
 }
 
-UpgradeTest::CallList UpgradeTest::Calls() { return Calls({}); }
+UpgradeTest::CallList UpgradeTest::Calls() {
+  return Calls({});
+}
 
 UpgradeTest::CallList UpgradeTest::Calls(std::string_view prefix) {
   CallList calls;

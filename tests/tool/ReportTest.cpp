@@ -1,0 +1,76 @@
+#include <simdjson.h>
+
+#include "ToolRun.h"
+
+namespace tool_testing {
+namespace {
+
+using simdjson::dom::element;
+
+class ReportTest : public ToolTest {
+ protected:
+  element Report(const std::vector<std::string>& arguments, int code) {
+    std::vector<std::string> all = {"upgrade", "--report", Path("r.json"), "--force"};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    const Ended ended = Run(all);
+    EXPECT_EQ(ended.code, code) << ended.err;
+    text_ = simdjson::padded_string(Content(Path("r.json")));
+    return parser_.parse(text_);
+  }
+
+ private:
+  simdjson::dom::parser parser_;
+  simdjson::padded_string text_;
+};
+
+std::string Text(element value) {
+  return simdjson::minify(value);
+}
+
+TEST_F(ReportTest, ListsTheChangedFeatureWithItsValuesBeforeAndAfter) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  const element report = Report(
+      {file, "-o", Path("new.hvxdoc"), "--only", "UpgradeJobForFromInputFile,UpgradeJobMemoryUnit"}, 0);
+  EXPECT_EQ(Text(report["report"]), R"("hvxupgrade")");
+  EXPECT_EQ(Text(report["version"]), "1");
+  EXPECT_EQ(Text(report["needsPerson"]), "[]");
+  EXPECT_EQ(Text(report["totals"]),
+            R"({"documents":1,"features":3,"concerned":1,"changed":1,"created":0,"removed":0,"failed":0})");
+  const element document = report["documents"].at(0);
+  EXPECT_EQ(Text(document["verdict"]), R"("upgraded")");
+  EXPECT_EQ(Text(document["identifiers"]), R"(["UpgradeJobForFromInputFile","UpgradeJobMemoryUnit"])");
+  EXPECT_EQ(Text(document["changed"]),
+            R"([{"id":3,"type":"HVXJobLT","name":"Job","alias":"Job.1","changes":[)"
+            R"({"field":"attributes","key":"RunType","before":"From InputFile","after":"Full Analysis"},)"
+            R"({"field":"attributes","key":"InputFileFlag","before":1,"after":0},)"
+            R"({"field":"attributes","key":"MemoryUnit","after":1}]}])");
+}
+
+TEST_F(ReportTest, SaysWhatNeedsAPersonOverAllDocuments) {
+  const std::string failing =
+      Document("failing.hvxdoc", std::string(kJobLines) + std::string(kBrokenJobLine));
+  const std::string missing = Path("missing.hvxdoc");
+  const std::string odd = Document("odd\xff.hvxdoc", kJobLines);  // a name that is not UTF-8
+  const element report = Report({failing, missing, odd, "--dry-run"}, 3);
+  const element failure = report["needsPerson"].at(0);
+  EXPECT_EQ(Text(failure["problem"]), R"("featureFailed")");
+  EXPECT_EQ(Text(failure["id"]), "4");
+  EXPECT_EQ(Text(failure["code"]), R"("0x80004005")");
+  EXPECT_NE(Text(failure["identifiers"]).find("UpgradeJobRestartData"), std::string::npos);
+  EXPECT_EQ(Text(report["needsPerson"].at(1)["document"]), '"' + missing + '"');
+  EXPECT_EQ(Text(report["exitCode"]), "3");
+  EXPECT_EQ(Text(report["documents"].at(1)["verdict"]), R"("badInput")");
+  EXPECT_EQ(Text(report["documents"].at(2)["verdict"]), R"("upgraded")");
+}
+
+// What a worker had written before it failed must not stay.
+TEST_F(ReportTest, StaysSoundWhenTheResultCannotBeWritten) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  const std::string lost = Path(std::string(250, 'x'));  // fits, but its temporary file's name does not
+  const element report = Report({file, "-o", lost}, 5);
+  EXPECT_EQ(Text(report["documents"].at(0)["verdict"]), R"("unwritable")");
+  EXPECT_EQ(Text(report["totals"]["changed"]), "0");
+}
+
+}  // namespace
+}  // namespace tool_testing

@@ -1,0 +1,55 @@
+// An upgrade library whose conversions end in every bad way.
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "base/VLMFatalError.h"
+#include "workbench/HVXUpgradeTable.h"
+
+namespace {
+
+using Features = const VLMListValVLMISpecObject_var&;
+
+HRESULT LoopForEver(const VLMListValVLMUnicodeString& /*identifiers*/, Features /*features*/) {
+  std::puts("looping");  // so that a test knows when it has come so far
+  std::fflush(stdout);
+  for (;;) pause();
+}
+
+HRESULT Crash(const VLMListValVLMUnicodeString& /*identifiers*/, Features /*features*/) {
+  std::abort();
+}
+
+HRESULT GiveUp(const VLMListValVLMUnicodeString& /*identifiers*/, Features /*features*/) {
+  VLMFatalError("AssertionFailed:NULL_var != spThis", "src/Trouble");
+}
+
+HRESULT Fail(const VLMListValVLMUnicodeString& /*identifiers*/, Features /*features*/) {
+  return static_cast<HRESULT>(0x80001234U);
+}
+
+HRESULT Succeed(const VLMListValVLMUnicodeString& /*identifiers*/, Features /*features*/) {
+  return S_OK;
+}
+
+const VLMUnicodeString kIdentifiers[] = {"Succeed", "LoopForEver", "Crash", "GiveUp", "Fail"};
+
+const HVXDocumentUpgrade kDocumentUpgrades[] = {
+    {"Succeed", "Does nothing.", &Succeed},
+    {"LoopForEver", "Never ends.", &LoopForEver},
+    {"Crash", "Aborts.", &Crash},
+    {"GiveUp", "Gives up.", &GiveUp},
+    {"Fail", "Fails.", &Fail},
+};
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) const HVXUpgradeLibrary* HVXGetUpgradeLibrary() {
+  static const HVXUpgradeLibrary library = {.name = "TroubleUpgrades",
+                                            .identifiers = kIdentifiers,
+                                            .classes = {},
+                                            .documentUpgrades = kDocumentUpgrades};
+  return &library;
+}

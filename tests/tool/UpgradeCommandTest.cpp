@@ -1,0 +1,167 @@
+#include <unistd.h>
+
+#include "ToolRun.h"
+
+namespace tool_testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+class UpgradeCommandTest : public ToolTest {};
+
+bool Has(const std::string& text, std::string_view part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST_F(UpgradeCommandTest, WritesTheResultBesideTheDocument) {
+  const std::string old = Document("old.hvxdoc", kJobLines);
+  const std::string before = Content(old);
+  const Ended ended = Run({"upgrade", old, "-o", Path("new.hvxdoc")});
+  EXPECT_EQ(ended.code, 0) << ended.err;
+  EXPECT_EQ(Content(old), before);
+  EXPECT_TRUE(Has(Content(Path("new.hvxdoc")), R"("RunType":"Full Analysis")"));
+  EXPECT_TRUE(ended.out.starts_with(old + ": upgraded, ")) << ended.out;
+  EXPECT_TRUE(Has(ended.out, "Result: " + Path("new.hvxdoc")));
+  EXPECT_EQ(ended.err, "");
+}
+
+TEST_F(UpgradeCommandTest, CopiesACurrentDocumentUnchanged) {
+  const std::string old = Document("old.hvxdoc", kJobLines);
+  ASSERT_EQ(Run({"upgrade", old, "-o", Path("new.hvxdoc")}).code, 0);
+  // A blank that this program would not write shows that bytes are copied.
+  Put(Path("new.hvxdoc"), Content(Path("new.hvxdoc")) + "\n");
+  const Ended ended = Run({"upgrade", Path("new.hvxdoc"), "-o", Path("again.hvxdoc")});
+  EXPECT_EQ(ended.code, 0);
+  EXPECT_TRUE(Has(ended.out, "already current"));
+  EXPECT_EQ(Content(Path("again.hvxdoc")), Content(Path("new.hvxdoc")));
+}
+
+TEST_F(UpgradeCommandTest, ReplacesInPlaceOnceAndKeepsTheBackup) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  const std::string before = Content(file);
+  EXPECT_EQ(Run({"upgrade", file, "--in-place", "--backup", ".old"}).code, 0);
+  EXPECT_EQ(Content(file + ".old"), before);
+  EXPECT_NE(Content(file), before);
+
+  const auto written = fs::last_write_time(file);
+  EXPECT_EQ(Run({"upgrade", file, "--in-place"}).code, 0);
+  EXPECT_EQ(fs::last_write_time(file), written);
+  EXPECT_EQ(Names(), "job.hvxdoc job.hvxdoc.old");
+}
+
+TEST_F(UpgradeCommandTest, DryRunTellsButWritesNothing) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  const std::string before = Content(file);
+  const Ended ended = Run({"upgrade", file, "--dry-run", "--output-dir", Path("new")});
+  EXPECT_EQ(ended.code, 0);
+  EXPECT_TRUE(Has(ended.out, "would be upgraded"));
+  EXPECT_TRUE(Has(ended.out, Path("new") + "/job.hvxdoc"));
+  EXPECT_EQ(Content(file), before);
+  EXPECT_EQ(Names(), "job.hvxdoc");
+}
+
+TEST_F(UpgradeCommandTest, FailedFeaturesAreNamedAndTheResultIsWritten) {
+  const std::string file = Document("job.hvxdoc", std::string(kJobLines) + std::string(kBrokenJobLine));
+  const Ended ended = Run({"upgrade", file, "-o", Path("new.hvxdoc")});
+  EXPECT_EQ(ended.code, 1);
+  EXPECT_TRUE(Has(ended.out, "HVXJobLT \"Stray Job\" (id 4): 0x80004005 (E_FAIL)")) << ended.out;
+  EXPECT_TRUE(Has(Content(Path("new.hvxdoc")), R"("RunType":"Full Analysis")"));
+
+  const Ended quiet = Run({"upgrade", file, "-o", Path("new.hvxdoc"), "--force", "--quiet"});
+  EXPECT_EQ(quiet.out, "");
+  EXPECT_TRUE(Has(quiet.err, "1 failure")) << quiet.err;
+}
+
+TEST_F(UpgradeCommandTest, AnExistingFileIsReplacedOnlyWhenForced) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  Put(Path("new.hvxdoc"), "mine");
+  const Ended refused = Run({"upgrade", file, "-o", Path("new.hvxdoc")});
+  EXPECT_EQ(refused.code, 5);
+  EXPECT_TRUE(Has(refused.err, "--force")) << refused.err;
+  EXPECT_EQ(refused.out, "");
+  EXPECT_EQ(Content(Path("new.hvxdoc")), "mine");
+  EXPECT_EQ(Names(), "job.hvxdoc new.hvxdoc");
+
+  EXPECT_EQ(Run({"upgrade", file, "-o", Path("new.hvxdoc"), "--force"}).code, 0);
+  EXPECT_NE(Content(Path("new.hvxdoc")), "mine");
+
+  Put(Path("r.json"), "mine");
+  EXPECT_EQ(Run({"upgrade", file, "--dry-run", "--report", Path("r.json")}).code, 5);
+  EXPECT_EQ(Content(Path("r.json")), "mine");
+}
+
+TEST_F(UpgradeCommandTest, AFolderThatCannotBeWrittenIsReported) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  EXPECT_EQ(Run({"upgrade", file, "-o", Path("missing/new.hvxdoc")}).code, 5);
+  EXPECT_EQ(Run({"upgrade", file, "--output-dir", file}).code, 5);
+  if (geteuid() == 0) return;  // nothing is read-only for root
+  fs::create_directory(Path("locked"));
+  fs::permissions(Path("locked"), fs::perms::owner_read | fs::perms::owner_exec);
+  EXPECT_EQ(Run({"upgrade", file, "-o", Path("locked/new.hvxdoc")}).code, 5);
+  fs::permissions(Path("locked"), fs::perms::owner_all);
+}
+
+TEST_F(UpgradeCommandTest, OnlyAndUntilChooseAmongThePending) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  const auto recorded = [&](const std::string& option, const std::string& value) {
+    EXPECT_EQ(Run({"upgrade", file, "-o", Path("new.hvxdoc"), "--force", option, value}).code, 0);
+    const std::string content = Content(Path("new.hvxdoc"));
+    return content.substr(0, content.find('\n'));
+  };
+  // Chronological, whatever order they are given in.
+  EXPECT_TRUE(Has(recorded("--only", "UpgradeJobMemoryUnit,UpgradeJobRestartData"),
+                  R"("upgrades":["UpgradeJobRestartData","UpgradeJobMemoryUnit"])"));
+  EXPECT_TRUE(Has(recorded("--until", "UpgradeJobRestartData"), R"("UpgradeJobRestartData"])"));
+}
+
+TEST_F(UpgradeCommandTest, WrongUsageIsExplained) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  const std::string other = Document("other.hvxdoc", kJobLines);
+  const auto refused = [this](const std::vector<std::string>& arguments, std::string_view explained) {
+    const Ended ended = Run(arguments);
+    EXPECT_EQ(ended.code, 2) << explained;
+    EXPECT_EQ(ended.out, "");
+    EXPECT_TRUE(Has(ended.err, explained)) << ended.err;
+  };
+  refused({}, "say what to do");
+  refused({"upgrade", file}, "say where the result goes");
+  refused({"upgrade", file, "--in-place", "-o", Path("x")}, "give one of");
+  refused({"upgrade", file, other, "-o", Path("x")}, "--output-dir");
+  refused({"upgrade", file, file, "--output-dir", Path("x")}, "written twice");
+  refused({"upgrade", file, "-o", Path("x"), "--report", Path("x")}, "written twice");
+  refused({"upgrade", file, "--dry-run", "--report", file, "--force"}, "would replace");
+  refused({"upgrade", file, "-o", Path("x"), "--backup", ".old"}, "--in-place");
+  refused({"upgrade", file, "--dry-run", "--only", "UpgradeJobMemoryUnti"}, "\"UpgradeJobMemoryUnit\"?");
+  refused({"upgrade", file, "--dry-run", "--language", "xx"}, "choose one of: ");
+  refused({"upgrade", file, "--dry-run", "--timeout", "0"}, "--timeout");
+  EXPECT_EQ(Names(), "job.hvxdoc other.hvxdoc");
+}
+
+TEST_F(UpgradeCommandTest, BadDocumentsAreNamedWithTheirLineAndTheOthersGoOn) {
+  const std::string good = Document("good.hvxdoc", kJobLines);
+  const std::string broken = Document("broken.hvxdoc", std::string(kJobLines) + "{\"id\":4,\n");
+  const std::string newer = Document("newer.hvxdoc", kJobLines, R"("UpgradeOfTheFuture")");
+  Put(Path("format.hvxdoc"), R"({"format":"hvxdoc","version":99,"upgrades":[],"features":0})"
+                             "\n");
+  const Ended ended = Run({"upgrade", newer, broken, good, "--output-dir", Path("new")});
+  EXPECT_EQ(ended.code, 3);
+  EXPECT_TRUE(Has(ended.err, broken + ":5: ")) << ended.err;
+  EXPECT_TRUE(Has(ended.err, "UpgradeOfTheFuture"));
+  EXPECT_TRUE(Has(ended.out, "3 documents: 1 upgraded, 2 given up")) << ended.out;
+  EXPECT_TRUE(fs::exists(Path("new/good.hvxdoc")));
+  EXPECT_FALSE(fs::exists(Path("new/broken.hvxdoc")));
+
+  EXPECT_EQ(Run({"upgrade", newer, "--in-place"}).code, 4);
+  EXPECT_EQ(Run({"upgrade", Path("format.hvxdoc"), "--in-place"}).code, 4);
+  EXPECT_EQ(Run({"upgrade", Path("none/none.hvxdoc"), "--in-place"}).code, 3);
+}
+
+TEST_F(UpgradeCommandTest, TraceTellsEveryHostCallInOrder) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  ASSERT_EQ(Run({"upgrade", file, "--dry-run", "--only", "UpgradeJobMemoryUnit", "--trace", Path("t")}).code,
+            0);
+  EXPECT_EQ(Content(Path("t")), "# " + file + "\nHVXIJob::SetMemoryUnit 3 HVXJobLT \"MemoryUnit\"\n");
+}
+
+}  // namespace
+}  // namespace tool_testing

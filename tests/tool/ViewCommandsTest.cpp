@@ -1,0 +1,102 @@
+#include <simdjson.h>
+
+#include "ToolRun.h"
+
+namespace tool_testing {
+namespace {
+
+class ViewCommandsTest : public ToolTest {};
+
+std::size_t CountOf(const std::string& text, std::string_view part) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+  return count;
+}
+
+TEST_F(ViewCommandsTest, StatusTellsPendingAndDone) {
+  const std::string file = Document("job.hvxdoc", kJobLines, R"("UpgradeJobMemoryUnit")");
+  const Ended ended = Run({"status", file});
+  EXPECT_EQ(ended.code, 0);
+  EXPECT_TRUE(ended.out.starts_with(file + ": upgrade needed, ")) << ended.out;
+  EXPECT_NE(ended.out.find("  Done:\n    UpgradeJobMemoryUnit\n"), std::string::npos) << ended.out;
+  EXPECT_NE(ended.out.find("    UpgradeJobRestartData\n"), std::string::npos);
+  EXPECT_EQ(Run({"status", "--check", file}).code, 6);
+
+  ASSERT_EQ(Run({"upgrade", file, "--in-place"}).code, 0);
+  EXPECT_EQ(Run({"status", "--check", file}).code, 0);
+}
+
+TEST_F(ViewCommandsTest, StatusKnowsNewerAndBrokenDocuments) {
+  const std::string newer = Document("newer.hvxdoc", kJobLines, R"("UpgradeOfTheFuture")");
+  EXPECT_EQ(Run({"status", "--check", newer}).code, 4);
+  const Ended ended = Run({"status", "--json", newer, Path("none.hvxdoc")});
+  EXPECT_EQ(ended.code, 3);
+  simdjson::dom::parser parser;
+  const simdjson::padded_string text(ended.out);
+  const simdjson::dom::element status = parser.parse(text);
+  EXPECT_EQ(std::string_view(status["documents"].at(0)["unknown"].at(0)), "UpgradeOfTheFuture");
+  EXPECT_EQ(std::string_view(status["documents"].at(1)["verdict"]), "error");
+}
+
+TEST_F(ViewCommandsTest, IdentifiersListsAllBindings) {
+  const Ended ended = Run({"identifiers", "--json"});
+  EXPECT_EQ(ended.code, 0);
+  simdjson::dom::parser parser;
+  const simdjson::padded_string text(ended.out);
+  const simdjson::dom::array all = parser.parse(text)["identifiers"];
+  EXPECT_EQ(all.size(), 66U);
+  EXPECT_EQ(std::string_view(all.at(0)["name"]), "UpgradeToElemType");
+  EXPECT_EQ(std::string_view(all.at(65)["name"]), "UpgradeJobMemoryUnit");
+  EXPECT_TRUE(bool(all.at(28)["documentWide"]));
+  std::size_t bindings = 0;
+  for (const simdjson::dom::element identifier : all) {
+    bindings += identifier["bindings"].get_array().size();
+    const bool unanswered =
+        std::string_view(identifier["name"]) == "UpgradeFastenedConnectionEnhancementToFastenedPair";
+    const bool answered = identifier["bindings"].get_array().size() != 0 || bool(identifier["documentWide"]);
+    EXPECT_EQ(answered, !unanswered) << identifier;
+  }
+  // One line a binding for people.
+  EXPECT_EQ(CountOf(Run({"identifiers"}).out, " [HVXE"), bindings);
+}
+
+TEST_F(ViewCommandsTest, IdentifiersExplainsOneInWords) {
+  const Ended ended = Run({"identifiers", "FrictionValueUpgrade"});
+  EXPECT_NE(ended.out.find("FrictionValueUpgrade (15 of 66)"), std::string::npos) << ended.out;
+  EXPECT_NE(ended.out.find("The class tests all its identifiers in turn."), std::string::npos);
+  EXPECT_EQ(Run({"identifiers", "Friction"}).code, 2);
+}
+
+TEST_F(ViewCommandsTest, ShowPrintsTheTreeAndItsParts) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  EXPECT_EQ(Run({"show", file}).out,
+            "1 AnalysisModel \"Model\"\n"
+            "  2 AnalysisCase \"Case\"\n"
+            "    3 HVXJobLT \"Job.1\" name=\"Job\"\n");
+  EXPECT_EQ(Run({"show", file, "--depth", "1"}).out, "1 AnalysisModel \"Model\"\n");
+  EXPECT_EQ(Run({"show", file, "--id", "2", "--depth", "1"}).out, "2 AnalysisCase \"Case\"\n");
+  EXPECT_EQ(Run({"show", file, "--type", "HVXJobLT", "-a"}).out,
+            "3 HVXJobLT \"Job.1\" name=\"Job\"\n"
+            "    - \"AnalysisCase\": {\"ref\":2}\n"
+            "    - \"RunType\": \"From InputFile\"\n"
+            "    - \"RestartFrequency\": 0\n"
+            "    - \"InputFileFlag\": 1\n");
+  EXPECT_EQ(Run({"show", file, "--id", "99"}).code, 2);
+}
+
+// A name must not reach the terminal as a command.
+TEST_F(ViewCommandsTest, ShowEscapesControlCharacters) {
+  const std::string file =
+      Document("evil.hvxdoc", "{\"id\":1,\"type\":\"A\\u001b[2J\",\"name\":\"\\u009b2J\\u007f\"}\n");
+  EXPECT_EQ(Run({"show", file}).out, "1 \"A\\u001b[2J\" \"\\u009b2J\\u007f\"\n");
+}
+
+TEST_F(ViewCommandsTest, HelpAndVersionAreResults) {
+  const Ended help = Run({"--help"});
+  EXPECT_EQ(help.code, 0);
+  EXPECT_NE(help.out.find("Examples:"), std::string::npos);
+  EXPECT_EQ(Run({"--version"}).out.substr(0, 11), "hvxupgrade ");
+}
+
+}  // namespace
+}  // namespace tool_testing

@@ -1,0 +1,235 @@
+#include "Arguments.h"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+
+#include "Terminal.h"
+#include "UsageError.h"
+
+namespace tool {
+namespace {
+
+constexpr double kLongestTimeout = 1e9;
+
+constexpr const char* kExitCodes = R"(Exit codes:
+  0  done, or nothing to do
+  1  finished, but some feature failed or some document was given up; diff: the documents differ
+  2  wrong usage
+  3  some input is unreadable or invalid
+  4  some document is newer than this program
+  5  some output could not be written; what stood there is as it was
+  6  an upgrade is needed (check and status --check only)
+  130  interrupted
+Of several, the most serious: 130, 2, 5, 3, 4, 1, 6, 0.)";
+
+constexpr const char* kExamples = R"(Examples:
+  hvxupgrade status bracket.hvxdoc                     what the document still needs
+  hvxupgrade upgrade bracket.hvxdoc -o current.hvxdoc  write the current document beside the old one
+  hvxupgrade check current.hvxdoc                      whether anything is still stored the old way
+  hvxupgrade diff bracket.hvxdoc current.hvxdoc        what differs, feature by feature
+  hvxupgrade identifiers UpgradeJobMemoryUnit          what one upgrade does, and to which features
+  hvxupgrade show bracket.hvxdoc --type HVXJobLT --attributes
+)";
+
+constexpr const char* kStatusExamples = R"(Examples:
+  hvxupgrade status bracket.hvxdoc pipe.hvxdoc
+  hvxupgrade status --check *.hvxdoc && echo all current
+  hvxupgrade status --json bracket.hvxdoc | jq -r '.documents[].pending[]')";
+
+constexpr const char* kUpgradeExamples = R"(Examples:
+  hvxupgrade upgrade bracket.hvxdoc -o current.hvxdoc
+  hvxupgrade upgrade bracket.hvxdoc --dry-run --report changes.json
+  hvxupgrade upgrade *.hvxdoc --output-dir current --timeout 60
+  hvxupgrade upgrade bracket.hvxdoc --in-place --backup .old
+  hvxupgrade upgrade bracket.hvxdoc -o half.hvxdoc --until UpgradeJobRestartData)";
+
+constexpr const char* kIdentifiersExamples = R"(Examples:
+  hvxupgrade identifiers
+  hvxupgrade identifiers ReExplicitateFeature AddConnectionContainer
+  hvxupgrade identifiers --json | jq -r '.identifiers[] | select(.documentWide) | .name')";
+
+constexpr const char* kShowExamples = R"(Examples:
+  hvxupgrade show bracket.hvxdoc --depth 2
+  hvxupgrade show bracket.hvxdoc --type HVXPressure --attributes
+  hvxupgrade show bracket.hvxdoc --id 17)";
+
+constexpr const char* kCheckExamples = R"(Examples:
+  hvxupgrade check current.hvxdoc
+  hvxupgrade check --json *.hvxdoc | jq -r '.documents[].findings[] | select(.damage) | .alias')";
+
+constexpr const char* kDiffExamples = R"(Examples:
+  hvxupgrade diff bracket.hvxdoc current.hvxdoc
+  hvxupgrade diff --json a.hvxdoc b.hvxdoc | jq '.changed[] | select(.type == "HVXPressure")')";
+
+void AddStatus(CLI::App& app, StatusArguments& status) {
+  CLI::App* const verb =
+      app.add_subcommand("status", "Tell which upgrades documents have been through and need");
+  verb->add_option("FILE", status.files, "Documents")->required()->type_name("");
+  verb->add_flag("--check", status.check, "End with 6 when a document needs an upgrade");
+  verb->add_flag("--json", status.json, "Print JSON");
+  verb->footer(kStatusExamples);
+}
+
+void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
+  CLI::App* const verb = app.add_subcommand("upgrade", "Bring documents up to the current data model");
+  verb->add_option("FILE", upgrade.files, "Documents")->required()->type_name("");
+
+  const auto where = "Where the results go (one of -o, --output-dir, --in-place)";
+  auto* const output = verb->add_option("-o,--output", upgrade.output, "Write the result to this file");
+  auto* const folder = verb->add_option("--output-dir", upgrade.outputDirectory,
+                                        "Write the results to this folder, under the documents' names");
+  auto* const inPlace = verb->add_flag("--in-place", upgrade.inPlace, "Replace the documents by the results");
+  auto* const dryRun = verb->add_flag("--dry-run", upgrade.dryRun, "Do everything but write the results");
+  auto* const backup = verb->add_option("--backup", upgrade.backupSuffix,
+                                        "Keep each old document under its name and this suffix");
+  auto* const force = verb->add_flag("--force", upgrade.force, "Replace output files that exist already");
+  for (CLI::Option* const option : {output, folder, inPlace, dryRun, backup, force}) option->group(where);
+  output->type_name("FILE");
+  folder->type_name("DIR");
+  backup->type_name("SUFFIX");
+
+  const auto which = "Which upgrades are run (default: all pending ones)";
+  auto* const only =
+      verb->add_option("--only", upgrade.only, "Only these, separated by commas, of those pending");
+  only->delimiter(',')->allow_extra_args(false)->type_name("ID[,ID...]")->group(which);
+  verb->add_option("--until", upgrade.until, "Those pending up to and with this one, oldest first")
+      ->type_name("ID")
+      ->group(which);
+
+  const auto told = "What is told";
+  verb->add_option("--report", upgrade.report,
+                   "Write every change, with the values before and after, as JSON")
+      ->type_name("FILE")
+      ->group(told);
+  verb->add_option("--trace", upgrade.trace, "Write a line for every call of the host ('-': standard error)")
+      ->type_name("FILE")
+      ->group(told);
+  verb->add_option("--language", upgrade.language, "The language of names that upgrades make (default: en)")
+      ->type_name("LANG")
+      ->group(told);
+  verb->add_flag("-q,--quiet", upgrade.quiet, "Print errors only")->group(told);
+
+  verb->add_option("--timeout", upgrade.timeout, "Give a document up after this many seconds; its file stays")
+      ->type_name("SECONDS");
+  verb->footer(kUpgradeExamples);
+}
+
+void AddIdentifiers(CLI::App& app, IdentifiersArguments& identifiers) {
+  CLI::App* const verb = app.add_subcommand("identifiers", "List or explain the upgrades, oldest first");
+  verb->add_option("ID", identifiers.identifiers, "Explain these only")->type_name("");
+  verb->add_flag("--json", identifiers.json, "Print JSON");
+  verb->footer(kIdentifiersExamples);
+}
+
+void AddShow(CLI::App& app, ShowArguments& show) {
+  CLI::App* const verb = app.add_subcommand("show", "Show the features of a document as a tree");
+  verb->add_option("FILE", show.file, "The document")->required()->type_name("");
+  verb->add_flag("-a,--attributes", show.attributes, "With their attributes");
+  verb->add_option("--type", show.lateType, "Only features of this late type")->type_name("LATETYPE");
+  verb->add_option("--id", show.id, "Only this feature and what stands beneath it")->type_name("N");
+  verb->add_option("--depth", show.depth, "Only so many levels")->type_name("N")->check(CLI::PositiveNumber);
+  verb->footer(kShowExamples);
+}
+
+void AddCheck(CLI::App& app, CheckArguments& check) {
+  CLI::App* const verb =
+      app.add_subcommand("check", "Tell whether documents conform to the current data model");
+  verb->add_option("FILE", check.files, "Documents")->required()->type_name("");
+  verb->add_flag("--json", check.json, "Print JSON");
+  verb->footer(kCheckExamples);
+}
+
+void AddDiff(CLI::App& app, DiffArguments& diff) {
+  CLI::App* const verb = app.add_subcommand("diff", "Tell what differs between two documents");
+  verb->add_option("BEFORE", diff.before, "The one document")->required()->type_name("");
+  verb->add_option("AFTER", diff.after, "The other document")->required()->type_name("");
+  verb->add_flag("--json", diff.json, "Print JSON");
+  verb->footer(kDiffExamples);
+}
+
+void Check(const UpgradeArguments& upgrade, const CLI::App& verb) {
+  const int places = (upgrade.output.empty() ? 0 : 1) + (upgrade.outputDirectory.empty() ? 0 : 1) +
+                     (upgrade.inPlace ? 1 : 0);
+  if (places == 0 && !upgrade.dryRun) {
+    throw UsageError(
+        "say where the result goes: -o FILE, --output-dir DIR or --in-place; or ask for --dry-run");
+  }
+  if (places > 1) throw UsageError("give one of -o, --output-dir and --in-place");
+  if (!upgrade.output.empty() && upgrade.files.size() > 1)
+    throw UsageError("-o takes one document; give --output-dir DIR for several");
+  if (!upgrade.only.empty() && !upgrade.until.empty()) throw UsageError("give one of --only and --until");
+  if (verb.count("--backup") > 0 && !upgrade.inPlace) throw UsageError("--backup goes with --in-place");
+  if (verb.count("--backup") > 0 &&
+      (upgrade.backupSuffix.empty() || upgrade.backupSuffix.find('/') != std::string::npos)) {
+    throw UsageError("the suffix of --backup must be a part of a file name, such as .old");
+  }
+  if (upgrade.timeout && !(*upgrade.timeout > 0 && *upgrade.timeout <= kLongestTimeout))
+    throw UsageError("--timeout must be a number of seconds above 0");
+}
+
+}  // namespace
+
+std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Arguments& arguments) {
+  CLI::App app("Brings analysis documents written by earlier releases up to the current data model.",
+               "hvxupgrade");
+  app.require_subcommand(0, 1);
+  app.fallthrough();
+  app.set_version_flag("--version", "hvxupgrade " HVXUPGRADE_VERSION);
+  app.footer(fmt::format("{}\n{}", kExamples, kExitCodes));
+  app.add_option("--library", arguments.places.libraries,
+                 "Use this upgrade library (may be given several times)")
+      ->type_name("FILE")
+      ->allow_extra_args(false);
+  app.add_option("--data", arguments.places.data, "Use this data folder (message and feature catalogs)")
+      ->type_name("DIR");
+
+  StatusArguments status;
+  UpgradeArguments upgrade;
+  IdentifiersArguments identifiers;
+  ShowArguments show;
+  AddStatus(app, status);
+  AddUpgrade(app, upgrade);
+  AddIdentifiers(app, identifiers);
+  AddShow(app, show);
+  CheckArguments check;
+  DiffArguments diff;
+  AddCheck(app, check);
+  AddDiff(app, diff);
+
+  const CLI::App* const upgradeVerb = app.get_subcommand("upgrade");
+  try {
+    app.parse(count, texts);
+    if (app.get_subcommands().empty())
+      throw UsageError("say what to do: status, check, upgrade, diff, identifiers or show");
+    if (app.got_subcommand("status")) {
+      arguments.verb = std::move(status);
+    } else if (app.got_subcommand("upgrade")) {
+      Check(upgrade, *upgradeVerb);
+      arguments.verb = std::move(upgrade);
+    } else if (app.got_subcommand("identifiers")) {
+      arguments.verb = std::move(identifiers);
+    } else if (app.got_subcommand("check")) {
+      arguments.verb = std::move(check);
+    } else if (app.got_subcommand("diff")) {
+      arguments.verb = std::move(diff);
+    } else {
+      arguments.verb = std::move(show);
+    }
+    return std::nullopt;
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
+      app.exit(error);
+      return ExitCode::kDone;
+    }
+    Complain(error.what());
+  } catch (const UsageError& error) {
+    Complain(error.what());
+  }
+  const auto verbs = app.get_subcommands();
+  fmt::print(stderr, "Try: hvxupgrade {}{}--help\n", verbs.empty() ? "" : verbs.front()->get_name(),
+             verbs.empty() ? "" : " ");
+  return ExitCode::kUsage;
+}
+
+}  // namespace tool

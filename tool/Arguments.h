@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "ExitCode.h"
+#include "Installation.h"
+
+namespace tool {
+
+struct StatusArguments {
+  std::vector<std::string> files;
+  bool check = false;
+  bool json = false;
+};
+
+struct UpgradeArguments {
+  std::vector<std::string> files;
+  std::string output;  // at most one of these three
+  std::string outputDirectory;
+  bool inPlace = false;
+  std::string backupSuffix;
+  bool dryRun = false;
+  bool force = false;
+  std::vector<std::string> only;  // at most one of these two
+  std::string until;
+  std::string report;
+  std::string language = "en";
+  std::string trace;
+  bool quiet = false;
+  std::optional<double> timeout;  ///< In seconds, per document.
+};
+
+struct IdentifiersArguments {
+  std::vector<std::string> identifiers;
+  bool json = false;
+};
+
+struct ShowArguments {
+  std::string file;
+  bool attributes = false;
+  std::string lateType;
+  std::optional<std::int64_t> id;
+  std::optional<std::size_t> depth;
+};
+
+struct CheckArguments {
+  std::vector<std::string> files;
+  bool json = false;
+};
+
+struct DiffArguments {
+  std::string before;
+  std::string after;
+  bool json = false;
+};
+
+/// What the user asked for.
+struct Arguments {
+  Places places;
+  std::variant<std::monostate, StatusArguments, UpgradeArguments, IdentifiersArguments, ShowArguments,
+               CheckArguments, DiffArguments>
+      verb;
+};
+
+/// Reads the command line into `arguments`. When there is nothing left to do (help was asked for and printed)
+/// or nothing can be done (wrong usage, which was explained on standard error), gives the code to end with.
+[[nodiscard]] std::optional<ExitCode> ParseArguments(int count, const char* const* texts,
+                                                     Arguments& arguments);
+
+}  // namespace tool

@@ -1,0 +1,107 @@
+#include "Destination.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <map>
+
+#include "UsageError.h"
+#include "file/DocumentError.h"
+
+namespace tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void Refuse(const fs::path& file, std::string_view problem, std::string_view advice) {
+  throw standalone::DocumentError(standalone::DocumentError::Kind::kUnwritable, file.string(), 0, problem,
+                                  advice);
+}
+
+// Where a write to `file` ends up: links are followed.
+fs::path Followed(const fs::path& file) {
+  std::error_code error;
+  fs::path real = fs::weakly_canonical(fs::absolute(file), error);
+  return error ? fs::absolute(file) : real;
+}
+
+Destination DestinationOf(const UpgradeArguments& arguments, const fs::path& input) {
+  Destination destination;
+  destination.overwrite = arguments.force || arguments.inPlace;
+  destination.inPlace = arguments.inPlace;
+  destination.backupSuffix = arguments.backupSuffix;
+  if (arguments.inPlace) destination.file = input;
+  if (!arguments.output.empty()) destination.file = arguments.output;
+  destination.makesFolder = !arguments.outputDirectory.empty();
+  if (destination.makesFolder) destination.file = fs::path(arguments.outputDirectory) / input.filename();
+  return destination;
+}
+
+// Files that the run writes, each with what it is for.
+class Targets {
+ public:
+  void Add(const fs::path& file, const std::string& what) {
+    const auto [entry, added] = targets_.try_emplace(Followed(file), what);
+    if (added) return;
+    throw UsageError(
+        fmt::format("{} would be written twice: as {} and as {}", file.string(), entry->second, what));
+  }
+
+ private:
+  std::map<fs::path, std::string> targets_;
+};
+
+}  // namespace
+
+std::string Destination::Text() const {
+  if (!file) return "";
+  if (!inPlace) return file->string();
+  if (backupSuffix.empty()) return "in place";
+  return fmt::format("in place, the old document kept as {}", Backup().string());
+}
+
+fs::path Destination::Backup() const {
+  return backupSuffix.empty() || !file ? fs::path() : fs::path(Followed(*file).string() + backupSuffix);
+}
+
+void Destination::Check() const {
+  if (!file) return;
+  std::error_code error;
+  if (inPlace && !fs::is_regular_file(*file, error)) return;  // reading it tells better what is wrong
+  if (!overwrite && fs::exists(*file, error))
+    Refuse(*file, "the file exists already", "Choose another name, or give --force to replace it");
+  if (fs::is_directory(*file, error))
+    Refuse(*file, "this is a folder", "Give a file name, or use --output-dir");
+  const fs::path folder = Followed(*file).parent_path();
+  if (makesFolder && !fs::exists(folder, error)) return;  // it is a dry run
+  if (!fs::is_directory(folder, error)) Refuse(*file, "its folder does not exist", "Create the folder first");
+  if (access(folder.c_str(), W_OK) != 0) {
+    Refuse(*file, fmt::format("its folder cannot be written ({})", std::strerror(errno)),
+           "Choose another folder or change its permissions");
+  }
+  if (!backupSuffix.empty() && fs::exists(Backup(), error))
+    Refuse(Backup(), "the backup exists already", "Remove or rename it, or choose another suffix");
+}
+
+std::vector<Destination> DestinationsOf(const UpgradeArguments& arguments) {
+  Targets targets;
+  std::vector<Destination> destinations;
+  for (const std::string& input : arguments.files) {
+    destinations.push_back(DestinationOf(arguments, input));
+    if (destinations.back().file) targets.Add(*destinations.back().file, "the result of " + input);
+  }
+  const auto addOther = [&](const std::string& file, const std::string& what) {
+    for (const std::string& input : arguments.files) {
+      if (Followed(file) == Followed(input))
+        throw UsageError(fmt::format("{} would replace {}", what, input));
+    }
+    targets.Add(file, what);
+  };
+  if (!arguments.report.empty()) addOther(arguments.report, "the report");
+  if (!arguments.trace.empty() && arguments.trace != "-") addOther(arguments.trace, "the trace");
+  return destinations;
+}
+
+}  // namespace tool

@@ -1,0 +1,29 @@
+#pragma once
+
+namespace tool {
+
+/// How the program ends, as scripts see it.
+enum class ExitCode {
+  kDone = 0,            ///< Done, or nothing to do.
+  kFailedFeatures = 1,  ///< Some feature's upgrade failed, or some document's was given up.
+  kDifferent = 1,       ///< The documents differ (`diff` only).
+  kUsage = 2,           ///< Wrong usage.
+  kBadInput = 3,        ///< Some input is unreadable or invalid.
+  kNewer = 4,           ///< Some document is newer than this program.
+  kUnwritable = 5,      ///< Some output could not be written; what stood there is as it was.
+  kUpgradeNeeded = 6,   ///< Some document needs an upgrade (`check` and `status --check` only).
+  kInterrupted = 130,   ///< Stopped by the user.
+};
+
+/// The code for both together. From the most serious: 130, 2, 5, 3, 4, 1, 6, 0.
+[[nodiscard]] constexpr ExitCode MoreSerious(ExitCode left, ExitCode right) {
+  constexpr ExitCode kOrder[] = {ExitCode::kInterrupted,  ExitCode::kUsage, ExitCode::kUnwritable,
+                                 ExitCode::kBadInput,     ExitCode::kNewer, ExitCode::kFailedFeatures,
+                                 ExitCode::kUpgradeNeeded};
+  for (const ExitCode code : kOrder) {
+    if (left == code || right == code) return code;
+  }
+  return ExitCode::kDone;
+}
+
+}  // namespace tool

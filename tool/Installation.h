@@ -1,0 +1,35 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include "upgrade/UpgradeLibrary.h"
+#include "upgrade/VersionManager.h"
+
+namespace tool {
+
+/// Where the user says that the program's files are; what is empty is looked for beside the executable.
+struct Places {
+  std::vector<std::filesystem::path> libraries;
+  std::filesystem::path data;
+};
+
+/// The loaded upgrade libraries and what they know.
+class Installation {
+ public:
+  /// Throws `std::runtime_error`, which names the file, when a library cannot be loaded.
+  explicit Installation(const Places& places);
+
+  [[nodiscard]] const standalone::VersionManager& Manager() const { return *manager_; }
+
+ private:
+  std::vector<std::unique_ptr<standalone::UpgradeLibrary>> libraries_;
+  std::unique_ptr<standalone::VersionManager> manager_;  // refers to the libraries
+};
+
+/// The folder that holds the message catalogs ("messages", a folder per language in it) and the feature
+/// catalogs ("catalogs").
+[[nodiscard]] std::filesystem::path DataFolder(const Places& places);
+
+}  // namespace tool

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <csignal>
+#include <exception>
+
+/// \file
+/// Being stopped by the user (or by the parent process): nothing stops at once, the work looks now and then
+/// whether it should, so that temporary files go and documents stay whole.
+
+namespace tool {
+
+/// Unwinds the work that was asked to stop.
+class Interrupted : public std::exception {};
+
+class Interruption {
+ public:
+  Interruption() = delete;
+
+  /// From now on SIGINT, SIGTERM and SIGHUP only make `Requested` true. They are let in only within calls
+  /// that take `WhileWaiting` as their signal mask.
+  static void HoldBack();
+  [[nodiscard]] static const sigset_t& WhileWaiting();
+
+  /// In a fresh child process: lets the signals in at any time, and forgets those that the parent got.
+  static void LetIn();
+
+  [[nodiscard]] static bool Requested();
+  /// Throws `Interrupted` when a stop was requested.
+  static void StopIfRequested();
+};
+
+}  // namespace tool

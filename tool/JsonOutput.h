@@ -1,0 +1,48 @@
+#pragma once
+
+#include <fmt/format.h>
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "file/JsonText.h"
+
+namespace tool {
+
+/// What every JSON output of this program begins with: which output it is, and the version of its layout.
+inline constexpr int kJsonVersion = 1;
+
+/// Appends one JSON object, or the fields of one, to a buffer; commas take care of themselves.
+class JsonObject {
+ public:
+  explicit JsonObject(fmt::memory_buffer& out) : out_(out) { out_.push_back('{'); }
+  void Close() { out_.push_back('}'); }
+
+  /// Begins a field whose value the caller appends.
+  fmt::memory_buffer& Key(std::string_view key);
+  /// Texts may hold any bytes; what is not UTF-8 is replaced.
+  void Text(std::string_view key, std::string_view text);
+  void Number(std::string_view key, std::size_t number);
+  void Flag(std::string_view key, bool flag) { standalone::AppendRaw(Key(key), flag ? "true" : "false"); }
+  void Texts(std::string_view key, std::span<const std::string> texts);
+
+ private:
+  fmt::memory_buffer& out_;
+  bool first_ = true;
+};
+
+/// Appends the entries of a JSON list, separated by commas.
+class JsonList {
+ public:
+  explicit JsonList(fmt::memory_buffer& out) : out_(out) { out_.push_back('['); }
+  /// Begins an entry, which the caller appends.
+  fmt::memory_buffer& Entry();
+  void Close() { out_.push_back(']'); }
+
+ private:
+  fmt::memory_buffer& out_;
+  bool first_ = true;
+};
+
+}  // namespace tool

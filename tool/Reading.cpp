@@ -1,0 +1,30 @@
+#include "Reading.h"
+
+#include "Progress.h"
+#include "file/DocumentReader.h"
+
+namespace tool {
+
+standalone::DocumentPtr ReadWithProgress(const std::string& file) {
+  Progress progress(file, true);
+  standalone::ReadOptions options;
+  options.onProgress = [&progress](std::size_t read, std::size_t total) {
+    progress.Update("reading", read, total);
+  };
+  return standalone::ReadDocument(file, options);
+}
+
+ExitCode ExitCodeOf(const standalone::DocumentError& error) {
+  switch (error.GetKind()) {
+    case standalone::DocumentError::Kind::kNewer:
+      return ExitCode::kNewer;
+    case standalone::DocumentError::Kind::kUnwritable:
+      return ExitCode::kUnwritable;
+    case standalone::DocumentError::Kind::kUnreadable:
+    case standalone::DocumentError::Kind::kInvalid:
+      break;
+  }
+  return ExitCode::kBadInput;
+}
+
+}  // namespace tool

@@ -1,0 +1,221 @@
+#include "Report.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+#include "Failures.h"
+#include "FeatureOutput.h"
+#include "Interruption.h"
+#include "JsonOutput.h"
+#include "file/DocumentError.h"
+#include "file/FeatureText.h"
+
+namespace tool {
+namespace {
+
+using standalone::AppendRaw;
+using standalone::Feature;
+
+constexpr std::size_t kFlushBytes = std::size_t{1} << 20;
+
+void AppendCode(JsonObject& object, HRESULT code) {
+  object.Text("code", CodeText(code));
+  if (!CodeName(code).empty()) object.Text("codeName", CodeName(code));
+}
+
+void AppendTotals(JsonObject& object, const Totals& totals) {
+  object.Number("concerned", totals.concerned);
+  object.Number("changed", totals.changed);
+  object.Number("created", totals.created);
+  object.Number("removed", totals.removed);
+  object.Number("failed", totals.failed);
+}
+
+void AppendHead(JsonObject& entry, const std::string& input, const DocumentResult& result,
+                const Destination& destination, bool dryRun) {
+  entry.Text("file", input);
+  entry.Text("verdict", NameOf(result.verdict));
+  if (!result.problem.empty()) entry.Text("problem", result.problem);
+  const bool leftAlone = destination.inPlace && result.verdict != Verdict::kUpgraded;
+  if (result.Succeeded() && destination.file && !dryRun && !leftAlone) {
+    entry.Text("result", destination.file->string());
+    if (!destination.backupSuffix.empty()) entry.Text("backup", destination.Backup().string());
+  }
+}
+
+}  // namespace
+
+std::string AttentionOf(const ReportedRun& reported, const standalone::VersionManager& manager) {
+  fmt::memory_buffer out;
+  const auto entry = [&](std::string_view problem, HRESULT code, const auto& appendSubject) {
+    if (out.size() != 0) out.push_back(',');
+    JsonObject object(out);
+    object.Text("document", reported.input);
+    object.Text("problem", problem);
+    appendSubject(object);
+    AppendCode(object, code);
+    object.Text("advice", AdviceFor(code));
+    object.Close();
+  };
+  for (const standalone::DocumentOutcome& outcome : reported.comparison.failedDocumentUpgrades) {
+    entry("documentUpgradeFailed", outcome.code,
+          [&](JsonObject& object) { object.Text("identifier", outcome.identifier); });
+  }
+  for (const auto& [feature, code] : reported.comparison.failed) {
+    entry("featureFailed", code, [&, failed = feature](JsonObject& object) {
+      AppendIdentity(object, *failed);
+      const Feature* const before = reported.document.Before(*failed);
+      object.Texts("identifiers", Concerning(manager, reported.run.identifiers,
+                                             (before == nullptr ? failed : before)->TypeName()));
+    });
+  }
+  return fmt::to_string(out);
+}
+
+std::string AttentionOf(const std::string& input, const DocumentResult& result) {
+  fmt::memory_buffer out;
+  JsonObject object(out);
+  object.Text("document", input);
+  object.Text("problem", NameOf(result.verdict));
+  object.Text("message", result.problem);
+  object.Close();
+  return fmt::to_string(out);
+}
+
+Report::Report(const std::filesystem::path& file, bool overwrite)
+    : file_(file), output_(file, {.overwrite = overwrite, .backupSuffix = {}, .onProgress = {}}) {
+  std::string name = (file.has_parent_path() ? file.parent_path() : ".") / ".hvxupgrade.XXXXXX";
+  parts_ = mkostemp(name.data(), O_CLOEXEC);
+  if (parts_ < 0) Fail();
+  unlink(name.c_str());
+}
+
+Report::~Report() {
+  if (parts_ >= 0) close(parts_);
+}
+
+void Report::Discard() {
+  if (ftruncate(parts_, kept_) != 0 || lseek(parts_, kept_, SEEK_SET) < 0) Fail();
+}
+
+void Report::Keep() {
+  kept_ = lseek(parts_, 0, SEEK_END);
+  if (kept_ < 0) Fail();
+}
+
+void Report::AddRun(const ReportedRun& reported) {
+  fmt::memory_buffer text;
+  if (kept_ != 0) text.push_back(',');
+  JsonObject entry(text);
+  AppendHead(entry, reported.input, reported.result, reported.destination, reported.dryRun);
+  entry.Texts("identifiers", reported.run.identifiers);
+
+  JsonObject totals(entry.Key("totals"));
+  totals.Number("features", reported.result.features);
+  AppendTotals(totals, reported.comparison.all);
+  JsonObject byType(totals.Key("byType"));
+  for (const auto& [type, ofType] : reported.comparison.byType) {
+    JsonObject one(byType.Key(type));
+    AppendTotals(one, ofType);
+    one.Close();
+  }
+  byType.Close();
+  totals.Close();
+
+  JsonList changed(entry.Key("changed"));
+  for (const Feature* const feature : reported.comparison.changed) {
+    AppendChange(changed.Entry(), reported.document.Before(*feature), feature);
+    FlushIfLarge(text);
+  }
+  changed.Close();
+  JsonList created(entry.Key("created"));
+  for (const Feature* const feature : reported.comparison.created) {
+    standalone::AppendFeature(created.Entry(), *feature);
+    FlushIfLarge(text);
+  }
+  created.Close();
+  JsonList removed(entry.Key("removed"));
+  for (const Feature* const feature : reported.comparison.removed) {
+    standalone::AppendFeature(removed.Entry(), *reported.document.Before(*feature));
+    FlushIfLarge(text);
+  }
+  removed.Close();
+  entry.Close();
+  Flush(text);
+}
+
+void Report::AddWithoutRun(const std::string& input, const DocumentResult& result,
+                           const Destination& destination, bool dryRun) {
+  fmt::memory_buffer text;
+  if (kept_ != 0) text.push_back(',');
+  JsonObject entry(text);
+  AppendHead(entry, input, result, destination, dryRun);
+  entry.Close();
+  Flush(text);
+}
+
+void Report::Finish(const std::vector<DocumentResult>& results, const std::string& verdict, ExitCode code,
+                    bool dryRun) {
+  fmt::memory_buffer text;
+  JsonObject top(text);
+  top.Text("report", "hvxupgrade");
+  top.Number("version", kJsonVersion);
+  top.Text("tool", HVXUPGRADE_VERSION);
+  top.Text("verdict", verdict);
+  top.Number("exitCode", static_cast<std::size_t>(code));
+  top.Flag("dryRun", dryRun);
+  JsonList attention(top.Key("needsPerson"));
+  Totals all;
+  std::size_t features = 0;
+  for (const DocumentResult& result : results) {
+    if (!result.attention.empty()) AppendRaw(attention.Entry(), result.attention);
+    all += result.totals;
+    features += result.features;
+  }
+  attention.Close();
+  JsonObject totals(top.Key("totals"));
+  totals.Number("documents", results.size());
+  totals.Number("features", features);
+  AppendTotals(totals, all);
+  totals.Close();
+  top.Key("documents").push_back('[');
+  output_.Write({text.data(), text.size()});
+
+  std::array<char, std::size_t{1} << 16> block{};
+  lseek(parts_, 0, SEEK_SET);
+  ssize_t got = 0;
+  while ((got = read(parts_, block.data(), block.size())) > 0)
+    output_.Write({block.data(), static_cast<std::size_t>(got)});
+  if (got < 0) Fail();
+  output_.Write("]}\n");
+  output_.Commit();
+}
+
+void Report::Flush(fmt::memory_buffer& text) {
+  std::string_view bytes(text.data(), text.size());
+  while (!bytes.empty()) {
+    const ssize_t written = write(parts_, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) Fail();
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  text.clear();
+}
+
+void Report::FlushIfLarge(fmt::memory_buffer& text) {
+  if (text.size() < kFlushBytes) return;
+  Interruption::StopIfRequested();
+  Flush(text);
+}
+
+void Report::Fail() const {
+  throw standalone::DocumentError(standalone::DocumentError::Kind::kUnwritable, file_.string(), 0,
+                                  fmt::format("the report cannot be written ({})", std::strerror(errno)),
+                                  "Check the folder, its permissions and the room on its disk");
+}
+
+}  // namespace tool

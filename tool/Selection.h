@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "upgrade/VersionManager.h"
+
+namespace tool {
+
+/// The upgrade of that name. Throws `UsageError`, with the nearest name that there is, for an unknown one.
+[[nodiscard]] const standalone::KnownUpgrade& KnownOrRefuse(const standalone::VersionManager& manager,
+                                                            std::string_view identifier);
+
+/// Which of a document's pending upgrades the user wants to be run.
+class Selection {
+ public:
+  /// `only`: these, where not empty; `until`: up to and with this one, where not empty. Throws `UsageError`
+  /// for names that cannot be run.
+  Selection(const standalone::VersionManager& manager, const std::vector<std::string>& only,
+            const std::string& until);
+
+  /// Those of `pending` that are wanted, in the same order.
+  [[nodiscard]] std::vector<std::string> Of(const std::vector<std::string>& pending) const;
+
+ private:
+  std::vector<std::string> wanted_;
+};
+
+}  // namespace tool

@@ -1,0 +1,53 @@
+#include "Trace.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "Terminal.h"
+#include "file/DocumentError.h"
+
+namespace tool {
+namespace {
+
+using standalone::DocumentError;
+
+}  // namespace
+
+Trace::Trace(const std::string& file, bool overwrite) : owned_(nullptr, &std::fclose), stream_(stderr) {
+  if (file == "-") return;
+  if (!overwrite && std::filesystem::is_regular_file(file)) {
+    throw DocumentError(DocumentError::Kind::kUnwritable, file, 0, "the trace file exists already",
+                        "Choose another name, or give --force to replace it");
+  }
+  owned_.reset(std::fopen(file.c_str(), "we"));
+  stream_ = owned_.get();
+  if (stream_ == nullptr) {
+    throw DocumentError(DocumentError::Kind::kUnwritable, file, 0,
+                        fmt::format("the trace cannot be written ({})", std::strerror(errno)),
+                        "Check the folder and its permissions");
+  }
+  std::setvbuf(stream_, nullptr, _IOLBF, BUFSIZ);
+}
+
+void Trace::BeginDocument(const std::string& name) const {
+  fmt::print(stream_, "# {}\n", Printable(name));
+}
+
+standalone::CheckpointPlan Trace::Plan() const {
+  standalone::CheckpointPlan plan;
+  plan.onCall = [stream = stream_](const standalone::HostCall& call, const standalone::Feature* feature) {
+    fmt::memory_buffer line;
+    auto to = std::back_inserter(line);
+    fmt::format_to(to, "{}", call.operation);
+    if (feature != nullptr) fmt::format_to(to, " {} {}", feature->id, Word(feature->TypeName()));
+    if (!call.detail.empty()) fmt::format_to(to, " {}", Quoted(call.detail));
+    line.push_back('\n');
+    std::fwrite(line.data(), 1, line.size(), stream);
+  };
+  return plan;
+}
+
+}  // namespace tool

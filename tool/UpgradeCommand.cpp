@@ -1,0 +1,173 @@
+#include "UpgradeCommand.h"
+
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <csignal>
+
+#include "DocumentUpgrade.h"
+#include "Interruption.h"
+#include "Leftovers.h"
+#include "Progress.h"
+#include "Terminal.h"
+#include "UsageError.h"
+#include "file/DocumentError.h"
+#include "session/FeatureCatalogs.h"
+#include "session/Messages.h"
+
+namespace tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+void UseLanguage(const std::string& language, const fs::path& folder) {
+  const std::vector<std::string> languages = standalone::Messages::LanguagesOf(folder);
+  if (!languages.empty() && std::ranges::find(languages, language) == languages.end()) {
+    throw UsageError(fmt::format("there are no messages in language \"{}\"; choose one of: {}", language,
+                                 fmt::join(languages, ", ")));
+  }
+  standalone::Messages::Use(folder, language);
+}
+
+void MakeFolder(const fs::path& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (!error) return;
+  throw standalone::DocumentError(standalone::DocumentError::Kind::kUnwritable, folder.string(), 0,
+                                  fmt::format("the folder cannot be made ({})", error.message()),
+                                  "Choose another folder or change the permissions of the one above it");
+}
+
+class UpgradeCommand {
+ public:
+  UpgradeCommand(const UpgradeArguments& arguments, const Places& places)
+      : arguments_(arguments),
+        installation_(places),
+        selection_(installation_.Manager(), arguments.only, arguments.until),
+        destinations_(DestinationsOf(arguments)) {
+    UseLanguage(arguments.language, DataFolder(places) / "messages");
+    standalone::FeatureCatalogs::Use(DataFolder(places) / "catalogs");
+    if (!arguments.outputDirectory.empty() && !arguments.dryRun) MakeFolder(arguments.outputDirectory);
+    if (!arguments.trace.empty()) trace_.emplace(arguments.trace, arguments.force);
+    if (!arguments.report.empty()) report_.emplace(arguments.report, arguments.force);
+  }
+
+  ExitCode Run() {
+    ExitCode code = ExitCode::kDone;
+    for (std::size_t i = 0; i < arguments_.files.size() && code != ExitCode::kInterrupted; ++i) {
+      results_.push_back(UpgradeOne(arguments_.files[i], destinations_[i]));
+      Tell(results_.back());
+      code = MoreSerious(code, ExitCodeOf(results_.back()));
+      // A document that was done all the same is no reason to begin the next.
+      if (Interruption::Requested() && i + 1 < arguments_.files.size()) code = ExitCode::kInterrupted;
+    }
+    if (code == ExitCode::kInterrupted) return code;  // a report of half the documents would mislead
+    const std::string verdict = VerdictOnAll();
+    if (report_) report_->Finish(results_, verdict, code, arguments_.dryRun);
+    if (arguments_.files.size() > 1 && !arguments_.quiet) fmt::print("{}\n", verdict);
+    return code;
+  }
+
+ private:
+  DocumentResult UpgradeOne(const std::string& input, const Destination& destination) {
+    const UpgradeTask task{.input = input,
+                           .destination = destination,
+                           .manager = installation_.Manager(),
+                           .selection = selection_,
+                           .dryRun = arguments_.dryRun,
+                           .quiet = arguments_.quiet,
+                           .report = report_ ? &*report_ : nullptr,
+                           .trace = trace_ ? &*trace_ : nullptr};
+    const Leftovers leftovers(destination.file.value_or(fs::path(input)));
+    std::optional<std::chrono::duration<double>> timeout;
+    if (arguments_.timeout) timeout.emplace(*arguments_.timeout);
+    const WorkerEnd end = RunInWorker(
+        [&task](const AnnounceCommit& announceCommit) { return Pack(UpgradeDocument(task, announceCommit)); },
+        timeout);
+    DocumentResult result;
+    if (end.kind == WorkerEnd::Kind::kFinished) {
+      result = Unpack(end.result);
+    } else {
+      Progress::ClearLine();
+      leftovers.Remove();
+      TellEnd(input, end, result);
+    }
+    if (report_ && result.verdict != Verdict::kInterrupted) AddToReport(input, destination, result);
+    return result;
+  }
+
+  // What the worker could not say itself.
+  void TellEnd(const std::string& input, const WorkerEnd& end, DocumentResult& result) const {
+    if (end.kind == WorkerEnd::Kind::kTimedOut) {
+      result.verdict = Verdict::kTimedOut;
+      result.problem = fmt::format(
+          "{}: the upgrade was stopped after {} s (--timeout). Nothing was written; --trace shows where it "
+          "was",
+          input, *arguments_.timeout);
+    } else if (end.kind == WorkerEnd::Kind::kInterrupted) {
+      result.verdict = Verdict::kInterrupted;
+      result.problem = fmt::format("{}: interrupted. Nothing was written", input);
+    } else {
+      result.verdict = Verdict::kCrashed;
+      result.problem =
+          fmt::format("{}: the upgrade crashed ({}). Its file was left alone; --trace shows where it was",
+                      input, end.cause);
+    }
+  }
+
+  void AddToReport(const std::string& input, const Destination& destination, DocumentResult& result) {
+    if (!result.Succeeded()) {
+      result.attention = AttentionOf(input, result);
+      report_->Discard();  // what the worker wrote before it came to this
+      report_->AddWithoutRun(input, result, destination, arguments_.dryRun);
+    }
+    report_->Keep();
+  }
+
+  void Tell(const DocumentResult& result) const {
+    if (!result.Succeeded()) {
+      Complain(result.problem);
+    } else if (!arguments_.quiet) {
+      fmt::print("{}", result.summary);
+    } else if (result.failures != 0) {
+      Complain(result.summary.substr(0, result.summary.find('\n')));
+    }
+    std::fflush(stdout);
+  }
+
+  [[nodiscard]] std::string VerdictOnAll() const {
+    std::vector<std::string> parts;
+    const auto part = [&](const auto& matches, std::string_view what) {
+      const auto number = std::ranges::count_if(results_, matches);
+      if (number != 0) parts.push_back(fmt::format("{} {}", number, what));
+    };
+    const auto upgraded = [](const DocumentResult& r) { return r.verdict == Verdict::kUpgraded; };
+    part([&](const DocumentResult& r) { return upgraded(r) && r.failures == 0; },
+         arguments_.dryRun ? "would be upgraded" : "upgraded");
+    part([&](const DocumentResult& r) { return upgraded(r) && r.failures != 0; },
+         arguments_.dryRun ? "would be upgraded with failures" : "upgraded with failures");
+    part([&](const DocumentResult& r) { return r.Succeeded() && !upgraded(r); }, "with nothing to do");
+    part([](const DocumentResult& r) { return !r.Succeeded(); }, "given up");
+    return fmt::format("{}: {}", Count(results_.size(), "document"), fmt::join(parts, ", "));
+  }
+
+  const UpgradeArguments& arguments_;
+  Installation installation_;
+  Selection selection_;
+  std::vector<Destination> destinations_;
+  std::optional<Trace> trace_;
+  std::optional<Report> report_;
+  std::vector<DocumentResult> results_;
+};
+
+}  // namespace
+
+ExitCode RunUpgrade(const UpgradeArguments& arguments, const Places& places) {
+  UpgradeCommand command(arguments, places);
+  Interruption::HoldBack();
+  // Results that nobody reads are no reason to leave documents half done.
+  std::signal(SIGPIPE, SIG_IGN);
+  return command.Run();
+}
+
+}  // namespace tool

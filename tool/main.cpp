@@ -1,0 +1,58 @@
+#include <cstdio>
+#include <exception>
+
+#include "Arguments.h"
+#include "CheckCommand.h"
+#include "DiffCommand.h"
+#include "IdentifiersCommand.h"
+#include "Reading.h"
+#include "ShowCommand.h"
+#include "StatusCommand.h"
+#include "Terminal.h"
+#include "UpgradeCommand.h"
+#include "UsageError.h"
+
+namespace tool {
+namespace {
+
+ExitCode RunVerb(const Arguments& arguments) {
+  if (const auto* const show = std::get_if<ShowArguments>(&arguments.verb)) return RunShow(*show);
+  if (const auto* const upgrade = std::get_if<UpgradeArguments>(&arguments.verb))
+    return RunUpgrade(*upgrade, arguments.places);
+  if (const auto* const diff = std::get_if<DiffArguments>(&arguments.verb)) return RunDiff(*diff);
+  const Installation installation(arguments.places);
+  if (const auto* const status = std::get_if<StatusArguments>(&arguments.verb))
+    return RunStatus(*status, installation.Manager());
+  if (const auto* const check = std::get_if<CheckArguments>(&arguments.verb))
+    return RunCheck(*check, installation.Manager());
+  return RunIdentifiers(std::get<IdentifiersArguments>(arguments.verb), installation.Manager());
+}
+
+ExitCode RunChecked(const Arguments& arguments) {
+  try {
+    return RunVerb(arguments);
+  } catch (const UsageError& error) {
+    Complain(error.what());
+    return ExitCode::kUsage;
+  } catch (const standalone::DocumentError& error) {
+    Complain(error.what());
+    return ExitCodeOf(error);
+  } catch (const std::exception& error) {  // such as an upgrade library that cannot be loaded
+    Complain(error.what());
+    return ExitCode::kBadInput;
+  }
+}
+
+}  // namespace
+}  // namespace tool
+
+int main(int count, char** texts) {
+  tool::Arguments arguments;
+  if (const auto ended = tool::ParseArguments(count, texts, arguments)) return static_cast<int>(*ended);
+  tool::ExitCode code = tool::RunChecked(arguments);
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    tool::Complain("standard output cannot be written");
+    code = tool::MoreSerious(code, tool::ExitCode::kUnwritable);
+  }
+  return static_cast<int>(code);
+}
