@@ -7,7 +7,7 @@ _hvxupgrade() {
   COMPREPLY=()
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      status | upgrade | identifiers | show)
+      status | check | upgrade | diff | identifiers | show)
         verb=$word
         break
         ;;
@@ -40,13 +40,13 @@ _hvxupgrade() {
         options+=" --output --output-dir --in-place --backup --dry-run --force --only --until --report --trace"
         options+=" --language --timeout --quiet"
         ;;
-      identifiers) options+=" --json" ;;
+      check | diff | identifiers) options+=" --json" ;;
       show) options+=" --attributes --type --id --depth" ;;
       *) options+=" --version" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
   elif [[ -z $verb ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "status upgrade identifiers show" -- "$cur")
+    mapfile -t COMPREPLY < <(compgen -W "status check upgrade diff identifiers show" -- "$cur")
   elif [[ $verb == identifiers ]]; then
     _hvxupgrade_identifiers
   else

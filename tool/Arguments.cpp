@@ -14,18 +14,20 @@ constexpr double kLongestTimeout = 1e9;
 
 constexpr const char* kExitCodes = R"(Exit codes:
   0  done, or nothing to do
-  1  finished, but some feature failed or some document was given up
+  1  finished, but some feature failed or some document was given up; diff: the documents differ
   2  wrong usage
   3  some input is unreadable or invalid
   4  some document is newer than this program
   5  some output could not be written; what stood there is as it was
-  6  an upgrade is needed (status --check only)
+  6  an upgrade is needed (check and status --check only)
   130  interrupted
 Of several, the most serious: 130, 2, 5, 3, 4, 1, 6, 0.)";
 
 constexpr const char* kExamples = R"(Examples:
   hvxupgrade status bracket.hvxdoc                     what the document still needs
   hvxupgrade upgrade bracket.hvxdoc -o current.hvxdoc  write the current document beside the old one
+  hvxupgrade check current.hvxdoc                      whether anything is still stored the old way
+  hvxupgrade diff bracket.hvxdoc current.hvxdoc        what differs, feature by feature
   hvxupgrade identifiers UpgradeJobMemoryUnit          what one upgrade does, and to which features
   hvxupgrade show bracket.hvxdoc --type HVXJobLT --attributes
 )";
@@ -51,6 +53,14 @@ constexpr const char* kShowExamples = R"(Examples:
   hvxupgrade show bracket.hvxdoc --depth 2
   hvxupgrade show bracket.hvxdoc --type HVXPressure --attributes
   hvxupgrade show bracket.hvxdoc --id 17)";
+
+constexpr const char* kCheckExamples = R"(Examples:
+  hvxupgrade check current.hvxdoc
+  hvxupgrade check --json *.hvxdoc | jq -r '.documents[].findings[] | select(.damage) | .alias')";
+
+constexpr const char* kDiffExamples = R"(Examples:
+  hvxupgrade diff bracket.hvxdoc current.hvxdoc
+  hvxupgrade diff --json a.hvxdoc b.hvxdoc | jq '.changed[] | select(.type == "HVXPressure")')";
 
 void AddStatus(CLI::App& app, StatusArguments& status) {
   CLI::App* const verb =
@@ -122,6 +132,22 @@ void AddShow(CLI::App& app, ShowArguments& show) {
   verb->footer(kShowExamples);
 }
 
+void AddCheck(CLI::App& app, CheckArguments& check) {
+  CLI::App* const verb =
+      app.add_subcommand("check", "Tell whether documents conform to the current data model");
+  verb->add_option("FILE", check.files, "Documents")->required()->type_name("");
+  verb->add_flag("--json", check.json, "Print JSON");
+  verb->footer(kCheckExamples);
+}
+
+void AddDiff(CLI::App& app, DiffArguments& diff) {
+  CLI::App* const verb = app.add_subcommand("diff", "Tell what differs between two documents");
+  verb->add_option("BEFORE", diff.before, "The one document")->required()->type_name("");
+  verb->add_option("AFTER", diff.after, "The other document")->required()->type_name("");
+  verb->add_flag("--json", diff.json, "Print JSON");
+  verb->footer(kDiffExamples);
+}
+
 void Check(const UpgradeArguments& upgrade, const CLI::App& verb) {
   const int places = (upgrade.output.empty() ? 0 : 1) + (upgrade.outputDirectory.empty() ? 0 : 1) +
                      (upgrade.inPlace ? 1 : 0);
@@ -166,12 +192,16 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
   AddUpgrade(app, upgrade);
   AddIdentifiers(app, identifiers);
   AddShow(app, show);
+  CheckArguments check;
+  DiffArguments diff;
+  AddCheck(app, check);
+  AddDiff(app, diff);
 
   const CLI::App* const upgradeVerb = app.get_subcommand("upgrade");
   try {
     app.parse(count, texts);
     if (app.get_subcommands().empty())
-      throw UsageError("say what to do: status, upgrade, identifiers or show");
+      throw UsageError("say what to do: status, check, upgrade, diff, identifiers or show");
     if (app.got_subcommand("status")) {
       arguments.verb = std::move(status);
     } else if (app.got_subcommand("upgrade")) {
@@ -179,6 +209,10 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
       arguments.verb = std::move(upgrade);
     } else if (app.got_subcommand("identifiers")) {
       arguments.verb = std::move(identifiers);
+    } else if (app.got_subcommand("check")) {
+      arguments.verb = std::move(check);
+    } else if (app.got_subcommand("diff")) {
+      arguments.verb = std::move(diff);
     } else {
       arguments.verb = std::move(show);
     }

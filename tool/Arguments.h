@@ -48,10 +48,23 @@ struct ShowArguments {
   std::optional<std::size_t> depth;
 };
 
+struct CheckArguments {
+  std::vector<std::string> files;
+  bool json = false;
+};
+
+struct DiffArguments {
+  std::string before;
+  std::string after;
+  bool json = false;
+};
+
 /// What the user asked for.
 struct Arguments {
   Places places;
-  std::variant<std::monostate, StatusArguments, UpgradeArguments, IdentifiersArguments, ShowArguments> verb;
+  std::variant<std::monostate, StatusArguments, UpgradeArguments, IdentifiersArguments, ShowArguments,
+               CheckArguments, DiffArguments>
+      verb;
 };
 
 /// Reads the command line into `arguments`. When there is nothing left to do (help was asked for and printed)

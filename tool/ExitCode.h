@@ -6,11 +6,12 @@ namespace tool {
 enum class ExitCode {
   kDone = 0,            ///< Done, or nothing to do.
   kFailedFeatures = 1,  ///< Some feature's upgrade failed, or some document's was given up.
+  kDifferent = 1,       ///< The documents differ (`diff` only).
   kUsage = 2,           ///< Wrong usage.
   kBadInput = 3,        ///< Some input is unreadable or invalid.
   kNewer = 4,           ///< Some document is newer than this program.
   kUnwritable = 5,      ///< Some output could not be written; what stood there is as it was.
-  kUpgradeNeeded = 6,   ///< Some document needs an upgrade (`status --check` only).
+  kUpgradeNeeded = 6,   ///< Some document needs an upgrade (`check` and `status --check` only).
   kInterrupted = 130,   ///< Stopped by the user.
 };
 

@@ -8,9 +8,9 @@
 #include <cstring>
 
 #include "Failures.h"
+#include "FeatureOutput.h"
 #include "Interruption.h"
 #include "JsonOutput.h"
-#include "compare/FeatureDifference.h"
 #include "file/DocumentError.h"
 #include "file/FeatureText.h"
 
@@ -21,13 +21,6 @@ using standalone::AppendRaw;
 using standalone::Feature;
 
 constexpr std::size_t kFlushBytes = std::size_t{1} << 20;
-
-void AppendIdentity(JsonObject& object, const Feature& feature) {
-  standalone::AppendJsonInteger(object.Key("id"), feature.id);
-  object.Text("type", feature.TypeName());
-  if (!feature.name.empty()) object.Text("name", feature.name);
-  if (!feature.externalName.empty()) object.Text("alias", feature.externalName);
-}
 
 void AppendCode(JsonObject& object, HRESULT code) {
   object.Text("code", CodeText(code));
@@ -40,22 +33,6 @@ void AppendTotals(JsonObject& object, const Totals& totals) {
   object.Number("created", totals.created);
   object.Number("removed", totals.removed);
   object.Number("failed", totals.failed);
-}
-
-void AppendChange(fmt::memory_buffer& out, const Feature& before, const Feature& after) {
-  JsonObject entry(out);
-  AppendIdentity(entry, after);
-  JsonList changes(entry.Key("changes"));
-  for (const standalone::FieldDifference& difference : standalone::Differences(&before, &after)) {
-    JsonObject change(changes.Entry());
-    change.Text("field", difference.field);
-    if (!difference.key.empty()) change.Text("key", difference.key);
-    if (!difference.before.empty()) AppendRaw(change.Key("before"), difference.before);
-    if (!difference.after.empty()) AppendRaw(change.Key("after"), difference.after);
-    change.Close();
-  }
-  changes.Close();
-  entry.Close();
 }
 
 void AppendHead(JsonObject& entry, const std::string& input, const DocumentResult& result,
@@ -151,7 +128,7 @@ void Report::AddRun(const ReportedRun& reported) {
 
   JsonList changed(entry.Key("changed"));
   for (const Feature* const feature : reported.comparison.changed) {
-    AppendChange(changed.Entry(), *reported.document.Before(*feature), *feature);
+    AppendChange(changed.Entry(), reported.document.Before(*feature), feature);
     FlushIfLarge(text);
   }
   changed.Close();

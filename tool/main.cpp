@@ -2,6 +2,8 @@
 #include <exception>
 
 #include "Arguments.h"
+#include "CheckCommand.h"
+#include "DiffCommand.h"
 #include "IdentifiersCommand.h"
 #include "Reading.h"
 #include "ShowCommand.h"
@@ -17,9 +19,12 @@ ExitCode RunVerb(const Arguments& arguments) {
   if (const auto* const show = std::get_if<ShowArguments>(&arguments.verb)) return RunShow(*show);
   if (const auto* const upgrade = std::get_if<UpgradeArguments>(&arguments.verb))
     return RunUpgrade(*upgrade, arguments.places);
+  if (const auto* const diff = std::get_if<DiffArguments>(&arguments.verb)) return RunDiff(*diff);
   const Installation installation(arguments.places);
   if (const auto* const status = std::get_if<StatusArguments>(&arguments.verb))
     return RunStatus(*status, installation.Manager());
+  if (const auto* const check = std::get_if<CheckArguments>(&arguments.verb))
+    return RunCheck(*check, installation.Manager());
   return RunIdentifiers(std::get<IdentifiersArguments>(arguments.verb), installation.Manager());
 }
 

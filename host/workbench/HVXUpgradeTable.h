@@ -47,12 +47,15 @@ struct HVXUpgradeClass {
   HRESULT resultWithoutRun = S_OK;  ///< For an empty list, and under `kLast` when no routine ran.
 };
 
+/// A routine on the whole document, handed the identifier's list and the document's features.
+using HVXDocumentRoutine = HRESULT (*)(const VLMListValVLMUnicodeString& identifiers,
+                                       const VLMListValVLMISpecObject_var& features);
+
 /// A conversion of the whole document, run with a list that holds its identifier alone.
 struct HVXDocumentUpgrade {
   VLMUnicodeString identifier;
   const char* purpose;
-  HRESULT (*upgrade)
-  (const VLMListValVLMUnicodeString& identifiers, const VLMListValVLMISpecObject_var& features);
+  HVXDocumentRoutine upgrade;
 };
 
 /// What an upgrade library offers.

@@ -36,6 +36,21 @@ std::string_view TypeOf(const Feature& feature) {
   return feature.type == nullptr ? std::string_view() : feature.TypeName();
 }
 
+FeatureId IdOf(const Feature* feature) {
+  return feature == nullptr ? 0 : feature->id;
+}
+
+bool SameFeature(const Feature* left, const Feature* right) {
+  return IdOf(left) == IdOf(right);
+}
+
+bool SameValue(const Value& left, const Value& right) {
+  if (left.Kind() != right.Kind()) return false;
+  if (left.Kind() == ValueKind::kLink) return SameFeature(left.Target(), right.Target());
+  if (left.Kind() == ValueKind::kList) return std::ranges::equal(left.Entries(), right.Entries(), SameValue);
+  return left == right;
+}
+
 // The attribute of that key. It mostly stands where the other state has it.
 const Attribute* FindIn(std::span<const Attribute> attributes, NameId key, std::size_t likely) {
   if (likely < attributes.size() && attributes[likely].key == key) return &attributes[likely];
@@ -54,8 +69,9 @@ class Collector {
     if (before.name != after.name) Add(format::kName, JsonOf(before.name), JsonOf(after.name));
     if (before.externalName != after.externalName)
       Add(format::kAlias, JsonOf(before.externalName), JsonOf(after.externalName));
-    if (before.father != after.father) Add(format::kFather, JsonOf(before.father), JsonOf(after.father));
-    if (before.container != after.container)
+    if (!SameFeature(before.father, after.father))
+      Add(format::kFather, JsonOf(before.father), JsonOf(after.father));
+    if (!SameFeature(before.container, after.container))
       Add(format::kContainer, JsonOf(before.container), JsonOf(after.container));
     if (FlagOf(before_) != FlagOf(after_)) Add(format::kUpToDate, FlagOf(before_), FlagOf(after_));
     if (before.physicalType != after.physicalType) {
@@ -85,7 +101,7 @@ class Collector {
 
   void AddAttribute(const Attribute* before, const Attribute* after) {
     const std::string_view key = NameTable::Text((before != nullptr ? before : after)->key);
-    if (before == nullptr || after == nullptr || !(before->value == after->value)) {
+    if (before == nullptr || after == nullptr || !SameValue(before->value, after->value)) {
       Add(format::kAttributes, before == nullptr ? "" : JsonOf(before->value),
           after == nullptr ? "" : JsonOf(after->value), key);
     }
@@ -106,7 +122,7 @@ class Collector {
 bool Differ(const Feature& before, const Feature& after) {
   if (&before == &after) return false;
   if (before.type != after.type || before.name != after.name || before.externalName != after.externalName ||
-      before.father != after.father || before.container != after.container ||
+      !SameFeature(before.father, after.father) || !SameFeature(before.container, after.container) ||
       before.upToDate != after.upToDate || before.physicalType != after.physicalType ||
       before.attributeCount != after.attributeCount) {
     return true;
@@ -114,7 +130,8 @@ bool Differ(const Feature& before, const Feature& after) {
   const std::span<const Attribute> attributes = after.Attributes();
   for (std::size_t i = 0; i < attributes.size(); ++i) {
     const Attribute* const was = FindIn(before.Attributes(), attributes[i].key, i);
-    if (was == nullptr || !(*was == attributes[i])) return true;
+    if (was == nullptr || was->mode != attributes[i].mode || !SameValue(was->value, attributes[i].value))
+      return true;
   }
   return false;
 }

@@ -16,7 +16,8 @@ struct FieldDifference {
   std::string after;
 };
 
-/// Whether the two states differ in any field. Costs no more than the comparison.
+/// Whether the two states differ in any field. Costs no more than the comparison. Here as below, the states
+/// may belong to two documents: links, fathers and containers are compared by id.
 [[nodiscard]] bool Differ(const Feature& before, const Feature& after);
 
 /// The fields in which the states differ, in the order of the document file. Null stands for a feature that

@@ -4,136 +4,18 @@
 #include <simdjson.h>
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <unordered_set>
 
 #include "file/DocumentError.h"
 #include "file/DocumentFormat.h"
 #include "file/LineBlocks.h"
+#include "file/LineValues.h"
 
 namespace standalone {
 namespace {
 
-namespace ondemand = simdjson::ondemand;
-
-// Something in a line that is sound JSON but not a sound document.
-struct Unsound {
-  std::string problem;
-  std::string advice;
-};
-
 constexpr std::string_view kBlanks = " \t\r\n";
-constexpr std::string_view kSeeFormat = "Correct the line as docs/document-format.md describes";
-
-[[noreturn]] void Refuse(std::string problem, std::string_view advice = kSeeFormat) {
-  throw Unsound{std::move(problem), std::string(advice)};
-}
-
-// The keys that an object may have, each once. They mostly come in the order of the list, so the search goes
-// on where the last one was found.
-template <std::size_t N>
-class Keys {
- public:
-  explicit Keys(const std::string_view (&keys)[N]) : keys_(keys) {}
-
-  std::size_t Meet(std::string_view key) {
-    const auto index = static_cast<std::size_t>(Find(key) - keys_);
-    if (index == N) Refuse(fmt::format("unknown key \"{}\"", key));
-    if ((met_ >> index & 1U) != 0) Refuse(fmt::format("key \"{}\" stands twice", key));
-    met_ |= 1U << index;
-    next_ = index + 1;
-    return index;
-  }
-  [[nodiscard]] bool HasMetAll() const { return met_ == (1U << N) - 1; }
-  [[nodiscard]] bool HasMetNone() const { return met_ == 0; }
-
- private:
-  const std::string_view* Find(std::string_view key) const {
-    const auto* const found = std::find(keys_ + next_, keys_ + N, key);
-    return found != keys_ + N ? found : std::find(keys_, keys_ + N, key);
-  }
-
-  const std::string_view (&keys_)[N];
-  std::uint32_t met_ = 0;
-  std::size_t next_ = 0;
-};
-
-std::string_view TypeName(ondemand::json_type type) {
-  switch (type) {
-    case ondemand::json_type::array:
-      return "a list";
-    case ondemand::json_type::object:
-      return "an object";
-    case ondemand::json_type::number:
-      return "a number";
-    case ondemand::json_type::string:
-      return "a text";
-    case ondemand::json_type::boolean:
-      return "true or false";
-    case ondemand::json_type::null:
-      return "null";
-  }
-  return "something else";
-}
-
-void Expect(ondemand::value value, ondemand::json_type wanted, std::string_view key) {
-  const ondemand::json_type type = value.type();
-  if (type != wanted)
-    Refuse(fmt::format("\"{}\" must be {} but is {}", key, TypeName(wanted), TypeName(type)));
-}
-
-std::int64_t TakeInteger(ondemand::value value, std::string_view key) {
-  std::int64_t number = 0;
-  if (value.get_int64().get(number) == simdjson::SUCCESS) return number;
-  Expect(value, ondemand::json_type::number, key);
-  Refuse(fmt::format("\"{}\" must be a whole number within 64 bits", key));
-}
-
-std::string_view TakeText(ondemand::value value, std::string_view key) {
-  std::string_view text;
-  if (value.get_string().get(text) == simdjson::SUCCESS) return text;
-  Expect(value, ondemand::json_type::string, key);
-  return value.get_string();  // a text that is broken: throws the parser's error
-}
-
-FeatureId TakeRef(ondemand::value value, std::string_view key) {
-  Expect(value, ondemand::json_type::object, key);
-  FeatureId id = 0;
-  for (auto field : value.get_object()) {
-    if (std::string_view(field.unescaped_key()) != format::kRef || id != 0) {
-      Refuse(fmt::format("the link \"{}\" must have the one key \"ref\"", key));
-    }
-    id = TakeInteger(field.value(), format::kRef);
-    if (id < 1) Refuse(fmt::format("the link \"{}\" holds {}; ids count from 1", key, id));
-  }
-  if (id == 0) Refuse(fmt::format("the link \"{}\" must have the one key \"ref\"", key));
-  return id;
-}
-
-// Most keys are among a few; a look into this is cheaper than one into the table of all names.
-class NameCache {
- public:
-  NameId Intern(std::string_view name) {
-    if (name.empty()) return kNoName;
-    const auto byte = [&name](std::size_t at) { return static_cast<unsigned char>(name[at]); };
-    Entry& entry =
-        entries_[(name.size() * 37 + byte(0) * 5 + byte(name.size() / 2) * 3 + byte(name.size() - 1)) %
-                 entries_.size()];
-    if (entry.text != name) {
-      entry.id = NameTable::Intern(name);
-      entry.text = NameTable::Text(entry.id);
-    }
-    return entry.id;
-  }
-
- private:
-  struct Entry {
-    std::string_view text;
-    NameId id = kNoName;
-  };
-  std::array<Entry, 512> entries_;
-};
 
 class Reader {
  public:

@@ -29,7 +29,8 @@ class HVXERigidBodyConstraintUpgradeTest : public testing_support::UpgradeTest {
     std::string connectors;
     for (std::size_t i = 0; i < firstObjects.size(); ++i) {
       const std::string id = std::to_string(21 + i);
-      supports += (i == 0 ? "" : ",") + (R"({"ref":)" + id + "}");
+      if (i > 0) supports += ",";
+      supports.append(R"({"ref":)").append(id).append("}");
       connectors += R"({"id":)" + id +
                     R"(,"type":"GeometrySmartConnector","father":{"ref":20},"attributes":)" +
                     firstObjects[i] + "}\n";

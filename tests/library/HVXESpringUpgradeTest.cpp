@@ -101,6 +101,11 @@ TEST_F(HVXESpringUpgradeTest, WithoutAConnectionAtItsPointsTheSpringIsNotMeshedA
   GivenSpring("[]");
   EXPECT_EQ(Upgrade(10, {"UpgradeSpringMeshOnOrphanPoint"}), S_OK);
   EXPECT_EQ(OutOfDate(), Ids{});
+  GivenSpring();
+  static_cast<void>(
+      standalone::WriteAttribute(At(6), standalone::Key("MeshType"), VLMUnicodeString("Shell")));
+  EXPECT_EQ(Upgrade(10, {"UpgradeSpringMeshOnOrphanPoint"}), S_OK);
+  EXPECT_EQ(OutOfDate(), Ids{});
   for (const char* const operation :
        {"VLMIMSHMeshPart::GetMeshingOperator", "VLMIMSHMeshingOperator::GetConnectionMesher",
         "VLMIMSHConnectionMesher::ListMeshPartsAtPoint", "HVXISpring::GetMeshPart"}) {

@@ -287,6 +287,11 @@ TEST_F(HVXSectionControlsUpgradeTest, ControlsThatCannotBeMadeOrStoredStopTheGlo
     EXPECT_EQ(AddControls(Failing(operation)), S_OK) << operation;
     EXPECT_EQ(Controls(7), 0) << operation;
   }
+  GivenCaseWith("");
+  Doc().RemoveAttribute(At(6), standalone::Key("SectionControlsSpec").Id());  // nowhere to store them
+  EXPECT_EQ(AddControls(), S_OK);
+  EXPECT_EQ(Controls(6), 0);
+  EXPECT_EQ(Controls(7), 0);  // behind one that failed
   GivenCaseWith(Local(10, R"([{"ref":11}])") + Assignment(11, 10, R"("ElementShape":7)"));  // a missing key
   EXPECT_EQ(AddControls(), S_OK);
   EXPECT_EQ(Controls(11), 0);

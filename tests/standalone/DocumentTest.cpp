@@ -269,11 +269,15 @@ class RandomOperations {
   PlainModel model;
 
   void Step() {
-    const FeatureId id = Any();
+    FeatureId id = Any();
+    if (id == 0) {
+      model.nodes[id = document_.Create(LateType::Of("X"), "", nullptr, nullptr).id] = {};
+      model.order.push_back(id);
+    }
     const std::string key(1, static_cast<char>('A' + Below(4)));
     const NameId name = NameTable::Intern(key);
     Feature& feature = *document_.Find(id);
-    switch (Below(id == 0 ? 1 : 9)) {
+    switch (Below(9)) {
       case 0: {
         const FeatureId father = Below(3) == 0 ? 0 : id;
         const FeatureId container = Below(3) == 0 ? Any() : 0;

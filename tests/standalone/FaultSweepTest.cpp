@@ -16,13 +16,13 @@ struct Sweep {
   bool forEver;
 };
 
-class FaultSweepTest : public testing::TestWithParam<Sweep> {
+class FaultSweepTest : public testing_support::UpgradeTest, public testing::WithParamInterface<Sweep> {
  protected:
   [[nodiscard]] DocumentPtr Read() const {
     return ReadDocument(fmt::format(HVX_SOURCE_DIR "/examples/{}.hvxdoc", GetParam().example));
   }
   // How many host calls were made; false in `ended` when the run was aborted.
-  std::int64_t Upgrade(const DocumentPtr& document, const CheckpointPlan& plan, bool& ended) {
+  std::int64_t Run(const DocumentPtr& document, const CheckpointPlan& plan, bool& ended) {
     const std::vector<std::string> pending = manager_.Pending(*document.Get());
     const CheckpointScope scope(plan);
     try {
@@ -39,7 +39,7 @@ class FaultSweepTest : public testing::TestWithParam<Sweep> {
 
 TEST_P(FaultSweepTest, NoFailureBreaksTheDocument) {
   bool ended = false;
-  const std::int64_t calls = Upgrade(Read(), {}, ended);
+  const std::int64_t calls = Run(Read(), {}, ended);
   ASSERT_TRUE(ended);
   ASSERT_GT(calls, 0);
   const std::int64_t stride = calls / kRuns + 1;
@@ -49,7 +49,7 @@ TEST_P(FaultSweepTest, NoFailureBreaksTheDocument) {
     plan.failNth = nth;
     plan.failFromNthOn = GetParam().forEver;
     const DocumentPtr document = Read();
-    const std::int64_t made = Upgrade(document, plan, ended);
+    const std::int64_t made = Run(document, plan, ended);
     ASSERT_LE(made, 20 * calls);
     // An aborted document is thrown away by the tool, but must be as sound as any other.
     const std::string lines = testing_support::LinesOf(*document.Get());

@@ -54,7 +54,6 @@ std::string LinesOf(Document& document) {
   return fmt::to_string(text);
 }
 
-// Not by each document: a test may have chosen another language before it makes one.
 UpgradeTest::UpgradeTest() {
   FeatureCatalogs::Use(HVX_SOURCE_DIR "/standalone/catalogs");
   Messages::Use(HVX_SOURCE_DIR "/standalone/messages", "en");

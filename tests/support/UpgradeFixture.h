@@ -31,6 +31,7 @@ class UpgradeTest : public testing::Test {
  protected:
   using CallList = std::vector<std::string>;
 
+  /// With the feature catalogs and the English messages.
   UpgradeTest();
   ~UpgradeTest() override { standalone::Checkpoint::Stop(); }
 

@@ -1,0 +1,80 @@
+#include <simdjson.h>
+
+#include "ToolRun.h"
+
+namespace tool_testing {
+namespace {
+
+class CheckAndDiffTest : public ToolTest {};
+
+TEST_F(CheckAndDiffTest, CheckTellsWhatAnUpgradeWouldChange) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  const Ended before = Run({"check", file});
+  EXPECT_EQ(before.code, 6);
+  EXPECT_EQ(before.out, file +
+                            ": does not conform, 2 findings on 1 feature (3 features)\n"
+                            "  3 HVXJobLT \"Job.1\"\n"
+                            "    jobs run no input files any more (UpgradeJobForFromInputFile)\n"
+                            "    its memory is not given in megabytes (UpgradeJobMemoryUnit)\n");
+  ASSERT_EQ(Run({"upgrade", file, "--in-place"}).code, 0);
+  const Ended after = Run({"check", file});
+  EXPECT_EQ(after.code, 0);
+  EXPECT_EQ(after.out, file + ": conforms (3 features)\n");
+}
+
+TEST_F(CheckAndDiffTest, CheckAsJsonKnowsNewerAndBrokenDocuments) {
+  const std::string old = Document("job.hvxdoc", kJobLines);
+  const std::string newer = Document("newer.hvxdoc", kJobLines, R"("UpgradeOfTheFuture")");
+  EXPECT_EQ(Run({"check", old, newer}).code, 4);
+  const Ended ended = Run({"check", "--json", old, newer, Path("none.hvxdoc")});
+  EXPECT_EQ(ended.code, 3);
+  simdjson::dom::parser parser;
+  const simdjson::padded_string text(ended.out);
+  const simdjson::dom::element check = parser.parse(text);
+  EXPECT_EQ(std::int64_t(check["version"]), 1);
+  const simdjson::dom::array documents = check["documents"];
+  EXPECT_EQ(std::string_view(documents.at(0)["findings"].at(0)["identifier"]), "UpgradeJobForFromInputFile");
+  EXPECT_EQ(documents.at(1)["findings"].get_array().size(), 0U);
+  EXPECT_EQ(std::string_view(documents.at(2)["verdict"]), "error");
+}
+
+TEST_F(CheckAndDiffTest, DiffMatchesFeaturesAndLinksById) {
+  const std::string before = Document("a.hvxdoc", std::string(kJobLines) + std::string(kBrokenJobLine));
+  const std::string after = Document("b.hvxdoc", std::string(kJobLines) + R"({"id":5,"type":"HVXClamp"}
+)");
+  EXPECT_EQ(Run({"diff", before, before}).out, before + " and " + before + " hold the same\n");
+  EXPECT_EQ(Run({"diff", before, before}).code, 0);
+  const Ended ended = Run({"diff", before, after});
+  EXPECT_EQ(ended.code, 1);
+  EXPECT_EQ(ended.out,
+            "0 features changed, 1 created, 1 removed\n"
+            "+ 5 HVXClamp\n"
+            "    type: (none) -> \"HVXClamp\"\n"
+            "    upToDate: (none) -> true\n"
+            "- 4 HVXJobLT \"Stray Job\"\n"
+            "    type: \"HVXJobLT\" -> (none)\n"
+            "    name: \"Stray\" -> (none)\n"
+            "    alias: \"Stray Job\" -> (none)\n"
+            "    upToDate: true -> (none)\n");
+  EXPECT_EQ(Run({"diff", before, Path("none.hvxdoc")}).code, 3);
+}
+
+TEST_F(CheckAndDiffTest, DiffTellsValuesAndUpgrades) {
+  const std::string before = Document("a.hvxdoc", kJobLines);
+  const std::string after = Path("b.hvxdoc");
+  ASSERT_EQ(Run({"upgrade", before, "-o", after, "--only", "UpgradeJobMemoryUnit"}).code, 0);
+  EXPECT_EQ(Run({"diff", before, after}).out,
+            "1 feature changed, 0 created, 0 removed\n"
+            "+ upgrade UpgradeJobMemoryUnit\n"
+            "~ 3 HVXJobLT \"Job.1\"\n"
+            "    attributes \"MemoryUnit\": (none) -> 1\n");
+  const Ended ended = Run({"diff", "--json", before, after});
+  simdjson::dom::parser parser;
+  const simdjson::padded_string text(ended.out);
+  const simdjson::dom::element diff = parser.parse(text);
+  EXPECT_TRUE(bool(diff["different"]));
+  EXPECT_EQ(std::string_view(diff["changed"].at(0)["changes"].at(0)["key"]), "MemoryUnit");
+}
+
+}  // namespace
+}  // namespace tool_testing

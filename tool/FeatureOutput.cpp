@@ -1,0 +1,40 @@
+#include "FeatureOutput.h"
+
+#include "Terminal.h"
+#include "compare/FeatureDifference.h"
+
+namespace tool {
+
+using standalone::AppendRaw;
+using standalone::Feature;
+
+void AppendIdentity(JsonObject& object, const Feature& feature) {
+  standalone::AppendJsonInteger(object.Key("id"), feature.id);
+  object.Text("type", feature.TypeName());
+  if (!feature.name.empty()) object.Text("name", feature.name);
+  if (!feature.externalName.empty()) object.Text("alias", feature.externalName);
+}
+
+void AppendChange(fmt::memory_buffer& out, const Feature* before, const Feature* after) {
+  JsonObject entry(out);
+  AppendIdentity(entry, after == nullptr ? *before : *after);
+  JsonList changes(entry.Key("changes"));
+  for (const standalone::FieldDifference& difference : standalone::Differences(before, after)) {
+    JsonObject change(changes.Entry());
+    change.Text("field", difference.field);
+    if (!difference.key.empty()) change.Text("key", difference.key);
+    if (!difference.before.empty()) AppendRaw(change.Key("before"), difference.before);
+    if (!difference.after.empty()) AppendRaw(change.Key("after"), difference.after);
+    change.Close();
+  }
+  changes.Close();
+  entry.Close();
+}
+
+void AppendLabel(fmt::memory_buffer& out, const Feature& feature) {
+  fmt::format_to(std::back_inserter(out), "{} {}", feature.id, Word(feature.TypeName()));
+  const std::string_view shown = feature.externalName.empty() ? feature.name : feature.externalName;
+  if (!shown.empty()) fmt::format_to(std::back_inserter(out), " {}", Quoted(shown));
+}
+
+}  // namespace tool
