@@ -16,7 +16,7 @@ constexpr std::int32_t kMode = 1;
 // The first entry of the kind; null without one. Entries that cannot be read are passed over.
 HVXIGlobalElemAsgnEntry_var EntryToExtend(const VLMListValVLMBaseUnknown_var& entries) {
   for (const VLMBaseUnknown_var& spListed : entries) {
-    const HVXIGlobalElemAsgnEntry_var spEntry(spListed);
+    HVXIGlobalElemAsgnEntry_var spEntry(spListed);
     if (spEntry == NULL_var) continue;
     std::int32_t entryKind = 0;
     if (Succeeded(spEntry->GetKind(entryKind)) && entryKind == kEntryKind) return spEntry;

@@ -73,7 +73,7 @@ class NameCache {
  public:
   NameId Intern(std::string_view name) {
     if (name.empty()) return kNoName;
-    const auto byte = [&name](std::size_t at) { return static_cast<unsigned char>(name[at]); };
+    const auto byte = [&name](std::size_t at) -> std::size_t { return static_cast<unsigned char>(name[at]); };
     Entry& entry =
         entries_[(name.size() * 37 + byte(0) * 5 + byte(name.size() / 2) * 3 + byte(name.size() - 1)) %
                  entries_.size()];

@@ -29,7 +29,7 @@ void* LargePages::do_allocate(std::size_t bytes, std::size_t alignment) {
 }
 
 void LargePages::do_deallocate(void* memory, std::size_t bytes, std::size_t alignment) {
-  ::operator delete(memory, bytes, std::align_val_t(AlignmentOf(bytes, alignment)));
+  ::operator delete(memory, std::align_val_t(AlignmentOf(bytes, alignment)));
 }
 
 }  // namespace standalone

@@ -1,0 +1,72 @@
+// Documents as archives really hold them: the examples with pieces missing, upgraded and judged.
+
+#include <fmt/format.h>
+
+#include <random>
+
+#include "check/Conformity.h"
+#include "file/DocumentReader.h"
+#include "support/References.h"
+#include "support/UpgradeFixture.h"
+
+namespace {
+
+using namespace standalone;
+
+constexpr int kDocuments = 400;
+constexpr int kMissing = 12;  // features, each with what stands beneath it
+
+class RandomDocumentTest : public testing_support::UpgradeTest {
+ protected:
+  // A concentrated force whose list of sons is not as old releases wrote it keeps its upgrade going without
+  // end, on purpose; so those stay whole, and with them what everything stands beneath.
+  static bool MayGo(const Feature& feature) {
+    if (feature.father == nullptr || feature.type->IsAnalysisModel()) return false;
+    return feature.TypeName() != "HVXConcentratedForce" &&
+           feature.father->TypeName() != "HVXConcentratedForce" && Document::CountBeneath(feature) < 40;
+  }
+
+  // The lines of an example that lost some of its features.
+  static std::string DamagedExample(std::mt19937& random) {
+    const char* const example = random() % 2 == 0 ? "bolted_bracket" : "heated_pipe";
+    const DocumentPtr document = ReadDocument(fmt::format("{}/examples/{}.hvxdoc", HVX_SOURCE_DIR, example));
+    const auto count = static_cast<FeatureId>(document->FeatureCount());
+    for (int i = 0; i < kMissing; ++i) {
+      Feature* const feature = document->Find(static_cast<FeatureId>(random()) % count + 1);
+      if (!feature->removed && MayGo(*feature)) document->Remove(*feature);
+    }
+    return testing_support::LinesOf(*document.Get());
+  }
+
+  // Links into the void. A support that connects nothing may well become several: a group's last member is
+  // taken once for each of its members.
+  static std::vector<std::string> DeadLinks(Document& document) {
+    std::vector<std::string> broken = testing_support::BrokenReferences(document);
+    std::erase_if(broken, [](const std::string& fault) { return fault.ends_with("connects nothing"); });
+    return broken;
+  }
+
+  static std::size_t Findings(Document& document) { return CheckConformity(document).size(); }
+
+  VersionManager manager_{{&testing_support::Library()}};
+};
+
+TEST_F(RandomDocumentTest, DamagedDocumentsComeOutSoundAndMoreCurrentThanTheyWere) {
+  std::mt19937 random(20240229);
+  for (int i = 0; i < kDocuments; ++i) {
+    SCOPED_TRACE(fmt::format("document {}", i));
+    const std::string old = DamagedExample(random);
+    const DocumentPtr document = testing_support::DocumentOf(old);
+    const std::size_t findingsBefore = Findings(*document.Get());
+
+    static_cast<void>(manager_.Run(document, manager_.Pending(*document.Get())));
+
+    EXPECT_EQ(DeadLinks(*document.Get()), std::vector<std::string>());
+    EXPECT_LT(Findings(*document.Get()), findingsBefore / 2);
+    const std::string current = testing_support::LinesOf(*document.Get());
+    const DocumentPtr again = testing_support::DocumentOf(current);
+    EXPECT_EQ(testing_support::LinesOf(*again.Get()), current);
+  }
+}
+
+}  // namespace
