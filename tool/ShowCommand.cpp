@@ -17,7 +17,6 @@ namespace {
 using standalone::AppendJsonText;
 using standalone::AppendRaw;
 using standalone::Attribute;
-using standalone::Document;
 using standalone::Feature;
 using standalone::LateType;
 

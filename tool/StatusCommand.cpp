@@ -9,7 +9,6 @@
 namespace tool {
 namespace {
 
-using standalone::Document;
 using standalone::KnownUpgrade;
 using standalone::VersionManager;
 

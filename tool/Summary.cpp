@@ -11,7 +11,6 @@
 namespace tool {
 namespace {
 
-using standalone::Feature;
 
 constexpr std::size_t kMostFailuresTold = 20;
 
