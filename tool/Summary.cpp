@@ -11,7 +11,6 @@
 namespace tool {
 namespace {
 
-
 constexpr std::size_t kMostFailuresTold = 20;
 
 void AppendVerdict(fmt::memory_buffer& out, const RunFacts& facts) {
