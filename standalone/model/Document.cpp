@@ -116,6 +116,7 @@ void Document::Remove(Feature& feature) {
   for (Feature* const each : doomed) {
     Touch(*each);
     each->removed = true;
+    sets_.NoteDisturbed(*each);
     numberedNames_.Forget(each->externalName);
     MarkReferrers(*each);
     Unlink(*each);
@@ -126,7 +127,9 @@ void Document::Remove(Feature& feature) {
 void Document::SetType(Feature& feature, const LateType& type) {
   if (feature.type == &type) return;
   Touch(feature);
+  sets_.NoteDisturbed(feature);
   feature.type = &type;
+  sets_.NoteDisturbed(feature);
 }
 
 void Document::SetExternalName(Feature& feature, std::string_view name) {
@@ -249,6 +252,7 @@ Feature& Document::AppendRead(FeatureId id, const LateType& type) {
   idsAreDense_ = idsAreDense_ && id == highestId_ + 1;
   idsAscend_ = idsAscend_ && id > highestId_;
   if (type.IsAnalysisModel() && AnalysisModel() == nullptr) analysisModel_ = feature;
+  sets_.NoteLast(*feature);
   highestId_ = std::max(highestId_, id);
   if (idsAscend_) {
     byId_.push_back(feature);
@@ -328,6 +332,7 @@ void Document::UnlinkSon(Feature& feature) {
 
 // The document's order follows that of the sons, because a reader takes the sons in the order of their lines.
 void Document::MoveBeside(Feature& feature, Feature& other, bool after) {
+  sets_.NoteDisturbed(feature);
   Unlink(feature);
   feature.previous = after ? &other : other.previous;
   feature.next = after ? other.next : &other;

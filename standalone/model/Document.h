@@ -11,6 +11,7 @@
 #include "model/Feature.h"
 #include "model/LargePages.h"
 #include "model/NumberedNames.h"
+#include "model/SetIndex.h"
 #include "modeler/VLMDocument.h"
 
 namespace standalone {
@@ -75,6 +76,10 @@ class Document final : public VLMDocument {
   [[nodiscard]] std::int64_t HighestNumberAfter(std::string_view prefix);
   /// The document's analysis model (its first, should it hold several); null without one.
   [[nodiscard]] Feature* AnalysisModel() const;
+  /// The document's analysis sets of a late type or kind, in document order. Cases and steps are sets, too.
+  [[nodiscard]] std::vector<Feature*> AnalysisSets(std::string_view lateTypeOrKind) {
+    return sets_.OfKind(lateTypeOrKind, first_);
+  }
   /// What goes along with the document; null until it is set.
   [[nodiscard]] DocumentCompanion* Companion() const { return companion_.get(); }
   void SetCompanion(std::unique_ptr<DocumentCompanion> companion) { companion_ = std::move(companion); }
@@ -162,6 +167,7 @@ class Document final : public VLMDocument {
   std::size_t count_ = 0;
   Feature* analysisModel_ = nullptr;
   FeatureId highestId_ = 0;
+  SetIndex sets_;
   NumberedNames numberedNames_;
 
   std::vector<Feature*> byId_;  // ascending ids, also those of removed features

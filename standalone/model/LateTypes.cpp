@@ -165,7 +165,10 @@ class Table {
 }  // namespace
 
 LateType::LateType(NameId name, const VLMMetaClass& metaClass)
-    : name_(name), isAnalysisModel_(metaClass.IsAKindOf(kind::kAnalysisModel)), metaClass_(metaClass) {}
+    : name_(name),
+      isAnalysisModel_(metaClass.IsAKindOf(kind::kAnalysisModel)),
+      isAnalysisSet_(metaClass.IsAKindOf(kind::kAnalysisSet)),
+      metaClass_(metaClass) {}
 
 const LateType& LateType::Of(std::string_view name) {
   static Table table;

@@ -19,10 +19,12 @@ class LateType {
   [[nodiscard]] std::string_view Name() const { return metaClass_.Name(); }
   [[nodiscard]] const VLMMetaClass& MetaClass() const { return metaClass_; }
   [[nodiscard]] bool IsAnalysisModel() const { return isAnalysisModel_; }
+  [[nodiscard]] bool IsAnalysisSet() const { return isAnalysisSet_; }
 
  private:
   NameId name_;
   bool isAnalysisModel_;
+  bool isAnalysisSet_;
   const VLMMetaClass& metaClass_;
 };
 

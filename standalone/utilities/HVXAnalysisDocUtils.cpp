@@ -20,12 +20,10 @@ Document* DocumentOf(const VLMDocument_var& document) {
   return document == NULL_var ? nullptr : &Document::Of(*document.Get());
 }
 
-// Every feature of a kind, in document order.
-template <class Handle>
-void AppendAllOfKind(const Document& document, std::string_view lateTypeOrKind, VLMListVal<Handle>& list) {
-  for (Feature* feature = document.First(); feature != nullptr; feature = feature->next) {
-    if (IsOfKind(*feature, lateTypeOrKind)) list.Append(HandleOn<typename Handle::InterfaceType>(feature));
-  }
+// Every analysis set of a kind, in document order.
+void AppendSetsOfKind(Document& document, std::string_view lateTypeOrKind,
+                      VLMListValVLMBaseUnknown_var& list) {
+  for (Feature* const set : document.AnalysisSets(lateTypeOrKind)) list.Append(HandleOn<VLMBaseUnknown>(set));
 }
 
 }  // namespace
@@ -82,7 +80,7 @@ HRESULT HVXAnalysisDocUtils::GetAllAnalysisCases(VLMListValVLMBaseUnknown_var& c
     return entered;
   }
   if (document == NULL_var) return E_FAIL;
-  AppendAllOfKind(*DocumentOf(document), kind::kAnalysisCase, cases);
+  AppendSetsOfKind(*DocumentOf(document), kind::kAnalysisCase, cases);
   return S_OK;
 }
 
@@ -110,7 +108,7 @@ HRESULT HVXAnalysisDocUtils::GetAnalysisSets(VLMListValVLMBaseUnknown_var& sets,
     return entered;
   }
   if (document == NULL_var) return E_FAIL;
-  AppendAllOfKind(*DocumentOf(document), setType.View(), sets);
+  AppendSetsOfKind(*DocumentOf(document), setType.View(), sets);
   return S_OK;
 }
 

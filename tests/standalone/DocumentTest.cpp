@@ -2,8 +2,10 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <random>
+#include <set>
 
 #include "file/FeatureText.h"
 #include "model/Document.h"
@@ -185,6 +187,7 @@ class PlainModel {
   struct Node {
     FeatureId father = 0;
     FeatureId container = 0;
+    std::string type = "X";
     std::vector<std::pair<std::string, Entry>> attributes;
   };
 
@@ -228,11 +231,17 @@ class PlainModel {
     }
     return nullptr;
   }
+  std::vector<FeatureId> OfTypes(const std::set<std::string>& types) const {
+    std::vector<FeatureId> found;
+    std::ranges::copy_if(order, std::back_inserter(found),
+                         [&](FeatureId id) { return types.contains(nodes.at(id).type); });
+    return found;
+  }
   std::string Lines() const {
     std::string text;
     for (const FeatureId id : order) {
       const Node& node = nodes.at(id);
-      text += fmt::format(R"({{"id":{},"type":"X")", id);
+      text += fmt::format(R"({{"id":{},"type":"{}")", id, node.type);
       if (node.father != 0) text += fmt::format(R"(,"father":{{"ref":{}}})", node.father);
       if (node.container != 0) text += fmt::format(R"(,"container":{{"ref":{}}})", node.container);
       std::string separator = R"(,"attributes":{)";
@@ -277,13 +286,14 @@ class RandomOperations {
     const std::string key(1, static_cast<char>('A' + Below(4)));
     const NameId name = NameTable::Intern(key);
     Feature& feature = *document_.Find(id);
-    switch (Below(9)) {
+    switch (Below(10)) {
       case 0: {
         const FeatureId father = Below(3) == 0 ? 0 : id;
         const FeatureId container = Below(3) == 0 ? Any() : 0;
+        const std::string type = AnyType();
         const Feature& made =
-            document_.Create(LateType::Of("X"), "", document_.Find(father), document_.Find(container));
-        model.nodes[made.id] = {father, container, {}};
+            document_.Create(LateType::Of(type), "", document_.Find(father), document_.Find(container));
+        model.nodes[made.id] = {father, container, type, {}};
         model.order.push_back(made.id);
         break;
       }
@@ -312,7 +322,10 @@ class RandomOperations {
                       [&key](const auto& attribute) { return attribute.first == key; });
         break;
       case 5:
+        document_.SetType(feature, LateType::Of(model.nodes[id].type = AnyType()));
+        break;
       case 6:
+      case 7:
         if (PlainModel::Entry* const list = model.Find(id, key);
             list != nullptr && list->kind == list->kList) {
           const PlainModel::Entry entry = AnyEntry(1);
@@ -330,6 +343,18 @@ class RandomOperations {
     }
   }
 
+  void CheckSets() {
+    const auto sets = [this](std::string_view kind) {
+      std::vector<FeatureId> ids;
+      for (const Feature* const set : document_.AnalysisSets(kind)) ids.push_back(set->id);
+      return ids;
+    };
+    ASSERT_EQ(sets("PropertySet"), model.OfTypes({"PropertySet"}));
+    ASSERT_EQ(sets(kind::kAnalysisCase), model.OfTypes({"AnalysisCase"}));
+    ASSERT_EQ(sets(kind::kAnalysisSet), model.OfTypes({"AnalysisCase", "PropertySet"}));
+    ASSERT_EQ(sets("X"), std::vector<FeatureId>());  // no set
+  }
+
  private:
   // A move to where the feature stands among its brothers already leaves it where it stands in the document.
   void PlaceBeside(Feature& feature, Feature& other, bool after) {
@@ -339,6 +364,10 @@ class RandomOperations {
   }
   std::size_t Below(std::size_t end) {
     return std::uniform_int_distribution<std::size_t>(0, end - 1)(random_);
+  }
+  std::string AnyType() {
+    constexpr std::array kTypes{"X", "X", "X", "AnalysisCase", "PropertySet"};
+    return kTypes[Below(kTypes.size())];
   }
   FeatureId Any() { return model.order.empty() ? 0 : model.order[Below(model.order.size())]; }
   PlainModel::Entry AnyEntry(int depth) {
@@ -383,6 +412,9 @@ TEST(DocumentRandomTest, AgreesWithThePlainModelAndKeepsTheStateBefore) {
       ASSERT_NO_FATAL_FAILURE(second.Step());
       // Looking at single features drops their dead links early; that must make no difference.
       if (step % 7 == 0 && read->First() != nullptr) static_cast<void>(read->AttributesOf(*read->First()));
+      if (step % 5 == 0) {
+        ASSERT_NO_FATAL_FAILURE(second.CheckSets());
+      }
     }
     ASSERT_EQ(testing_support::LinesOf(*read.Get()), second.model.Lines());
     std::string before;
