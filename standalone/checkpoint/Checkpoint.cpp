@@ -45,6 +45,7 @@ std::int64_t Checkpoint::CallCount() {
 HRESULT Checkpoint::PassActive(std::string_view operation, const Feature* feature, std::string_view detail) {
   State& state = Current();
   ++state.calls;
+  if (state.plan.callLimit > 0 && state.calls > state.plan.callLimit) throw CallLimitReached(feature);
   if (state.plan.record || state.plan.onCall) {
     HostCall call{std::string(operation), feature == nullptr ? 0 : feature->id, std::string(detail)};
     if (state.plan.onCall) state.plan.onCall(call, feature);

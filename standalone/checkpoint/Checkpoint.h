@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,8 +32,19 @@ struct CheckpointPlan {
   std::string failNamedDetail;  ///< Only those with this detail, when set.
   HRESULT failure = E_FAIL;     ///< What a failed call returns.
 
+  std::int64_t callLimit = 0;  ///< The call after so many throws `CallLimitReached`; 0 for no limit.
+
   std::string withholdInterface;  ///< Casts to this interface give nothing ...
   FeatureId withholdFrom = 0;     ///< ... on this feature; 0 for all.
+};
+
+/// What a call beyond the plan's limit throws: the run that made it would perhaps never end.
+class CallLimitReached : public std::runtime_error {
+ public:
+  explicit CallLimitReached(const Feature* on)
+      : std::runtime_error("the limit of host calls is reached"), feature(on) {}
+
+  const Feature* feature;  ///< What the call was made on; null for a static operation without one.
 };
 
 /// The one place that every host operation passes. Off, passing costs a test of one flag; on, it records

@@ -2,6 +2,11 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <array>
+#include <span>
+#include <string>
+
 #include "file/DocumentReader.h"
 #include "support/UpgradeFixture.h"
 
@@ -9,7 +14,16 @@ namespace {
 
 using namespace standalone;
 
-constexpr std::int64_t kRuns = 80;  // of one document in one mode
+// How far apart the calls are that are made to fail: under sanitizers, where a run takes several times as
+// long, they are samples spread over the document.
+std::int64_t Stride([[maybe_unused]] std::int64_t calls) {
+#ifdef __SANITIZE_ADDRESS__
+  constexpr std::int64_t kRuns = 80;  // of one document in one mode
+  return calls / kRuns + 1;
+#else
+  return 1;
+#endif
+}
 
 struct Sweep {
   const char* example;
@@ -18,43 +32,68 @@ struct Sweep {
 
 class FaultSweepTest : public testing_support::UpgradeTest, public testing::WithParamInterface<Sweep> {
  protected:
+  // The example with meshes of a few objects each: one object is treated like the other, by calls of its own.
   [[nodiscard]] DocumentPtr Read() const {
-    return ReadDocument(fmt::format(HVX_SOURCE_DIR "/examples/{}.hvxdoc", GetParam().example));
+    const DocumentPtr document =
+        ReadDocument(fmt::format(HVX_SOURCE_DIR "/examples/{}.hvxdoc", GetParam().example));
+    for (Feature* feature = document->First(); feature != nullptr; feature = feature->next) {
+      for (const char* const objects : {"Element", "Node"}) {
+        const NameId count = NameTable::Intern(fmt::format("{}Count", objects));
+        if (document->FindAttribute(*feature, count) == nullptr) continue;
+        document->SetAttribute(*feature, count, Value::Integer(3));
+        std::array numbers{Value::Integer(feature->id), Value::Integer(3)};
+        document->SetAttribute(*feature, NameTable::Intern(fmt::format("{}UserNumbers", objects)),
+                               Value::List(document->Keep(std::span<const Value>(numbers))));
+      }
+    }
+    return document;
   }
-  // How many host calls were made; false in `ended` when the run was aborted.
-  std::int64_t Run(const DocumentPtr& document, const CheckpointPlan& plan, bool& ended) {
+  enum class End { kDone, kAborted, kEndless };
+  // How many host calls were made is left in `calls_`.
+  End Run(const DocumentPtr& document, const CheckpointPlan& plan) {
     const std::vector<std::string> pending = manager_.Pending(*document.Get());
     const CheckpointScope scope(plan);
+    End end = End::kDone;
     try {
       static_cast<void>(manager_.Run(document, pending));
-      ended = true;
     } catch (const UpgradeAborted&) {
-      ended = false;
+      end = End::kAborted;
+    } catch (const CallLimitReached& reached) {
+      // The one routine that goes on for ever, on purpose: a force's list of sons that is not as old releases
+      // wrote it, or that cannot be changed, keeps it waiting.
+      EXPECT_TRUE(reached.feature != nullptr && BelongsToForce(*reached.feature));
+      end = End::kEndless;
     }
-    return Checkpoint::CallCount();
+    calls_ = Checkpoint::CallCount();
+    return end;
   }
 
+  static bool BelongsToForce(const Feature& feature) {
+    return feature.TypeName() == "HVXConcentratedForce" ||
+           (feature.father != nullptr && BelongsToForce(*feature.father));
+  }
+
+  std::int64_t calls_ = 0;
   VersionManager manager_{{&testing_support::Library()}};
 };
 
 TEST_P(FaultSweepTest, NoFailureBreaksTheDocument) {
-  bool ended = false;
-  const std::int64_t calls = Run(Read(), {}, ended);
-  ASSERT_TRUE(ended);
+  ASSERT_EQ(Run(Read(), {}), End::kDone);
+  const std::int64_t calls = calls_;
   ASSERT_GT(calls, 0);
-  const std::int64_t stride = calls / kRuns + 1;
-  for (std::int64_t nth = 1; nth <= calls; nth += stride) {
+  RecordProperty("calls", static_cast<int>(calls));
+  for (std::int64_t nth = 1; nth <= calls; nth += Stride(calls)) {
     SCOPED_TRACE(fmt::format("call {} of {} fails", nth, calls));
     CheckpointPlan plan;
     plan.failNth = nth;
     plan.failFromNthOn = GetParam().forEver;
+    plan.callLimit = 4 * calls;
     const DocumentPtr document = Read();
-    const std::int64_t made = Run(document, plan, ended);
-    ASSERT_LE(made, 20 * calls);
+    const End end = Run(document, plan);
     // An aborted document is thrown away by the tool, but must be as sound as any other.
     const std::string lines = testing_support::LinesOf(*document.Get());
     ASSERT_EQ(testing_support::LinesOf(*testing_support::DocumentOf(lines).Get()), lines);
-    ASSERT_EQ(document->Upgrades().empty(), !ended);
+    ASSERT_EQ(document->Upgrades().empty(), end != End::kDone);
   }
 }
 
