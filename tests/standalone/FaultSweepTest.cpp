@@ -2,12 +2,8 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <array>
-#include <span>
 #include <string>
 
-#include "file/DocumentReader.h"
 #include "support/UpgradeFixture.h"
 
 namespace {
@@ -32,21 +28,8 @@ struct Sweep {
 
 class FaultSweepTest : public testing_support::UpgradeTest, public testing::WithParamInterface<Sweep> {
  protected:
-  // The example with meshes of a few objects each: one object is treated like the other, by calls of its own.
-  [[nodiscard]] DocumentPtr Read() const {
-    const DocumentPtr document =
-        ReadDocument(fmt::format(HVX_SOURCE_DIR "/examples/{}.hvxdoc", GetParam().example));
-    for (Feature* feature = document->First(); feature != nullptr; feature = feature->next) {
-      for (const char* const objects : {"Element", "Node"}) {
-        const NameId count = NameTable::Intern(fmt::format("{}Count", objects));
-        if (document->FindAttribute(*feature, count) == nullptr) continue;
-        document->SetAttribute(*feature, count, Value::Integer(3));
-        std::array numbers{Value::Integer(feature->id), Value::Integer(3)};
-        document->SetAttribute(*feature, NameTable::Intern(fmt::format("{}UserNumbers", objects)),
-                               Value::List(document->Keep(std::span<const Value>(numbers))));
-      }
-    }
-    return document;
+  [[nodiscard]] static DocumentPtr Read() {
+    return testing_support::ExampleWithSmallMeshes(GetParam().example);
   }
   enum class End { kDone, kAborted, kEndless };
   // How many host calls were made is left in `calls_`.

@@ -5,7 +5,6 @@
 #include <random>
 
 #include "check/Conformity.h"
-#include "file/DocumentReader.h"
 #include "support/References.h"
 #include "support/UpgradeFixture.h"
 
@@ -13,7 +12,11 @@ namespace {
 
 using namespace standalone;
 
-constexpr int kDocuments = 400;
+#ifdef __SANITIZE_ADDRESS__
+constexpr int kDocuments = 400;  // a run takes several times as long
+#else
+constexpr int kDocuments = 4000;
+#endif
 constexpr int kMissing = 12;  // features, each with what stands beneath it
 
 class RandomDocumentTest : public testing_support::UpgradeTest {
@@ -29,7 +32,7 @@ class RandomDocumentTest : public testing_support::UpgradeTest {
   // The lines of an example that lost some of its features.
   static std::string DamagedExample(std::mt19937& random) {
     const char* const example = random() % 2 == 0 ? "bolted_bracket" : "heated_pipe";
-    const DocumentPtr document = ReadDocument(fmt::format("{}/examples/{}.hvxdoc", HVX_SOURCE_DIR, example));
+    const DocumentPtr document = testing_support::ExampleWithSmallMeshes(example);
     const auto count = static_cast<FeatureId>(document->FeatureCount());
     for (int i = 0; i < kMissing; ++i) {
       Feature* const feature = document->Find(static_cast<FeatureId>(random()) % count + 1);

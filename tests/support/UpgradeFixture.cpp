@@ -1,10 +1,13 @@
 #include "support/UpgradeFixture.h"
 
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
+#include <span>
 
 #include "file/DocumentReader.h"
 #include "file/FeatureText.h"
@@ -41,6 +44,21 @@ DocumentPtr DocumentOf(std::string_view lines) {
                       << features;
   DocumentPtr document = ReadDocument(file);
   std::filesystem::remove(file);
+  return document;
+}
+
+DocumentPtr ExampleWithSmallMeshes(std::string_view name) {
+  const DocumentPtr document = ReadDocument(fmt::format("{}/examples/{}.hvxdoc", HVX_SOURCE_DIR, name));
+  for (Feature* feature = document->First(); feature != nullptr; feature = feature->next) {
+    for (const char* const objects : {"Element", "Node"}) {
+      const NameId count = NameTable::Intern(fmt::format("{}Count", objects));
+      if (document->FindAttribute(*feature, count) == nullptr) continue;
+      document->SetAttribute(*feature, count, Value::Integer(3));
+      const std::array numbers{Value::Integer(feature->id), Value::Integer(3)};
+      document->SetAttribute(*feature, NameTable::Intern(fmt::format("{}UserNumbers", objects)),
+                             Value::List(document->Keep(std::span<const Value>(numbers))));
+    }
+  }
   return document;
 }
 

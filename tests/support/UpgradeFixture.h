@@ -22,6 +22,10 @@ const HVXUpgradeLibrary& Library();
 /// A document read from text: feature lines as the document file holds them (the header line is added).
 standalone::DocumentPtr DocumentOf(std::string_view lines);
 
+/// An example of the project with meshes of a few nodes and elements each, which are treated one by one, each
+/// like the other.
+standalone::DocumentPtr ExampleWithSmallMeshes(std::string_view name);
+
 /// The document as its file would hold it, without the header line.
 std::string LinesOf(standalone::Document& document);
 
