@@ -64,7 +64,7 @@ void BarePass(const std::filesystem::path& input, const std::filesystem::path& o
   AtomicFile file(output, options);
   ondemand::parser parser;
   fmt::memory_buffer text;
-  while (blocks.Next()) {
+  while (blocks.Next(0)) {
     const std::string_view block = blocks.Block();
     ondemand::document_stream lines = parser.iterate_many(block.data(), block.size(), block.size());
     for (auto line = lines.begin(); line != lines.end(); ++line) {

@@ -24,12 +24,12 @@ class Reader {
 
   DocumentPtr Read() {
     LineBlocks blocks(file_, options_.blockBytes, options_.maxLineBytes);
-    while (blocks.Next()) {
-      ReadBlock(blocks);
+    while (blocks.Next(line_)) {
+      ReadBlock(blocks.Block());
       if (options_.onProgress) options_.onProgress(blocks.BytesRead(), blocks.BytesTotal());
     }
     if (!headerRead_) Fail(0, "the file is empty", "Give a document: a header line and one line per feature");
-    CheckCount(blocks.FirstLine() - 1);
+    CheckCount(line_ - 1);
     ResolveForwardLinks();
     if (fatherFollowsSon_) RelinkSons();
     return document_;
@@ -50,9 +50,9 @@ class Reader {
     throw DocumentError(kind, file_, line, problem, advice);
   }
 
-  void ReadBlock(const LineBlocks& blocks) {
-    const std::string_view block = blocks.Block();
-    line_ = blocks.FirstLine();
+  // The first line of the block is `line_`; so is, in the end, the line after it.
+  void ReadBlock(std::string_view block) {
+    const std::size_t firstLine = line_;
     std::size_t next = 0;  // where the line after the last record begins
     try {
       ondemand::document_stream lines = parser_.iterate_many(
@@ -64,7 +64,7 @@ class Reader {
         GoToRecord(block, next, at);
         next = std::min(block.find('\n', at), block.size() - 1) + 1;
         ondemand::document_reference record;
-        if ((*line).get(record) != simdjson::SUCCESS) LocateError(block, blocks.FirstLine());
+        if ((*line).get(record) != simdjson::SUCCESS) LocateError(block, firstLine);
         ondemand::object object;
         if (record.get_object().get(object) != simdjson::SUCCESS) {
           Fail(line_, "the line is not a JSON object", kSeeFormat);
@@ -75,12 +75,12 @@ class Reader {
           ReadHeader(object);
         }
       }
-      if (lines.truncated_bytes() != 0) LocateError(block, blocks.FirstLine());
+      if (lines.truncated_bytes() != 0) LocateError(block, firstLine);
       GoToRecord(block, next, block.size());
     } catch (const Unsound& unsound) {
       Fail(line_, unsound.problem, unsound.advice);
     } catch (const simdjson::simdjson_error&) {
-      LocateError(block, blocks.FirstLine());
+      LocateError(block, firstLine);
     }
   }
 
@@ -125,12 +125,13 @@ class Reader {
                                                  format::kFeatures};
     Keys keys(kKeys);
     for (auto field : object) {
-      const std::string_view key = field.unescaped_key();
-      if (keys.HasMetNone() && key != format::kFormat) {
+      if (keys.HasMetNone() && TakeKey(field) != format::kFormat) {
         Refuse("this is not an analysis document: its first line does not begin with \"format\"",
                "Give a file with the extension .hvxdoc");
       }
-      switch (keys.Meet(key)) {
+      const std::size_t index = keys.Meet(field);
+      const std::string_view key = kKeys[index];
+      switch (index) {
         case 0:
           if (TakeText(field.value(), key) != format::kFormatName) {
             Refuse("this is not an analysis document: its format is not \"hvxdoc\"",
@@ -166,15 +167,15 @@ class Reader {
   }
 
   void ReadFeature(ondemand::object object) {
-    constexpr std::string_view kKeys[] = {
+    static constexpr std::string_view kKeys[] = {
         format::kId,        format::kType,     format::kName,         format::kAlias,      format::kFather,
         format::kContainer, format::kUpToDate, format::kPhysicalType, format::kAttributes, format::kModes};
     Keys keys(kKeys);
     Feature* feature = nullptr;
     FeatureId id = 0;
     for (auto field : object) {
-      const std::string_view key = field.unescaped_key();
-      const std::size_t index = keys.Meet(key);
+      const std::size_t index = keys.Meet(field);
+      const std::string_view key = kKeys[index];
       if (index >= 2 && feature == nullptr) Refuse("a feature must begin with \"id\" and \"type\"");
       switch (index) {
         case 0:
@@ -251,12 +252,11 @@ class Reader {
   }
 
   void ReadAttributes(Feature& feature, ondemand::value value) {
-    Expect(value, ondemand::json_type::object, format::kAttributes);
     attributes_.clear();
     const std::size_t firstForward = forwardLinks_.size();
     std::vector<std::size_t> forwardAttributes;
-    for (auto field : value.get_object()) {
-      const std::string_view key = field.unescaped_key();
+    for (auto field : TakeObject(value, format::kAttributes)) {
+      const std::string_view key = TakeKey(field);
       const NameId name = names_.Intern(key);
       if (name == kNoName) Refuse("an attribute has an empty key");
       if (std::ranges::find(attributes_, name, &Attribute::key) != attributes_.end()) {
@@ -336,9 +336,8 @@ class Reader {
   }
 
   void ReadModes(Feature& feature, ondemand::value value) const {
-    Expect(value, ondemand::json_type::object, format::kModes);
-    for (auto field : value.get_object()) {
-      const std::string_view key = field.unescaped_key();
+    for (auto field : TakeObject(value, format::kModes)) {
+      const std::string_view key = TakeKey(field);
       const auto attributes = feature.Attributes();
       const auto found = std::ranges::find(attributes, NameTable::Find(key), &Attribute::key);
       if (found == attributes.end())

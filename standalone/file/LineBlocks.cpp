@@ -38,8 +38,7 @@ LineBlocks::~LineBlocks() {
   close(descriptor_);
 }
 
-bool LineBlocks::Next() {
-  firstLine_ += static_cast<std::size_t>(std::count(buffer_.data(), buffer_.data() + blockSize_, '\n'));
+bool LineBlocks::Next(std::size_t line) {
   std::copy(buffer_.data() + blockSize_, buffer_.data() + filled_, buffer_.data());
   filled_ -= blockSize_;
   blockSize_ = 0;
@@ -52,7 +51,7 @@ bool LineBlocks::Next() {
       blockSize_ = searched + end + 1;
     searched = filled_;
     if (blockSize_ == 0 && filled_ > maxLineBytes_) {
-      throw DocumentError(DocumentError::Kind::kInvalid, file_, firstLine_,
+      throw DocumentError(DocumentError::Kind::kInvalid, file_, line,
                           fmt::format("the line is longer than {} bytes", maxLineBytes_),
                           "Split what it holds over several features, or restore the file from a backup");
     }

@@ -18,15 +18,13 @@ class LineBlocks {
   LineBlocks(const LineBlocks&) = delete;
   LineBlocks& operator=(const LineBlocks&) = delete;
 
-  /// Goes on to the next block; false after the last. Throws `DocumentError` when reading fails.
-  bool Next();
+  /// Goes on to the next block; false after the last. Throws `DocumentError` when reading fails; the line
+  /// that it tells is the one where the block would begin, `line`, which the caller has counted.
+  bool Next(std::size_t line);
 
   /// The current block, ended by a line end or by the file's. The parser may read (not write) a little beyond
   /// it.
   [[nodiscard]] std::string_view Block() const { return {buffer_.data(), blockSize_}; }
-  /// The number, from 1, of the block's first line; after the last block, of the line after the last.
-  [[nodiscard]] std::size_t FirstLine() const { return firstLine_; }
-
   [[nodiscard]] std::size_t BytesRead() const { return bytesRead_; }
   [[nodiscard]] std::size_t BytesTotal() const { return bytesTotal_; }  ///< 0 when the file does not tell.
 
@@ -41,7 +39,6 @@ class LineBlocks {
   std::size_t filled_ = 0;     // bytes in the buffer
   std::size_t blockSize_ = 0;  // of these, the current block's
   bool atEnd_ = false;
-  std::size_t firstLine_ = 1;
   std::size_t bytesRead_ = 0;
   std::size_t bytesTotal_ = 0;
 };

@@ -49,11 +49,17 @@ std::string_view TakeText(ondemand::value value, std::string_view key) {
   return value.get_string();  // a text that is broken: throws the parser's error
 }
 
-FeatureId TakeRef(ondemand::value value, std::string_view key) {
+ondemand::object TakeObject(ondemand::value value, std::string_view key) {
+  ondemand::object object;
+  if (value.get_object().get(object) == simdjson::SUCCESS) return object;
   Expect(value, ondemand::json_type::object, key);
+  return value.get_object();  // an object that is broken: throws the parser's error
+}
+
+FeatureId TakeRef(ondemand::value value, std::string_view key) {
   FeatureId id = 0;
-  for (auto field : value.get_object()) {
-    if (std::string_view(field.unescaped_key()) != format::kRef || id != 0) {
+  for (auto field : TakeObject(value, key)) {
+    if (TakeKey(field) != format::kRef || id != 0) {
       Refuse(fmt::format("the link \"{}\" must have the one key \"ref\"", key));
     }
     id = TakeInteger(field.value(), format::kRef);

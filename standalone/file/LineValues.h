@@ -17,6 +17,7 @@
 namespace standalone {
 
 namespace ondemand = simdjson::ondemand;
+using Field = simdjson::simdjson_result<ondemand::field>;
 
 /// Something in a line that is sound JSON but not a sound document. The reader adds the file and the line.
 struct Unsound {
@@ -29,6 +30,17 @@ inline constexpr std::string_view kSeeFormat = "Correct the line as docs/documen
 /// Throws `Unsound`.
 [[noreturn]] void Refuse(std::string problem, std::string_view advice = kSeeFormat);
 
+/// Refuses the value of `key` when it is of another type than `wanted`.
+void Expect(ondemand::value value, ondemand::json_type wanted, std::string_view key);
+
+/// The key of a field. Most hold nothing to unescape, and finding their end costs less than unescaping them.
+inline std::string_view TakeKey(Field& field) {
+  const char* const text = ondemand::raw_json_string(field.key()).raw();
+  const char* end = text;
+  while (*end != '"' && *end != '\\') ++end;
+  return *end == '"' ? std::string_view(text, end) : std::string_view(field.unescaped_key());
+}
+
 /// The keys that an object may have, each once. They mostly come in the order of the list, so the search goes
 /// on where the last one was found.
 template <std::size_t N>
@@ -36,10 +48,11 @@ class Keys {
  public:
   explicit Keys(const std::string_view (&keys)[N]) : keys_(keys) {}
 
-  std::size_t Meet(std::string_view key) {
-    const auto index = static_cast<std::size_t>(Find(key) - keys_);
-    if (index == N) Refuse(fmt::format("unknown key \"{}\"", key));
-    if ((met_ >> index & 1U) != 0) Refuse(fmt::format("key \"{}\" stands twice", key));
+  /// The place of the field's key in the list. Refuses one that is not in it, or was met before.
+  std::size_t Meet(Field& field) {
+    const std::size_t index = Find(field);
+    if (index == N) Refuse(fmt::format("unknown key \"{}\"", TakeKey(field)));
+    if ((met_ >> index & 1U) != 0) Refuse(fmt::format("key \"{}\" stands twice", keys_[index]));
     met_ |= 1U << index;
     next_ = index + 1;
     return index;
@@ -48,9 +61,17 @@ class Keys {
   [[nodiscard]] bool HasMetNone() const { return met_ == 0; }
 
  private:
-  const std::string_view* Find(std::string_view key) const {
-    const auto* const found = std::find(keys_ + next_, keys_ + N, key);
-    return found != keys_ + N ? found : std::find(keys_, keys_ + N, key);
+  [[nodiscard]] std::size_t Find(Field& field) const {
+    const char* const text = ondemand::raw_json_string(field.key()).raw();
+    for (std::size_t index = next_; index < N; ++index) {
+      if (BeginsWith(text, keys_[index])) return index;
+    }
+    return static_cast<std::size_t>(std::find(keys_, keys_ + N, TakeKey(field)) - keys_);
+  }
+  // Whether the key whose text begins there is `key`: what stands behind a text in the parser's memory may be
+  // read.
+  static bool BeginsWith(const char* text, std::string_view key) {
+    return *text == key.front() && std::string_view(text, key.size()) == key && text[key.size()] == '"';
   }
 
   const std::string_view (&keys_)[N];
@@ -58,13 +79,11 @@ class Keys {
   std::size_t next_ = 0;
 };
 
-/// Refuses the value of `key` when it is of another type than `wanted`.
-void Expect(ondemand::value value, ondemand::json_type wanted, std::string_view key);
-
 // Each takes the value of `key`, and refuses one of another type or out of range. A text is valid until the
 // parser goes on to another block.
 std::int64_t TakeInteger(ondemand::value value, std::string_view key);
 std::string_view TakeText(ondemand::value value, std::string_view key);
+ondemand::object TakeObject(ondemand::value value, std::string_view key);
 /// The id in a link.
 FeatureId TakeRef(ondemand::value value, std::string_view key);
 
