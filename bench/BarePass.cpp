@@ -66,7 +66,8 @@ void BarePass(const std::filesystem::path& input, const std::filesystem::path& o
   fmt::memory_buffer text;
   while (blocks.Next(0)) {
     const std::string_view block = blocks.Block();
-    ondemand::document_stream lines = parser.iterate_many(block.data(), block.size(), block.size());
+    ondemand::document_stream lines =
+        parser.iterate_many(block.data(), block.size(), blocks.ParserCapacity());
     for (auto line = lines.begin(); line != lines.end(); ++line) {
       ondemand::document_reference record = *line;
       CopyFields(record.get_object(), text);

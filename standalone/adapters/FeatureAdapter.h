@@ -37,7 +37,8 @@ class FeatureAdapter : public Interface {
  public:
   using AdaptedInterface = Interface;
 
-  explicit FeatureAdapter(Feature& feature) : document_(feature.document), feature_(feature) {}
+  // The feature's memory lives as long as its document, which the adapter therefore holds.
+  explicit FeatureAdapter(Feature& feature) : feature_(feature) { feature.document->AddRef(); }
 
   void AddRef() noexcept final { ++references_; }
   void Release() noexcept final {
@@ -49,9 +50,9 @@ class FeatureAdapter : public Interface {
   [[nodiscard]] const void* Identity() const noexcept final { return &feature_; }
 
  protected:
-  ~FeatureAdapter() override = default;
+  ~FeatureAdapter() override { feature_.document->Release(); }
 
-  [[nodiscard]] Document& Doc() const { return *document_.Get(); }
+  [[nodiscard]] Document& Doc() const { return *feature_.document; }
   [[nodiscard]] Feature& Self() const { return feature_; }
 
   /// Passes the checkpoint with an operation of this feature. `operation` is the interface's name, "::" and
@@ -133,7 +134,6 @@ class FeatureAdapter : public Interface {
 
  private:
   std::uint32_t references_ = 1;  // the creator's
-  DocumentPtr document_;          // the feature's memory lives as long as its document
   Feature& feature_;
 };
 

@@ -4,13 +4,16 @@
 #include <simdjson.h>
 
 #include <algorithm>
+#include <deque>
 #include <memory>
+#include <memory_resource>
 #include <unordered_set>
 
 #include "file/DocumentError.h"
 #include "file/DocumentFormat.h"
 #include "file/LineBlocks.h"
 #include "file/LineValues.h"
+#include "model/LargePages.h"
 
 namespace standalone {
 namespace {
@@ -24,8 +27,9 @@ class Reader {
 
   DocumentPtr Read() {
     LineBlocks blocks(file_, options_.blockBytes, options_.maxLineBytes);
+    bytesTotal_ = blocks.BytesTotal();
     while (blocks.Next(line_)) {
-      ReadBlock(blocks.Block());
+      ReadBlock(blocks.Block(), blocks.ParserCapacity());
       if (options_.onProgress) options_.onProgress(blocks.BytesRead(), blocks.BytesTotal());
     }
     if (!headerRead_) Fail(0, "the file is empty", "Give a document: a header line and one line per feature");
@@ -51,12 +55,11 @@ class Reader {
   }
 
   // The first line of the block is `line_`; so is, in the end, the line after it.
-  void ReadBlock(std::string_view block) {
+  void ReadBlock(std::string_view block, std::size_t parserCapacity) {
     const std::size_t firstLine = line_;
     std::size_t next = 0;  // where the line after the last record begins
     try {
-      ondemand::document_stream lines = parser_.iterate_many(
-          block.data(), block.size(), std::max(block.size(), simdjson::dom::MINIMAL_BATCH_SIZE));
+      ondemand::document_stream lines = parser_.iterate_many(block.data(), block.size(), parserCapacity);
       for (auto line = lines.begin(); line != lines.end(); ++line) {
         // The index of the first record does not count the blanks before it.
         const std::size_t at =
@@ -154,6 +157,10 @@ class Reader {
     if (!keys.HasMetAll())
       Refuse("the header must have \"format\", \"version\", \"upgrades\" and \"features\"");
     headerRead_ = true;
+    // No file holds more features than this, whatever it announces.
+    constexpr std::size_t kLeastBytesOfFeature = sizeof(R"({"id":1,"type":"T"})");
+    document_->ExpectRead(std::min(static_cast<std::size_t>(std::max<std::int64_t>(announced_, 0)),
+                                   bytesTotal_ / kLeastBytesOfFeature));
   }
 
   void CheckVersion(std::int64_t version) const {
@@ -411,12 +418,14 @@ class Reader {
   ondemand::parser parser_;
   bool headerRead_ = false;
   std::int64_t announced_ = 0;
+  std::size_t bytesTotal_ = 0;  // 0 when the file does not tell
   std::size_t line_ = 1;
   bool fatherFollowsSon_ = false;
   NameCache names_;
   std::vector<const LateType*> types_;  // by the number of their name
   std::vector<Attribute> attributes_;   // of the feature being read
-  std::vector<ForwardLink> forwardLinks_;
+  std::pmr::monotonic_buffer_resource linkArena_{std::size_t{1} << 16, &LargePages::Instance()};
+  std::pmr::deque<ForwardLink> forwardLinks_{&linkArena_};  // there may be millions
 };
 
 }  // namespace

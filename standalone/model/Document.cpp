@@ -13,7 +13,7 @@ Feature* const kSeveral = &severalReferrers;
 
 // The room that a list of `size` entries has. A function of the size alone, so that it need not be stored.
 std::size_t RoomFor(std::size_t size) {
-  return size == 0 ? 0 : std::bit_ceil(std::max<std::size_t>(size, 4));
+  return size == 0 ? 0 : std::bit_ceil(size);
 }
 
 bool IsDeadLink(const Value& value) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <memory_resource>
 #include <span>
@@ -124,6 +125,8 @@ class Document final : public VLMDocument {
   [[nodiscard]] const Feature* Before(const Feature& feature) const;
 
   // For the reader, which fills an empty document.
+  /// Makes room for about so many features.
+  void ExpectRead(std::size_t featureCount) { byId_.reserve(featureCount); }
   /// Adds a feature at the end, without father or container; `id` must be new.
   Feature& AppendRead(FeatureId id, const LateType& type);
   void SetFatherRead(Feature& feature, Feature& father);
@@ -179,7 +182,7 @@ class Document final : public VLMDocument {
 
   std::vector<Feature*> touched_;
   std::vector<Feature*> withDeadLinks_;
-  std::vector<Feature> before_{Feature()};  // entry 0 is no feature's
+  std::deque<Feature> before_{Feature()};  // entry 0 is no feature's
 
   // Who links to the features that several others link to; made when the first of those is removed.
   std::unordered_map<const Feature*, std::vector<Feature*>> sharedReferrers_;
