@@ -26,8 +26,8 @@ class LineBlocks {
   /// The current block, ended by a line end or by the file's. The parser may read (not write) a little beyond
   /// it.
   [[nodiscard]] std::string_view Block() const { return {buffer_.data(), blockSize_}; }
-  /// Of at least the block's size and the same for most blocks, since the parser makes its memory anew whenever
-  /// it changes.
+  /// Of at least the block's size and the same for most blocks, since the parser makes its memory anew
+  /// whenever it changes.
   [[nodiscard]] std::size_t ParserCapacity() const { return std::bit_ceil(buffer_.size()); }
 
   [[nodiscard]] std::size_t BytesRead() const { return bytesRead_; }

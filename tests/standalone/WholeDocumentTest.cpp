@@ -1,10 +1,12 @@
-// The example documents as wholes: golden results, every starting point, and a second run.
+// The example documents as wholes: golden results, every starting point, and a second run; and the same documents
+// with damaged features, of which the current model is told what is left.
 
 #include <fmt/format.h>
 
 #include <fstream>
 #include <sstream>
 
+#include "check/Conformity.h"
 #include "file/DocumentReader.h"
 #include "file/DocumentWriter.h"
 #include "support/References.h"
@@ -27,6 +29,9 @@ class WholeDocumentTest : public testing_support::UpgradeTest,
  protected:
   [[nodiscard]] std::filesystem::path Example() const {
     return fmt::format("{}/examples/{}.hvxdoc", HVX_SOURCE_DIR, GetParam());
+  }
+  [[nodiscard]] std::filesystem::path Damaged() const {
+    return fmt::format("{}/tests/damaged/{}.hvxdoc", HVX_SOURCE_DIR, GetParam());
   }
   [[nodiscard]] std::filesystem::path Golden() const {
     return fmt::format("{}/tests/golden/{}.hvxdoc", HVX_SOURCE_DIR, GetParam());
@@ -52,6 +57,7 @@ TEST_P(WholeDocumentTest, BecomesTheGoldenResult) {
   const UpgradeRun run = Run(document, manager_.Pending(*document.Get()));
   EXPECT_EQ(run.identifiers.size(), 66U);
   EXPECT_EQ(run.FailureCount(), 0U);
+  EXPECT_TRUE(CheckConformity(*document.Get()).empty());
   const std::filesystem::path result = folder_ / "result.hvxdoc";
   WriteDocument(*document.Get(), result);
   // After a change that is meant: scripts/renew-golden, and read the difference.
@@ -77,6 +83,18 @@ TEST_P(WholeDocumentTest, BecomesSoundFromEveryStartingPoint) {
     static_cast<void>(Run(document, manager_.Pending(*document.Get())));
     EXPECT_TRUE(document->Touched().empty());
   }
+}
+
+TEST_P(WholeDocumentTest, OnlyTheDamagedFeaturesStayOld) {
+  const DocumentPtr document = ReadDocument(Damaged());
+  static_cast<void>(Run(document, manager_.Pending(*document.Get())));
+  std::size_t damaged = 0;
+  for (const Finding& finding : CheckConformity(*document.Get())) {
+    EXPECT_TRUE(finding.feature->externalName.starts_with("Damaged"));
+    EXPECT_FALSE(finding.damage.empty());
+    ++damaged;
+  }
+  EXPECT_GE(damaged, 4U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Examples, WholeDocumentTest, testing::Values("bolted_bracket", "heated_pipe"));
