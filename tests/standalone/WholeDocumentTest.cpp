@@ -1,5 +1,5 @@
-// The example documents as wholes: golden results, every starting point, and a second run; and the same documents
-// with damaged features, of which the current model is told what is left.
+// The example documents as wholes: golden results, every starting point, and a second run; and the same
+// documents with damaged features, of which the current model is told what is left.
 
 #include <fmt/format.h>
 
