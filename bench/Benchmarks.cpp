@@ -1,4 +1,5 @@
 #include <benchmark/benchmark.h>
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -68,6 +69,27 @@ DocumentPtr ReadLines(const std::string& lines) {
   std::filesystem::remove(file);
   return document;
 }
+
+// Setting the user numbers of a mesh back, which goes through its nodes and elements one by one.
+void ResetMesh(benchmark::State& state) {
+  const auto count = static_cast<int>(state.range(0));
+  VLMListValVLMUnicodeString identifiers;
+  identifiers.Append("RestNodeAndElementUserNumber");
+  for (auto _ : state) {
+    state.PauseTiming();
+    const DocumentPtr document = ReadLines(fmt::format(
+        R"({{"id":1,"type":"MSHMeshSet"}}
+{{"id":2,"type":"MSHMeshPart","father":{{"ref":1}},"attributes":{{"NodeCount":{0},"NodeUserNumbers":[1,{0}]}}}}
+)",
+        count));
+    state.ResumeTiming();
+    benchmark::DoNotOptimize(HandleOn<HVXIUpgrade>(document->Find(1))->Upgrade(identifiers));
+  }
+  state.counters["per node"] =
+      benchmark::Counter(static_cast<double>(count),
+                         benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+BENCHMARK(ResetMesh)->RangeMultiplier(100)->Range(1000, 10000000)->Unit(benchmark::kMillisecond);
 
 // The document-wide replacement of contact connection properties in 4 cases, with two output requests for
 // each property. "per property" must stay what it is as their number grows.

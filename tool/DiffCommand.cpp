@@ -62,13 +62,20 @@ void PrintText(const DiffArguments& arguments, const DocumentDifference& differe
     fmt::format_to(to, "{} and {} hold the same\n", Printable(arguments.before), Printable(arguments.after));
     return;
   }
-  fmt::format_to(to, "{} changed, {} created, {} removed\n", Count(difference.changed.size(), "feature"),
+  fmt::format_to(to, "{} changed, {} moved, {} created, {} removed\n",
+                 Count(difference.changed.size(), "feature"), difference.moved.size(),
                  difference.created.size(), difference.removed.size());
   for (const std::string& upgrade : difference.upgradesBefore)
     fmt::format_to(to, "- upgrade {}\n", Word(upgrade));
   for (const std::string& upgrade : difference.upgradesAfter)
     fmt::format_to(to, "+ upgrade {}\n", Word(upgrade));
   for (const auto& [before, after] : difference.changed) AppendFeature(output, '~', before, after);
+  for (const Feature* const feature : difference.moved) {
+    fmt::format_to(to, "> ");
+    AppendLabel(output.Buffer(), *feature);
+    fmt::format_to(to, "\n    stands elsewhere among its brothers\n");
+    output.FlushIfLarge();
+  }
   for (const Feature* const feature : difference.created) AppendFeature(output, '+', nullptr, feature);
   for (const Feature* const feature : difference.removed) AppendFeature(output, '-', feature, nullptr);
 }
@@ -89,6 +96,14 @@ void PrintJson(const DiffArguments& arguments, const DocumentDifference& differe
     output.FlushIfLarge();
   }
   changed.Close();
+  JsonList moved(top.Key("moved"));
+  for (const Feature* const feature : difference.moved) {
+    JsonObject entry(moved.Entry());
+    AppendIdentity(entry, *feature);
+    entry.Close();
+    output.FlushIfLarge();
+  }
+  moved.Close();
   JsonList created(top.Key("created"));
   for (const Feature* const feature : difference.created) {
     AppendChange(created.Entry(), nullptr, feature);

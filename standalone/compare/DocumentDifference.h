@@ -7,8 +7,8 @@
 
 namespace standalone {
 
-/// What two documents differ in. Features are matched by id; their order in the document and among their
-/// brothers counts nothing.
+/// What two documents differ in. Features are matched by id. Their order counts among brothers, such as the
+/// steps of a case, and not in the document as a whole, which follows from it.
 struct DocumentDifference {
   struct Change {
     const Feature* before;
@@ -18,12 +18,15 @@ struct DocumentDifference {
   std::vector<std::string> upgradesBefore;  ///< Recorded in the first document only.
   std::vector<std::string> upgradesAfter;   ///< Recorded in the second only.
   std::vector<Change> changed;
+  /// As few as explain the new order of those sons that a father has in both documents; the second's, by
+  /// father.
+  std::vector<const Feature*> moved;
   std::vector<const Feature*> created;  ///< Only in the second document, in its order.
   std::vector<const Feature*> removed;  ///< Only in the first document, in its order.
 
   [[nodiscard]] bool IsEmpty() const {
-    return upgradesBefore.empty() && upgradesAfter.empty() && changed.empty() && created.empty() &&
-           removed.empty();
+    return upgradesBefore.empty() && upgradesAfter.empty() && changed.empty() && moved.empty() &&
+           created.empty() && removed.empty();
   }
 };
 

@@ -47,7 +47,7 @@ TEST_F(CheckAndDiffTest, DiffMatchesFeaturesAndLinksById) {
   const Ended ended = Run({"diff", before, after});
   EXPECT_EQ(ended.code, 1);
   EXPECT_EQ(ended.out,
-            "0 features changed, 1 created, 1 removed\n"
+            "0 features changed, 0 moved, 1 created, 1 removed\n"
             "+ 5 HVXClamp\n"
             "    type: (none) -> \"HVXClamp\"\n"
             "    upToDate: (none) -> true\n"
@@ -64,7 +64,7 @@ TEST_F(CheckAndDiffTest, DiffTellsValuesAndUpgrades) {
   const std::string after = Path("b.hvxdoc");
   ASSERT_EQ(Run({"upgrade", before, "-o", after, "--only", "UpgradeJobMemoryUnit"}).code, 0);
   EXPECT_EQ(Run({"diff", before, after}).out,
-            "1 feature changed, 0 created, 0 removed\n"
+            "1 feature changed, 0 moved, 0 created, 0 removed\n"
             "+ upgrade UpgradeJobMemoryUnit\n"
             "~ 3 HVXJobLT \"Job.1\"\n"
             "    attributes \"MemoryUnit\": (none) -> 1\n");
@@ -74,6 +74,36 @@ TEST_F(CheckAndDiffTest, DiffTellsValuesAndUpgrades) {
   const simdjson::dom::element diff = parser.parse(text);
   EXPECT_TRUE(bool(diff["different"]));
   EXPECT_EQ(std::string_view(diff["changed"].at(0)["changes"].at(0)["key"]), "MemoryUnit");
+}
+
+TEST_F(CheckAndDiffTest, DiffTellsAsFewMovedBrothersAsExplainTheOrder) {
+  const auto steps = [this](const char* name, std::initializer_list<int> ids) {
+    std::string lines = R"({"id":1,"type":"AnalysisCase"})"
+                        "\n";
+    for (const int id : ids) {
+      lines += R"({"id":)" + std::to_string(id) + R"(,"type":"HVXRiksStepLT","father":{"ref":1}})" + "\n";
+    }
+    return Document(name, lines);
+  };
+  // The third stands in front now; the new sixth and the old fifth move nobody.
+  const std::string before = steps("a.hvxdoc", {2, 3, 5, 4, 7});
+  const std::string after = steps("b.hvxdoc", {4, 6, 2, 3, 7});
+  const std::string out = Run({"diff", before, after}).out;
+  EXPECT_EQ(out.substr(0, out.find('+')),
+            "0 features changed, 1 moved, 1 created, 1 removed\n"
+            "> 4 HVXRiksStepLT\n"
+            "    stands elsewhere among its brothers\n");
+  const std::string swapped = steps("c.hvxdoc", {3, 2, 5, 4, 7});
+  EXPECT_EQ(Run({"diff", before, swapped}).code, 1);
+  EXPECT_NE(Run({"diff", "--json", before, swapped}).out.find(R"("moved":[{"id":)"), std::string::npos);
+  // Roots are brothers, too.
+  const std::string roots = Document("d.hvxdoc", R"({"id":1,"type":"X"}
+{"id":2,"type":"X"}
+)");
+  const std::string turned = Document("e.hvxdoc", R"({"id":2,"type":"X"}
+{"id":1,"type":"X"}
+)");
+  EXPECT_EQ(Run({"diff", roots, turned}).code, 1);
 }
 
 }  // namespace
