@@ -20,6 +20,8 @@ class VLMListVal {
   [[nodiscard]] const Element& operator[](int position) const { return elements_.at(Index(position)); }
   [[nodiscard]] Element& operator[](int position) { return elements_.at(Index(position)); }
 
+  /// Makes room for so many elements, so that appending them moves none.
+  void Reserve(std::size_t size) { elements_.reserve(size); }
   void Append(Element element) { elements_.push_back(std::move(element)); }
   void RemoveAll() noexcept { elements_.clear(); }
 

@@ -272,7 +272,7 @@ class Reader {
       Attribute& attribute = attributes_.emplace_back();
       attribute.key = name;
       FeatureId forward = 0;
-      attribute.value = TakeValue(field.value(), name, feature, 0, forward);
+      attribute.value = TakeValue(field.value(), key, feature, 0, forward);
       if (forward != 0) {
         forwardLinks_.push_back({nullptr, nullptr, &feature, forward, line_});
         forwardAttributes.push_back(attributes_.size() - 1);
@@ -287,7 +287,8 @@ class Reader {
   }
 
   // A link to a feature that is not read yet comes back as an empty link, with the feature's id in `forward`.
-  Value TakeValue(ondemand::value value, NameId key, Feature& owner, int depth, FeatureId& forward) {
+  Value TakeValue(ondemand::value value, std::string_view key, Feature& owner, int depth,
+                  FeatureId& forward) {
     switch (value.type()) {
       case ondemand::json_type::string:
         return Value::String(document_->Keep(std::string_view(value.get_string())));
@@ -299,7 +300,7 @@ class Reader {
         if (!value.is_null()) throw simdjson::simdjson_error(simdjson::N_ATOM_ERROR);
         return Value::Link(nullptr);
       case ondemand::json_type::object: {
-        const FeatureId to = TakeRef(value, NameTable::Text(key));
+        const FeatureId to = TakeRef(value, key);
         Feature* const target = document_->Find(to);
         if (target == nullptr) {
           forward = to;
@@ -311,13 +312,12 @@ class Reader {
       case ondemand::json_type::array:
         return TakeList(value, key, owner, depth);
     }
-    Refuse(fmt::format("attribute \"{}\" holds no value", NameTable::Text(key)));
+    Refuse(fmt::format("attribute \"{}\" holds no value", key));
   }
 
-  Value TakeList(ondemand::value value, NameId key, Feature& owner, int depth) {
+  Value TakeList(ondemand::value value, std::string_view key, Feature& owner, int depth) {
     if (depth == format::kMaxListDepth) {
-      Refuse(fmt::format("attribute \"{}\" nests lists more than {} deep", NameTable::Text(key),
-                         format::kMaxListDepth));
+      Refuse(fmt::format("attribute \"{}\" nests lists more than {} deep", key, format::kMaxListDepth));
     }
     std::vector<Value> entries;
     std::vector<std::pair<std::size_t, FeatureId>> forwardEntries;
@@ -333,10 +333,10 @@ class Reader {
     return Value::List(kept);
   }
 
-  static Value TakeNumber(ondemand::value value, NameId key) {
+  static Value TakeNumber(ondemand::value value, std::string_view key) {
     ondemand::number number;
     if (value.get_number().get(number) != simdjson::SUCCESS || number.is_uint64()) {
-      Refuse(fmt::format("the number of attribute \"{}\" is out of range or malformed", NameTable::Text(key)),
+      Refuse(fmt::format("the number of attribute \"{}\" is out of range or malformed", key),
              "Give an integer within 64 bits, signed, or a finite real");
     }
     return number.is_int64() ? Value::Integer(number.get_int64()) : Value::Real(number.get_double());

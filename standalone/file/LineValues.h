@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -92,10 +93,7 @@ class NameCache {
  public:
   NameId Intern(std::string_view name) {
     if (name.empty()) return kNoName;
-    const auto byte = [&name](std::size_t at) -> std::size_t { return static_cast<unsigned char>(name[at]); };
-    Entry& entry =
-        entries_[(name.size() * 37 + byte(0) * 5 + byte(name.size() / 2) * 3 + byte(name.size() - 1)) %
-                 entries_.size()];
+    Entry& entry = entries_[PlaceOf(name)];
     if (entry.text != name) {
       entry.id = NameTable::Intern(name);
       entry.text = NameTable::Text(entry.id);
@@ -108,7 +106,17 @@ class NameCache {
     std::string_view text;
     NameId id = kNoName;
   };
-  std::array<Entry, 512> entries_;
+  static constexpr int kPlaceBits = 11;
+
+  // Names begin and end alike, so that their middle tells them apart.
+  static std::size_t PlaceOf(std::string_view name) {
+    std::uint64_t middle = 0;
+    const std::size_t size = std::min(name.size(), sizeof(middle));
+    std::memcpy(&middle, name.data() + (name.size() - size) / 2, size);
+    return (middle + name.size()) * 0x9e3779b97f4a7c15U >> (64 - kPlaceBits);
+  }
+
+  std::array<Entry, std::size_t{1} << kPlaceBits> entries_;
 };
 
 }  // namespace standalone

@@ -80,6 +80,29 @@ std::vector<Feature*> FeaturesOf(const Document& document) {
   return features;
 }
 
+// Handles on all features of a document, made anew only where features came or went in between.
+class AllFeatures {
+ public:
+  explicit AllFeatures(const Document& document) : document_(document) {}
+
+  const VLMListValVLMISpecObject_var& List() {
+    if (document_.NextId() == nextId_ && document_.FeatureCount() == count_) return list_;
+    nextId_ = document_.NextId();
+    count_ = document_.FeatureCount();
+    list_.RemoveAll();
+    list_.Reserve(count_);
+    for (Feature* feature = document_.First(); feature != nullptr; feature = feature->next)
+      list_.Append(HandleOn<VLMISpecObject>(feature));
+    return list_;
+  }
+
+ private:
+  const Document& document_;
+  FeatureId nextId_ = 0;
+  std::size_t count_ = 0;
+  VLMListValVLMISpecObject_var list_;
+};
+
 // Propagates what was handed over, in the order of the handing over. What is no propagating feature (a tie
 // beside a contact, say) has nothing to bring to other steps.
 std::vector<FeatureOutcome> PropagateHandedOver() {
@@ -184,16 +207,15 @@ UpgradeRun VersionManager::Run(const DocumentPtr& document, const std::vector<st
   }
   if (onProgress) onProgress(features.size(), features.size());
 
+  AllFeatures all(*document.Get());
   for (const std::string& identifier : identifiers) {
     const HVXDocumentUpgrade* const upgrade = Find(identifier)->documentUpgrade;
     if (upgrade == nullptr) continue;
-    VLMListValVLMISpecObject_var all;
-    for (Feature* const feature : FeaturesOf(*document.Get())) all.Append(HandleOn<VLMISpecObject>(feature));
     VLMListValVLMUnicodeString alone;
     alone.Append(upgrade->identifier);
     OrAbort([&] { return identifier; },
             [&] {
-              run.documentUpgrades.push_back({identifier, upgrade->upgrade(alone, all)});
+              run.documentUpgrades.push_back({identifier, upgrade->upgrade(alone, all.List())});
             });
   }
   run.propagations = PropagateHandedOver();
