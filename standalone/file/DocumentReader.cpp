@@ -128,13 +128,12 @@ class Reader {
                                                  format::kFeatures};
     Keys keys(kKeys);
     for (auto field : object) {
-      if (keys.HasMetNone() && TakeKey(field) != format::kFormat) {
+      const std::string_view key = TakeKey(field);
+      if (keys.HasMetNone() && key != format::kFormat) {
         Refuse("this is not an analysis document: its first line does not begin with \"format\"",
                "Give a file with the extension .hvxdoc");
       }
-      const std::size_t index = keys.Meet(field);
-      const std::string_view key = kKeys[index];
-      switch (index) {
+      switch (keys.Meet(key)) {
         case 0:
           if (TakeText(field.value(), key) != format::kFormatName) {
             Refuse("this is not an analysis document: its format is not \"hvxdoc\"",

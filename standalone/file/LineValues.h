@@ -34,7 +34,8 @@ inline constexpr std::string_view kSeeFormat = "Correct the line as docs/documen
 /// Refuses the value of `key` when it is of another type than `wanted`.
 void Expect(ondemand::value value, ondemand::json_type wanted, std::string_view key);
 
-/// The key of a field. Most hold nothing to unescape, and finding their end costs less than unescaping them.
+/// The key of a field, which can be taken once. Most hold nothing to unescape, and finding their end costs
+/// less than unescaping them.
 inline std::string_view TakeKey(Field& field) {
   const char* const text = ondemand::raw_json_string(field.key()).raw();
   const char* end = text;
@@ -49,25 +50,29 @@ class Keys {
  public:
   explicit Keys(const std::string_view (&keys)[N]) : keys_(keys) {}
 
-  /// The place of the field's key in the list. Refuses one that is not in it, or was met before.
+  /// The place of the key in the list. Refuses one that is not in it, or was met before.
+  std::size_t Meet(std::string_view key) {
+    const auto index = static_cast<std::size_t>(std::find(keys_, keys_ + N, key) - keys_);
+    if (index == N) Refuse(fmt::format("unknown key \"{}\"", key));
+    return Take(index);
+  }
+  /// The same for the key of a field, which must not have been taken yet.
   std::size_t Meet(Field& field) {
-    const std::size_t index = Find(field);
-    if (index == N) Refuse(fmt::format("unknown key \"{}\"", TakeKey(field)));
-    if ((met_ >> index & 1U) != 0) Refuse(fmt::format("key \"{}\" stands twice", keys_[index]));
-    met_ |= 1U << index;
-    next_ = index + 1;
-    return index;
+    const char* const text = ondemand::raw_json_string(field.key()).raw();
+    for (std::size_t index = next_; index < N; ++index) {
+      if (BeginsWith(text, keys_[index])) return Take(index);
+    }
+    return Meet(TakeKey(field));
   }
   [[nodiscard]] bool HasMetAll() const { return met_ == (1U << N) - 1; }
   [[nodiscard]] bool HasMetNone() const { return met_ == 0; }
 
  private:
-  [[nodiscard]] std::size_t Find(Field& field) const {
-    const char* const text = ondemand::raw_json_string(field.key()).raw();
-    for (std::size_t index = next_; index < N; ++index) {
-      if (BeginsWith(text, keys_[index])) return index;
-    }
-    return static_cast<std::size_t>(std::find(keys_, keys_ + N, TakeKey(field)) - keys_);
+  std::size_t Take(std::size_t index) {
+    if ((met_ >> index & 1U) != 0) Refuse(fmt::format("key \"{}\" stands twice", keys_[index]));
+    met_ |= 1U << index;
+    next_ = index + 1;
+    return index;
   }
   // Whether the key whose text begins there is `key`: what stands behind a text in the parser's memory may be
   // read.

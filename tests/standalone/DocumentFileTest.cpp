@@ -1,6 +1,9 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <random>
+
 #include "file/DocumentError.h"
 #include "file/DocumentReader.h"
 #include "file/DocumentWriter.h"
@@ -9,6 +12,7 @@
 namespace {
 
 using namespace standalone;
+using namespace std::string_view_literals;
 using testing::HasSubstr;
 using testing::StartsWith;
 using testing_support::BytesOf;
@@ -293,6 +297,71 @@ TEST_F(DocumentFileTest, AHundredThousandGenerationsInEitherOrder) {
                    i % kCount + 1);
   }
   EXPECT_THAT(Read(WithHeader(kCount, fmt::to_string(lines))).text, HasSubstr("is an ancestor of itself"));
+}
+
+// A document with a few bytes changed, taken out, put in or repeated, or cut off.
+std::string Broken(std::string bytes, std::size_t faults, std::mt19937& random) {
+  const auto below = [&random](std::size_t end) {
+    return std::uniform_int_distribution<std::size_t>(0, end - 1)(random);
+  };
+  constexpr std::string_view kTelling = "{}[]:,\"\\0-.e \n\0\x80"sv;
+  for (; faults > 0; --faults) {
+    const std::size_t at = below(bytes.size());
+    const std::size_t size = std::min(below(40) + 1, bytes.size() - at);
+    switch (below(5)) {
+      case 0:
+        bytes[at] = kTelling[below(kTelling.size())];
+        break;
+      case 1:
+        bytes.erase(at, size);
+        break;
+      case 2:
+        bytes.insert(at, 1, kTelling[below(kTelling.size())]);
+        break;
+      case 3:
+        bytes.insert(below(bytes.size()), bytes.substr(at, size));
+        break;
+      default:
+        if (below(8) == 0) bytes.resize(at + 1);
+    }
+  }
+  return bytes;
+}
+
+TEST_F(DocumentFileTest, BrokenDocumentsAreRefusedOrReadWholeWhateverTheBlocks) {
+  std::string lines;
+  for (int id = 1; id <= 20; ++id) {
+    lines += fmt::format(
+        R"({{"id":{0},"type":"HVXJobLT","name":"Job{0}","alias":"Job.\"{0}\"","father":{{"ref":1}},)"
+        R"("attributes":{{"Values":[1,2.5,{{"ref":{0}}}],"Text":"ä\n","Flag":true}}}})"
+        "\n",
+        id);
+  }
+  lines.replace(lines.find(R"(,"father":{"ref":1})"), 19, "");
+  const std::string sound = WithHeader(20, lines);
+  std::mt19937 random(20240229);
+  int refused = 0;
+  for (int i = 0; i < 1000; ++i) {
+    const std::size_t faults = static_cast<std::size_t>(i) % 3 + 1;
+    const std::string bytes = Broken(sound, faults, random);
+    SCOPED_TRACE(fmt::format("document {}: {}", i, bytes));
+    ReadOptions small;
+    small.blockBytes = 100;
+    const Outcome outcome = Read(bytes);
+    const Outcome again = Read(bytes, small);
+    ASSERT_EQ(outcome.kind, again.kind);
+    if (faults == 1) {  // of several, another may be met first
+      ASSERT_EQ(outcome.line, again.line);
+    }
+    if (outcome.kind == kSound) {
+      ASSERT_EQ(outcome.text, again.text);
+      ASSERT_EQ(Read(outcome.text).text, outcome.text);
+    } else {
+      ++refused;
+    }
+  }
+  EXPECT_GT(refused, 500);
+  EXPECT_LT(refused, 1000);  // a changed letter of a name is sound
 }
 
 }  // namespace
