@@ -36,7 +36,7 @@ enum class HVXOldParameter {
   kRemoveOrFail,  ///< Removed; the transfer gives the result of that.
 };
 
-/// Moves the value of the parameter under `key` into the condition through `Set`, an operation of interface
+/// Copies the value of the parameter under `key` into the condition through `Set`, an operation of interface
 /// `Condition`. E_NOINTERFACE without attribute access, E_FAIL without `Condition` or when `Set` fails,
 /// whatever its own code; the code of a failed read.
 template <class Condition, auto Set>

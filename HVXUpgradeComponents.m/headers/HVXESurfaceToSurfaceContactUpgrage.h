@@ -25,6 +25,6 @@ class HVXESurfaceToSurfaceContactUpgrage final : public HVXUpgradeOf<HVXESurface
   HRESULT CopySettings();
   HRESULT RepointOutputRequests();
   HRESULT RepointOutputRequestsOfSet(const VLMUnicodeString& setType, const VLMBaseUnknown_var& spStep);
-  HRESULT MoveToleranceParameter();
+  HRESULT RemoveToleranceParameter();
   HRESULT Propagate();
 };

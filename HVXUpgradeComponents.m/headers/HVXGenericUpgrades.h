@@ -12,8 +12,8 @@
 ///
 /// The removal of contact connection properties (CCP) makes a contact pair (CP) for each property in each
 /// analysis case of this product, points the output requests at the pairs, and deletes the properties. Its
-/// indexes live as long as one run and keep its cost in proportion to the number of properties, pairs and
-/// requests.
+/// indexes live as long as one run and keep its cost in proportion to the number of pairs, of requests, and
+/// of properties times steps.
 class __attribute__((visibility("default"))) HVXGenericUpgrades {
  public:
   HVXGenericUpgrades() = delete;
@@ -35,7 +35,7 @@ class __attribute__((visibility("default"))) HVXGenericUpgrades {
   static HRESULT ReplaceInCase(ProductCase& productCase, const HVXIContactConnectionProp_var& spProperty,
                                HVXOutputRequestIndex& requests);
   static HRESULT GetAllCreatedContactPairs(const HVXIAnalysisCase_var& spCase,
-                                           VLMListValVLMISpecObject_var& pairs);
+                                           VLMListValVLMISpecObject_var& pairs, bool& isWhole);
   static void IndexCreatedContactPairs(ProductCase& productCase);
   static void AddToIndex(ProductCase& productCase, const VLMISpecObject_var& spPair);
   static bool IsCreatedForCCP(const ProductCase& productCase, const HVXIContactConnectionProp_var& spProperty,

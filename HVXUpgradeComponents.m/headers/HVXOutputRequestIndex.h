@@ -8,15 +8,15 @@
 #include "modeler/VLMISpecObject.h"
 
 /// The output requests of steps by what they rest on. Each set of a step is listed once, when it is first
-/// asked about; what is put under a request later is not seen, which is sound as long as nobody asks about
-/// objects that were put there.
+/// asked about, and again where that failed; what is put under a request later is not seen, which is sound as
+/// long as nobody asks about objects that were put there.
 class HVXOutputRequestIndex {
  public:
   /// The requests in the step's set of late type `setType` that rest on `support`, each once, in the set's
-  /// order. Lives as long as the index.
-  const std::vector<VLMISpecObject_var>& RestingOn(const VLMBaseUnknown_var& support,
-                                                   const VLMUnicodeString& setType,
-                                                   const VLMBaseUnknown_var& spStep);
+  /// order.
+  std::vector<VLMISpecObject_var> RestingOn(const VLMBaseUnknown_var& support,
+                                            const VLMUnicodeString& setType,
+                                            const VLMBaseUnknown_var& spStep);
 
  private:
   struct Entry {
@@ -29,7 +29,8 @@ class HVXOutputRequestIndex {
     std::map<std::string, BySupport, std::less<>> sets;
   };
 
-  static BySupport List(const VLMUnicodeString& setType, const VLMBaseUnknown_var& spStep);
+  /// `isWhole` becomes false when a call failed, so that something may be missing.
+  static BySupport List(const VLMUnicodeString& setType, const VLMBaseUnknown_var& spStep, bool& isWhole);
 
   std::unordered_map<const void*, Step> steps_;
 };

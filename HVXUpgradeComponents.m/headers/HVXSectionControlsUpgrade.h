@@ -2,7 +2,7 @@
 
 #include "base/VLMBaseUnknown.h"
 
-/// Gives every element assignment of `analysisCase` its section controls: those of the global element
+/// Gives element assignments of `analysisCase` their section controls: those of the global element
 /// assignment's entry for the case's type of analysis, and those of the local element assignments beneath it.
 /// Each local element assignment first gets one element assignment more, and the settings of its first one go
 /// to its second. Gives what the local ones gave; E_FAIL for a case that cannot be scanned or has no global

@@ -8,7 +8,7 @@
 
 /// Moves each support that rests on a feature of late type "Solid" to the main body of the solid's part;
 /// other supports stay. A solid that cannot be replaced is passed over. E_FAIL when the feature is no
-/// `VLMISpecObject` or offers no supports, else 0.
+/// `VLMISpecObject` or no `VLMISamAnalysisSupport`, else 0, also for one without supports.
 HRESULT HVXUpgradeBodySupport(const VLMBaseUnknown_var& feature);
 
 /// Takes the support on (`solid`, `second`) out of `spSupport` and puts one on the main body of the solid's

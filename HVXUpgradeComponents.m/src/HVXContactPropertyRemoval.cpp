@@ -47,8 +47,9 @@ bool IsCreatedContactPair(const VLMISpecObject_var& spFeature) {
 /// An analysis case of this product and what is known about it during one run.
 struct HVXGenericUpgrades::ProductCase {
   HVXIAnalysisCase_var spCase;
-  std::optional<HVXContactPairIndex> pairs;              // once they were listed
-  std::optional<VLMISamAnalysisSet_var> spFirstStepSet;  // once it was looked for; null when there is none
+  std::optional<HVXContactPairIndex> pairs;  // once they were listed
+  bool pairsAreWhole = false;                // when nothing failed in that
+  VLMISamAnalysisSet_var spFirstStepSet;     // once it was found
 };
 
 HRESULT HVXGenericUpgrades::RemoveCCPs(const VLMListValVLMISpecObject_var& features) {
@@ -93,7 +94,7 @@ std::vector<HVXGenericUpgrades::ProductCase> HVXGenericUpgrades::ProductCasesAmo
   for (int position = 1; position <= cases.Size(); ++position) {
     const VLMISamAnalysisCase_var spSamCase(cases[position]);
     const HVXIAnalysisCase_var spCase(cases[position]);
-    if (!(spSamCase == NULL_var || spCase == NULL_var)) productCases.push_back({spCase, {}, {}});
+    if (!(spSamCase == NULL_var || spCase == NULL_var)) productCases.push_back({spCase, {}, false, {}});
   }
   return productCases;
 }
@@ -102,7 +103,7 @@ std::vector<HVXGenericUpgrades::ProductCase> HVXGenericUpgrades::ProductCasesAmo
 HRESULT HVXGenericUpgrades::ReplaceInCase(ProductCase& productCase,
                                           const HVXIContactConnectionProp_var& spProperty,
                                           HVXOutputRequestIndex& requests) {
-  if (!productCase.pairs.has_value()) IndexCreatedContactPairs(productCase);
+  if (!productCase.pairsAreWhole) IndexCreatedContactPairs(productCase);
   HRESULT result = S_OK;
   VLMISpecObject_var spPair;
   if (!IsCreatedForCCP(productCase, spProperty, spPair)) {
@@ -114,7 +115,7 @@ HRESULT HVXGenericUpgrades::ReplaceInCase(ProductCase& productCase,
 }
 
 HRESULT HVXGenericUpgrades::GetAllCreatedContactPairs(const HVXIAnalysisCase_var& spCase,
-                                                      VLMListValVLMISpecObject_var& pairs) {
+                                                      VLMListValVLMISpecObject_var& pairs, bool& isWhole) {
   pairs.RemoveAll();
   if (spCase == NULL_var) return E_FAIL;
   VLMListValVLMBaseUnknown_var sets;
@@ -123,7 +124,7 @@ HRESULT HVXGenericUpgrades::GetAllCreatedContactPairs(const HVXIAnalysisCase_var
     const HVXITraverser_var spTraverser(sets[position]);
     if (spTraverser == NULL_var) continue;
     VLMListValVLMISpecObject_var features;
-    static_cast<void>(spTraverser->ListFeatures(features));
+    if (Failed(spTraverser->ListFeatures(features))) isWhole = false;
     for (int index = 1; index <= features.Size(); ++index) {
       if (IsCreatedContactPair(features[index])) pairs.Append(features[index]);
     }
@@ -131,13 +132,15 @@ HRESULT HVXGenericUpgrades::GetAllCreatedContactPairs(const HVXIAnalysisCase_var
   return S_OK;
 }
 
-// Lists the case's pairs for the whole run. When that fails nothing is kept, so that the next property lists
-// them anew instead of getting a second pair.
+// Lists the case's pairs for the whole run. When the sets or what is in one cannot be listed nothing is kept,
+// so that the next property lists them anew instead of getting a second pair.
 void HVXGenericUpgrades::IndexCreatedContactPairs(ProductCase& productCase) {
   VLMListValVLMISpecObject_var pairs;
-  if (Failed(GetAllCreatedContactPairs(productCase.spCase, pairs))) return;
+  bool isWhole = true;
+  if (Failed(GetAllCreatedContactPairs(productCase.spCase, pairs, isWhole))) return;
   productCase.pairs.emplace();
   for (int position = 1; position <= pairs.Size(); ++position) AddToIndex(productCase, pairs[position]);
+  productCase.pairsAreWhole = isWhole;
 }
 
 void HVXGenericUpgrades::AddToIndex(ProductCase& productCase, const VLMISpecObject_var& spPair) {
@@ -186,12 +189,11 @@ VLMISamAnalysisSet_var HVXGenericUpgrades::ChooseInteractionSet(
   unsigned char clearance = 0;
   static_cast<void>(spProperty->GetClearanceFlag(clearance));
   if (caseKind == kInteractionsInSteps && clearance == 1) {
-    if (!productCase.spFirstStepSet.has_value()) {
-      VLMISamAnalysisSet_var spFound;
+    VLMISamAnalysisSet_var& spFound = productCase.spFirstStepSet;
+    if (spFound == NULL_var) {
       static_cast<void>(GetInteractionSetFromFirstStep(productCase.spCase, spFound));
-      productCase.spFirstStepSet = spFound;
     }
-    if (!(*productCase.spFirstStepSet == NULL_var)) return *productCase.spFirstStepSet;
+    if (!(spFound == NULL_var)) return spFound;
   }
   VLMISamAnalysisSet_var spSet;
   static_cast<void>(HVXAnalysisDocUtils::GetInteractionSet(productCase.spCase, spSet));
@@ -235,9 +237,11 @@ HRESULT HVXGenericUpgrades::CopyDataFromCCP(const HVXIContactConnectionProp_var&
 
   std::int32_t kind = 0;
   static_cast<void>(spProperty->GetKind(kind));
-  if (kind != kStandard) return result;
-  const HRESULT copied = CopyInterferenceFit(spProperty, spPair);
-  return Failed(result) ? result : (Failed(copied) ? copied : result);
+  if (kind == kStandard) {
+    const HRESULT copied = CopyInterferenceFit(spProperty, spPair);
+    if (Succeeded(result)) result = copied;
+  }
+  return Failed(result) ? result : S_OK;
 }
 
 // 0 when either side has no interference fit: there is nothing to copy then, or nowhere to.

@@ -46,7 +46,7 @@ struct Replacement {
 };
 
 // Each pair replaces its default texts first and then the catalog's, in the order of the table: a document
-// that was named in another language than the session's is renamed too.
+// that holds the default names is renamed in a session of any language.
 std::vector<Replacement> ReplacementsOf(std::span<const NamePair> pairs) {
   std::vector<Replacement> replacements;
   for (const NamePair& pair : pairs) {
@@ -86,8 +86,9 @@ const HVXUpgradeBinding HVXEAnalysisCaseUpgrade::kBindings[] = {
     {kUpgradeToLocalAndGlobalAsgn, "Changes nothing; recorded only.",
      Own<&HVXEAnalysisCaseUpgrade::MigrateToLocalAndGlobalAssignment>, HVXOnFailure::kIgnore},
     {kUpgradeGlobalAndLocalElemAssgnToContainSectionControls,
-     "Gives every element assignment of the case its section controls.", Shared<&HVXAddSectionControlsToCase>,
-     HVXOnFailure::kIgnore},
+     "Adds an element assignment to each local one, and section controls to those of the case's type of "
+     "analysis.",
+     Shared<&HVXAddSectionControlsToCase>, HVXOnFailure::kIgnore},
     {kUpgradeAnalysisCaseExternalName, "Writes the product word in names in mixed case.",
      Own<&HVXEAnalysisCaseUpgrade::RewriteProductWord>, HVXOnFailure::kIgnore},
     {kUpgradeFeaturesExternalName, "Replaces names that mention the product by neutral ones.",

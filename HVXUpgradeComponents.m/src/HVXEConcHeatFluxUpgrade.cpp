@@ -14,7 +14,7 @@ const VLMString kMagnitude("magnitude_param");
 const HVXUpgradeBinding HVXEConcHeatFluxUpgrade::kBindings[] = {
     {kReExplicitateFeature, "Marks the feature out of date, so that the host rebuilds it.",
      Shared<&HVXMarkOutOfDate>, HVXOnFailure::kStop},
-    {kUpgradeConcHeatFluxBasicComponents, "Moves the magnitude from its parameter to the heat flux.",
+    {kUpgradeConcHeatFluxBasicComponents, "Copies the magnitude from its parameter to the heat flux.",
      Own<&HVXEConcHeatFluxUpgrade::MigrateValue>, HVXOnFailure::kIgnore},
 };
 

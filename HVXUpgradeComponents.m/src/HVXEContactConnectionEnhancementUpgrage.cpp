@@ -44,20 +44,22 @@ VLMBaseUnknown_var ContactControlOf(const HVXIContactConnectionEnhancementStd_va
   return spControl;
 }
 
-// The connection property that the contact rests on, where the lookup finds it; null otherwise.
+// The connection property that the contact rests on; null without one. The lookup gives it also where the
+// support lacks its second object, so its result is not looked at.
 VLMISpecObject_var ConnectionPropertyOf(const VLMBaseUnknown_var& contact) {
   VLMBaseUnknown_var spProperty;
   VLMBaseUnknown_var spSecond;
-  if (Failed(HVXLookUpConnectionProperty(contact, spProperty, spSecond))) return NULL_var;
+  static_cast<void>(HVXLookUpConnectionProperty(contact, spProperty, spSecond));
   return VLMISpecObject_var(spProperty);
 }
 
 }  // namespace
 
 const HVXUpgradeBinding HVXEContactConnectionEnhancementUpgrage::kBindings[] = {
-    {kUpgContactWithContactControl, "Gives a contact without a contact control one, with default tolerances.",
+    {kUpgContactWithContactControl,
+     "Gives a contact the contact control that it lacks, and a standard one default tolerances.",
      Own<&HVXEContactConnectionEnhancementUpgrage::AddContactControl>, HVXOnFailure::kSkip},
-    {kUpgContactStdWithInterference, "Completes the contact with an interference fit.",
+    {kUpgContactStdWithInterference, "Gives a standard contact the interference fit that it lacks.",
      Own<&HVXEContactConnectionEnhancementUpgrage::CompleteWithInterferenceFit>, HVXOnFailure::kIgnore},
     {kUpgMapCCPClearanceToInterference, "Turns the connection property's clearance into an interference fit.",
      Own<&HVXEContactConnectionEnhancementUpgrage::MapClearanceToInterference>, HVXOnFailure::kSkip},

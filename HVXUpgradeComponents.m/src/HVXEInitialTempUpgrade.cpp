@@ -18,7 +18,7 @@ const HVXUpgradeBinding HVXEInitialTempUpgrade::kBindings[] = {
      Shared<&HVXUpgradeBodySupport>, HVXOnFailure::kStop},
     {kUpgradeInitialTemperatureBasicComponents, "Moves the magnitude from its parameter to the temperature.",
      Own<&HVXEInitialTempUpgrade::MigrateValue>, HVXOnFailure::kIgnore},
-    {kUpgradeTempMidside, "Switches midside node temperatures on.",
+    {kUpgradeTempMidside, "Has the temperatures of midside nodes interpolated.",
      Shared<&HVXSwitchMidsideOn<HVXIInitialTemperature>>, HVXOnFailure::kIgnore},
 };
 

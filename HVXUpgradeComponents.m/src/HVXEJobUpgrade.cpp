@@ -19,7 +19,9 @@ constexpr std::int32_t kMegabytes = 1;
 }  // namespace
 
 const HVXUpgradeBinding HVXEJobUpgrade::kBindings[] = {
-    {kUpgradeJobRestartData, "Carries the restart frequency over to the restart interval and mode.",
+    {kUpgradeJobRestartData,
+     "Carries a restart frequency above 1 over to the restart interval; switches restart on in explicit "
+     "dynamics.",
      Own<&HVXEJobUpgrade::MigrateRestartData>, HVXOnFailure::kStop},
     {kUpgradeJobForFromInputFile, "Makes a job that ran an input file a full analysis.",
      Own<&HVXEJobUpgrade::MigrateFromInputFile>, HVXOnFailure::kStop},

@@ -16,7 +16,7 @@ const HVXUpgradeBinding HVXEMechanicalBhvrUpgrade::kBindings[] = {
     {kUserSubRoutineAttrUpgrade,
      "Gives a behaviour defined by a user subroutine the friction formulation of its own.",
      Own<&HVXEMechanicalBhvrUpgrade::MigrateUserSubroutine>, HVXOnFailure::kSkip},
-    {kFrictionValueUpgrade, "Turns the list of friction values into a friction table.",
+    {kFrictionValueUpgrade, "Makes a friction table from the first value of the list of friction values.",
      Own<&HVXEMechanicalBhvrUpgrade::MigrateFrictionValue>, HVXOnFailure::kSkip},
 };
 

@@ -23,7 +23,7 @@ const HVXUpgradeBinding HVXERigidBodyConstraintUpgrade::kBindings[] = {
      Own<&HVXERigidBodyConstraintUpgrade::MigrateBodySupports>, HVXOnFailure::kIgnore},
     {kUpgradeToConnMeshPart, "Fills the connection mesh part from the supports.",
      Own<&HVXERigidBodyConstraintUpgrade::FillConnectionMeshPart>, HVXOnFailure::kIgnore},
-    {kUpgradeGroupToSupport, "Replaces supports on groups by supports on what the groups hold.",
+    {kUpgradeGroupToSupport, "Replaces supports on groups of supports by as many on the group's last member.",
      Own<&HVXERigidBodyConstraintUpgrade::ConvertGroupsToSupports>, HVXOnFailure::kIgnore},
     {kAddCenterOfMassToRBC, "Uses the centre of mass where there is no reference.",
      Own<&HVXERigidBodyConstraintUpgrade::AddCenterOfMass>, HVXOnFailure::kIgnore},

@@ -28,7 +28,7 @@ bool HoldsSupports(const VLMBaseUnknown_var& group) {
 const HVXUpgradeBinding HVXERigidCouplingUpgrade::kBindings[] = {
     {kUpgradeToConnMeshPart, "Fills the connection mesh part from the supports.",
      Own<&HVXERigidCouplingUpgrade::FillConnectionMeshPart>, HVXOnFailure::kIgnore},
-    {kUpgradeGroupToSupport, "Replaces supports on groups by supports on what the groups hold.",
+    {kUpgradeGroupToSupport, "Replaces supports on groups of supports by as many on the group's last member.",
      Own<&HVXERigidCouplingUpgrade::ConvertGroupsToSupports>, HVXOnFailure::kIgnore},
     {kAddExclusionRegionToMeshPart, "Hands the exclusion regions to the mesh part.",
      Own<&HVXERigidCouplingUpgrade::HandExclusionRegionsToMeshPart>, HVXOnFailure::kIgnore},

@@ -24,7 +24,7 @@ const HVXUpgradeBinding HVXERotBodyForceUpgrade::kBindings[] = {
     {kUpgradeRBFAxisData, "Stores the rotation axis together with the part that it belongs to.",
      Own<&HVXERotBodyForceUpgrade::MigrateAxis>, HVXOnFailure::kStop},
     {kUpgradeRotationalBodyForceBasicComponents,
-     "Moves angular velocity and acceleration from their parameters to the force.",
+     "Copies angular velocity and acceleration from their parameters to the force.",
      Own<&HVXERotBodyForceUpgrade::MigrateRotation>, HVXOnFailure::kIgnore},
 };
 

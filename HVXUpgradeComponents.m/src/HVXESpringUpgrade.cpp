@@ -22,7 +22,8 @@ constexpr int kExistingMeshParts = 1;
 const HVXUpgradeBinding HVXESpringUpgrade::kBindings[] = {
     {kUpgradeSpringConnectionProperty, "Sets the mode of the mesh part's link.",
      Own<&HVXESpringUpgrade::SetMeshPartMode>, HVXOnFailure::kIgnore},
-    {kUpgradeSpringMeshExplicitation, "Marks the spring, its mesh part and the virtual parts out of date.",
+    {kUpgradeSpringMeshExplicitation,
+     "Marks the spring, its mesh part and the virtual parts with their mesh parts out of date.",
      Own<&HVXESpringUpgrade::ReExplicitateMeshing>, HVXOnFailure::kIgnore},
     {kUpgradeSpringMeshOnOrphanPoint, "Meshes the spring again on points that its connection designs list.",
      Own<&HVXESpringUpgrade::MeshOnOrphanPoints>, HVXOnFailure::kIgnore},

@@ -14,7 +14,7 @@ const VLMString kMagnitude("magnitude_param");
 const HVXUpgradeBinding HVXESurfaceHeatFluxUpgrade::kBindings[] = {
     {kReExplicitateFeature, "Marks the feature out of date, so that the host rebuilds it.",
      Shared<&HVXMarkOutOfDate>, HVXOnFailure::kStop},
-    {kUpgradeSurfaceHeatFluxBasicComponents, "Moves the magnitude from its parameter to the heat flux.",
+    {kUpgradeSurfaceHeatFluxBasicComponents, "Copies the magnitude from its parameter to the heat flux.",
      Own<&HVXESurfaceHeatFluxUpgrade::MigrateValue>, HVXOnFailure::kIgnore},
     {kUpgradeSurfaceHeatFluxInvertSurfaceBasicComponents,
      "Brings the basic components to the current layout.", Shared<&HVXRunHostUpgrade>, HVXOnFailure::kStop},

@@ -131,7 +131,7 @@ HRESULT HVXESurfaceToSurfaceContactUpgrage::ConvertToContactPair() {
   const VLMUnicodeString name = ReadName();
   static_cast<void>(CopySettings());
   static_cast<void>(RepointOutputRequests());
-  if (const HRESULT moved = MoveToleranceParameter(); Failed(moved)) return moved;
+  if (const HRESULT removed = RemoveToleranceParameter(); Failed(removed)) return removed;
 
   if (!name.IsNull()) {
     const HVXIContactConnectionEnhancementStd_var spPair(Feature());
@@ -274,7 +274,7 @@ HRESULT HVXESurfaceToSurfaceContactUpgrage::RepointOutputRequestsOfSet(const VLM
   return S_OK;
 }
 
-HRESULT HVXESurfaceToSurfaceContactUpgrage::MoveToleranceParameter() {
+HRESULT HVXESurfaceToSurfaceContactUpgrage::RemoveToleranceParameter() {
   VLMDocument_var spDocument;
   if (Failed(HVXAnalysisDocUtils::GetDocument(spDocument, Feature())) || spDocument == NULL_var)
     return E_FAIL;

@@ -16,11 +16,11 @@ const VLMString kMagnitude("magnitude_param");
 const HVXUpgradeBinding HVXETempHistoryUpgrade::kBindings[] = {
     {kUpgradeBodySupport, "Moves supports that rest on a solid to the part's main body.",
      Shared<&HVXUpgradeBodySupport>, HVXOnFailure::kStop},
-    {kUpgradeTemperatureHistoryBasicComponents, "Moves the magnitude from its parameter to the temperature.",
+    {kUpgradeTemperatureHistoryBasicComponents, "Copies the magnitude from its parameter to the temperature.",
      Own<&HVXETempHistoryUpgrade::MigrateValue>, HVXOnFailure::kIgnore},
     {kUpgradeEndIncrementOption, "Sets the end increment option to its default.",
      Own<&HVXETempHistoryUpgrade::SetEndIncrementToDefault>, HVXOnFailure::kIgnore},
-    {kUpgradeTempMidside, "Switches midside node temperatures on.",
+    {kUpgradeTempMidside, "Has the temperatures of midside nodes interpolated.",
      Shared<&HVXSwitchMidsideOn<HVXITemperatureHistory>>, HVXOnFailure::kIgnore},
 };
 

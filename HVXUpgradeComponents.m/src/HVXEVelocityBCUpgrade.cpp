@@ -70,11 +70,11 @@ constinit const HVXUpgradeClass HVXEVelocityBCUpgrade::kClass = {
 HRESULT HVXEVelocityBCUpgrade::RebuildComponents() {
   const HVXIMotionBC_var spMotionBC(Feature());
   if (spMotionBC == NULL_var) return E_FAIL;
-  const VLMISamAnalysisEntity_var spEntity(Feature());
-  if (spEntity == NULL_var) return E_FAIL;
-
   Motion motion;
   if (const HRESULT read = Read(spMotionBC, motion); Failed(read)) return read;
+
+  const VLMISamAnalysisEntity_var spEntity(Feature());
+  if (spEntity == NULL_var) return E_FAIL;
   if (const HRESULT removed = RemoveAll(spEntity); Failed(removed)) return removed;
   if (const HRESULT upgraded = HVXRunHostUpgrade(Feature()); Failed(upgraded)) return upgraded;
   if (const HRESULT written = Write(spMotionBC, motion); Failed(written)) return written;

@@ -10,7 +10,7 @@ const VLMUnicodeString kProductPrefix("HVX");
 const VLMString kRuleNames("ListOfRuleNames");
 const VLMString kRuleStatus("ListOfRuleStatus");
 
-// The class's meta-object: a component of its own, which extends no late type.
+// The class's meta-object: a component of its own, which extends no late type but the null one.
 void RegisterMetaObject() {
   static_cast<void>(VLMMetaClass::Retrieve(HVXThisLibrary(), "HVXGenericUpgrades",
                                            VLMExtensionKind::kImplementation, &VLMMetaClass::BaseUnknown(),

@@ -13,6 +13,7 @@ const VLMUnicodeString kDatOutputRequests("HVXDatOutputRequestContainerLT");
 const VLMUnicodeString kHistoryOutputRequests("HVXHistoryOutputRequestContainerLT");
 const VLMUnicodeString kFieldOutputRequests("HVXFieldOutputRequestContainerLT");
 const VLMUnicodeString kConnectorType("GeometrySmartConnector");
+const VLMUnicodeString kAnyConnectorType("");
 
 }  // namespace
 
@@ -85,7 +86,7 @@ HRESULT HVXGenericUpgrades::FindAndReplaceAsSupportFromFeat(const VLMISpecObject
   for (int position = 1; position <= supports.Size(); ++position) {
     const VLMISamAnalysisConnector_var spConnector(supports[position]);
     if (spConnector == NULL_var || spConnector->IsConnectedTo(spOld) != 1) continue;
-    if (const HRESULT removed = spSupport->RemoveSupport(spConnector, kConnectorType); Failed(removed))
+    if (const HRESULT removed = spSupport->RemoveSupport(spConnector, kAnyConnectorType); Failed(removed))
       return removed;
     const HRESULT added = spSupport->AddSupport(VLMILinkableObject_var(spNew), spNew, kConnectorType);
     if (Failed(added)) return added;

@@ -120,7 +120,7 @@ HRESULT AddToLocalAssignments(const VLMBaseUnknown_var& global) {
     if (spLocal == NULL_var) return E_FAIL;
     VLMListValVLMBaseUnknown_var assignments;
     if (Failed(spLocal->GetElementAssignments(assignments)) || assignments.Size() < 1) return E_FAIL;
-    // A local assignment with two has been through this, and ends the walk all the same, on purpose.
+    // A local assignment with two ends the walk, on purpose, whether or not these have section controls.
     if (assignments.Size() == kCountThatEndsTheWalk) return E_FAIL;
 
     VLMISpecObject_var spAdded;

@@ -96,9 +96,11 @@ constexpr const HVXUpgradeClass* kClasses[] = {
 };
 
 const HVXDocumentUpgrade kDocumentUpgrades[] = {
-    {kRemoveConsisChkAttr, "Removes the attributes of the abandoned consistency check from every feature.",
+    {kRemoveConsisChkAttr,
+     "Removes the rule names of the abandoned consistency check from the features of this product.",
      &HVXGenericUpgrades::Upgtade},
-    {kUpgDocumentForCCPRemoval, "Replaces contact connection properties by contact pairs in every case.",
+    {kUpgDocumentForCCPRemoval,
+     "Replaces contact connection properties by contact pairs in every case of this product.",
      &HVXGenericUpgrades::Upgtade},
 };
 

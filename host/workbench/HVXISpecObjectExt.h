@@ -2,8 +2,8 @@
 
 #include "analysis/VLMISamBasicComponent.h"
 
-/// A feature's basic components as the workbench reaches them: for features, such as properties, that are not
-/// analysis entities too. A component is taken out as a son of the feature (`VLMISpecObject::RemoveSon`).
+/// A feature's basic components as the workbench reaches them on features such as properties. A component is
+/// taken out as a son of the feature (`VLMISpecObject::RemoveSon`).
 class HVXISpecObjectExt : public VLMBaseUnknown {
  public:
   static constexpr VLMInterfaceId kId{"HVXISpecObjectExt"};

@@ -14,8 +14,7 @@ class HVXISpring : public VLMBaseUnknown {
   virtual int GetConnectionDesignCount() = 0;
 
   /// Gives the connection design at `index`, to be cast to `HVXISamAnalysisConnectionDesign`; positions start
-  /// at
-  /// 1. Null, and E_FAIL, for an index without a design.
+  /// at 1. Null, and E_FAIL, for an index without a design.
   virtual HRESULT GetConnectionDesign(int index, VLMBaseUnknown_var& design) = 0;
 };
 using HVXISpring_var = VLMHandle<HVXISpring>;

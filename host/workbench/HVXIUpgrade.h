@@ -9,8 +9,9 @@ class HVXIUpgrade : public VLMBaseUnknown {
   static constexpr VLMInterfaceId kId{"HVXIUpgrade"};
 
   /// Runs the migrations that `identifiers` (the pending ones, positions 1 to `Size()`) name and that the
-  /// extension knows; others are skipped. 0, or the code of the failure that ended it; changes made before a
-  /// failure stay.
+  /// extension knows; others are skipped. 0 or the code of the failure that ended it; some give
+  /// the code of their last routine, and the two for solutions E_FAIL when no identifier is theirs; changes
+  /// made before a failure stay.
   virtual HRESULT Upgrade(const VLMListValVLMUnicodeString& identifiers) = 0;
 };
 using HVXIUpgrade_var = VLMHandle<HVXIUpgrade>;

@@ -44,7 +44,7 @@ struct HVXUpgradeClass {
   std::span<const HVXUpgradeBinding> bindings;
   VLMCreateTIE createTIE;
   HVXMatching matching = HVXMatching::kFirstMatch;
-  HRESULT resultWithoutRun = S_OK;  ///< For an empty list, and under `kLast` when no routine ran.
+  HRESULT resultWithoutRun = S_OK;  ///< What an upgrade gives at its end, unless a `kLast` routine ran.
 };
 
 /// A routine on the whole document, handed the identifier's list and the document's features.

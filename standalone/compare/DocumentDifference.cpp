@@ -71,6 +71,7 @@ void AddMovedSons(const Document& before, const Feature* fatherBefore, const Doc
   std::unordered_map<FeatureId, std::size_t> rankOf;
   for (std::size_t rank = 0; rank < was.size(); ++rank) rankOf.emplace(was[rank]->id, rank);
   std::vector<std::size_t> ranks;
+  ranks.reserve(is.size());
   for (const Feature* const son : is) ranks.push_back(rankOf.at(son->id));
   for (const std::size_t place : OutOfOrder(ranks)) moved.push_back(is[place]);
 }

@@ -16,6 +16,7 @@ class HVXEContactConnectionEnhancementUpgrageTest : public testing_support::Upgr
     std::string propertyAttributes = {};
     std::string attributes = {};
     std::string sons = {};
+    std::string second = R"({"ref":1})";
   };
 
   void GivenContact(const Contact& contact) {
@@ -31,7 +32,9 @@ class HVXEContactConnectionEnhancementUpgrageTest : public testing_support::Upgr
           contact.type + R"(","container":{"ref":9},"attributes":{)" + contact.attributes +
           R"("Supports":[{"ref":11}]}}
              {"id":11,"type":"GeometrySmartConnector","father":{"ref":10},)"
-          R"("attributes":{"FirstObject":{"ref":3},"SecondObject":{"ref":1}}}
+          R"("attributes":{"FirstObject":{"ref":3},"SecondObject":)" +
+          contact.second +
+          R"(}}
              {"id":12,"type":"SAMBasicComponent","name":"ContactSettings","father":{"ref":10},)"
           R"("attributes":{"Type":"SAMComposite"}}
              )" +
@@ -182,6 +185,17 @@ TEST_F(HVXEContactConnectionEnhancementUpgrageTest, SupportMovesToWhatThePropert
     EXPECT_EQ(Upgrade(10, {"UpgCCPToGACOrConstraintAsSupp"}), S_OK);
     EXPECT_EQ(Lines(), before);
   }
+}
+
+// The property is what the support rests on, whatever its second object is.
+TEST_F(HVXEContactConnectionEnhancementUpgrageTest, ThePropertyIsFoundWithoutASecondObject) {
+  GivenContact({.propertyAttributes = R"("ClearanceFlag":true,"Clearance":0.5,)",
+                .attributes = kHasFit,
+                .sons = kFit,
+                .second = "null"});
+  EXPECT_EQ(Upgrade(10, {"UpgMapCCPClearanceToInterference", "UpgCCPToGACOrConstraintAsSupp"}), S_OK);
+  EXPECT_NE(Line(30).find(R"("FitType":1)"), std::string::npos);
+  EXPECT_EQ(Line(11), "removed");
 }
 
 TEST_F(HVXEContactConnectionEnhancementUpgrageTest, PreparationOfTheSupportsIsNotLookedAt) {

@@ -1,5 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <functional>
+
 #include "analysis/VLMISamAnalysisSupport.h"
 #include "support/PropertyDocuments.h"
 #include "support/References.h"
@@ -165,6 +168,35 @@ TEST_F(HVXGenericUpgradesTest, PropertiesBecomePairsInEveryCaseAndRequestsFollow
   ASSERT_EQ(fits.size(), 2U);
   EXPECT_NE(Line(fits[0]->id).find(R"({"FitType":0,"Definition":0,"Value":0.0})"), std::string::npos);
   EXPECT_NE(Line(fits[1]->id).find(R"({"FitType":1,"Definition":1,"Value":0.125})"), std::string::npos);
+}
+
+// What could not be listed for one property is listed again for the next: no more goes wrong than that one.
+TEST_F(HVXGenericUpgradesTest, AListingThatFailedIsMadeAnewForTheNextProperty) {
+  // Of two runs on `given`, fails in the second the first such call of the first.
+  const auto runWithout = [this](std::string_view operation, standalone::FeatureId feature,
+                                 const std::function<void()>& given) {
+    given();
+    standalone::CheckpointPlan plan;
+    plan.record = true;
+    static_cast<void>(RunUnder(plan, {kReplaceProperties}));
+    const std::vector<standalone::HostCall>& calls = standalone::Checkpoint::Recorded();
+    const auto call = std::ranges::find_if(calls, [&](const standalone::HostCall& each) {
+      return each.operation == operation && each.feature == feature;
+    });
+    plan.failNth = call - calls.begin() + 1;
+    given();
+    EXPECT_EQ(RunUnder(plan, {kReplaceProperties}), S_OK);
+  };
+  // The requests: the support on the first property is lost with it, the other follows.
+  runWithout("VLMISamAnalysisSupport::ListSupports", 31, [this] { GivenProperties(); });
+  EXPECT_THAT(RestsOn(At(31)), ElementsAre(nullptr, &At(2), All(kPair)[1]));
+
+  // The pairs of a first run: the first property gets a second pair, the other finds its own.
+  runWithout("HVXITraverser::ListFeatures", 41, [this] {
+    GivenProperties("false", "Other");
+    static_cast<void>(Run({kReplaceProperties}));
+  });
+  EXPECT_EQ(All("HVXContactConnectionEnhancementExplicitLT").size(), 3U);
 }
 
 TEST_F(HVXGenericUpgradesTest, PairWithClearanceGoesIntoTheFirstStepThatIsNoPerturbation) {

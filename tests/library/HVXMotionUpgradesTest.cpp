@@ -155,6 +155,10 @@ TEST_F(MotionTest, VelocityFailuresHaveTheirCodes) {
   EXPECT_EQ(MigrateVelocity(Withholding("HVXIMotionBC", 2)), E_FAIL);
   EXPECT_EQ(MigrateVelocity(Withholding("VLMISamAnalysisEntity", 2)), E_FAIL);
   EXPECT_EQ(Lines(), before);
+  // The values are read before what holds the components is asked for.
+  standalone::CheckpointPlan plan = Failing("HVXIMotionBC::GetValue", "", -77);
+  plan.withholdInterface = "VLMISamAnalysisEntity";
+  EXPECT_EQ(MigrateVelocity(plan), -77);
 }
 
 }  // namespace
