@@ -66,6 +66,13 @@ void Messages::Use(const std::filesystem::path& folder, std::string_view languag
   Catalogs() = std::move(catalogs);
 }
 
+const std::string* Messages::Find(std::string_view catalog, std::string_view key) {
+  const auto found = Catalogs().find(catalog);
+  if (found == Catalogs().end()) return nullptr;
+  const auto text = found->second.find(key);
+  return text == found->second.end() ? nullptr : &text->second;
+}
+
 }  // namespace standalone
 
 VLMUnicodeString VLMMsgCatalog::BuildMessage(const VLMString& catalog, const VLMString& key,
@@ -73,12 +80,9 @@ VLMUnicodeString VLMMsgCatalog::BuildMessage(const VLMString& catalog, const VLM
                                              const VLMUnicodeString& defaultText) {
   if (Failed(standalone::Checkpoint::Pass("VLMMsgCatalog::BuildMessage", nullptr, key.View())))
     return defaultText;
-  const auto& catalogs = standalone::Catalogs();
-  const auto found = catalogs.find(catalog.View());
-  if (found == catalogs.end()) return defaultText;
-  const auto text = found->second.find(key.View());
-  if (text == found->second.end()) return defaultText;
-  VLMUnicodeString message(text->second.c_str());
+  const std::string* const text = standalone::Messages::Find(catalog.View(), key.View());
+  if (text == nullptr) return defaultText;
+  VLMUnicodeString message(text->c_str());
   for (int i = 0; i < std::min(parameterCount, 9); ++i) {
     message.ReplaceAll(fmt::format("/P{}", i + 1).c_str(), parameters[i]);
   }

@@ -17,6 +17,10 @@ class Messages {
   /// broken.
   static void Use(const std::filesystem::path& folder, std::string_view language);
 
+  /// The text of a message, as it stands in its catalog; null when there is none. For the host's own use: the
+  /// library asks `VLMMsgCatalog`.
+  [[nodiscard]] static const std::string* Find(std::string_view catalog, std::string_view key);
+
   /// The languages that `folder` offers, sorted.
   [[nodiscard]] static std::vector<std::string> LanguagesOf(const std::filesystem::path& folder);
 };

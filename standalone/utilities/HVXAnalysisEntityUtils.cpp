@@ -5,6 +5,7 @@
 #include "analysis/Frame.h"
 #include "analysis/VLMSamCatalogFactory.h"
 #include "session/FeatureCatalogs.h"
+#include "session/Messages.h"
 
 using namespace standalone;
 
@@ -37,7 +38,8 @@ HRESULT HVXAnalysisEntityUtils::GetParentCaseFromObject(const VLMBaseUnknown_var
   return analysisCase == NULL_var ? E_FAIL : S_OK;
 }
 
-// In current documents an element assignment is never without section controls.
+// In current documents an element assignment is never without section controls, which bear the same name
+// everywhere.
 HRESULT HVXAnalysisEntityUtils::CreateElementAssignment(const VLMBaseUnknown_var& owner,
                                                         VLMISpecObject_var& assignment) {
   assignment = NULL_var;
@@ -50,7 +52,9 @@ HRESULT HVXAnalysisEntityUtils::CreateElementAssignment(const VLMBaseUnknown_var
   static_cast<void>(FeatureCatalogs::Load("HVXElementPropertiesCatalog.VLMfct", *own->document));
   Feature* const made = FeatureCatalogs::Create("HVXElementAssignmentLT", "", *own);
   if (made == nullptr) return E_FAIL;
-  WriteLink(*made, kSectionControls, FeatureCatalogs::Create("HVXSectionControlsLT", "", *made));
+  const std::string* const name = Messages::Find("HVXHacCatalogNLS", "HVXSectionControls");
+  WriteLink(*made, kSectionControls,
+            FeatureCatalogs::Create("HVXSectionControlsLT", name != nullptr ? *name : "", *made));
   assignment = HandleOn<VLMISpecObject>(made);
   return S_OK;
 }
