@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "file/DocumentFormat.h"
 #include "model/Feature.h"
 
 /// \file
@@ -85,13 +86,45 @@ class Keys {
   std::size_t next_ = 0;
 };
 
+// Throw `Unsound`: for a value that is no whole number within 64 bits, an object that is no link, and a link
+// that holds no id.
+[[noreturn]] void RefuseInteger(ondemand::value value, std::string_view key);
+[[noreturn]] void RefuseLink(std::string_view key);
+[[noreturn]] void RefuseLinkTo(FeatureId id, std::string_view key);
+
 // Each takes the value of `key`, and refuses one of another type or out of range. A text is valid until the
-// parser goes on to another block.
-std::int64_t TakeInteger(ondemand::value value, std::string_view key);
-std::string_view TakeText(ondemand::value value, std::string_view key);
-ondemand::object TakeObject(ondemand::value value, std::string_view key);
+// parser goes on to another block. They stand here because every value of a document passes them.
+inline std::int64_t TakeInteger(ondemand::value value, std::string_view key) {
+  std::int64_t number = 0;
+  if (value.get_int64().get(number) != simdjson::SUCCESS) RefuseInteger(value, key);
+  return number;
+}
+
+inline std::string_view TakeText(ondemand::value value, std::string_view key) {
+  std::string_view text;
+  if (value.get_string().get(text) == simdjson::SUCCESS) return text;
+  Expect(value, ondemand::json_type::string, key);
+  return value.get_string();  // a text that is broken: throws the parser's error
+}
+
+inline ondemand::object TakeObject(ondemand::value value, std::string_view key) {
+  ondemand::object object;
+  if (value.get_object().get(object) == simdjson::SUCCESS) return object;
+  Expect(value, ondemand::json_type::object, key);
+  return value.get_object();  // an object that is broken: throws the parser's error
+}
+
 /// The id in a link.
-FeatureId TakeRef(ondemand::value value, std::string_view key);
+inline FeatureId TakeRef(ondemand::value value, std::string_view key) {
+  FeatureId id = 0;  // no link holds this
+  for (auto field : TakeObject(value, key)) {
+    if (id != 0 || TakeKey(field) != format::kRef) RefuseLink(key);
+    id = TakeInteger(field.value(), format::kRef);
+    if (id < 1) RefuseLinkTo(id, key);
+  }
+  if (id == 0) RefuseLink(key);
+  return id;
+}
 
 /// Most keys are among a few; a look into this is cheaper than one into the table of all names.
 class NameCache {
