@@ -1,12 +1,35 @@
 #include "file/FeatureText.h"
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 #include "file/DocumentFormat.h"
 #include "file/JsonText.h"
 
 namespace standalone {
 namespace {
+
+// The name as the key of a field: in quotes, escaped, with the colon. Made once for each name, of which there
+// are few. Valid until the next call.
+std::string_view KeyText(NameId name) {
+  static std::vector<std::string> texts;
+  if (name >= texts.size()) texts.resize(name + std::size_t{1});
+  if (texts[name].empty()) {
+    fmt::memory_buffer text;
+    AppendJsonText(text, NameTable::Text(name));
+    text.push_back(':');
+    texts[name] = fmt::to_string(text);
+  }
+  return texts[name];
+}
+
+// The name as a value.
+void AppendName(fmt::memory_buffer& out, NameId name) {
+  std::string_view text = KeyText(name);
+  text.remove_suffix(1);
+  AppendRaw(out, text);
+}
 
 // Every field but the first follows a comma.
 void AppendKey(fmt::memory_buffer& out, std::string_view key) {
@@ -33,8 +56,7 @@ void AppendAttributes(fmt::memory_buffer& out, std::span<const Attribute> attrib
   char separator = '{';
   for (const Attribute& attribute : attributes) {
     out.push_back(separator);
-    AppendJsonText(out, NameTable::Text(attribute.key));
-    out.push_back(':');
+    AppendRaw(out, KeyText(attribute.key));
     AppendValue(out, attribute.value);
     separator = ',';
   }
@@ -49,8 +71,7 @@ void AppendModes(fmt::memory_buffer& out, std::span<const Attribute> attributes)
   for (const Attribute& attribute : attributes) {
     if (!hasMode(attribute)) continue;
     out.push_back(separator);
-    AppendJsonText(out, NameTable::Text(attribute.key));
-    out.push_back(':');
+    AppendRaw(out, KeyText(attribute.key));
     AppendJsonInteger(out, attribute.mode);
     separator = ',';
   }
@@ -62,7 +83,8 @@ void AppendModes(fmt::memory_buffer& out, std::span<const Attribute> attributes)
 void AppendFeature(fmt::memory_buffer& out, const Feature& feature) {
   AppendRaw(out, "{\"id\":");
   AppendJsonInteger(out, feature.id);
-  AppendTextField(out, format::kType, feature.TypeName());
+  AppendKey(out, format::kType);
+  AppendName(out, feature.type->Id());
   AppendTextField(out, format::kName, feature.name);
   AppendTextField(out, format::kAlias, feature.externalName);
   AppendLinkField(out, format::kFather, feature.father);
