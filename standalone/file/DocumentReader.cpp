@@ -260,7 +260,7 @@ class Reader {
   void ReadAttributes(Feature& feature, ondemand::value value) {
     attributes_.clear();
     const std::size_t firstForward = forwardLinks_.size();
-    std::vector<std::size_t> forwardAttributes;
+    forwardAttributes_.clear();
     for (auto field : TakeObject(value, format::kAttributes)) {
       const std::string_view key = TakeKey(field);
       const NameId name = names_.Intern(key);
@@ -274,11 +274,11 @@ class Reader {
       attribute.value = TakeValue(field.value(), key, feature, 0, forward);
       if (forward != 0) {
         forwardLinks_.push_back({nullptr, nullptr, &feature, forward, line_});
-        forwardAttributes.push_back(attributes_.size() - 1);
+        forwardAttributes_.push_back(attributes_.size() - 1);
       }
     }
     document_->SetAttributesRead(feature, attributes_);
-    auto index = forwardAttributes.begin();
+    auto index = forwardAttributes_.begin();
     for (std::size_t i = firstForward; i < forwardLinks_.size(); ++i) {
       ForwardLink& link = forwardLinks_[i];
       if (link.value == nullptr) link.value = &feature.attributes[*index++].value;
@@ -318,17 +318,22 @@ class Reader {
     if (depth == format::kMaxListDepth) {
       Refuse(fmt::format("attribute \"{}\" nests lists more than {} deep", key, format::kMaxListDepth));
     }
-    std::vector<Value> entries;
-    std::vector<std::pair<std::size_t, FeatureId>> forwardEntries;
+    // What lies above these belongs to this list, what lies below to the lists that it stands in.
+    const std::size_t first = entries_.size();
+    const std::size_t firstForward = forwardEntries_.size();
     for (auto entry : value.get_array()) {
       FeatureId forward = 0;
-      entries.push_back(TakeValue(entry.value(), key, owner, depth + 1, forward));
-      if (forward != 0) forwardEntries.emplace_back(entries.size() - 1, forward);
+      const Value taken = TakeValue(entry.value(), key, owner, depth + 1, forward);
+      if (forward != 0) forwardEntries_.emplace_back(entries_.size() - first, forward);
+      entries_.push_back(taken);
     }
-    const std::span<Value> kept = document_->Keep(std::span<const Value>(entries));
-    for (const auto& [index, to] : forwardEntries) {
+    const std::span<Value> kept = document_->Keep(std::span<const Value>(entries_).subspan(first));
+    for (std::size_t i = firstForward; i < forwardEntries_.size(); ++i) {
+      const auto& [index, to] = forwardEntries_[i];
       forwardLinks_.push_back({&kept[index], nullptr, &owner, to, line_});
     }
+    entries_.resize(first);
+    forwardEntries_.resize(firstForward);
     return Value::List(kept);
   }
 
@@ -423,6 +428,9 @@ class Reader {
   NameCache names_;
   std::vector<const LateType*> types_;  // by the number of their name
   std::vector<Attribute> attributes_;   // of the feature being read
+  std::vector<std::size_t> forwardAttributes_;
+  std::vector<Value> entries_;  // of the lists being read, the innermost last
+  std::vector<std::pair<std::size_t, FeatureId>> forwardEntries_;
   std::pmr::monotonic_buffer_resource linkArena_{std::size_t{1} << 16, &LargePages::Instance()};
   std::pmr::deque<ForwardLink> forwardLinks_{&linkArena_};  // there may be millions
 };

@@ -50,17 +50,17 @@ void AppendJsonText(fmt::memory_buffer& out, std::string_view text) {
   const char* const end = text.data() + text.size();
   for (const char* at = from; at != end; ++at) {
     if (!MustEscape(*at)) continue;
-    out.append(from, at);
+    AppendRaw(out, {from, at});
     AppendEscaped(out, *at);
     from = at + 1;
   }
-  out.append(from, end);
+  AppendRaw(out, {from, end});
   out.push_back('"');
 }
 
 void AppendJsonInteger(fmt::memory_buffer& out, std::int64_t number) {
   const fmt::format_int text(number);
-  out.append(text.data(), text.data() + text.size());
+  AppendRaw(out, {text.data(), text.size()});
 }
 
 void AppendJsonReal(fmt::memory_buffer& out, double number) {

@@ -2,10 +2,6 @@
 
 namespace standalone {
 
-void SetIndex::NoteLast(Feature& feature) {
-  if (feature.type->IsAnalysisSet()) byType_[feature.type].features.push_back(&feature);
-}
-
 void SetIndex::NoteDisturbed(const Feature& feature) {
   if (feature.type->IsAnalysisSet()) byType_[feature.type].areStale = true;
 }

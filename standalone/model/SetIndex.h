@@ -13,7 +13,9 @@ namespace standalone {
 class SetIndex {
  public:
   /// `feature`, of whatever late type, was added as the document's last.
-  void NoteLast(Feature& feature);
+  void NoteLast(Feature& feature) {
+    if (feature.type->IsAnalysisSet()) byType_[feature.type].features.push_back(&feature);
+  }
   /// A feature was moved or removed, or its late type is about to change or has changed.
   void NoteDisturbed(const Feature& feature);
 
