@@ -3,6 +3,7 @@
 #include <simdjson.h>
 
 #include "file/AtomicFile.h"
+#include "file/DocumentReader.h"
 #include "file/JsonText.h"
 #include "file/LineBlocks.h"
 
@@ -58,7 +59,8 @@ void Copy(ondemand::value value, fmt::memory_buffer& out) {
 }  // namespace
 
 void BarePass(const std::filesystem::path& input, const std::filesystem::path& output) {
-  LineBlocks blocks(input.string(), std::size_t{1} << 20, std::size_t{1} << 28);
+  const ReadOptions reading;
+  LineBlocks blocks(input.string(), reading.blockBytes, reading.maxLineBytes);
   WriteOptions options;
   options.overwrite = true;
   AtomicFile file(output, options);

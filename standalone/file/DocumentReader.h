@@ -9,7 +9,7 @@
 namespace standalone {
 
 struct ReadOptions {
-  std::size_t blockBytes = std::size_t{1} << 20;    ///< How much is read at a time.
+  std::size_t blockBytes = std::size_t{1} << 18;    ///< How much is read at a time.
   std::size_t maxLineBytes = std::size_t{1} << 28;  ///< A longer line is refused.
   /// Told, now and then, how many bytes were read and how many there are (0 when that is not known).
   std::function<void(std::size_t read, std::size_t total)> onProgress;
