@@ -110,12 +110,7 @@ ExitCode RunCheck(const CheckArguments& arguments, const standalone::VersionMana
     } catch (const standalone::DocumentError& error) {
       code = MoreSerious(code, ExitCodeOf(error));
       Complain(error.what());
-      if (!arguments.json) continue;
-      JsonObject entry(documents.Entry());
-      entry.Text("file", file);
-      entry.Text("verdict", "error");
-      entry.Text("error", error.what());
-      entry.Close();
+      if (arguments.json) AppendUnreadable(documents.Entry(), file, error);
     }
   }
   if (!arguments.json) return code;

@@ -1,5 +1,6 @@
 #include "Reading.h"
 
+#include "JsonOutput.h"
 #include "Progress.h"
 #include "file/DocumentReader.h"
 
@@ -25,6 +26,15 @@ ExitCode ExitCodeOf(const standalone::DocumentError& error) {
       break;
   }
   return ExitCode::kBadInput;
+}
+
+void AppendUnreadable(fmt::memory_buffer& out, const std::string& file,
+                      const standalone::DocumentError& error) {
+  JsonObject entry(out);
+  entry.Text("file", file);
+  entry.Text("verdict", "error");
+  entry.Text("error", error.what());
+  entry.Close();
 }
 
 }  // namespace tool

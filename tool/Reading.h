@@ -1,5 +1,7 @@
 #pragma once
 
+#include <fmt/format.h>
+
 #include <string>
 
 #include "ExitCode.h"
@@ -12,5 +14,9 @@ namespace tool {
 [[nodiscard]] standalone::DocumentPtr ReadWithProgress(const std::string& file);
 
 [[nodiscard]] ExitCode ExitCodeOf(const standalone::DocumentError& error);
+
+/// The entry of a JSON list of documents for one that could not be read.
+void AppendUnreadable(fmt::memory_buffer& out, const std::string& file,
+                      const standalone::DocumentError& error);
 
 }  // namespace tool
