@@ -11,13 +11,14 @@ namespace {
 
 using standalone::Document;
 using standalone::Feature;
+using standalone::FeatureState;
 using standalone::LateType;
 
 // Counts by late type without a look-up of texts per feature.
 using TotalsByType = std::unordered_map<const LateType*, Totals>;
 
 Totals& TotalsOf(TotalsByType& totals, const Document& document, const Feature& feature) {
-  const Feature* const before = document.Before(feature);
+  const FeatureState* const before = document.Before(feature);
   return totals[before == nullptr ? feature.type : before->type];
 }
 
@@ -37,7 +38,7 @@ Comparison Compare(const Document& document, const standalone::UpgradeRun& run) 
   TotalsByType totals;
   for (const Feature* const feature : document.Touched()) {
     Interruption::StopIfRequested();
-    const Feature* const before = document.Before(*feature);
+    const FeatureState* const before = document.Before(*feature);
     if (before == nullptr && feature->removed) continue;
     if (before == nullptr) {
       comparison.created.push_back(feature);

@@ -6,16 +6,16 @@
 namespace tool {
 
 using standalone::AppendRaw;
-using standalone::Feature;
+using standalone::FeatureState;
 
-void AppendIdentity(JsonObject& object, const Feature& feature) {
+void AppendIdentity(JsonObject& object, const FeatureState& feature) {
   standalone::AppendJsonInteger(object.Key("id"), feature.id);
   object.Text("type", feature.TypeName());
   if (!feature.name.empty()) object.Text("name", feature.name);
   if (!feature.externalName.empty()) object.Text("alias", feature.externalName);
 }
 
-void AppendChange(fmt::memory_buffer& out, const Feature* before, const Feature* after) {
+void AppendChange(fmt::memory_buffer& out, const FeatureState* before, const FeatureState* after) {
   JsonObject entry(out);
   AppendIdentity(entry, after == nullptr ? *before : *after);
   JsonList changes(entry.Key("changes"));
@@ -31,7 +31,7 @@ void AppendChange(fmt::memory_buffer& out, const Feature* before, const Feature*
   entry.Close();
 }
 
-void AppendLabel(fmt::memory_buffer& out, const Feature& feature) {
+void AppendLabel(fmt::memory_buffer& out, const FeatureState& feature) {
   fmt::format_to(std::back_inserter(out), "{} {}", feature.id, Word(feature.TypeName()));
   const std::string_view shown = feature.externalName.empty() ? feature.name : feature.externalName;
   if (!shown.empty()) fmt::format_to(std::back_inserter(out), " {}", Quoted(shown));

@@ -6,12 +6,12 @@
 namespace tool {
 
 /// A feature's id, late type and, where it has them, names: the fields with which every JSON output tells it.
-void AppendIdentity(JsonObject& object, const standalone::Feature& feature);
+void AppendIdentity(JsonObject& object, const standalone::FeatureState& feature);
 /// An object with the feature's identity and all fields in which its states differ. One may be null: the
 /// feature did not exist then.
-void AppendChange(fmt::memory_buffer& out, const standalone::Feature* before,
-                  const standalone::Feature* after);
+void AppendChange(fmt::memory_buffer& out, const standalone::FeatureState* before,
+                  const standalone::FeatureState* after);
 /// A feature in one line for people: id, late type and the name shown to the user.
-void AppendLabel(fmt::memory_buffer& out, const standalone::Feature& feature);
+void AppendLabel(fmt::memory_buffer& out, const standalone::FeatureState& feature);
 
 }  // namespace tool

@@ -19,6 +19,7 @@ namespace {
 
 using standalone::AppendRaw;
 using standalone::Feature;
+using standalone::FeatureState;
 
 constexpr std::size_t kFlushBytes = std::size_t{1} << 20;
 
@@ -68,7 +69,7 @@ std::string AttentionOf(const ReportedRun& reported, const standalone::VersionMa
   for (const auto& [feature, code] : reported.comparison.failed) {
     entry("featureFailed", code, [&, failed = feature](JsonObject& object) {
       AppendIdentity(object, *failed);
-      const Feature* const before = reported.document.Before(*failed);
+      const FeatureState* const before = reported.document.Before(*failed);
       object.Texts("identifiers", Concerning(manager, reported.run.identifiers,
                                              (before == nullptr ? failed : before)->TypeName()));
     });

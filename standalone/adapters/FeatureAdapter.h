@@ -8,10 +8,6 @@
 
 namespace standalone {
 
-/// Asks for interface `id` of a feature, as `VLMBaseUnknown::QueryInterface` does. `self` is an object that
-/// already stands for the feature, where there is one.
-HRESULT QueryFeature(Feature& feature, const VLMInterfaceId& id, void** out, VLMBaseUnknown* self = nullptr);
-
 /// Whether the feature offers interface `id`.
 bool Offers(Feature& feature, const VLMInterfaceId& id);
 
@@ -26,7 +22,7 @@ Feature* FeatureOf(const VLMHandle<Interface>& handle) {
 template <class Interface>
 VLMHandle<Interface> HandleOn(Feature* feature) {
   void* found = nullptr;
-  if (feature != nullptr) static_cast<void>(QueryFeature(*feature, Interface::kId, &found));
+  if (feature != nullptr) static_cast<void>(feature->QueryInterface(Interface::kId, &found));
   return VLMHandle<Interface>::Adopt(static_cast<Interface*>(found));
 }
 
@@ -37,20 +33,19 @@ class FeatureAdapter : public Interface {
  public:
   using AdaptedInterface = Interface;
 
-  // The feature's memory lives as long as its document, which the adapter therefore holds.
-  explicit FeatureAdapter(Feature& feature) : feature_(feature) { feature.document->AddRef(); }
+  explicit FeatureAdapter(Feature& feature) : feature_(feature) { feature.AddRef(); }
 
   void AddRef() noexcept final { ++references_; }
   void Release() noexcept final {
     if (--references_ == 0) delete this;
   }
   HRESULT QueryInterface(const VLMInterfaceId& id, void** out) final {
-    return QueryFeature(feature_, id, out, this);
+    return feature_.QueryInterface(id, out);
   }
   [[nodiscard]] const void* Identity() const noexcept final { return &feature_; }
 
  protected:
-  ~FeatureAdapter() override { feature_.document->Release(); }
+  ~FeatureAdapter() override { feature_.Release(); }
 
   [[nodiscard]] Document& Doc() const { return *feature_.document; }
   [[nodiscard]] Feature& Self() const { return feature_; }

@@ -1,6 +1,4 @@
-// The interfaces that every feature offers.
-
-#include <algorithm>
+// The interfaces that every feature offers, beside its own (adapters/SpecObject.cpp).
 
 #include "adapters/HostLibrary.h"
 #include "base/VLMIModelEvents.h"
@@ -8,80 +6,10 @@
 #include "modeler/VLMIContainer.h"
 #include "modeler/VLMILinkableObject.h"
 #include "modeler/VLMISpecAttrAccess.h"
-#include "modeler/VLMISpecObject.h"
 #include "session/Session.h"
 
 namespace standalone {
 namespace {
-
-const Key kSonsList("SonsList");
-const Key kNotReadyIn("NotReadyIn");
-
-class SpecObjectAdapter final : public FeatureAdapter<VLMISpecObject> {
- public:
-  using FeatureAdapter::FeatureAdapter;
-
-  VLMUnicodeString GetLateType() override {
-    return Failed(Enter("VLMISpecObject::GetLateType")) ? VLMUnicodeString()
-                                                        : VLMUnicodeString(Self().TypeName());
-  }
-
-  VLMUnicodeString GetName() override {
-    return Failed(Enter("VLMISpecObject::GetName")) ? VLMUnicodeString() : VLMUnicodeString(Self().name);
-  }
-
-  HRESULT SetUpToDate(int upToDate) override {
-    if (const HRESULT entered = Enter("VLMISpecObject::SetUpToDate"); Failed(entered)) return entered;
-    Doc().SetUpToDate(Self(), upToDate != 0);
-    return S_OK;
-  }
-
-  HRESULT GetFather(VLMISpecObject_var& father) override {
-    father = NULL_var;
-    if (const HRESULT entered = Enter("VLMISpecObject::GetFather"); Failed(entered)) return entered;
-    father = HandleOn<VLMISpecObject>(Self().father);
-    return father == NULL_var ? E_FAIL : S_OK;
-  }
-
-  HRESULT GetContainer(VLMIContainer_var& container) override {
-    container = NULL_var;
-    if (const HRESULT entered = Enter("VLMISpecObject::GetContainer"); Failed(entered)) return entered;
-    static_cast<void>(Doc().AttributesOf(Self()));  // a container that was removed is gone
-    container = HandleOn<VLMIContainer>(Self().container);
-    return container == NULL_var ? E_FAIL : S_OK;
-  }
-
-  HRESULT RemoveSon(const VLMISpecObject_var& son, int /*option*/) override {
-    Feature* const feature = FeatureOf(son);
-    if (const HRESULT entered = Enter("VLMISpecObject::RemoveSon", feature == nullptr ? "" : feature->name);
-        Failed(entered)) {
-      return entered;
-    }
-    if (feature == nullptr || feature->removed || !IsSon(*feature)) return E_FAIL;
-    Doc().Remove(*feature);
-    return S_OK;
-  }
-
-  int IsReadyInDomain(const VLMUnicodeString& domain) override {
-    if (Failed(Enter("VLMISpecObject::IsReadyInDomain", domain.View()))) return 0;
-    const Attribute* const notReady = Doc().FindAttribute(Self(), kNotReadyIn.Id());
-    if (notReady == nullptr || notReady->value.Kind() != ValueKind::kList) return 1;
-    const std::span<const Value> domains = notReady->value.Entries();
-    if (domain.IsNull()) return domains.empty() ? 1 : 0;
-    const auto names = [&domain](const Value& entry) {
-      return entry.Kind() == ValueKind::kString && entry.AsString() == domain.View();
-    };
-    return std::ranges::none_of(domains, names) ? 1 : 0;
-  }
-
- private:
-  // Old documents list sons that stand beneath another feature.
-  [[nodiscard]] bool IsSon(const Feature& feature) const {
-    if (feature.father == &Self()) return true;
-    const std::vector<Feature*> listed = LinkedFeatures(Self(), kSonsList);
-    return std::ranges::find(listed, &feature) != listed.end();
-  }
-};
 
 class AttributeAdapter final : public FeatureAdapter<VLMISpecAttribute> {
  public:
@@ -315,7 +243,6 @@ class ModelEventsAdapter final : public FeatureAdapter<VLMIModelEvents> {
 }  // namespace
 
 void BindFeatureAdapters(VLMLibrary& host) {
-  Bind<SpecObjectAdapter>(host, {kind::kFeature});
   Bind<AttrAccessAdapter>(host, {kind::kFeature});
   Bind<AliasAdapter>(host, {kind::kFeature});
   Bind<LinkableObjectAdapter>(host, {kind::kFeature});

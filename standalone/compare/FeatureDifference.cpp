@@ -11,7 +11,7 @@
 namespace standalone {
 namespace {
 
-const Feature kNothing;
+const FeatureState kNothing;
 
 template <class Append>
 std::string JsonOf(const Append& append) {
@@ -32,7 +32,7 @@ std::string JsonOf(Feature* target) {
   return target == nullptr ? "" : JsonOf(Value::Link(target));
 }
 
-std::string_view TypeOf(const Feature& feature) {
+std::string_view TypeOf(const FeatureState& feature) {
   return feature.type == nullptr ? std::string_view() : feature.TypeName();
 }
 
@@ -60,11 +60,11 @@ const Attribute* FindIn(std::span<const Attribute> attributes, NameId key, std::
 
 class Collector {
  public:
-  Collector(const Feature* before, const Feature* after) : before_(before), after_(after) {}
+  Collector(const FeatureState* before, const FeatureState* after) : before_(before), after_(after) {}
 
   std::vector<FieldDifference> Collect() {
-    const Feature& before = before_ == nullptr ? kNothing : *before_;
-    const Feature& after = after_ == nullptr ? kNothing : *after_;
+    const FeatureState& before = before_ == nullptr ? kNothing : *before_;
+    const FeatureState& after = after_ == nullptr ? kNothing : *after_;
     if (before.type != after.type) Add(format::kType, JsonOf(TypeOf(before)), JsonOf(TypeOf(after)));
     if (before.name != after.name) Add(format::kName, JsonOf(before.name), JsonOf(after.name));
     if (before.externalName != after.externalName)
@@ -87,7 +87,7 @@ class Collector {
     differences_.push_back({field, key, std::move(before), std::move(after)});
   }
 
-  static std::string FlagOf(const Feature* state) {
+  static std::string FlagOf(const FeatureState* state) {
     if (state == nullptr) return "";
     return state->upToDate ? "true" : "false";
   }
@@ -112,14 +112,14 @@ class Collector {
         after == nullptr ? "" : std::to_string(modeAfter), key);
   }
 
-  const Feature* before_;
-  const Feature* after_;
+  const FeatureState* before_;
+  const FeatureState* after_;
   std::vector<FieldDifference> differences_;
 };
 
 }  // namespace
 
-bool Differ(const Feature& before, const Feature& after) {
+bool Differ(const FeatureState& before, const FeatureState& after) {
   if (&before == &after) return false;
   if (before.type != after.type || before.name != after.name || before.externalName != after.externalName ||
       !SameFeature(before.father, after.father) || !SameFeature(before.container, after.container) ||
@@ -136,7 +136,7 @@ bool Differ(const Feature& before, const Feature& after) {
   return false;
 }
 
-std::vector<FieldDifference> Differences(const Feature* before, const Feature* after) {
+std::vector<FieldDifference> Differences(const FeatureState* before, const FeatureState* after) {
   return Collector(before, after).Collect();
 }
 

@@ -18,11 +18,11 @@ struct FieldDifference {
 
 /// Whether the two states differ in any field. Costs no more than the comparison. Here as below, the states
 /// may belong to two documents: links, fathers and containers are compared by id.
-[[nodiscard]] bool Differ(const Feature& before, const Feature& after);
+[[nodiscard]] bool Differ(const FeatureState& before, const FeatureState& after);
 
 /// The fields in which the states differ, in the order of the document file. Null stands for a feature that
 /// did not exist: everything that the other state holds is then a difference. Links are told by id, so they
 /// may lead to features that are removed by now. The place among the brothers is no field.
-[[nodiscard]] std::vector<FieldDifference> Differences(const Feature* before, const Feature* after);
+[[nodiscard]] std::vector<FieldDifference> Differences(const FeatureState* before, const FeatureState* after);
 
 }  // namespace standalone

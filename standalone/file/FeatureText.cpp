@@ -80,7 +80,7 @@ void AppendModes(fmt::memory_buffer& out, std::span<const Attribute> attributes)
 
 }  // namespace
 
-void AppendFeature(fmt::memory_buffer& out, const Feature& feature) {
+void AppendFeature(fmt::memory_buffer& out, const FeatureState& feature) {
   AppendRaw(out, "{\"id\":");
   AppendJsonInteger(out, feature.id);
   AppendKey(out, format::kType);

@@ -7,7 +7,7 @@
 namespace standalone {
 
 /// Appends the feature's line, without its end, to `out`.
-void AppendFeature(fmt::memory_buffer& out, const Feature& feature);
+void AppendFeature(fmt::memory_buffer& out, const FeatureState& feature);
 
 /// Appends one value as a feature's line holds it.
 void AppendValue(fmt::memory_buffer& out, const Value& value);

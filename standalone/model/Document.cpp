@@ -239,7 +239,7 @@ std::span<Value> Document::Keep(std::span<const Value> entries) {
   return {kept, entries.size()};
 }
 
-const Feature* Document::Before(const Feature& feature) const {
+const FeatureState* Document::Before(const Feature& feature) const {
   if (feature.created) return nullptr;
   return feature.journalEntry == 0 ? &feature : &before_[feature.journalEntry];
 }
@@ -272,10 +272,9 @@ void Document::SetFatherRead(Feature& feature, Feature& father) {
 void Document::SetAttributesRead(Feature& feature, std::span<const Attribute> attributes) {
   const auto size = static_cast<std::uint32_t>(attributes.size());
   if (size == 0) return;
-  feature.attributes = static_cast<Attribute*>(arena_.allocate(size * sizeof(Attribute), alignof(Attribute)));
-  std::uninitialized_copy(attributes.begin(), attributes.end(), feature.attributes);
-  feature.attributeCount = size;
-  feature.attributeCapacity = size;
+  auto* const room = static_cast<Attribute*>(arena_.allocate(size * sizeof(Attribute), alignof(Attribute)));
+  std::uninitialized_copy(attributes.begin(), attributes.end(), room);
+  feature.HoldAttributes(room, size, size);
 }
 
 void Document::RelinkSonsRead() {
@@ -290,15 +289,14 @@ void Document::RelinkSonsRead() {
 void Document::Touch(Feature& feature) {
   if (feature.created || feature.journalEntry != 0) return;
   feature.journalEntry = static_cast<std::uint32_t>(before_.size());
-  Feature& before = before_.emplace_back(feature);
+  FeatureState& before = before_.emplace_back(feature);
   touched_.push_back(&feature);
   if (feature.attributeCount == 0) return;
   // The old state keeps the old array; the feature goes on with a copy.
   const std::uint32_t room = feature.attributeCount + 2;
   auto* const copy = static_cast<Attribute*>(arena_.allocate(room * sizeof(Attribute), alignof(Attribute)));
   std::uninitialized_copy_n(before.attributes, before.attributeCount, copy);
-  feature.attributes = copy;
-  feature.attributeCapacity = room;
+  feature.HoldAttributes(copy, before.attributeCount, room);
 }
 
 void Document::LinkLast(Feature& feature) {
@@ -347,8 +345,7 @@ Attribute& Document::AddAttribute(Feature& feature, NameId key) {
     auto* const grown =
         static_cast<Attribute*>(arena_.allocate(room * sizeof(Attribute), alignof(Attribute)));
     std::uninitialized_copy_n(feature.attributes, feature.attributeCount, grown);
-    feature.attributes = grown;
-    feature.attributeCapacity = room;
+    feature.HoldAttributes(grown, feature.attributeCount, room);
   }
   auto* const added = new (feature.attributes + feature.attributeCount) Attribute;
   ++feature.attributeCount;

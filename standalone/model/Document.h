@@ -122,7 +122,7 @@ class Document final : public VLMDocument {
   [[nodiscard]] const std::vector<Feature*>& Touched() const { return touched_; }
   /// The state of the feature when the document was read; the feature itself when it is unchanged; null when
   /// it was created since. Links of that state may lead to features that are removed by now.
-  [[nodiscard]] const Feature* Before(const Feature& feature) const;
+  [[nodiscard]] const FeatureState* Before(const Feature& feature) const;
 
   // For the reader, which fills an empty document.
   /// Makes room for about so many features.
@@ -182,7 +182,7 @@ class Document final : public VLMDocument {
 
   std::vector<Feature*> touched_;
   std::vector<Feature*> withDeadLinks_;
-  std::deque<Feature> before_{Feature()};  // entry 0 is no feature's
+  std::deque<FeatureState> before_{FeatureState()};  // entry 0 is no feature's
 
   // Who links to the features that several others link to; made when the first of those is removed.
   std::unordered_map<const Feature*, std::vector<Feature*>> sharedReferrers_;

@@ -7,6 +7,7 @@
 
 #include "model/LateTypes.h"
 #include "model/Value.h"
+#include "modeler/VLMISpecObject.h"
 
 namespace standalone {
 
@@ -14,9 +15,8 @@ class Document;
 
 using FeatureId = std::int64_t;  ///< From 1; unique in its document and never given twice.
 
-/// One stored object of a document. Lives in the document's arena until the document goes, also when it is
-/// removed; read it freely, change it through `Document` only.
-struct Feature {
+/// What a feature is at one moment. A plain value, so that the state before a change can be kept.
+struct FeatureState {
   FeatureId id = 0;
   Document* document = nullptr;
   const LateType* type = nullptr;
@@ -34,21 +34,49 @@ struct Feature {
   Feature* next = nullptr;
 
   Attribute* attributes = nullptr;
-  std::uint32_t attributeCount = 0;
-  std::uint32_t attributeCapacity = 0;
   Feature* referrer =
       nullptr;  ///< Who links here: null for nobody, the one feature, or `Document`'s mark for several.
-  NameId physicalType = kNoName;
   std::uint32_t journalEntry =
       0;  ///< Where the journal holds the state before the first change; 0 when unchanged.
-  bool upToDate = true;
-  bool removed = false;
-  bool created = false;       ///< Made after the document was read.
-  bool hasDeadLinks = false;  ///< Something that it links to was removed since its links were last looked at.
-  bool isBehind = false;      ///< The document's companion keeps values that the attributes do not show yet.
+  NameId physicalType = kNoName;
+  std::uint32_t attributeCount = 0;
+  std::uint32_t attributeCapacity : 27 = 0;  // the longest line has room for fewer
+  bool upToDate : 1 = true;
+  bool removed : 1 = false;
+  bool created : 1 = false;  ///< Made after the document was read.
+  bool hasDeadLinks : 1 =
+      false;                  ///< Something that it links to was removed since its links were last looked at.
+  bool isBehind : 1 = false;  ///< The document's companion keeps values that the attributes do not show yet.
 
+  void HoldAttributes(Attribute* room, std::uint32_t count, std::uint32_t capacity) {
+    attributes = room;
+    attributeCount = count;
+    attributeCapacity = capacity & ((1U << 27U) - 1);
+  }
   [[nodiscard]] std::span<Attribute> Attributes() const { return {attributes, attributeCount}; }
   [[nodiscard]] std::string_view TypeName() const { return type->Name(); }
+};
+
+/// One stored object of a document. Lives in the document's arena until the document goes, also when it is
+/// removed; read it freely, change it through `Document` only.
+///
+/// A feature is its own `VLMISpecObject`, so that the handles which everything passes around cost nothing to
+/// make; its other interfaces are adapters and ties, made when they are asked for. A handle on a feature
+/// holds its document.
+class Feature final : public VLMISpecObject, public FeatureState {
+ public:
+  void AddRef() noexcept override;
+  void Release() noexcept override;
+  HRESULT QueryInterface(const VLMInterfaceId& id, void** out) override;
+  [[nodiscard]] const void* Identity() const noexcept override { return this; }
+
+  VLMUnicodeString GetLateType() override;
+  VLMUnicodeString GetName() override;
+  HRESULT SetUpToDate(int upToDate) override;
+  HRESULT GetFather(VLMISpecObject_var& father) override;
+  HRESULT GetContainer(VLMIContainer_var& container) override;
+  HRESULT RemoveSon(const VLMISpecObject_var& son, int option) override;
+  int IsReadyInDomain(const VLMUnicodeString& domain) override;
 };
 
 /// Walks over all that stands beneath `top`, depth first, sons in order: what follows `current`, which is

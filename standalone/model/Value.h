@@ -8,7 +8,7 @@
 
 namespace standalone {
 
-struct Feature;
+class Feature;
 class Value;
 
 enum class ValueKind : std::uint8_t { kString, kInteger, kReal, kBoolean, kLink, kList };

@@ -18,7 +18,7 @@ using testing::ElementsAre;
 
 const NameId kA = NameTable::Intern("A");
 
-std::string TextOf(const Feature& feature) {
+std::string TextOf(const FeatureState& feature) {
   fmt::memory_buffer text;
   AppendFeature(text, feature);
   return fmt::to_string(text);
