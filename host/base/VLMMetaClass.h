@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -86,4 +88,14 @@ class VLMMetaClass {
   std::vector<const VLMMetaClass*> extended_;
   std::vector<const VLMMetaClass*> extensions_;
   std::vector<TieEntry> ties_;
+
+  [[nodiscard]] VLMCreateTIE LookUpTie(const VLMInterfaceId& id) const;
+
+  // What was looked up lately, here and in the bases. Holds for one state of the registered ties.
+  struct Answer {
+    std::uint64_t interfaceValue;
+    VLMCreateTIE create;
+    std::uint64_t stateOfTies;
+  };
+  mutable std::array<Answer, 16> answers_{};
 };

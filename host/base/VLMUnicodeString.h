@@ -1,6 +1,7 @@
 #pragma once
 
-#include <string>
+#include <cstddef>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -31,7 +32,7 @@ class VLMUnicodeString {
     return *this;
   }
   ~VLMUnicodeString() {
-    if (text_ != nullptr && --text_->references == 0) delete text_;
+    if (text_ != nullptr && --text_->references == 0) ::operator delete(text_);
   }
 
   /// 2 when both strings are identical; 0 when this one sorts before `other`, 1 when it sorts after (by code
@@ -72,12 +73,12 @@ class VLMUnicodeString {
 
   /// The text as UTF-8, ended by a zero byte; lives until this string is changed or destroyed. Never null.
   [[nodiscard]] const char* ConvertToChar() const noexcept {
-    return text_ == nullptr ? "" : text_->utf8.c_str();
+    return text_ == nullptr ? "" : text_->Characters();
   }
 
   /// The text as UTF-8 with its length; lives as long as `ConvertToChar`'s.
   [[nodiscard]] std::string_view View() const noexcept {
-    return text_ == nullptr ? std::string_view() : std::string_view(text_->utf8);
+    return text_ == nullptr ? std::string_view() : std::string_view(text_->Characters(), text_->size);
   }
 
   friend bool operator==(const VLMUnicodeString& left, const VLMUnicodeString& right) noexcept {
@@ -86,9 +87,12 @@ class VLMUnicodeString {
 
  private:
   // Shared by copies; null stands for the empty string. Counted without a lock: the host runs on one thread.
+  // The characters, and a zero byte, stand directly behind it.
   struct Text {
-    std::size_t references = 1;
-    std::string utf8;
+    std::size_t references;
+    std::size_t size;
+
+    [[nodiscard]] char* Characters() noexcept { return reinterpret_cast<char*>(this + 1); }
   };
 
   void Assign(std::string_view utf8);

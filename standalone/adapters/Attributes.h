@@ -14,6 +14,7 @@ namespace standalone {
 class Key {
  public:
   explicit Key(std::string_view text) : id_(NameTable::Intern(text)) {}
+  explicit Key(NameId id) : id_(id) {}
 
   [[nodiscard]] NameId Id() const { return id_; }
   [[nodiscard]] std::string_view Text() const { return NameTable::Text(id_); }

@@ -164,7 +164,7 @@ class AttrAccessAdapter final : public FeatureAdapter<VLMISpecAttrAccess> {
   template <class T>
   HRESULT Get(std::string_view operation, VLMSpecAttrKey key, T& value) const {
     if (const HRESULT entered = EnterKey(operation, key); Failed(entered)) return entered;
-    return ReadAttribute(Self(), Key(NameTable::Text(key.Name())), value);
+    return ReadAttribute(Self(), Key(key.Name()), value);
   }
 
   // A value replaces one of its own type only: what an attribute is, is its late type's business.
@@ -172,7 +172,7 @@ class AttrAccessAdapter final : public FeatureAdapter<VLMISpecAttrAccess> {
   HRESULT Set(std::string_view operation, VLMSpecAttrKey key, const T& value) const {
     if (const HRESULT entered = EnterKey(operation, key); Failed(entered)) return entered;
     T current{};
-    const Key known(NameTable::Text(key.Name()));
+    const Key known(key.Name());
     if (Failed(ReadAttribute(Self(), known, current))) return E_FAIL;
     return WriteAttribute(Self(), known, value);
   }

@@ -67,7 +67,7 @@ HRESULT Feature::QueryInterface(const VLMInterfaceId& interface, void** out) {
 
 VLMUnicodeString Feature::GetLateType() {
   if (Failed(Checkpoint::Pass("VLMISpecObject::GetLateType", this))) return {};
-  return TypeName();
+  return type->Text();
 }
 
 VLMUnicodeString Feature::GetName() {

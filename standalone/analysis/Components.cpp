@@ -73,6 +73,7 @@ Feature* MakeComponent(Feature& holder, std::string_view name, std::string_view 
   static const LateType& componentType = LateType::Of("SAMBasicComponent");
   Document& document = *holder.document;
   Feature& component = document.Create(componentType, name, &holder, holder.container);
+  document.ReserveAttributes(component, value ? 3 : 1);
   document.SetAttribute(component, kComponentType.Id(), Value::String(document.Keep(type)));
   if (!magnitude.empty()) {
     document.SetAttribute(component, kMagnitude.Id(), Value::String(document.Keep(magnitude)));
@@ -97,6 +98,7 @@ Feature& MakeParameter(Feature& father, std::string_view name, std::string_view 
   static const Key kVisible("Visible");
   Document& document = *father.document;
   Feature& parameter = document.Create(parameterType, name, &father, father.container);
+  document.ReserveAttributes(parameter, 3);
   document.SetAttribute(parameter, kMagnitude.Id(), Value::String(document.Keep(magnitude)));
   document.SetAttribute(parameter, kParameterValue.Id(), Value::Real(value));
   if (visible) document.SetAttribute(parameter, kVisible.Id(), Value::Boolean(true));

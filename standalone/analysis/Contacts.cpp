@@ -38,8 +38,12 @@ Feature& MakeSon(Feature& father, std::string_view lateType) {
                          father.container);
 }
 
+// All attributes that a pair has in the end.
+constexpr std::uint32_t kPairAttributes = 16;
+
 void SetDefaults(Feature& pair) {
   Document& document = *pair.document;
+  document.ReserveAttributes(pair, kPairAttributes);
   WriteLink(pair, kInteractionProperty, nullptr);
   document.SetAttribute(pair, kSurfacesSwapped.Id(), Value::Boolean(false));
   document.SetAttribute(pair, kFirstSurfaceReversed.Id(), Value::Boolean(false));
@@ -88,6 +92,7 @@ Feature& MakeContactControl(Feature& contact) {
 Feature& MakeInterferenceFit(Feature& contact) {
   Document& document = *contact.document;
   Feature& fit = MakeSon(contact, "HVXInterferenceFitLT");
+  document.ReserveAttributes(fit, 3);
   document.SetAttribute(fit, kFitType.Id(), Value::Integer(0));
   document.SetAttribute(fit, kFitDefinition.Id(), Value::Integer(0));
   document.SetAttribute(fit, kFitValue.Id(), Value::Real(0.0));

@@ -23,6 +23,7 @@ Feature& MakeConnector(Feature& beside, Feature* father, std::string_view type, 
   const LateType& lateType = LateType::Of(type.empty() ? kDefaultConnector : type);
   Feature& connector = document.Create(lateType, fmt::format("{}.{}", lateType.Name(), document.NextId()),
                                        father, beside.container);
+  document.ReserveAttributes(connector, 2);
   WriteLink(connector, kFirstObject, first);
   WriteLink(connector, kSecondObject, second);
   return connector;

@@ -36,6 +36,14 @@ bool VLMMetaClass::IsAKindOf(std::string_view name) const noexcept {
 }
 
 VLMCreateTIE VLMMetaClass::FindTie(const VLMInterfaceId& id) const {
+  Answer& answer = answers_[id.Value() % answers_.size()];
+  const std::uint64_t state = VLMRegistry::StateOfTies();
+  if (answer.interfaceValue != id.Value() || answer.stateOfTies != state)
+    answer = {id.Value(), LookUpTie(id), state};
+  return answer.create;
+}
+
+VLMCreateTIE VLMMetaClass::LookUpTie(const VLMInterfaceId& id) const {
   for (const VLMMetaClass* metaClass = this; metaClass != nullptr; metaClass = metaClass->base_) {
     for (const TieEntry& tie : metaClass->ties_) {
       if (tie.interfaceValue == id.Value()) return tie.create;

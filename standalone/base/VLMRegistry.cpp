@@ -17,7 +17,10 @@ VLMMetaClass* VLMRegistry::Find(std::string_view name) const {
 VLMMetaClass& VLMRegistry::LateType(std::string_view name, const VLMMetaClass* base) {
   if (VLMMetaClass* const known = Find(name)) {
     // A library may have extended a late type before the host came to know what it derives from.
-    if (known->base_ == nullptr) known->base_ = base;
+    if (known->base_ == nullptr) {
+      known->base_ = base;
+      ++stateOfTies_;
+    }
     return *known;
   }
   std::unique_ptr<VLMMetaClass> made(new VLMMetaClass(name, VLMExtensionKind::kLateType, base, "", nullptr));
@@ -40,6 +43,7 @@ HRESULT VLMRegistry::DeclareTie(const VLMLibrary& owner, VLMMetaClass& lateType,
                                  [&](const auto& tie) { return tie.interfaceValue == id.Value(); });
   if (taken) return E_FAIL;
   lateType.ties_.push_back({id.Value(), create, &owner});
+  ++stateOfTies_;
   return S_OK;
 }
 
@@ -55,6 +59,7 @@ HRESULT VLMRegistry::Instantiate(std::string_view name, const VLMInterfaceId& id
 }
 
 void VLMRegistry::Withdraw(const VLMLibrary& owner) {
+  ++stateOfTies_;
   const auto ownedBy = [&owner](const VLMMetaClass* metaClass) { return metaClass->owner_ == &owner; };
   for (auto& [name, metaClass] : metaClasses_) {
     std::erase_if(metaClass->ties_, [&owner](const auto& tie) { return tie.owner == &owner; });

@@ -33,6 +33,9 @@ class VLMRegistry {
   HRESULT DeclareComponent(const VLMLibrary& owner, std::string_view name, VLMCreateComponent create);
   HRESULT Instantiate(std::string_view name, const VLMInterfaceId& id, void** out) const;
 
+  /// Changes whenever a look-up of a tie may have another outcome than before. Never 0.
+  [[nodiscard]] static std::uint64_t StateOfTies() noexcept { return stateOfTies_; }
+
   /// Takes out everything that `owner` registered.
   void Withdraw(const VLMLibrary& owner);
 
@@ -43,6 +46,8 @@ class VLMRegistry {
     VLMCreateComponent create;
     const VLMLibrary* owner;
   };
+
+  static inline std::uint64_t stateOfTies_ = 1;
 
   std::map<std::string, std::unique_ptr<VLMMetaClass>, std::less<>> metaClasses_;
   std::map<std::string, Component, std::less<>> components_;

@@ -1,6 +1,7 @@
 #include "base/VLMUnicodeString.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 namespace {
@@ -27,8 +28,11 @@ std::size_t ByteOfCharacter(std::string_view utf8, int index) noexcept {
 
 VLMUnicodeString::VLMUnicodeString(const char* utf8) : VLMUnicodeString(std::string_view(utf8)) {}
 
-VLMUnicodeString::VLMUnicodeString(std::string_view utf8)
-    : text_(utf8.empty() ? nullptr : new Text{1, std::string(utf8)}) {}
+VLMUnicodeString::VLMUnicodeString(std::string_view utf8) {
+  if (utf8.empty()) return;
+  text_ = new (::operator new(sizeof(Text) + utf8.size() + 1)) Text{1, utf8.size()};
+  *std::copy(utf8.begin(), utf8.end(), text_->Characters()) = '\0';
+}
 
 void VLMUnicodeString::Assign(std::string_view utf8) {
   *this = VLMUnicodeString(utf8);
@@ -38,7 +42,7 @@ int VLMUnicodeString::SearchSubString(const VLMUnicodeString& text, int start, V
   const std::string_view whole = View();
   const std::string_view wanted = text.View();
   start = std::max(start, 0);
-  if (wanted.empty() || start > GetLengthInChar()) return -1;
+  if (wanted.empty() || (start > 0 && start > GetLengthInChar())) return -1;
 
   std::size_t found = std::string_view::npos;
   if (mode == VLMSearchMode::kForward) {

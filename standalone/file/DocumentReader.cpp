@@ -124,8 +124,8 @@ class Reader {
   }
 
   void ReadHeader(ondemand::object object) {
-    static constexpr std::string_view kKeys[] = {format::kFormat, format::kVersionKey, format::kUpgrades,
-                                                 format::kFeatures};
+    static constexpr KnownKey kKeys[] = {format::kFormat, format::kVersionKey, format::kUpgrades,
+                                         format::kFeatures};
     Keys keys(kKeys);
     for (auto field : object) {
       const std::string_view key = TakeKey(field);
@@ -173,7 +173,7 @@ class Reader {
   }
 
   void ReadFeature(ondemand::object object) {
-    static constexpr std::string_view kKeys[] = {
+    static constexpr KnownKey kKeys[] = {
         format::kId,        format::kType,     format::kName,         format::kAlias,      format::kFather,
         format::kContainer, format::kUpToDate, format::kPhysicalType, format::kAttributes, format::kModes};
     Keys keys(kKeys);
@@ -181,7 +181,7 @@ class Reader {
     FeatureId id = 0;
     for (auto field : object) {
       const std::size_t index = keys.Meet(field);
-      const std::string_view key = kKeys[index];
+      const std::string_view key = kKeys[index].Text();
       if (index >= 2 && feature == nullptr) Refuse("a feature must begin with \"id\" and \"type\"");
       switch (index) {
         case 0:

@@ -163,6 +163,13 @@ void Document::SetAttribute(Feature& feature, NameId key, const Value& value) {
   NoteLinks(feature, value);
 }
 
+void Document::ReserveAttributes(Feature& feature, std::uint32_t count) {
+  if (count <= feature.attributeCapacity) return;
+  auto* const room = static_cast<Attribute*>(arena_.allocate(count * sizeof(Attribute), alignof(Attribute)));
+  std::uninitialized_copy_n(feature.attributes, feature.attributeCount, room);
+  feature.HoldAttributes(room, feature.attributeCount, count);
+}
+
 void Document::SetAttributeMode(Feature& feature, NameId key, int mode) {
   const Attribute* const attribute = FindAttribute(feature, key);
   if (attribute == nullptr || attribute->mode == mode) return;
@@ -226,9 +233,13 @@ bool Document::PlaceBeneath(Feature& feature, Feature& father) {
 
 std::string_view Document::Keep(std::string_view text) {
   if (text.empty()) return {};
-  char* const kept = static_cast<char*>(arena_.allocate(text.size(), 1));
-  std::ranges::copy(text, kept);
-  return {kept, text.size()};
+  std::string_view& place = recentTexts_.PlaceOf(text);
+  if (place != text) {
+    char* const kept = static_cast<char*>(arena_.allocate(text.size(), 1));
+    std::ranges::copy(text, kept);
+    place = {kept, text.size()};
+  }
+  return place;
 }
 
 std::span<Value> Document::Keep(std::span<const Value> entries) {
@@ -341,11 +352,7 @@ void Document::MoveBeside(Feature& feature, Feature& other, bool after) {
 
 Attribute& Document::AddAttribute(Feature& feature, NameId key) {
   if (feature.attributeCount == feature.attributeCapacity) {
-    const std::uint32_t room = std::max<std::uint32_t>(4, feature.attributeCapacity * 2);
-    auto* const grown =
-        static_cast<Attribute*>(arena_.allocate(room * sizeof(Attribute), alignof(Attribute)));
-    std::uninitialized_copy_n(feature.attributes, feature.attributeCount, grown);
-    feature.HoldAttributes(grown, feature.attributeCount, room);
+    ReserveAttributes(feature, std::max<std::uint32_t>(4, feature.attributeCapacity * 2));
   }
   auto* const added = new (feature.attributes + feature.attributeCount) Attribute;
   ++feature.attributeCount;

@@ -12,6 +12,7 @@
 #include "model/Feature.h"
 #include "model/LargePages.h"
 #include "model/NumberedNames.h"
+#include "model/RecentTexts.h"
 #include "model/SetIndex.h"
 #include "modeler/VLMDocument.h"
 
@@ -97,6 +98,8 @@ class Document final : public VLMDocument {
   /// Sets the attribute, adding it at the end when the feature lacks it. A text or list must live in
   /// `Arena()` or come from `Keep`.
   void SetAttribute(Feature& feature, NameId key, const Value& value);
+  /// Makes room for `count` attributes in all, so that adding up to so many moves none.
+  void ReserveAttributes(Feature& feature, std::uint32_t count);
   void SetAttributeMode(Feature& feature, NameId key, int mode);
   void RemoveAttribute(Feature& feature, NameId key);
   /// Appends to the list attribute, which must exist; a list grows in steps, so that appending n entries
@@ -113,7 +116,7 @@ class Document final : public VLMDocument {
   /// are looked at).
   void DropAllDeadLinks();
 
-  /// Copies a text or entries into the arena, where they may become values.
+  /// Keeps a text or entries in the arena, where they may become values.
   [[nodiscard]] std::string_view Keep(std::string_view text);
   [[nodiscard]] std::span<Value> Keep(std::span<const Value> entries);
 
@@ -164,6 +167,8 @@ class Document final : public VLMDocument {
   std::pmr::monotonic_buffer_resource arena_{std::size_t{1} << 16, &LargePages::Instance()};
   // Features stand by themselves, close together: most passes look at nothing else.
   std::pmr::monotonic_buffer_resource featureArena_{std::size_t{1} << 16, &LargePages::Instance()};
+
+  RecentTexts recentTexts_;
 
   Feature* first_ = nullptr;
   Feature* last_ = nullptr;

@@ -168,7 +168,8 @@ LateType::LateType(NameId name, const VLMMetaClass& metaClass)
     : name_(name),
       isAnalysisModel_(metaClass.IsAKindOf(kind::kAnalysisModel)),
       isAnalysisSet_(metaClass.IsAKindOf(kind::kAnalysisSet)),
-      metaClass_(metaClass) {}
+      metaClass_(metaClass),
+      text_(metaClass.Name()) {}
 
 const LateType& LateType::Of(std::string_view name) {
   static Table table;

@@ -16,7 +16,9 @@ class LateType {
   static const LateType& Of(std::string_view name);
 
   [[nodiscard]] NameId Id() const { return name_; }
-  [[nodiscard]] std::string_view Name() const { return metaClass_.Name(); }
+  [[nodiscard]] std::string_view Name() const { return text_.View(); }
+  /// The name as the host's string; copies share it.
+  [[nodiscard]] const VLMUnicodeString& Text() const { return text_; }
   [[nodiscard]] const VLMMetaClass& MetaClass() const { return metaClass_; }
   [[nodiscard]] bool IsAnalysisModel() const { return isAnalysisModel_; }
   [[nodiscard]] bool IsAnalysisSet() const { return isAnalysisSet_; }
@@ -26,6 +28,7 @@ class LateType {
   bool isAnalysisModel_;
   bool isAnalysisSet_;
   const VLMMetaClass& metaClass_;
+  VLMUnicodeString text_;
 };
 
 /// The kinds that late types derive from. General interfaces are bound to kinds, so that every late type of a

@@ -81,6 +81,8 @@ Feature* FeatureCatalogs::Create(std::string_view lateType, std::string_view ext
     Feature& feature = document.Create(
         LateType::Of(lateType), fmt::format("{}.{}", lateType, document.NextId()), &father, father.container);
     document.SetExternalName(feature, externalName);
+    constexpr std::size_t kLinksOnTop = 2;  // that most features get besides
+    document.ReserveAttributes(feature, static_cast<std::uint32_t>(attributes.size() + kLinksOnTop));
     for (const auto& [key, value] : attributes) {
       document.SetAttribute(feature, NameTable::Intern(key), ValueOf(value, document));
     }

@@ -37,7 +37,9 @@ class Concerns {
     for (const std::string& identifier : InOrderOfHandingOver(identifiers)) {
       for (const KnownUpgrade::Binding& bound : manager.Find(identifier)->bindings) {
         for (const char* const lateType : bound.upgradeClass->lateTypes) {
-          VLMListValVLMUnicodeString& list = lists_[LateType::Of(lateType).Id()];
+          const NameId type = LateType::Of(lateType).Id();
+          if (type >= lists_.size()) lists_.resize(type + 1);
+          VLMListValVLMUnicodeString& list = lists_[type];
           const VLMUnicodeString text(identifier.c_str());
           // Two rows of one class may bind one identifier; the extension finds both by itself.
           if (list.Size() == 0 || !(list[list.Size()] == text)) list.Append(text);
@@ -47,12 +49,11 @@ class Concerns {
   }
 
   [[nodiscard]] const VLMListValVLMUnicodeString* Of(const LateType& type) const {
-    const auto found = lists_.find(type.Id());
-    return found == lists_.end() ? nullptr : &found->second;
+    return type.Id() < lists_.size() && lists_[type.Id()].Size() > 0 ? &lists_[type.Id()] : nullptr;
   }
 
  private:
-  std::unordered_map<NameId, VLMListValVLMUnicodeString> lists_;
+  std::vector<VLMListValVLMUnicodeString> lists_;  // by the number of the late type's name
 };
 
 HRESULT UpgradeAsItIs(Feature& feature, const VLMListValVLMUnicodeString& identifiers) {
