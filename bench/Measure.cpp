@@ -1,7 +1,7 @@
 // Measures whole documents: generates one of each size from the examples, and reports what reading it,
 // writing it back, upgrading it and writing the result cost, as ratios of the bare pass over the same bytes
 // in the same process.
-//   hvx_measure [FEATURES...]      (10000 100000 1000000 without arguments)
+//   hvx_measure [--only ID,...] [FEATURES...]      (10000 100000 1000000 without arguments)
 
 #include <fmt/format.h>
 #include <sys/mman.h>
@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -29,7 +30,7 @@ namespace {
 
 using namespace standalone;
 
-constexpr int kRepetitions = 5;
+constexpr int kRepetitions = 9;
 constexpr const char* kHead = "{:>9} {:>7} {:>8} {:>7} {:>7} {:>7} {:>7} {:>7} {:>11} {:>14} {:>8} {:>11}\n";
 constexpr const char* kRow =
     "{:>9.0f} {:>7.1f} {:>8.1f} {:>7.3f} {:>7.3f} {:>7.3f} {:>7.3f} {:>7.3f} {:>11.2f} {:>14.2f} {:>8.2f} "
@@ -74,7 +75,8 @@ void WarmMemory(std::size_t bytes) {
 }
 
 // One trip in a process of its own, so that the peak of memory is the trip's.
-Figures MeasureOnce(const std::string& input, const std::string& output) {
+Figures MeasureOnce(const std::string& input, const std::string& output,
+                    const std::vector<std::string>& only) {
   constexpr std::size_t kMostPerByteOfFile = 5;  // what a trip takes at its peak, at the most
   WarmMemory(kMostPerByteOfFile * std::filesystem::file_size(input));
   std::array<int, 2> channel{};
@@ -84,6 +86,11 @@ Figures MeasureOnce(const std::string& input, const std::string& output) {
     figures.bare = TimeOf([&] { bench::BarePass(input, output); });
     const UpgradeLibrary library(HVX_LIBRARY);
     const VersionManager manager({&library.Description()});
+    for (const std::string& identifier : only) {
+      if (manager.Find(identifier) != nullptr) continue;
+      fmt::print(stderr, "there is no upgrade \"{}\"\n", identifier);
+      _exit(2);
+    }
     FeatureCatalogs::Use(std::string(HVX_SOURCE_DIR) + "/standalone/catalogs");
     DocumentPtr document;
     figures.read = TimeOf([&] { document = ReadDocument(input); });
@@ -91,8 +98,8 @@ Figures MeasureOnce(const std::string& input, const std::string& output) {
     WriteOptions options;
     options.overwrite = true;
     figures.writeBack = TimeOf([&] { WriteDocument(*document.Get(), output, options); });
-    figures.upgrade =
-        TimeOf([&] { static_cast<void>(manager.Run(document, manager.Pending(*document.Get()))); });
+    const std::vector<std::string> identifiers = only.empty() ? manager.Pending(*document.Get()) : only;
+    figures.upgrade = TimeOf([&] { static_cast<void>(manager.Run(document, identifiers)); });
     figures.write = TimeOf([&] { WriteDocument(*document.Get(), output, options); });
     figures.resultBytes = static_cast<double>(std::filesystem::file_size(output));
     rusage usage{};
@@ -135,7 +142,8 @@ double MicrosecondsPerFeature(const Figures& trip) {
   return 1e6 * (trip.read + trip.upgrade + trip.write) / trip.features;
 }
 
-void Measure(std::size_t featureCount, const std::filesystem::path& folder) {
+void Measure(std::size_t featureCount, const std::vector<std::string>& only,
+             const std::filesystem::path& folder) {
   const std::string input = (folder / fmt::format("{}.hvxdoc", featureCount)).string();
   const std::string output = (folder / "result.hvxdoc").string();
   WriteOptions options;
@@ -146,7 +154,7 @@ void Measure(std::size_t featureCount, const std::filesystem::path& folder) {
   const auto bytes = static_cast<double>(std::filesystem::file_size(input));
 
   std::vector<Figures> all;
-  for (int i = 0; i < kRepetitions; ++i) all.push_back(MeasureOnce(input, output));
+  for (int i = 0; i < kRepetitions; ++i) all.push_back(MeasureOnce(input, output, only));
   const double result = all.front().resultBytes;
   fmt::print(
       kRow, all.front().features, bytes / 1e6, result / 1e6, MedianOf(all, &Figures::bare),
@@ -160,19 +168,21 @@ void Measure(std::size_t featureCount, const std::filesystem::path& folder) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  CLI::App app("Measures whole documents against the bare pass over the same bytes");
   std::vector<std::size_t> sizes{10'000, 100'000, 1'000'000};
-  if (!arguments.empty()) {
-    sizes.clear();
-    for (const std::string& argument : arguments) sizes.push_back(std::stoull(argument));
-  }
+  std::vector<std::string> only;
+  app.add_option("FEATURES", sizes, "The sizes of the documents");
+  app.add_option("--only", only, "The identifiers to upgrade by; all without it")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  CLI11_PARSE(app, argc, argv);
   const std::filesystem::path folder =
       std::filesystem::temp_directory_path() / fmt::format("hvx-measure-{}", getpid());
   std::filesystem::create_directory(folder);
   fmt::print("processor seconds, medians of {}\n", kRepetitions);
   fmt::print(kHead, "features", "MB", "MB after", "bare", "read", "back", "upgrade", "write", "(r+b)/bare",
              "upgrade/(r+w)", "peak/MB", "us/feature");
-  for (const std::size_t size : sizes) Measure(size, folder);
+  for (const std::size_t size : sizes) Measure(size, only, folder);
   std::filesystem::remove_all(folder);
   return 0;
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <map>
-#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -24,9 +22,13 @@ class HVXOutputRequestIndex {
     std::vector<VLMISpecObject_var> requests;
   };
   using BySupport = std::unordered_map<const void*, Entry>;
+  struct Set {
+    VLMUnicodeString type;
+    BySupport requests;
+  };
   struct Step {
     VLMBaseUnknown_var spStep;  // held for the same reason
-    std::map<std::string, BySupport, std::less<>> sets;
+    std::vector<Set> sets;      // those that were listed
   };
 
   /// `isWhole` becomes false when a call failed, so that something may be missing.

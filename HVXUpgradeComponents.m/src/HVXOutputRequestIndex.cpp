@@ -1,5 +1,6 @@
 #include "HVXOutputRequestIndex.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "analysis/VLMISamAnalysisConnector.h"
@@ -11,15 +12,15 @@ std::vector<VLMISpecObject_var> HVXOutputRequestIndex::RestingOn(const VLMBaseUn
                                                                  const VLMBaseUnknown_var& spStep) {
   Step& step = steps_[spStep->Identity()];
   step.spStep = spStep;
-  auto set = step.sets.find(setType.View());
+  auto set = std::ranges::find(step.sets, setType, &Set::type);
   if (set == step.sets.end()) {
     bool isWhole = true;
     BySupport listed = List(setType, spStep, isWhole);
     if (!isWhole) return listed[support->Identity()].requests;
-    set = step.sets.emplace(setType.View(), std::move(listed)).first;
+    set = step.sets.insert(set, {setType, std::move(listed)});
   }
-  const auto found = set->second.find(support->Identity());
-  return found == set->second.end() ? std::vector<VLMISpecObject_var>() : found->second.requests;
+  const auto found = set->requests.find(support->Identity());
+  return found == set->requests.end() ? std::vector<VLMISpecObject_var>() : found->second.requests;
 }
 
 HVXOutputRequestIndex::BySupport HVXOutputRequestIndex::List(const VLMUnicodeString& setType,
