@@ -114,6 +114,12 @@ TEST_F(DocumentFileTest, OtherSpellingsOfTheSameAreMadeCanonical) {
                 .text,
             WithHeader(1, R"({"id":1,"type":"Xä😀/","attributes":{"A":0,"B":100.0,"C":1.0,"D":[1,2]}})"
                           "\n"));
+  EXPECT_EQ(Read(WithHeader(1, R"({"id":1,"type":"X","container":{ "ref":1},"attributes":{"A":{"ref" :1},)"
+                               R"("B":[{"ref": 1},{"ref":1 }],"C":{"\u0072ef":1},"D":{"ref":1}}})"))
+                .text,
+            WithHeader(1, R"({"id":1,"type":"X","container":{"ref":1},"attributes":{"A":{"ref":1},)"
+                          R"("B":[{"ref":1},{"ref":1}],"C":{"ref":1},"D":{"ref":1}}})"
+                          "\n"));
   EXPECT_EQ(Read(WithHeader(1, R"({"id":1,"type":"X"})")).text, WithHeader(1, "{\"id\":1,\"type\":\"X\"}\n"));
   EXPECT_EQ(Read(WithHeader(0, "")).text, WithHeader(0, ""));
 }
@@ -192,6 +198,12 @@ TEST_F(DocumentFileTest, UnsoundFeaturesAreRefused) {
        R"(the link "father" must have the one key "ref")"},
       {R"({"id":2,"type":"X","attributes":{"A":{"id":1}}})", R"(the link "A" must have the one key "ref")"},
       {R"({"id":2,"type":"X","attributes":{"A":{"ref":-4}}})", "holds -4; ids count from 1"},
+      {R"({"id":2,"type":"X","attributes":{"A":{"ref":0}}})", "holds 0; ids count from 1"},
+      {R"({"id":2,"type":"X","attributes":{"A":{"ref":01}}})", R"("ref" must be a whole number)"},
+      {R"({"id":2,"type":"X","attributes":{"A":{"ref":1.0}}})", R"("ref" must be a whole number)"},
+      {R"({"id":2,"type":"X","attributes":{"A":{"ref":}}})", ""},
+      {R"({"id":2,"type":"X","attributes":{"A":{"ref":1,"id":1}}})",
+       R"(the link "A" must have the one key "ref")"},
       {R"({"id":2,"type":"X","upToDate":0})", R"("upToDate" must be true or false but is a number)"},
       {R"({"id":2,"type":"X","attributes":[]})", R"("attributes" must be an object but is a list)"},
       {R"({"id":2,"type":"X","attributes":{"":1}})", "an attribute has an empty key"},
@@ -213,6 +225,9 @@ TEST_F(DocumentFileTest, UnsoundFeaturesAreRefused) {
        R"(the mode of "A" exceeds 32 bits)"},
       {R"({"id":2,"type":"X","father":{"ref":4}})", "feature 2 links to feature 4, which does not exist"},
       {R"({"id":2,"type":"X","container":{"ref":4}})", "feature 2 links to feature 4, which does not exist"},
+      {R"({"id":2,"type":"X","attributes":{"A":{"ref":9223372036854775807}}})",
+       "feature 2 links to feature 9223372036854775807, which does not exist"},
+      {R"({"id":2,"type":"X","attributes":{"A":{"ref":18446744073709551617}}})", R"("ref" must be a whole)"},
       {R"({"id":2,"type":"X","attributes":{"A":[[{"ref":4}]]}})",
        "feature 2 links to feature 4, which does not"},
   };

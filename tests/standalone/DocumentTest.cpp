@@ -76,6 +76,21 @@ TEST_F(DocumentTest, TheStateBeforeTheFirstChangeIsKept) {
   EXPECT_THAT(Touched(), ElementsAre(1, 3, 2));
 }
 
+TEST_F(DocumentTest, TextsKeptOnceAreNotMixedUp) {
+  Given(R"({"id":1,"type":"X"})");
+  std::vector<std::string> texts;
+  for (int i = 0; i < 5000; ++i) {
+    texts.push_back(std::to_string(i));
+    texts.push_back(fmt::format("the same front {:04} and the same back", i));
+  }
+  std::vector<std::string_view> kept;
+  for (int time = 0; time < 2; ++time) {
+    for (const std::string& text : texts) kept.push_back(Doc().Keep(std::string_view(text)));
+  }
+  for (std::size_t i = 0; i < kept.size(); ++i) EXPECT_EQ(kept[i], texts[i % texts.size()]);
+  EXPECT_EQ(Doc().Keep("twice").data(), Doc().Keep(std::string("twice")).data());
+}
+
 TEST_F(DocumentTest, AttributesGrowAndKeepTheirOrder) {
   Given(R"({"id":1,"type":"X"})");
   std::string expected;
