@@ -290,7 +290,7 @@ class Reader {
                   FeatureId& forward) {
     switch (value.type()) {
       case ondemand::json_type::string:
-        return Value::String(document_->Keep(std::string_view(value.get_string())));
+        return Value::String(document_->Keep(TakeText(value, key)));
       case ondemand::json_type::number:
         return TakeNumber(value, key);
       case ondemand::json_type::boolean:

@@ -1,6 +1,7 @@
 #include "file/FeatureText.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -32,27 +33,43 @@ void AppendName(fmt::memory_buffer& out, NameId name) {
 }
 
 // Every field but the first follows a comma.
-void AppendKey(fmt::memory_buffer& out, std::string_view key) {
-  AppendRaw(out, ",\"");
-  AppendRaw(out, key);
-  AppendRaw(out, "\":");
+template <const std::string_view& key>
+constexpr auto kKeyText = [] {
+  std::array<char, key.size() + 4> text{',', '"'};
+  std::ranges::copy(key, text.begin() + 2);
+  text[key.size() + 2] = '"';
+  text[key.size() + 3] = ':';
+  return text;
+}();
+
+template <const std::string_view& key>
+void AppendKey(fmt::memory_buffer& out) {
+  AppendRaw(out, {kKeyText<key>.data(), kKeyText<key>.size()});
 }
 
-void AppendTextField(fmt::memory_buffer& out, std::string_view key, std::string_view text) {
+template <const std::string_view& key>
+void AppendTextField(fmt::memory_buffer& out, std::string_view text) {
   if (text.empty()) return;
-  AppendKey(out, key);
+  AppendKey<key>(out);
   AppendJsonText(out, text);
 }
 
-void AppendLinkField(fmt::memory_buffer& out, std::string_view key, Feature* target) {
+void AppendLink(fmt::memory_buffer& out, const Feature& target) {
+  AppendRaw(out, "{\"ref\":");
+  AppendJsonInteger(out, target.id);
+  out.push_back('}');
+}
+
+template <const std::string_view& key>
+void AppendLinkField(fmt::memory_buffer& out, const Feature* target) {
   if (target == nullptr) return;
-  AppendKey(out, key);
-  AppendValue(out, Value::Link(target));
+  AppendKey<key>(out);
+  AppendLink(out, *target);
 }
 
 void AppendAttributes(fmt::memory_buffer& out, std::span<const Attribute> attributes) {
   if (attributes.empty()) return;
-  AppendKey(out, format::kAttributes);
+  AppendKey<format::kAttributes>(out);
   char separator = '{';
   for (const Attribute& attribute : attributes) {
     out.push_back(separator);
@@ -66,7 +83,7 @@ void AppendAttributes(fmt::memory_buffer& out, std::span<const Attribute> attrib
 void AppendModes(fmt::memory_buffer& out, std::span<const Attribute> attributes) {
   const auto hasMode = [](const Attribute& attribute) { return attribute.mode != 0; };
   if (std::ranges::none_of(attributes, hasMode)) return;
-  AppendKey(out, format::kModes);
+  AppendKey<format::kModes>(out);
   char separator = '{';
   for (const Attribute& attribute : attributes) {
     if (!hasMode(attribute)) continue;
@@ -83,17 +100,20 @@ void AppendModes(fmt::memory_buffer& out, std::span<const Attribute> attributes)
 void AppendFeature(fmt::memory_buffer& out, const FeatureState& feature) {
   AppendRaw(out, "{\"id\":");
   AppendJsonInteger(out, feature.id);
-  AppendKey(out, format::kType);
+  AppendKey<format::kType>(out);
   AppendName(out, feature.type->Id());
-  AppendTextField(out, format::kName, feature.name);
-  AppendTextField(out, format::kAlias, feature.externalName);
-  AppendLinkField(out, format::kFather, feature.father);
-  AppendLinkField(out, format::kContainer, feature.container);
+  AppendTextField<format::kName>(out, feature.name);
+  AppendTextField<format::kAlias>(out, feature.externalName);
+  AppendLinkField<format::kFather>(out, feature.father);
+  AppendLinkField<format::kContainer>(out, feature.container);
   if (!feature.upToDate) {
-    AppendKey(out, format::kUpToDate);
+    AppendKey<format::kUpToDate>(out);
     AppendRaw(out, "false");
   }
-  AppendTextField(out, format::kPhysicalType, NameTable::Text(feature.physicalType));
+  if (feature.physicalType != kNoName) {
+    AppendKey<format::kPhysicalType>(out);
+    AppendName(out, feature.physicalType);
+  }
   AppendAttributes(out, feature.Attributes());
   AppendModes(out, feature.Attributes());
   out.push_back('}');
@@ -116,11 +136,9 @@ void AppendValue(fmt::memory_buffer& out, const Value& value) {
     case ValueKind::kLink:
       if (value.Target() == nullptr) {
         AppendRaw(out, "null");
-        break;
+      } else {
+        AppendLink(out, *value.Target());
       }
-      AppendRaw(out, "{\"ref\":");
-      AppendJsonInteger(out, value.Target()->id);
-      out.push_back('}');
       break;
     case ValueKind::kList: {
       out.push_back('[');

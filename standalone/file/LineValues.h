@@ -8,6 +8,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -45,37 +46,54 @@ inline std::string_view TakeKey(Field& field) {
   return *end == '"' ? std::string_view(text, end) : std::string_view(field.unescaped_key());
 }
 
-/// A key that an object may have. Its first bytes, with the quote that ends it, stand ready as one number,
-/// which tells most keys apart by one comparison.
+/// A key that an object may have. Its first and its last bytes, with the quote that ends it, stand ready as
+/// numbers: keys are compared for every field of a document.
 class KnownKey {
  public:
   // NOLINTNEXTLINE(google-explicit-constructor)
-  constexpr KnownKey(std::string_view text) : text_(text) {
-    std::array<char, sizeof head_> head{};
-    std::array<char, sizeof mask_> mask{};
-    for (std::size_t i = 0; i < head.size() && i <= text.size(); ++i) {
-      head[i] = i < text.size() ? text[i] : '"';
+  consteval KnownKey(std::string_view text) : text_(text) {
+    if (text.size() > kMostBytes) throw std::length_error("the key has a middle that nobody compares");
+    Bytes head{};
+    Bytes mask{};
+    for (std::size_t i = 0; i < kBytes && i <= text.size(); ++i) {
+      head[i] = ByteOf(text, i);
       mask[i] = static_cast<char>(0xff);
     }
     head_ = std::bit_cast<std::uint64_t>(head);
     mask_ = std::bit_cast<std::uint64_t>(mask);
+    if (text.size() < kBytes) return;
+    Bytes tail{};
+    for (std::size_t i = 0; i < kBytes; ++i) tail[i] = ByteOf(text, TailOf(text) + i);
+    tail_ = std::bit_cast<std::uint64_t>(tail);
   }
 
   [[nodiscard]] constexpr std::string_view Text() const { return text_; }
   /// Whether this is the key whose text begins there. What stands behind a text in the parser's memory may be
   /// read.
   [[nodiscard]] bool Begins(const char* text) const {
-    std::uint64_t found = 0;
-    std::memcpy(&found, text, sizeof found);
-    if ((found & mask_) != head_) return false;
-    return text_.size() < sizeof found ||
-           (std::string_view(text, text_.size()) == text_ && text[text_.size()] == '"');
+    if ((WordAt(text) & mask_) != head_) return false;
+    return text_.size() < kBytes || WordAt(text + TailOf(text_)) == tail_;
   }
 
  private:
+  static constexpr std::size_t kBytes = sizeof(std::uint64_t);
+  static constexpr std::size_t kMostBytes = 2 * kBytes - 1;  // so that the two overlap, or meet
+  using Bytes = std::array<char, kBytes>;
+
+  static constexpr char ByteOf(std::string_view text, std::size_t index) {
+    return index < text.size() ? text[index] : '"';
+  }
+  static constexpr std::size_t TailOf(std::string_view text) { return text.size() + 1 - kBytes; }
+  static std::uint64_t WordAt(const char* text) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, text, sizeof word);
+    return word;
+  }
+
   std::string_view text_;
   std::uint64_t head_ = 0;
-  std::uint64_t mask_ = 0;
+  std::uint64_t mask_ = 0;  // fewer bytes than a number holds, for a short key
+  std::uint64_t tail_ = 0;
 };
 
 /// The keys that an object may have, each once. They mostly come in the order of the list, so the search goes
@@ -130,7 +148,14 @@ inline std::int64_t TakeInteger(ondemand::value value, std::string_view key) {
 }
 
 inline std::string_view TakeText(ondemand::value value, std::string_view key) {
-  std::string_view text;
+  // Most texts hold nothing to unescape and are taken where they stand, which costs less than the parser's
+  // copy. The parser passes over what nobody takes from it, and would take what a colon follows for a key.
+  std::string_view text = value.raw_json_token();
+  const char* const behind = text.data() + text.size();
+  if (text.size() >= 2 && text.front() == '"' && text.back() == '"' && *behind != ':' &&
+      text.find('\\') == std::string_view::npos) {
+    return text.substr(1, text.size() - 2);
+  }
   if (value.get_string().get(text) == simdjson::SUCCESS) return text;
   Expect(value, ondemand::json_type::string, key);
   return value.get_string();  // a text that is broken: throws the parser's error
@@ -157,7 +182,7 @@ inline FeatureId PlainRef(const char* text) {
 
 /// The id in a link.
 inline FeatureId TakeRef(ondemand::value value, std::string_view key) {
-  // Links are the most frequent values by far. The parser passes over what nobody takes from it.
+  // Links are the most frequent values by far.
   FeatureId id = PlainRef(value.raw_json_token().data());
   if (id != 0) return id;
   for (auto field : TakeObject(value, key)) {
