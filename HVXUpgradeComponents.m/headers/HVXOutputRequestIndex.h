@@ -31,8 +31,10 @@ class HVXOutputRequestIndex {
     std::vector<Set> sets;      // those that were listed
   };
 
+  Step& StepOf(const VLMBaseUnknown_var& spStep);
   /// `isWhole` becomes false when a call failed, so that something may be missing.
   static BySupport List(const VLMUnicodeString& setType, const VLMBaseUnknown_var& spStep, bool& isWhole);
 
   std::unordered_map<const void*, Step> steps_;
+  Step* latest_ = nullptr;  // the sets of a step are asked about one after the other
 };

@@ -10,8 +10,7 @@
 std::vector<VLMISpecObject_var> HVXOutputRequestIndex::RestingOn(const VLMBaseUnknown_var& support,
                                                                  const VLMUnicodeString& setType,
                                                                  const VLMBaseUnknown_var& spStep) {
-  Step& step = steps_[spStep->Identity()];
-  step.spStep = spStep;
+  Step& step = StepOf(spStep);
   auto set = std::ranges::find(step.sets, setType, &Set::type);
   if (set == step.sets.end()) {
     bool isWhole = true;
@@ -21,6 +20,14 @@ std::vector<VLMISpecObject_var> HVXOutputRequestIndex::RestingOn(const VLMBaseUn
   }
   const auto found = set->requests.find(support->Identity());
   return found == set->requests.end() ? std::vector<VLMISpecObject_var>() : found->second.requests;
+}
+
+HVXOutputRequestIndex::Step& HVXOutputRequestIndex::StepOf(const VLMBaseUnknown_var& spStep) {
+  if (latest_ == nullptr || !(latest_->spStep == spStep)) {
+    latest_ = &steps_[spStep->Identity()];
+    latest_->spStep = spStep;
+  }
+  return *latest_;
 }
 
 HVXOutputRequestIndex::BySupport HVXOutputRequestIndex::List(const VLMUnicodeString& setType,

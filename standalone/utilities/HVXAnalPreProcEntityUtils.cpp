@@ -16,6 +16,7 @@ HRESULT HVXAnalPreProcEntityUtils::GetListOfPropFromAnalDoc(const VLMDocument_va
   if (document == NULL_var) return E_FAIL;
   const Document& features = Document::Of(*document.Get());
   for (const Feature* set = features.First(); set != nullptr; set = set->next) {
+    if (!set->type->IsAnalysisSet()) continue;
     if (!IsOfKind(*set, "PropertySet") && !IsOfKind(*set, "HVXHalvexPropertySetLT")) continue;
     for (Feature* son = set->firstSon; son != nullptr; son = son->nextSibling) {
       if (IsOfKind(*son, kind::kAnalysisEntity)) properties.Append(HandleOn<VLMBaseUnknown>(son));
