@@ -32,9 +32,9 @@ void AppendName(fmt::memory_buffer& out, NameId name) {
   AppendRaw(out, text);
 }
 
-// Every field but the first follows a comma.
+// What stands before a field's value. Every field but the first follows a comma.
 template <const std::string_view& key>
-constexpr auto kKeyText = [] {
+constexpr auto kFieldText = [] {
   std::array<char, key.size() + 4> text{',', '"'};
   std::ranges::copy(key, text.begin() + 2);
   text[key.size() + 2] = '"';
@@ -44,7 +44,7 @@ constexpr auto kKeyText = [] {
 
 template <const std::string_view& key>
 void AppendKey(fmt::memory_buffer& out) {
-  AppendRaw(out, {kKeyText<key>.data(), kKeyText<key>.size()});
+  AppendRaw(out, {kFieldText<key>.data(), kFieldText<key>.size()});
 }
 
 template <const std::string_view& key>

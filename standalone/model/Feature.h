@@ -34,19 +34,21 @@ struct FeatureState {
   Feature* next = nullptr;
 
   Attribute* attributes = nullptr;
-  Feature* referrer =
-      nullptr;  ///< Who links here: null for nobody, the one feature, or `Document`'s mark for several.
-  std::uint32_t journalEntry =
-      0;  ///< Where the journal holds the state before the first change; 0 when unchanged.
+  /// Who links here: null for nobody, the one feature, or `Document`'s mark for several.
+  Feature* referrer = nullptr;
+  /// Where the journal holds the state before the first change; 0 when unchanged.
+  std::uint32_t journalEntry = 0;
   NameId physicalType = kNoName;
   std::uint32_t attributeCount = 0;
   std::uint32_t attributeCapacity : 27 = 0;  // the longest line has room for fewer
   bool upToDate : 1 = true;
   bool removed : 1 = false;
-  bool created : 1 = false;  ///< Made after the document was read.
-  bool hasDeadLinks : 1 =
-      false;                  ///< Something that it links to was removed since its links were last looked at.
-  bool isBehind : 1 = false;  ///< The document's companion keeps values that the attributes do not show yet.
+  /// Made after the document was read.
+  bool created : 1 = false;
+  /// Something that it links to was removed since its links were last looked at.
+  bool hasDeadLinks : 1 = false;
+  /// The document's companion keeps values that the attributes do not show yet.
+  bool isBehind : 1 = false;
 
   void HoldAttributes(Attribute* room, std::uint32_t count, std::uint32_t capacity) {
     attributes = room;
