@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 #include "Terminal.h"
 #include "UsageError.h"
@@ -62,6 +63,24 @@ constexpr const char* kDiffExamples = R"(Examples:
   hvxupgrade diff bracket.hvxdoc current.hvxdoc
   hvxupgrade diff --json a.hvxdoc b.hvxdoc | jq '.changed[] | select(.type == "HVXPressure")')";
 
+// Checks of option values: each gives what is wrong, or nothing. An empty value is mostly a variable of a
+// script that was never set.
+std::string NotEmpty(const std::string& value) {
+  return value.empty() ? "the value is empty" : "";
+}
+
+std::string AboveZero(const std::string& value) {
+  const bool isNumber = !value.empty() && value.find_first_not_of("0123456789") == std::string::npos;
+  return isNumber && value.find_first_not_of('0') != std::string::npos ? ""
+                                                                       : "must be a whole number above 0";
+}
+
+// The standard streams are no places for it.
+std::string FileName(const std::string& value) {
+  if (value == "-") return "must be the name of a file";
+  return NotEmpty(value);
+}
+
 void AddStatus(CLI::App& app, StatusArguments& status) {
   CLI::App* const verb =
       app.add_subcommand("status", "Tell which upgrades documents have been through and need");
@@ -85,8 +104,8 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
                                         "Keep each old document under its name and this suffix");
   auto* const force = verb->add_flag("--force", upgrade.force, "Replace output files that exist already");
   for (CLI::Option* const option : {output, folder, inPlace, dryRun, backup, force}) option->group(where);
-  output->type_name("FILE");
-  folder->type_name("DIR");
+  output->type_name("FILE")->check(FileName);
+  folder->type_name("DIR")->check(NotEmpty);
   backup->type_name("SUFFIX");
 
   const auto which = "Which upgrades are run (default: all pending ones)";
@@ -95,15 +114,18 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
   only->delimiter(',')->allow_extra_args(false)->type_name("ID[,ID...]")->group(which);
   verb->add_option("--until", upgrade.until, "Those pending up to and with this one, oldest first")
       ->type_name("ID")
+      ->check(NotEmpty)
       ->group(which);
 
   const auto told = "What is told";
   verb->add_option("--report", upgrade.report,
                    "Write every change, with the values before and after, as JSON")
       ->type_name("FILE")
+      ->check(FileName)
       ->group(told);
   verb->add_option("--trace", upgrade.trace, "Write a line for every call of the host ('-': standard error)")
       ->type_name("FILE")
+      ->check(NotEmpty)
       ->group(told);
   verb->add_option("--language", upgrade.language, "The language of names that upgrades make (default: en)")
       ->type_name("LANG")
@@ -126,9 +148,11 @@ void AddShow(CLI::App& app, ShowArguments& show) {
   CLI::App* const verb = app.add_subcommand("show", "Show the features of a document as a tree");
   verb->add_option("FILE", show.file, "The document")->required()->type_name("");
   verb->add_flag("-a,--attributes", show.attributes, "With their attributes");
-  verb->add_option("--type", show.lateType, "Only features of this late type")->type_name("LATETYPE");
+  verb->add_option("--type", show.lateType, "Only features of this late type")
+      ->type_name("LATETYPE")
+      ->check(NotEmpty);
   verb->add_option("--id", show.id, "Only this feature and what stands beneath it")->type_name("N");
-  verb->add_option("--depth", show.depth, "Only so many levels")->type_name("N")->check(CLI::PositiveNumber);
+  verb->add_option("--depth", show.depth, "Only so many levels")->type_name("N")->check(AboveZero);
   verb->footer(kShowExamples);
 }
 
@@ -166,6 +190,15 @@ void Check(const UpgradeArguments& upgrade, const CLI::App& verb) {
   }
   if (upgrade.timeout && !(*upgrade.timeout > 0 && *upgrade.timeout <= kLongestTimeout))
     throw UsageError("--timeout must be a number of seconds above 0");
+}
+
+// What is wrong when the parser met words that it did not expect.
+std::string Unexpected(const CLI::App& app, const std::vector<std::string>& words, const char* what) {
+  const auto isWord = [](const std::string& word) { return !word.starts_with('-'); };
+  const auto first = std::ranges::find_if(words, isWord);
+  if (!app.get_subcommands().empty() || first == words.end()) return what;
+  return fmt::format("there is no command {}; say status, check, upgrade, diff, identifiers or show",
+                     Quoted(AsUtf8(*first)));
 }
 
 }  // namespace
@@ -217,6 +250,8 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
       arguments.verb = std::move(show);
     }
     return std::nullopt;
+  } catch (const CLI::ExtrasError& error) {
+    Complain(Unexpected(app, {texts + 1, texts + count}, error.what()));
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
       app.exit(error);

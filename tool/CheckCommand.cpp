@@ -83,7 +83,7 @@ void AppendJson(fmt::memory_buffer& out, const Checked& checked) {
 }
 
 void Print(const fmt::memory_buffer& out) {
-  std::fwrite(out.data(), 1, out.size(), stdout);
+  Say({out.data(), out.size()});
   std::fflush(stdout);
 }
 

@@ -36,18 +36,20 @@ Totals& Totals::operator+=(const Totals& other) {
 Comparison Compare(const Document& document, const standalone::UpgradeRun& run) {
   Comparison comparison;
   TotalsByType totals;
-  for (const Feature* const feature : document.Touched()) {
+  const std::vector<Feature*>& touched = document.Touched();
+  for (std::size_t place = 0; place < touched.size(); ++place) {
+    const Feature* const feature = touched[place];
     Interruption::StopIfRequested();
     const FeatureState* const before = document.Before(*feature);
     if (before == nullptr && feature->removed) continue;
     if (before == nullptr) {
-      comparison.created.push_back(feature);
+      comparison.created.push_back({feature, place});
       ++TotalsOf(totals, document, *feature).created;
     } else if (feature->removed) {
-      comparison.removed.push_back(feature);
+      comparison.removed.push_back({feature, place});
       ++TotalsOf(totals, document, *feature).removed;
     } else if (standalone::Differ(*before, *feature)) {
-      comparison.changed.push_back(feature);
+      comparison.changed.push_back({feature, place});
       ++TotalsOf(totals, document, *feature).changed;
     }
   }

@@ -20,11 +20,17 @@ struct Totals {
   Totals& operator+=(const Totals& other);
 };
 
+/// A feature that something happened to, and its place among all that the document was touched in.
+struct TouchedFeature {
+  const standalone::Feature* feature;
+  std::size_t place;
+};
+
 /// What a run did to a document, told from the document before and after.
 struct Comparison {
-  std::vector<const standalone::Feature*> changed;  ///< In the order of their first change.
-  std::vector<const standalone::Feature*> created;
-  std::vector<const standalone::Feature*> removed;
+  std::vector<TouchedFeature> changed;  ///< In the order of their first change.
+  std::vector<TouchedFeature> created;
+  std::vector<TouchedFeature> removed;
   std::vector<standalone::FeatureOutcome> failed;
   std::vector<standalone::DocumentOutcome> failedDocumentUpgrades;
   std::map<std::string, Totals> byType;  ///< By the late type before; by the new one for created features.

@@ -27,6 +27,13 @@ fs::path Followed(const fs::path& file) {
   return error ? fs::absolute(file) : real;
 }
 
+// The folder, or the nearest above it that there is.
+fs::path NearestOf(fs::path folder) {
+  std::error_code error;
+  while (!fs::exists(folder, error) && folder.has_relative_path()) folder = folder.parent_path();
+  return folder;
+}
+
 Destination DestinationOf(const UpgradeArguments& arguments, const fs::path& input) {
   Destination destination;
   destination.overwrite = arguments.force || arguments.inPlace;
@@ -63,19 +70,21 @@ std::string Destination::Text() const {
 }
 
 fs::path Destination::Backup() const {
-  return backupSuffix.empty() || !file ? fs::path() : fs::path(Followed(*file).string() + backupSuffix);
+  if (backupSuffix.empty() || !file) return {};
+  // Beside the document itself, where the file is a link to it.
+  std::error_code error;
+  return (fs::is_symlink(*file, error) ? Followed(*file) : *file).string() + backupSuffix;
 }
 
 void Destination::Check() const {
   if (!file) return;
   std::error_code error;
   if (inPlace && !fs::is_regular_file(*file, error)) return;  // reading it tells better what is wrong
-  if (!overwrite && fs::exists(*file, error))
-    Refuse(*file, "the file exists already", "Choose another name, or give --force to replace it");
   if (fs::is_directory(*file, error))
     Refuse(*file, "this is a folder", "Give a file name, or use --output-dir");
-  const fs::path folder = Followed(*file).parent_path();
-  if (makesFolder && !fs::exists(folder, error)) return;  // it is a dry run
+  RefuseTaken(*file, overwrite);
+  fs::path folder = Followed(*file).parent_path();
+  if (makesFolder) folder = NearestOf(folder);
   if (!fs::is_directory(folder, error)) Refuse(*file, "its folder does not exist", "Create the folder first");
   if (access(folder.c_str(), W_OK) != 0) {
     Refuse(*file, fmt::format("its folder cannot be written ({})", std::strerror(errno)),
@@ -83,6 +92,24 @@ void Destination::Check() const {
   }
   if (!backupSuffix.empty() && fs::exists(Backup(), error))
     Refuse(Backup(), "the backup exists already", "Remove or rename it, or choose another suffix");
+}
+
+void RefuseTaken(const fs::path& file, bool overwrite) {
+  std::error_code error;
+  if (fs::exists(file, error) && !fs::is_regular_file(file, error))
+    Refuse(file, "this is not a regular file", "Give the name of a file");
+  if (!overwrite && fs::exists(fs::symlink_status(file, error)))
+    Refuse(file, "the file exists already", "Choose another name, or give --force to replace it");
+}
+
+void Destination::MakeFolder() const {
+  if (!makesFolder || !file) return;
+  const fs::path folder = file->parent_path();
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (!error) return;
+  Refuse(folder, fmt::format("the folder cannot be made ({})", error.message()),
+         "Choose another folder or change the permissions of the one above it");
 }
 
 std::vector<Destination> DestinationsOf(const UpgradeArguments& arguments) {

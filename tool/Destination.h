@@ -14,7 +14,7 @@ struct Destination {
   std::optional<std::filesystem::path> file;  ///< None when the user gave no place for it (dry run).
   bool inPlace = false;
   bool overwrite = false;
-  bool makesFolder = false;  ///< Its folder need not exist yet.
+  bool makesFolder = false;  ///< Its folder need not exist before there is a result.
   std::string backupSuffix;
 
   /// "in place, the old document kept as bracket.hvxdoc.old", or the file's name.
@@ -24,7 +24,14 @@ struct Destination {
   /// Throws `standalone::DocumentError` (`kUnwritable`) when it is plain before the run that the result
   /// cannot be put there.
   void Check() const;
+
+  /// Makes the folder where that is wanted; throws as `Check` does. To be called when the result is ready.
+  void MakeFolder() const;
 };
+
+/// Throws `standalone::DocumentError` (`kUnwritable`) when something stands there that is no file, or that
+/// may not be replaced.
+void RefuseTaken(const std::filesystem::path& file, bool overwrite);
 
 /// The destination of each document, in the same order. Throws `UsageError` when two results, or a result and
 /// the report or trace, would go to the same file.

@@ -29,7 +29,7 @@ class Output {
 
  private:
   void Flush() {
-    std::fwrite(buffer_.data(), 1, buffer_.size(), stdout);
+    Say({buffer_.data(), buffer_.size()});
     buffer_.clear();
   }
 

@@ -66,6 +66,7 @@ class DocumentUpgrade {
     if (task_.dryRun || task_.destination.inPlace || !task_.destination.file) return;
     announceCommit_();
     Interruption::StopIfRequested();
+    task_.destination.MakeFolder();
     standalone::CopyDocument(task_.input, *task_.destination.file, Options());
   }
 
@@ -83,15 +84,17 @@ class DocumentUpgrade {
     result_.identifiers = run.identifiers.size();
     result_.failures = run.FailureCount();
     result_.totals = comparison.all;
-    result_.summary = SummaryOfRun({task_.input, result_, comparison, task_.destination, task_.dryRun});
+    result_.summary =
+        SummaryOfRun({task_.input, result_, comparison, task_.destination, task_.dryRun, run, task_.manager});
     if (task_.report != nullptr) {
       const ReportedRun reported{task_.input,     result_, task_.destination, task_.dryRun,
-                                 *document.Get(), run,     comparison};
-      result_.attention = AttentionOf(reported, task_.manager);
+                                 *document.Get(), run,     comparison,        task_.manager};
+      result_.attention = AttentionOf(reported);
       // Before the document: a report that cannot be written must not come too late.
       task_.report->AddRun(reported);
     }
     if (task_.dryRun || !task_.destination.file) return;
+    task_.destination.MakeFolder();
     standalone::WriteOptions options = Options();
     options.onProgress = [this, tell = Telling("writing")](std::size_t written, std::size_t total) {
       if (written == total) announceCommit_();

@@ -5,6 +5,27 @@
 #include <algorithm>
 
 namespace tool {
+namespace {
+
+using Binding = standalone::KnownUpgrade::Binding;
+
+// Those of `identifiers` that a class binds to the late type in a way that counts.
+template <class Predicate>
+std::vector<std::string> Bound(const standalone::VersionManager& manager,
+                               const std::vector<std::string>& identifiers, std::string_view lateType,
+                               const Predicate& counts) {
+  std::vector<std::string> found;
+  for (const std::string& identifier : identifiers) {
+    const bool binds = std::ranges::any_of(manager.Find(identifier)->bindings, [&](const Binding& bound) {
+      const auto& types = bound.upgradeClass->lateTypes;
+      return counts(bound) && std::ranges::find(types, lateType) != types.end();
+    });
+    if (binds) found.push_back(identifier);
+  }
+  return found;
+}
+
+}  // namespace
 
 std::string CodeText(HRESULT code) {
   return fmt::format("0x{:08X}", static_cast<std::uint32_t>(code));
@@ -29,19 +50,21 @@ std::string_view AdviceFor(HRESULT code) {
          "and upgrade that again.";
 }
 
+std::vector<std::string> Suspects(const standalone::VersionManager& manager,
+                                  const std::vector<std::string>& identifiers,
+                                  const standalone::FeatureOutcome& failed) {
+  const auto mayFail = [](const Binding& bound) {
+    return bound.binding->onFailure != HVXOnFailure::kIgnore &&
+           bound.binding->onFailure != HVXOnFailure::kSkip;
+  };
+  std::vector<std::string> suspects = Bound(manager, identifiers, failed.type->Name(), mayFail);
+  // None where the feature did not even offer its upgrade.
+  return suspects.empty() ? Concerning(manager, identifiers, failed.type->Name()) : suspects;
+}
+
 std::vector<std::string> Concerning(const standalone::VersionManager& manager,
                                     const std::vector<std::string>& identifiers, std::string_view lateType) {
-  std::vector<std::string> concerning;
-  for (const std::string& identifier : identifiers) {
-    const auto& bindings = manager.Find(identifier)->bindings;
-    if (std::ranges::any_of(bindings, [lateType](const standalone::KnownUpgrade::Binding& bound) {
-          return std::ranges::find(bound.upgradeClass->lateTypes, lateType) !=
-                 bound.upgradeClass->lateTypes.end();
-        })) {
-      concerning.push_back(identifier);
-    }
-  }
-  return concerning;
+  return Bound(manager, identifiers, lateType, [](const Binding&) { return true; });
 }
 
 }  // namespace tool

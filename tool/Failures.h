@@ -18,6 +18,11 @@ namespace tool {
 /// What the code means for whoever has to help, and the next move.
 [[nodiscard]] std::string_view AdviceFor(HRESULT code);
 
+/// Those of `identifiers` that the code of a failed feature may come from: their failures are not ignored.
+[[nodiscard]] std::vector<std::string> Suspects(const standalone::VersionManager& manager,
+                                                const std::vector<std::string>& identifiers,
+                                                const standalone::FeatureOutcome& failed);
+
 /// Those of `identifiers` that concern features of that late type.
 [[nodiscard]] std::vector<std::string> Concerning(const standalone::VersionManager& manager,
                                                   const std::vector<std::string>& identifiers,

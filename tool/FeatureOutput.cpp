@@ -15,9 +15,11 @@ void AppendIdentity(JsonObject& object, const FeatureState& feature) {
   if (!feature.externalName.empty()) object.Text("alias", feature.externalName);
 }
 
-void AppendChange(fmt::memory_buffer& out, const FeatureState* before, const FeatureState* after) {
+void AppendChange(fmt::memory_buffer& out, const FeatureState* before, const FeatureState* after,
+                  std::string_view cause) {
   JsonObject entry(out);
   AppendIdentity(entry, after == nullptr ? *before : *after);
+  if (!cause.empty()) AppendRaw(entry.Key("by"), cause);
   JsonList changes(entry.Key("changes"));
   for (const standalone::FieldDifference& difference : standalone::Differences(before, after)) {
     JsonObject change(changes.Entry());

@@ -6,6 +6,7 @@
 
 #include "JsonOutput.h"
 #include "Selection.h"
+#include "Terminal.h"
 
 namespace tool {
 namespace {
@@ -36,8 +37,14 @@ bool TestsInTurn(const Binding& bound) {
   return bound.upgradeClass->matching == HVXMatching::kSequential;
 }
 
-std::string LateTypes(const Binding& bound) {
-  return fmt::format("{}", fmt::join(bound.upgradeClass->lateTypes, ", "));
+std::string LateTypes(const HVXUpgradeClass& upgradeClass) {
+  return fmt::format("{}", fmt::join(upgradeClass.lateTypes, ", "));
+}
+
+void AppendClass(JsonObject& object, const HVXUpgradeClass& upgradeClass) {
+  object.Text("class", upgradeClass.name);
+  object.Texts("lateTypes",
+               std::vector<std::string>(upgradeClass.lateTypes.begin(), upgradeClass.lateTypes.end()));
 }
 
 std::size_t Number(const VersionManager& manager, const KnownUpgrade& known) {
@@ -63,9 +70,14 @@ void AppendList(fmt::memory_buffer& out, const VersionManager& manager,
     fmt::format_to(to, "{:3}  {}{}\n", Number(manager, *known), known->identifier, Remarks(*known));
     if (known->documentUpgrade != nullptr) fmt::format_to(to, "       {}\n", known->documentUpgrade->purpose);
     for (const Binding& bound : known->bindings) {
-      fmt::format_to(to, "       {}: {} [{}: {}{}]\n", LateTypes(bound), bound.binding->purpose,
+      fmt::format_to(to, "       {}: {} [{}: {}{}]\n", LateTypes(*bound.upgradeClass), bound.binding->purpose,
                      bound.upgradeClass->name, PolicyOf(bound).word, TestsInTurn(bound) ? ", in turn" : "");
     }
+  }
+  for (const HVXUpgradeClass* const hostUpgrade : manager.HostUpgrades()) {
+    fmt::format_to(
+        to, "     The host's upgrade of basic components ({}), which conversions call\n       {} [{}]\n",
+        hostUpgrade->interface.Name(), LateTypes(*hostUpgrade), hostUpgrade->name);
   }
   fmt::format_to(to,
                  "\nEach line: the late types, what happens to their features [the class: on failure].\n");
@@ -82,8 +94,8 @@ void AppendExplanation(fmt::memory_buffer& out, const VersionManager& manager, c
     fmt::format_to(to, "  The whole document, after all features: {}\n", known.documentUpgrade->purpose);
   }
   for (const Binding& bound : known.bindings) {
-    fmt::format_to(to, "  {}\n    {}\n    Class {}; {}.\n", LateTypes(bound), bound.binding->purpose,
-                   bound.upgradeClass->name, PolicyOf(bound).meaning);
+    fmt::format_to(to, "  {}\n    {}\n    Class {}; {}.\n", LateTypes(*bound.upgradeClass),
+                   bound.binding->purpose, bound.upgradeClass->name, PolicyOf(bound).meaning);
     fmt::format_to(to, "    {}\n",
                    TestsInTurn(bound) ? "The class tests all its identifiers in turn."
                                       : "The class runs the first match only.");
@@ -109,9 +121,7 @@ void AppendJson(fmt::memory_buffer& out, const VersionManager& manager,
     JsonList bindings(entry.Key("bindings"));
     for (const Binding& bound : known->bindings) {
       JsonObject binding(bindings.Entry());
-      binding.Text("class", bound.upgradeClass->name);
-      binding.Texts("lateTypes", std::vector<std::string>(bound.upgradeClass->lateTypes.begin(),
-                                                          bound.upgradeClass->lateTypes.end()));
+      AppendClass(binding, *bound.upgradeClass);
       binding.Text("purpose", bound.binding->purpose);
       binding.Text("onFailure", PolicyOf(bound).word);
       binding.Text("matching", TestsInTurn(bound) ? "inTurn" : "firstMatch");
@@ -122,6 +132,14 @@ void AppendJson(fmt::memory_buffer& out, const VersionManager& manager,
     entry.Close();
   }
   list.Close();
+  JsonList hostUpgrades(top.Key("hostUpgrades"));
+  for (const HVXUpgradeClass* const hostUpgrade : manager.HostUpgrades()) {
+    JsonObject entry(hostUpgrades.Entry());
+    AppendClass(entry, *hostUpgrade);
+    entry.Text("interface", hostUpgrade->interface.Name());
+    entry.Close();
+  }
+  hostUpgrades.Close();
   top.Close();
   out.push_back('\n');
 }
@@ -143,7 +161,7 @@ ExitCode RunIdentifiers(const IdentifiersArguments& arguments, const VersionMana
   } else {
     for (const KnownUpgrade* const known : chosen) AppendExplanation(out, manager, *known);
   }
-  std::fwrite(out.data(), 1, out.size(), stdout);
+  Say({out.data(), out.size()});
   return ExitCode::kDone;
 }
 

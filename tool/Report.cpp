@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "Causes.h"
 #include "Failures.h"
 #include "FeatureOutput.h"
 #include "Interruption.h"
@@ -18,7 +19,6 @@ namespace tool {
 namespace {
 
 using standalone::AppendRaw;
-using standalone::Feature;
 using standalone::FeatureState;
 
 constexpr std::size_t kFlushBytes = std::size_t{1} << 20;
@@ -48,9 +48,18 @@ void AppendHead(JsonObject& entry, const std::string& input, const DocumentResul
   }
 }
 
+// The feature as in a document, and what made or removed it.
+void AppendFeatureWith(fmt::memory_buffer& out, const FeatureState& feature, std::string_view cause) {
+  standalone::AppendFeature(out, feature);
+  out.resize(out.size() - 1);  // the object goes on
+  AppendRaw(out, ",\"by\":");
+  AppendRaw(out, cause);
+  out.push_back('}');
+}
+
 }  // namespace
 
-std::string AttentionOf(const ReportedRun& reported, const standalone::VersionManager& manager) {
+std::string AttentionOf(const ReportedRun& reported) {
   fmt::memory_buffer out;
   const auto entry = [&](std::string_view problem, HRESULT code, const auto& appendSubject) {
     if (out.size() != 0) out.push_back(',');
@@ -66,12 +75,10 @@ std::string AttentionOf(const ReportedRun& reported, const standalone::VersionMa
     entry("documentUpgradeFailed", outcome.code,
           [&](JsonObject& object) { object.Text("identifier", outcome.identifier); });
   }
-  for (const auto& [feature, code] : reported.comparison.failed) {
-    entry("featureFailed", code, [&, failed = feature](JsonObject& object) {
-      AppendIdentity(object, *failed);
-      const FeatureState* const before = reported.document.Before(*failed);
-      object.Texts("identifiers", Concerning(manager, reported.run.identifiers,
-                                             (before == nullptr ? failed : before)->TypeName()));
+  for (const standalone::FeatureOutcome& outcome : reported.comparison.failed) {
+    entry("featureFailed", outcome.code, [&](JsonObject& object) {
+      AppendIdentity(object, *outcome.feature);
+      object.Texts("identifiers", Suspects(reported.manager, reported.run.identifiers, outcome));
     });
   }
   return fmt::to_string(out);
@@ -127,21 +134,22 @@ void Report::AddRun(const ReportedRun& reported) {
   byType.Close();
   totals.Close();
 
+  Causes causes(reported.run, reported.manager);
   JsonList changed(entry.Key("changed"));
-  for (const Feature* const feature : reported.comparison.changed) {
-    AppendChange(changed.Entry(), reported.document.Before(*feature), feature);
+  for (const auto& [feature, place] : reported.comparison.changed) {
+    AppendChange(changed.Entry(), reported.document.Before(*feature), feature, causes.Of(place));
     FlushIfLarge(text);
   }
   changed.Close();
   JsonList created(entry.Key("created"));
-  for (const Feature* const feature : reported.comparison.created) {
-    standalone::AppendFeature(created.Entry(), *feature);
+  for (const auto& [feature, place] : reported.comparison.created) {
+    AppendFeatureWith(created.Entry(), *feature, causes.Of(place));
     FlushIfLarge(text);
   }
   created.Close();
   JsonList removed(entry.Key("removed"));
-  for (const Feature* const feature : reported.comparison.removed) {
-    standalone::AppendFeature(removed.Entry(), *reported.document.Before(*feature));
+  for (const auto& [feature, place] : reported.comparison.removed) {
+    AppendFeatureWith(removed.Entry(), *reported.document.Before(*feature), causes.Of(place));
     FlushIfLarge(text);
   }
   removed.Close();

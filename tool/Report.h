@@ -23,10 +23,11 @@ struct ReportedRun {
   const standalone::Document& document;
   const standalone::UpgradeRun& run;
   const Comparison& comparison;
+  const standalone::VersionManager& manager;
 };
 
 /// The JSON objects, separated by commas, for all that failed in the run.
-[[nodiscard]] std::string AttentionOf(const ReportedRun& reported, const standalone::VersionManager& manager);
+[[nodiscard]] std::string AttentionOf(const ReportedRun& reported);
 /// The same for a document without a result.
 [[nodiscard]] std::string AttentionOf(const std::string& input, const DocumentResult& result);
 

@@ -30,19 +30,30 @@ std::size_t EditDistance(std::string_view from, std::string_view to) {
   return row.back();
 }
 
+// The one that was probably meant: with few letters wrong, or the first that holds the text. Null for none.
+const KnownUpgrade* Resembling(const VersionManager& manager, std::string_view identifier) {
+  constexpr std::size_t kLettersPerFault = 3;
+  constexpr std::size_t kLeastPart = 4;
+  const std::vector<KnownUpgrade>& known = manager.Known();
+  const auto distance = [identifier](const KnownUpgrade& each) {
+    return EditDistance(identifier, each.identifier);
+  };
+  const auto nearest = std::ranges::min_element(known, {}, distance);
+  if (nearest != known.end() && distance(*nearest) * kLettersPerFault <= identifier.size()) return &*nearest;
+  const auto holding = std::ranges::find_if(known, [identifier](const KnownUpgrade& each) {
+    return each.identifier.find(identifier) != std::string::npos;
+  });
+  return holding == known.end() || identifier.size() < kLeastPart ? nullptr : &*holding;
+}
+
 }  // namespace
 
 const KnownUpgrade& KnownOrRefuse(const VersionManager& manager, std::string_view identifier) {
   if (const KnownUpgrade* const known = manager.Find(identifier); known != nullptr) return *known;
-  const auto distance = [identifier](const KnownUpgrade& known) {
-    return EditDistance(identifier, known.identifier);
-  };
-  std::string suggestion;
-  if (!manager.Known().empty()) {
-    suggestion =
-        fmt::format("; did you mean \"{}\"?", std::ranges::min(manager.Known(), {}, distance).identifier);
-  }
-  throw UsageError(fmt::format("there is no upgrade {}{}", Quoted(AsUtf8(identifier)), suggestion));
+  const KnownUpgrade* const meant = Resembling(manager, identifier);
+  throw UsageError(fmt::format("there is no upgrade {}; {}", Quoted(AsUtf8(identifier)),
+                               meant == nullptr ? "'hvxupgrade identifiers' lists them"
+                                                : fmt::format("did you mean \"{}\"?", meant->identifier)));
 }
 
 Selection::Selection(const VersionManager& manager, const std::vector<std::string>& only,

@@ -106,7 +106,7 @@ class TreePrinter {
 
   void Flush() {
     const std::string text = Printable({out_.data(), out_.size()});
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    Say(text);
     out_.clear();
   }
 
@@ -132,7 +132,7 @@ ExitCode RunShow(const ShowArguments& arguments) {
     }
   }
   if (printer.Printed() == 0 && !arguments.lateType.empty())
-    fmt::print(stderr, "{}: no feature of late type {}\n", arguments.file, arguments.lateType);
+    Complain(fmt::format("{}: no feature of late type {}", arguments.file, Word(AsUtf8(arguments.lateType))));
   return ExitCode::kDone;
 }
 

@@ -46,7 +46,7 @@ void AppendIdentifiers(fmt::memory_buffer& out, std::string_view title,
   if (identifiers.empty()) return;
   fmt::format_to(std::back_inserter(out), "  {}:\n", title);
   for (const std::string& identifier : identifiers)
-    fmt::format_to(std::back_inserter(out), "    {}\n", identifier);
+    fmt::format_to(std::back_inserter(out), "    {}\n", Word(identifier));
 }
 
 void AppendText(fmt::memory_buffer& out, const Status& status) {
@@ -54,8 +54,8 @@ void AppendText(fmt::memory_buffer& out, const Status& status) {
                         : status.pending.empty() ? Colour::kGreen
                                                  : Colour::kYellow;
   auto to = std::back_inserter(out);
-  fmt::format_to(to, "{}: {}, {} pending, {} done", status.file, Paint(stdout, colour, status.Verdict()),
-                 status.pending.size(), status.done.size());
+  fmt::format_to(to, "{}: {}, {} pending, {} done", Printable(status.file),
+                 Paint(stdout, colour, status.Verdict()), status.pending.size(), status.done.size());
   if (!status.unknown.empty()) fmt::format_to(to, ", {} unknown here", status.unknown.size());
   fmt::format_to(to, " ({})\n", Count(status.features, "feature"));
   AppendIdentifiers(out, "Pending", status.pending);
@@ -98,7 +98,7 @@ ExitCode RunStatus(const StatusArguments& arguments, const VersionManager& manag
         continue;
       }
       AppendText(out, status);
-      std::fwrite(out.data(), 1, out.size(), stdout);
+      Say({out.data(), out.size()});
       std::fflush(stdout);
       out.clear();
     } catch (const standalone::DocumentError& error) {
@@ -111,7 +111,7 @@ ExitCode RunStatus(const StatusArguments& arguments, const VersionManager& manag
     documents.Close();
     top.Close();
     out.push_back('\n');
-    std::fwrite(out.data(), 1, out.size(), stdout);
+    Say({out.data(), out.size()});
   }
   return code;
 }

@@ -1,6 +1,7 @@
 #include "Summary.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <set>
@@ -43,12 +44,14 @@ void AppendFailures(fmt::memory_buffer& out, const RunFacts& facts) {
     fmt::format_to(to, "    {} on the whole document: {}\n", outcome.identifier, CodeWithName(outcome.code));
     codes.insert(outcome.code);
   }
-  for (const auto& [feature, code] : facts.comparison.failed) {
-    codes.insert(code);
+  for (const standalone::FeatureOutcome& outcome : facts.comparison.failed) {
+    codes.insert(outcome.code);
     if (++told > kMostFailuresTold) continue;
-    const std::string_view name = feature->externalName.empty() ? feature->name : feature->externalName;
-    fmt::format_to(to, "    {} {} (id {}): {}\n", Word(feature->TypeName()), Quoted(name), feature->id,
-                   CodeWithName(code));
+    const standalone::Feature& feature = *outcome.feature;
+    const std::string_view name = feature.externalName.empty() ? feature.name : feature.externalName;
+    fmt::format_to(to, "    {} {} (id {}): {} in {}\n", Word(feature.TypeName()), Quoted(name), feature.id,
+                   CodeWithName(outcome.code),
+                   fmt::join(Suspects(facts.manager, facts.run.identifiers, outcome), " or "));
   }
   if (told > kMostFailuresTold)
     fmt::format_to(to, "    and {} more; --report lists all\n", told - kMostFailuresTold);

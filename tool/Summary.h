@@ -15,6 +15,8 @@ struct RunFacts {
   const Comparison& comparison;
   const Destination& destination;
   bool dryRun;
+  const standalone::UpgradeRun& run;
+  const standalone::VersionManager& manager;
 };
 
 /// The summary of a document that was upgraded: the verdict, what needs a person, the totals by late type,

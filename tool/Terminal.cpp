@@ -81,6 +81,10 @@ std::string Count(std::size_t count, std::string_view noun) {
   return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
 }
 
+void Say(std::string_view text) {
+  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stdout));
+}
+
 void Complain(std::string_view message) {
   fmt::print(stderr, "{} {}\n", Paint(stderr, Colour::kRed, "hvxupgrade:"), Printable(message));
 }

@@ -25,6 +25,9 @@ enum class Colour { kGreen, kYellow, kRed };
 /// "1 feature", "2 features".
 [[nodiscard]] std::string Count(std::size_t count, std::string_view noun);
 
+/// Writes `text` to standard output. That it cannot be written is found, and told, when the program ends.
+void Say(std::string_view text);
+
 /// Writes "hvxupgrade: " and `message`, made printable, as a line to standard error.
 void Complain(std::string_view message);
 

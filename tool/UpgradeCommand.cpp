@@ -11,7 +11,6 @@
 #include "Progress.h"
 #include "Terminal.h"
 #include "UsageError.h"
-#include "file/DocumentError.h"
 #include "session/FeatureCatalogs.h"
 #include "session/Messages.h"
 
@@ -29,15 +28,6 @@ void UseLanguage(const std::string& language, const fs::path& folder) {
   standalone::Messages::Use(folder, language);
 }
 
-void MakeFolder(const fs::path& folder) {
-  std::error_code error;
-  fs::create_directories(folder, error);
-  if (!error) return;
-  throw standalone::DocumentError(standalone::DocumentError::Kind::kUnwritable, folder.string(), 0,
-                                  fmt::format("the folder cannot be made ({})", error.message()),
-                                  "Choose another folder or change the permissions of the one above it");
-}
-
 class UpgradeCommand {
  public:
   UpgradeCommand(const UpgradeArguments& arguments, const Places& places)
@@ -47,9 +37,11 @@ class UpgradeCommand {
         destinations_(DestinationsOf(arguments)) {
     UseLanguage(arguments.language, DataFolder(places) / "messages");
     standalone::FeatureCatalogs::Use(DataFolder(places) / "catalogs");
-    if (!arguments.outputDirectory.empty() && !arguments.dryRun) MakeFolder(arguments.outputDirectory);
     if (!arguments.trace.empty()) trace_.emplace(arguments.trace, arguments.force);
-    if (!arguments.report.empty()) report_.emplace(arguments.report, arguments.force);
+    if (!arguments.report.empty()) {
+      RefuseTaken(arguments.report, arguments.force);
+      report_.emplace(arguments.report, arguments.force);
+    }
   }
 
   ExitCode Run() {
@@ -64,7 +56,8 @@ class UpgradeCommand {
     if (code == ExitCode::kInterrupted) return code;  // a report of half the documents would mislead
     const std::string verdict = VerdictOnAll();
     if (report_) report_->Finish(results_, verdict, code, arguments_.dryRun);
-    if (arguments_.files.size() > 1 && !arguments_.quiet) fmt::print("{}\n", verdict);
+    if (!arguments_.quiet && arguments_.files.size() > 1) Say(verdict + "\n");
+    if (!arguments_.quiet && report_) Say(fmt::format("  Report: {}\n", Printable(arguments_.report)));
     return code;
   }
 
@@ -128,7 +121,7 @@ class UpgradeCommand {
     if (!result.Succeeded()) {
       Complain(result.problem);
     } else if (!arguments_.quiet) {
-      fmt::print("{}", result.summary);
+      Say(result.summary);
     } else if (result.failures != 0) {
       Complain(result.summary.substr(0, result.summary.find('\n')));
     }

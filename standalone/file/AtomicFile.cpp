@@ -30,7 +30,15 @@ std::filesystem::path Followed(const std::filesystem::path& file) {
 }  // namespace
 
 AtomicFile::AtomicFile(const std::filesystem::path& target, const WriteOptions& options)
-    : target_(Followed(target)), overwrite_(options.overwrite), backupSuffix_(options.backupSuffix) {
+    : given_(target),
+      target_(Followed(target)),
+      overwrite_(options.overwrite),
+      backupSuffix_(options.backupSuffix) {
+  if (std::filesystem::exists(target_) && !std::filesystem::is_regular_file(target_)) {
+    // A folder, or a device, which a file of its name would do away with.
+    throw DocumentError(kUnwritable, given_.string(), 0, "it is not a regular file",
+                        "Give the name of a file");
+  }
   if (!overwrite_ && std::filesystem::exists(target_)) FailTaken();
   temporary_ = (FolderOf(target_) / fmt::format(".{}.XXXXXX", target_.filename().string())).string();
   descriptor_ = mkostemp(temporary_.data(), O_CLOEXEC);
@@ -43,10 +51,18 @@ AtomicFile::AtomicFile(const std::filesystem::path& target, const WriteOptions& 
   const mode_t mask = umask(0);
   umask(mask);
   const mode_t mode = stat(target_.c_str(), &status) == 0 ? status.st_mode & 07777U : 0666U & ~mask;
-  if (fchmod(descriptor_, mode) != 0) Fail("given its access rights");
+  if (fchmod(descriptor_, mode) == 0) return;
+  const int cause = errno;
+  LeaveNothing();
+  errno = cause;
+  Fail("given its access rights");
 }
 
 AtomicFile::~AtomicFile() {
+  LeaveNothing();
+}
+
+void AtomicFile::LeaveNothing() const {
   if (descriptor_ >= 0) close(descriptor_);
   if (!temporary_.empty()) unlink(temporary_.c_str());
 }
@@ -90,13 +106,13 @@ void AtomicFile::KeepBackup() const {
 }
 
 void AtomicFile::Fail(std::string_view doing) const {
-  throw DocumentError(kUnwritable, target_.string(), 0,
+  throw DocumentError(kUnwritable, given_.string(), 0,
                       fmt::format("cannot be {} ({})", doing, std::strerror(errno)),
                       "Check the folder, its permissions and the room on its disk; nothing was changed");
 }
 
 void AtomicFile::FailTaken() const {
-  throw DocumentError(kUnwritable, target_.string(), 0, "the file exists already",
+  throw DocumentError(kUnwritable, given_.string(), 0, "the file exists already",
                       "Choose another name, or ask for it to be replaced");
 }
 

@@ -25,8 +25,10 @@ class AtomicFile {
   [[noreturn]] void Fail(std::string_view doing) const;
   [[noreturn]] void FailTaken() const;
   void KeepBackup() const;
+  void LeaveNothing() const;
 
-  std::filesystem::path target_;
+  std::filesystem::path given_;   // as the user knows it
+  std::filesystem::path target_;  // where links lead
   bool overwrite_;
   std::string backupSuffix_;
   std::string temporary_;

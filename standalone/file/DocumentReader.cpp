@@ -145,12 +145,11 @@ class Reader {
           break;
         case 2:
           Expect(field.value(), ondemand::json_type::array, key);
-          for (auto identifier : field.value().get_array()) {
-            document_->RecordUpgrade(TakeText(identifier.value(), key));
-          }
+          for (auto identifier : field.value().get_array()) TakeUpgrade(identifier.value());
           break;
         default:
           announced_ = TakeInteger(field.value(), key);
+          if (announced_ < 0) Refuse(fmt::format("\"features\" is {}; it counts from 0", announced_));
       }
     }
     if (!keys.HasMetAll())
@@ -158,8 +157,19 @@ class Reader {
     headerRead_ = true;
     // No file holds more features than this, whatever it announces.
     constexpr std::size_t kLeastBytesOfFeature = sizeof(R"({"id":1,"type":"T"})");
-    document_->ExpectRead(std::min(static_cast<std::size_t>(std::max<std::int64_t>(announced_, 0)),
-                                   bytesTotal_ / kLeastBytesOfFeature));
+    document_->ExpectRead(std::min(static_cast<std::size_t>(announced_), bytesTotal_ / kLeastBytesOfFeature));
+  }
+
+  void TakeUpgrade(ondemand::value value) {
+    if (value.type() != ondemand::json_type::string) {
+      Refuse(R"("upgrades" must be a list of texts)");
+    }
+    const std::string_view identifier = TakeText(value, format::kUpgrades);
+    const std::vector<std::string>& recorded = document_->Upgrades();
+    if (std::ranges::find(recorded, identifier) != recorded.end()) {
+      Refuse(fmt::format(R"("upgrades" names "{}" twice)", identifier), "Leave one of the two");
+    }
+    document_->RecordUpgrade(identifier);
   }
 
   void CheckVersion(std::int64_t version) const {
@@ -362,14 +372,12 @@ class Reader {
 
   void CheckCount(std::size_t lastLine) const {
     const auto found = static_cast<std::int64_t>(document_->FeatureCount());
-    if (found < announced_) {
-      Fail(lastLine, fmt::format("the header announces {} features but the file holds {}", announced_, found),
-           "It was cut off; restore it from a backup");
-    }
-    if (found > announced_) {
-      Fail(lastLine, fmt::format("the header announces {} features but the file holds {}", announced_, found),
-           "If the added lines are wanted, correct \"features\" in the first line");
-    }
+    if (found == announced_) return;
+    Fail(lastLine,
+         fmt::format("the header announces {} feature{} but the file holds {}", announced_,
+                     announced_ == 1 ? "" : "s", found),
+         found < announced_ ? "It was cut off; restore it from a backup"
+                            : "If the added lines are wanted, correct \"features\" in the first line");
   }
 
   void ResolveForwardLinks() const {

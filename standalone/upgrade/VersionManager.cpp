@@ -106,16 +106,17 @@ class AllFeatures {
 
 // Propagates what was handed over, in the order of the handing over. What is no propagating feature (a tie
 // beside a contact, say) has nothing to bring to other steps.
-std::vector<FeatureOutcome> PropagateHandedOver() {
+std::vector<FeatureOutcome> PropagateHandedOver(const Document& document) {
   std::vector<FeatureOutcome> outcomes;
   for (Feature* const feature : Session::Current().ForPropagation()) {
     if (feature->removed || !Offers(*feature, HVXIPropagatingFeature::kId)) continue;
     HVXIFactoryExtForPropagation_var spFactory;
+    const std::size_t touchedBefore = document.Touched().size();
     HRESULT code = VLMInstantiateComponent("HVXEFactoryExtForPropagation", spFactory);
     const VLMBaseUnknown_var spFeature = HandleOn<VLMBaseUnknown>(feature);
     if (Succeeded(code)) code = spFactory->SetDefaultPropagationData(spFeature, 0, NULL_var);
     if (Succeeded(code)) code = spFactory->Propagate(spFeature, 0);
-    outcomes.push_back({feature, code});
+    outcomes.push_back({feature, code, feature->type, touchedBefore});
   }
   return outcomes;
 }
@@ -148,6 +149,7 @@ VersionManager::VersionManager(const std::vector<const HVXUpgradeLibrary*>& libr
 void VersionManager::Learn(const HVXUpgradeLibrary& library) {
   for (const VLMUnicodeString& identifier : library.identifiers) FindOrAdd(identifier.View());
   for (const HVXUpgradeClass* const upgradeClass : library.classes) {
+    if (upgradeClass->bindings.empty()) hostUpgrades_.push_back(upgradeClass);
     for (const HVXUpgradeBinding& binding : upgradeClass->bindings) {
       KnownUpgrade& known = FindOrAdd(binding.identifier.View());
       known.bindings.push_back({upgradeClass, &binding});
@@ -200,11 +202,11 @@ UpgradeRun VersionManager::Run(const DocumentPtr& document, const std::vector<st
     if (onProgress && i % kProgressEvery == 0) onProgress(i, features.size());
     Feature& feature = *features[i];
     if (feature.removed) continue;
-    HRESULT code = S_OK;
+    FeatureOutcome outcome{&feature, S_OK, feature.type, document->Touched().size()};
     bool concerned = false;
     OrAbort([&] { return fmt::format("feature {} ({})", feature.id, feature.TypeName()); },
-            [&] { concerned = UpgradeFeature(feature, concerns, code); });
-    if (concerned) run.features.push_back({&feature, code});
+            [&] { concerned = UpgradeFeature(feature, concerns, outcome.code); });
+    if (concerned) run.features.push_back(outcome);
   }
   if (onProgress) onProgress(features.size(), features.size());
 
@@ -216,10 +218,13 @@ UpgradeRun VersionManager::Run(const DocumentPtr& document, const std::vector<st
     alone.Append(upgrade->identifier);
     OrAbort([&] { return identifier; },
             [&] {
-              run.documentUpgrades.push_back({identifier, upgrade->upgrade(alone, all.List())});
+              DocumentOutcome& outcome =
+                  run.documentUpgrades.emplace_back(identifier, S_OK, document->Touched().size());
+              outcome.code = upgrade->upgrade(alone, all.List());
             });
   }
-  run.propagations = PropagateHandedOver();
+  run.propagations = PropagateHandedOver(*document.Get());
+  run.touched = document->Touched().size();
   for (const std::string& identifier : identifiers) document->RecordUpgrade(identifier);
   return run;
 }

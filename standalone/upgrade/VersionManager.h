@@ -26,13 +26,16 @@ struct KnownUpgrade {
 /// What became of one feature.
 struct FeatureOutcome {
   const Feature* feature;
-  HRESULT code;  ///< What its upgrade returned; negative when it failed.
+  HRESULT code;                   ///< What its upgrade returned; negative when it failed.
+  const LateType* type;           ///< The feature's late type when its turn came.
+  std::size_t touchedBefore = 0;  ///< How many features the document had been touched in by then.
 };
 
 /// What became of a document-wide conversion.
 struct DocumentOutcome {
   std::string identifier;
   HRESULT code;
+  std::size_t touchedBefore = 0;  ///< As for a feature.
 };
 
 struct UpgradeRun {
@@ -41,6 +44,7 @@ struct UpgradeRun {
       features;  ///< Those that some identifier concerned; the others had nothing to do.
   std::vector<DocumentOutcome> documentUpgrades;
   std::vector<FeatureOutcome> propagations;  ///< Features that were handed over to be propagated.
+  std::size_t touched = 0;                   ///< How many features were touched in all.
 
   [[nodiscard]] std::size_t FailureCount() const;
 };
@@ -61,6 +65,8 @@ class VersionManager {
 
   [[nodiscard]] const std::vector<KnownUpgrade>& Known() const { return known_; }
   [[nodiscard]] const KnownUpgrade* Find(std::string_view identifier) const;
+  /// The classes that offer the host's own upgrade, which routines call, and answer no identifier.
+  [[nodiscard]] const std::vector<const HVXUpgradeClass*>& HostUpgrades() const { return hostUpgrades_; }
 
   /// The identifiers that the document has not been through, oldest first.
   [[nodiscard]] std::vector<std::string> Pending(const Document& document) const;
@@ -86,6 +92,7 @@ class VersionManager {
   KnownUpgrade& FindOrAdd(std::string_view identifier);
 
   std::vector<KnownUpgrade> known_;
+  std::vector<const HVXUpgradeClass*> hostUpgrades_;
   std::unordered_map<std::string, std::size_t> index_;
 };
 

@@ -143,8 +143,9 @@ TEST_F(DocumentFileTest, WhatIsNoDocumentIsRefused) {
   ExpectRefused("{\"format\":\"hvxdoc\",\"colour\":1}\n", 1, "unknown key \"colour\"");
   ExpectRefused("{\"format\":\"hvxdoc\",\"version\":1.0}\n", 1, "must be a whole number");
   ExpectRefused("{\"format\":\"hvxdoc\",\"version\":0}\n", 1, "format version 0 does not exist");
-  ExpectRefused("{\"format\":\"hvxdoc\",\"upgrades\":[1]}\n", 1,
-                "\"upgrades\" must be a text but is a number");
+  ExpectRefused("{\"format\":\"hvxdoc\",\"upgrades\":[1]}\n", 1, "\"upgrades\" must be a list of texts");
+  ExpectRefused("{\"format\":\"hvxdoc\",\"upgrades\":[\"A\",\"A\"]}\n", 1, "\"upgrades\" names \"A\" twice");
+  ExpectRefused("{\"format\":\"hvxdoc\",\"features\":-1}\n", 1, "\"features\" is -1; it counts from 0");
   ExpectRefused("{\"format\":\"hvxdoc\",\"upgrades\":{}}\n", 1,
                 "\"upgrades\" must be a list but is an object");
   ExpectRefused("{\"format\":\"hvxdoc\",\"version\":2,\"novelty\":1}\n", 1,

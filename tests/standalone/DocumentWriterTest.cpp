@@ -98,8 +98,12 @@ TEST_F(DocumentWriterTest, WhatCannotBeWrittenLeavesAllAsItWas) {
     EXPECT_THAT(Write(file), testing::StartsWith(file.string() + ": cannot be created ("));
   }
   std::filesystem::create_directory(folder_ / "taken");
-  EXPECT_THAT(Write(folder_ / "taken", true), testing::HasSubstr("cannot be put in place"));
-  EXPECT_THAT(folder_.Names(), ElementsAre("file", "taken"));
+  ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
+  for (const char* const special : {"taken", "pipe"}) {
+    EXPECT_THAT(Write(folder_ / special, true), testing::HasSubstr("it is not a regular file"));
+    EXPECT_FALSE(std::filesystem::is_regular_file(folder_ / special));
+  }
+  EXPECT_THAT(folder_.Names(), ElementsAre("file", "pipe", "taken"));
 }
 
 TEST_F(DocumentWriterTest, ADiskThatFillsUpLeavesTheOriginal) {

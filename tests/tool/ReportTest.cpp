@@ -1,5 +1,7 @@
 #include <simdjson.h>
 
+#include <map>
+
 #include "ToolRun.h"
 
 namespace tool_testing {
@@ -40,10 +42,37 @@ TEST_F(ReportTest, ListsTheChangedFeatureWithItsValuesBeforeAndAfter) {
   EXPECT_EQ(Text(document["verdict"]), R"("upgraded")");
   EXPECT_EQ(Text(document["identifiers"]), R"(["UpgradeJobForFromInputFile","UpgradeJobMemoryUnit"])");
   EXPECT_EQ(Text(document["changed"]),
-            R"([{"id":3,"type":"HVXJobLT","name":"Job","alias":"Job.1","changes":[)"
+            R"([{"id":3,"type":"HVXJobLT","name":"Job","alias":"Job.1",)"
+            R"("by":{"feature":3,"type":"HVXJobLT",)"
+            R"("identifiers":["UpgradeJobForFromInputFile","UpgradeJobMemoryUnit"]},"changes":[)"
             R"({"field":"attributes","key":"RunType","before":"From InputFile","after":"Full Analysis"},)"
             R"({"field":"attributes","key":"InputFileFlag","before":1,"after":0},)"
             R"({"field":"attributes","key":"MemoryUnit","after":1}]}])");
+}
+
+TEST_F(ReportTest, TellsWhatBroughtEachChangeAbout) {
+  const element report =
+      Report({std::string(HVX_SOURCE_DIR) + "/examples/bolted_bracket.hvxdoc", "--dry-run"}, 0);
+  const element document = report["documents"].at(0);
+  std::map<std::string, int> causes;
+  for (const char* const kind : {"changed", "created", "removed"}) {
+    for (const element feature : document[kind]) {
+      const element cause = feature["by"];
+      element part;
+      if (cause["linkRemoved"].get(part) == simdjson::SUCCESS) {
+        ++causes["link"];
+      } else if (cause["propagation"].get(part) == simdjson::SUCCESS) {
+        ++causes["propagation"];
+      } else if (cause["feature"].get(part) != simdjson::SUCCESS) {
+        ++causes[Text(cause["identifiers"])];
+      } else {
+        ASSERT_GT(cause["identifiers"].get_array().size(), 0U);
+        ++causes["visit"];
+      }
+    }
+  }
+  for (const char* const cause : {"visit", "propagation", R"(["UpgDocumentForCCPRemoval"])"})
+    EXPECT_GT(causes[cause], 0) << cause;
 }
 
 TEST_F(ReportTest, SaysWhatNeedsAPersonOverAllDocuments) {
@@ -56,7 +85,8 @@ TEST_F(ReportTest, SaysWhatNeedsAPersonOverAllDocuments) {
   EXPECT_EQ(Text(failure["problem"]), R"("featureFailed")");
   EXPECT_EQ(Text(failure["id"]), "4");
   EXPECT_EQ(Text(failure["code"]), R"("0x80004005")");
-  EXPECT_NE(Text(failure["identifiers"]).find("UpgradeJobRestartData"), std::string::npos);
+  EXPECT_EQ(Text(failure["identifiers"]),
+            R"(["UpgradeJobRestartData","UpgradeJobForFromInputFile","UpgradeJobMemoryUnit"])");
   EXPECT_EQ(Text(report["needsPerson"].at(1)["document"]), '"' + missing + '"');
   EXPECT_EQ(Text(report["exitCode"]), "3");
   EXPECT_EQ(Text(report["documents"].at(1)["verdict"]), R"("badInput")");

@@ -51,11 +51,11 @@ std::string ToolTest::Names() const {
   return all;
 }
 
-ToolTest::Ended ToolTest::Run(const std::vector<std::string>& arguments) const {
-  return Wait(Start(arguments));
+ToolTest::Ended ToolTest::Run(const std::vector<std::string>& arguments, const fs::path& out) const {
+  return Wait(Start(arguments, out));
 }
 
-pid_t ToolTest::Start(const std::vector<std::string>& arguments) const {
+pid_t ToolTest::Start(const std::vector<std::string>& arguments, const fs::path& out) const {
   std::vector<std::string> texts = arguments;
   texts.insert(texts.begin(), HVXUPGRADE_PROGRAM);
   std::vector<char*> pointers;
@@ -67,7 +67,7 @@ pid_t ToolTest::Start(const std::vector<std::string>& arguments) const {
   const auto redirect = [](const fs::path& file, int to) {
     dup2(open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), to);
   };
-  redirect(streams_ / "out", STDOUT_FILENO);
+  redirect(out.empty() ? streams_ / "out" : out, STDOUT_FILENO);
   redirect(streams_ / "err", STDERR_FILENO);
   execv(pointers.front(), pointers.data());
   _exit(127);

@@ -30,9 +30,12 @@ class ToolTest : public testing::Test {
   /// The names of all that stands in the folder, sorted, with blanks between.
   [[nodiscard]] std::string Names() const;
 
-  [[nodiscard]] Ended Run(const std::vector<std::string>& arguments) const;
+  /// `out`, where it is given, takes the standard output instead of the result.
+  [[nodiscard]] Ended Run(const std::vector<std::string>& arguments,
+                          const std::filesystem::path& out = {}) const;
   /// For tests that meddle with the running program.
-  [[nodiscard]] pid_t Start(const std::vector<std::string>& arguments) const;
+  [[nodiscard]] pid_t Start(const std::vector<std::string>& arguments,
+                            const std::filesystem::path& out = {}) const;
   [[nodiscard]] Ended Wait(pid_t program) const;
   [[nodiscard]] std::string OutputSoFar() const { return Content(streams_ / "out"); }
 

@@ -1,3 +1,4 @@
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "ToolRun.h"
@@ -64,7 +65,9 @@ TEST_F(UpgradeCommandTest, FailedFeaturesAreNamedAndTheResultIsWritten) {
   const std::string file = Document("job.hvxdoc", std::string(kJobLines) + std::string(kBrokenJobLine));
   const Ended ended = Run({"upgrade", file, "-o", Path("new.hvxdoc")});
   EXPECT_EQ(ended.code, 1);
-  EXPECT_TRUE(Has(ended.out, "HVXJobLT \"Stray Job\" (id 4): 0x80004005 (E_FAIL)")) << ended.out;
+  EXPECT_TRUE(
+      Has(ended.out, "HVXJobLT \"Stray Job\" (id 4): 0x80004005 (E_FAIL) in UpgradeJobRestartData or "))
+      << ended.out;
   EXPECT_TRUE(Has(Content(Path("new.hvxdoc")), R"("RunType":"Full Analysis")"));
 
   const Ended quiet = Run({"upgrade", file, "-o", Path("new.hvxdoc"), "--force", "--quiet"});
@@ -86,8 +89,34 @@ TEST_F(UpgradeCommandTest, AnExistingFileIsReplacedOnlyWhenForced) {
   EXPECT_NE(Content(Path("new.hvxdoc")), "mine");
 
   Put(Path("r.json"), "mine");
-  EXPECT_EQ(Run({"upgrade", file, "--dry-run", "--report", Path("r.json")}).code, 5);
+  const Ended noReport = Run({"upgrade", file, "--dry-run", "--report", Path("r.json")});
+  EXPECT_EQ(noReport.code, 5);
+  EXPECT_TRUE(Has(noReport.err, "--force")) << noReport.err;
   EXPECT_EQ(Content(Path("r.json")), "mine");
+}
+
+TEST_F(UpgradeCommandTest, WhatIsNoFileIsNeverReplaced) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  fs::create_symlink(Path("nowhere"), Path("link"));
+  for (const std::string option : {"-o", "--report"}) {
+    const std::string other = option == "-o" ? "--quiet" : "--dry-run";
+    EXPECT_EQ(Run({"upgrade", file, other, "--force", option, Path("pipe")}).code, 5);
+    EXPECT_EQ(Run({"upgrade", file, other, option, Path("link")}).code, 5);
+  }
+  EXPECT_TRUE(fs::is_fifo(Path("pipe")));
+  EXPECT_EQ(Names(), "job.hvxdoc link pipe");
+}
+
+TEST_F(UpgradeCommandTest, NobodyReadingIsNoReasonToLeaveDocumentsUndone) {
+  const std::string first = Document("a.hvxdoc", kJobLines);
+  const std::string second = Document("b.hvxdoc", kJobLines);
+  const Ended ended = Run({"upgrade", first, second, "--in-place", "--report", Path("r.json")}, "/dev/full");
+  EXPECT_EQ(ended.code, 5);
+  EXPECT_EQ(ended.err, "hvxupgrade: standard output cannot be written\n");
+  for (const std::string& file : {first, second})
+    EXPECT_TRUE(Has(Content(file), R"("RunType":"Full Analysis")"));
+  EXPECT_TRUE(fs::exists(Path("r.json")));
 }
 
 TEST_F(UpgradeCommandTest, AFolderThatCannotBeWrittenIsReported) {
@@ -132,6 +161,14 @@ TEST_F(UpgradeCommandTest, WrongUsageIsExplained) {
   refused({"upgrade", file, "--dry-run", "--report", file, "--force"}, "would replace");
   refused({"upgrade", file, "-o", Path("x"), "--backup", ".old"}, "--in-place");
   refused({"upgrade", file, "--dry-run", "--only", "UpgradeJobMemoryUnti"}, "\"UpgradeJobMemoryUnit\"?");
+  refused({"upgrade", file, "--dry-run", "--only", "Foo"}, "there is no upgrade \"Foo\"; 'hvxupgrade ident");
+  refused({"upgrade", file, "--dry-run", "--only", "InitialTemp"}, "BasicComponents\"?");
+  refused({"upgrade", file, "--dry-run", "--until", ""}, "--until");
+  refused({"upgrade", file, "--dry-run", "--report", ""}, "--report");
+  refused({"upgrade", file, "--dry-run", "--report", "-"}, "--report");
+  refused({"upgrade", file, "-o", ""}, "--output");
+  refused({"show", file, "--depth", "0"}, "must be a whole number above 0");
+  refused({"frob", file}, "there is no command \"frob\"");
   refused({"upgrade", file, "--dry-run", "--language", "xx"}, "choose one of: ");
   refused({"upgrade", file, "--dry-run", "--timeout", "0"}, "--timeout");
   EXPECT_EQ(Names(), "job.hvxdoc other.hvxdoc");
@@ -148,6 +185,8 @@ TEST_F(UpgradeCommandTest, BadDocumentsAreNamedWithTheirLineAndTheOthersGoOn) {
   EXPECT_TRUE(Has(ended.err, broken + ":5: ")) << ended.err;
   EXPECT_TRUE(Has(ended.err, "UpgradeOfTheFuture"));
   EXPECT_TRUE(Has(ended.out, "3 documents: 1 upgraded, 2 given up")) << ended.out;
+  EXPECT_EQ(Run({"upgrade", broken, "--output-dir", Path("none")}).code, 3);
+  EXPECT_FALSE(fs::exists(Path("none")));  // nothing to put there
   EXPECT_TRUE(fs::exists(Path("new/good.hvxdoc")));
   EXPECT_FALSE(fs::exists(Path("new/broken.hvxdoc")));
 

@@ -56,8 +56,12 @@ TEST_F(ViewCommandsTest, IdentifiersListsAllBindings) {
     const bool answered = identifier["bindings"].get_array().size() != 0 || bool(identifier["documentWide"]);
     EXPECT_EQ(answered, !unanswered) << identifier;
   }
-  // One line a binding for people.
-  EXPECT_EQ(CountOf(Run({"identifiers"}).out, " [HVXE"), bindings);
+  const simdjson::dom::element hostUpgrade = parser.parse(text)["hostUpgrades"].at(0);
+  EXPECT_EQ(std::string_view(hostUpgrade["class"]), "HVXEBasicComponentUpgrade");
+  EXPECT_EQ(std::string_view(hostUpgrade["interface"]), "VLMISamUpgrade");
+  EXPECT_EQ(hostUpgrade["lateTypes"].get_array().size(), 18U);
+  // One line for people for each binding, and one for the host's upgrade.
+  EXPECT_EQ(CountOf(Run({"identifiers"}).out, " [HVXE"), bindings + 1);
 }
 
 TEST_F(ViewCommandsTest, IdentifiersExplainsOneInWords) {
