@@ -69,14 +69,14 @@ class Feature final : public VLMISpecObject, public FeatureState {
  public:
   void AddRef() noexcept override;
   void Release() noexcept override;
-  HRESULT QueryInterface(const VLMInterfaceId& id, void** out) override;
+  HRESULT QueryInterface(const VLMInterfaceId& interface, void** out) override;
   [[nodiscard]] const void* Identity() const noexcept override { return this; }
 
   VLMUnicodeString GetLateType() override;
   VLMUnicodeString GetName() override;
-  HRESULT SetUpToDate(int upToDate) override;
-  HRESULT GetFather(VLMISpecObject_var& father) override;
-  HRESULT GetContainer(VLMIContainer_var& container) override;
+  HRESULT SetUpToDate(int flag) override;
+  HRESULT GetFather(VLMISpecObject_var& found) override;
+  HRESULT GetContainer(VLMIContainer_var& found) override;
   HRESULT RemoveSon(const VLMISpecObject_var& son, int option) override;
   int IsReadyInDomain(const VLMUnicodeString& domain) override;
 };

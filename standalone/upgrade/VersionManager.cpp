@@ -218,9 +218,8 @@ UpgradeRun VersionManager::Run(const DocumentPtr& document, const std::vector<st
     alone.Append(upgrade->identifier);
     OrAbort([&] { return identifier; },
             [&] {
-              DocumentOutcome& outcome =
-                  run.documentUpgrades.emplace_back(identifier, S_OK, document->Touched().size());
-              outcome.code = upgrade->upgrade(alone, all.List());
+              run.documentUpgrades.push_back({identifier, S_OK, document->Touched().size()});
+              run.documentUpgrades.back().code = upgrade->upgrade(alone, all.List());
             });
   }
   run.propagations = PropagateHandedOver(*document.Get());
