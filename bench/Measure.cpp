@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -81,7 +82,9 @@ Figures MeasureOnce(const std::string& input, const std::string& output,
   WarmMemory(kMostPerByteOfFile * std::filesystem::file_size(input));
   std::array<int, 2> channel{};
   if (pipe(channel.data()) != 0) std::abort();
-  if (const pid_t child = fork(); child == 0) {
+  const pid_t child = fork();
+  if (child < 0) std::abort();
+  if (child == 0) {
     Figures figures;
     figures.bare = TimeOf([&] { bench::BarePass(input, output); });
     const UpgradeLibrary library(HVX_LIBRARY);
@@ -108,16 +111,13 @@ Figures MeasureOnce(const std::string& input, const std::string& output,
     const bool sent = write(channel[1], &figures, sizeof(figures)) == sizeof(figures);
     _exit(sent ? 0 : 1);
   } else {
+    close(channel[1]);  // so that a child that dies is noticed
     Figures figures;
     const bool received = read(channel[0], &figures, sizeof(figures)) == sizeof(figures);
     int status = 0;
     waitpid(child, &status, 0);
     close(channel[0]);
-    close(channel[1]);
-    if (!received || status != 0) {
-      fmt::print(stderr, "the measured process failed\n");
-      std::exit(1);
-    }
+    if (!received || status != 0) throw std::runtime_error("the measured process failed");
     return figures;
   }
 }
@@ -182,7 +182,13 @@ int main(int argc, char** argv) {
   fmt::print("processor seconds, medians of {}\n", kRepetitions);
   fmt::print(kHead, "features", "MB", "MB after", "bare", "read", "back", "upgrade", "write", "(r+b)/bare",
              "upgrade/(r+w)", "peak/MB", "us/feature");
-  for (const std::size_t size : sizes) Measure(size, only, folder);
+  int code = 0;
+  try {
+    for (const std::size_t size : sizes) Measure(size, only, folder);
+  } catch (const std::exception& error) {
+    fmt::print(stderr, "{}\n", error.what());
+    code = 1;
+  }
   std::filesystem::remove_all(folder);
-  return 0;
+  return code;
 }

@@ -262,8 +262,8 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
     Complain(error.what());
   }
   const auto verbs = app.get_subcommands();
-  fmt::print(stderr, "Try: hvxupgrade {}{}--help\n", verbs.empty() ? "" : verbs.front()->get_name(),
-             verbs.empty() ? "" : " ");
+  Put(stderr, fmt::format("Try: hvxupgrade {}{}--help\n", verbs.empty() ? "" : verbs.front()->get_name(),
+                          verbs.empty() ? "" : " "));
   return ExitCode::kUsage;
 }
 

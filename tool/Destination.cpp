@@ -117,7 +117,9 @@ std::vector<Destination> DestinationsOf(const UpgradeArguments& arguments) {
   std::vector<Destination> destinations;
   for (const std::string& input : arguments.files) {
     destinations.push_back(DestinationOf(arguments, input));
-    if (destinations.back().file) targets.Add(*destinations.back().file, "the result of " + input);
+    const Destination& destination = destinations.back();
+    if (destination.file) targets.Add(*destination.file, "the result of " + input);
+    if (!destination.Backup().empty()) targets.Add(destination.Backup(), "the backup of " + input);
   }
   const auto addOther = [&](const std::string& file, const std::string& what) {
     for (const std::string& input : arguments.files) {

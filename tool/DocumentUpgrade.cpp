@@ -31,7 +31,7 @@ class DocumentUpgrade {
     result_.features = document->FeatureCount();
     if (chosen.empty()) {
       result_.verdict = pending.empty() ? Verdict::kCurrent : Verdict::kNothingChosen;
-      PassUnchanged();
+      PassUnchanged(*document.Get());
     } else {
       result_.verdict = Verdict::kUpgraded;
       RunChosen(document, chosen);
@@ -59,7 +59,7 @@ class DocumentUpgrade {
                         "Use a newer release of this program");
   }
 
-  void PassUnchanged() {
+  void PassUnchanged(standalone::Document& document) {
     result_.summary = SummaryWithoutRun(task_.input, result_.verdict, task_.destination, task_.dryRun);
     if (task_.report != nullptr)
       task_.report->AddWithoutRun(task_.input, result_, task_.destination, task_.dryRun);
@@ -67,7 +67,11 @@ class DocumentUpgrade {
     announceCommit_();
     Interruption::StopIfRequested();
     task_.destination.MakeFolder();
-    standalone::CopyDocument(task_.input, *task_.destination.file, Options());
+    if (std::filesystem::is_regular_file(task_.input)) {
+      standalone::CopyDocument(task_.input, *task_.destination.file, Options());
+    } else {  // such as a pipe, which can be read once
+      standalone::WriteDocument(document, *task_.destination.file, Options());
+    }
   }
 
   void RunChosen(const DocumentPtr& document, const std::vector<std::string>& chosen) {

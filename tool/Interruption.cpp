@@ -20,6 +20,9 @@ void Interruption::HoldBack() {
   struct sigaction action {};
   action.sa_handler = &Note;
   for (const int signal : kSignals) {
+    struct sigaction before {};
+    sigaction(signal, nullptr, &before);
+    if (before.sa_handler == SIG_IGN) continue;  // who started this program wants it to go on
     sigaddset(&held, signal);
     sigaction(signal, &action, nullptr);
   }

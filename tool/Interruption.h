@@ -16,8 +16,8 @@ class Interruption {
  public:
   Interruption() = delete;
 
-  /// From now on SIGINT, SIGTERM and SIGHUP only make `Requested` true. They are let in only within calls
-  /// that take `WhileWaiting` as their signal mask.
+  /// From now on SIGINT, SIGTERM and SIGHUP, as far as they were not ignored, only make `Requested` true.
+  /// They are let in only within calls that take `WhileWaiting` as their signal mask.
   static void HoldBack();
   [[nodiscard]] static const sigset_t& WhileWaiting();
 

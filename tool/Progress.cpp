@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "Terminal.h"
+
 namespace tool {
 namespace {
 
@@ -33,17 +35,17 @@ void Progress::Update(const char* phase, std::size_t done, std::size_t total) {
   nextDrawing_ = Clock::now() + kBetween;
   drawn_ = true;
   if (total == 0) {
-    fmt::print(stderr, "\r\033[K{}: {}", subject_, phase);
+    Put(stderr, fmt::format("\r\033[K{}: {}", subject_, phase));
   } else {
     const std::size_t filled = std::min(kBarWidth, done * kBarWidth / total);
-    fmt::print(stderr, "\r\033[K{}: {:<9} [{:#<{}}{:.<{}}] {:3}%", subject_, phase, "", filled, "",
-               kBarWidth - filled, std::min<std::size_t>(100, done * 100 / total));
+    Put(stderr, fmt::format("\r\033[K{}: {:<9} [{:#<{}}{:.<{}}] {:3}%", subject_, phase, "", filled, "",
+                            kBarWidth - filled, std::min<std::size_t>(100, done * 100 / total)));
   }
   std::fflush(stderr);
 }
 
 void Progress::ClearLine() {
-  if (OnTerminal()) fmt::print(stderr, "\r\033[K");
+  if (OnTerminal()) Put(stderr, "\r\033[K");
 }
 
 }  // namespace tool

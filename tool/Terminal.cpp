@@ -81,12 +81,12 @@ std::string Count(std::size_t count, std::string_view noun) {
   return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
 }
 
-void Say(std::string_view text) {
-  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stdout));
+void Put(std::FILE* stream, std::string_view text) {
+  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stream));
 }
 
 void Complain(std::string_view message) {
-  fmt::print(stderr, "{} {}\n", Paint(stderr, Colour::kRed, "hvxupgrade:"), Printable(message));
+  Put(stderr, fmt::format("{} {}\n", Paint(stderr, Colour::kRed, "hvxupgrade:"), Printable(message)));
 }
 
 }  // namespace tool

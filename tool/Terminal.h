@@ -25,8 +25,12 @@ enum class Colour { kGreen, kYellow, kRed };
 /// "1 feature", "2 features".
 [[nodiscard]] std::string Count(std::size_t count, std::string_view noun);
 
-/// Writes `text` to standard output. That it cannot be written is found, and told, when the program ends.
-void Say(std::string_view text);
+/// Writes `text` to the stream. Where that fails nothing happens: messages that nobody can read end no work,
+/// and of standard output it is found, and told, when the program ends.
+void Put(std::FILE* stream, std::string_view text);
+inline void Say(std::string_view text) {
+  Put(stdout, text);
+}
 
 /// Writes "hvxupgrade: " and `message`, made printable, as a line to standard error.
 void Complain(std::string_view message);

@@ -14,9 +14,18 @@ namespace {
 
 using standalone::DocumentError;
 
+// A trace that lacks lines would mislead, so the work ends.
+void Write(std::FILE* stream, const std::string& file, std::string_view line) {
+  if (std::fwrite(line.data(), 1, line.size(), stream) == line.size() && std::ferror(stream) == 0) return;
+  throw DocumentError(DocumentError::Kind::kUnwritable, file, 0,
+                      fmt::format("the trace cannot be written ({})", std::strerror(errno)),
+                      "Make room on its disk, or leave --trace out");
+}
+
 }  // namespace
 
-Trace::Trace(const std::string& file, bool overwrite) : owned_(nullptr, &std::fclose), stream_(stderr) {
+Trace::Trace(const std::string& file, bool overwrite)
+    : file_(file), owned_(nullptr, &std::fclose), stream_(stderr) {
   if (file == "-") return;
   if (!overwrite && std::filesystem::is_regular_file(file)) {
     throw DocumentError(DocumentError::Kind::kUnwritable, file, 0, "the trace file exists already",
@@ -33,19 +42,20 @@ Trace::Trace(const std::string& file, bool overwrite) : owned_(nullptr, &std::fc
 }
 
 void Trace::BeginDocument(const std::string& name) const {
-  fmt::print(stream_, "# {}\n", Printable(name));
+  Write(stream_, file_, fmt::format("# {}\n", Printable(name)));
 }
 
 standalone::CheckpointPlan Trace::Plan() const {
   standalone::CheckpointPlan plan;
-  plan.onCall = [stream = stream_](const standalone::HostCall& call, const standalone::Feature* feature) {
+  plan.onCall = [stream = stream_, file = file_](const standalone::HostCall& call,
+                                                 const standalone::Feature* feature) {
     fmt::memory_buffer line;
     auto to = std::back_inserter(line);
     fmt::format_to(to, "{}", call.operation);
     if (feature != nullptr) fmt::format_to(to, " {} {}", feature->id, Word(feature->TypeName()));
     if (!call.detail.empty()) fmt::format_to(to, " {}", Quoted(call.detail));
     line.push_back('\n');
-    std::fwrite(line.data(), 1, line.size(), stream);
+    Write(stream, file, {line.data(), line.size()});
   };
   return plan;
 }

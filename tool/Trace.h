@@ -17,11 +17,13 @@ class Trace {
   /// be made, or exists and `overwrite` is false.
   Trace(const std::string& file, bool overwrite);
 
+  // Both, and the calls traced, throw the same when the trace cannot be written.
   void BeginDocument(const std::string& name) const;
   /// A plan that traces every call. The trace must outlive its use.
   [[nodiscard]] standalone::CheckpointPlan Plan() const;
 
  private:
+  std::string file_;
   std::unique_ptr<std::FILE, int (*)(std::FILE*)> owned_;
   std::FILE* stream_;
 };

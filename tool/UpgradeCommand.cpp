@@ -37,6 +37,7 @@ class UpgradeCommand {
         destinations_(DestinationsOf(arguments)) {
     UseLanguage(arguments.language, DataFolder(places) / "messages");
     standalone::FeatureCatalogs::Use(DataFolder(places) / "catalogs");
+    MakeFolderForOthers();
     if (!arguments.trace.empty()) trace_.emplace(arguments.trace, arguments.force);
     if (!arguments.report.empty()) {
       RefuseTaken(arguments.report, arguments.force);
@@ -62,6 +63,18 @@ class UpgradeCommand {
   }
 
  private:
+  // The folder of the results is made with the first of them, but a report or trace in it comes earlier.
+  void MakeFolderForOthers() const {
+    if (arguments_.dryRun || arguments_.outputDirectory.empty()) return;
+    std::error_code error;
+    const fs::path results = fs::weakly_canonical(fs::absolute(arguments_.outputDirectory), error);
+    for (const fs::path other : {arguments_.report, arguments_.trace}) {
+      if (other.empty() || other == "-") continue;
+      const fs::path folder = fs::weakly_canonical(fs::absolute(other), error).parent_path();
+      if (folder == results / "." || folder == results) destinations_.front().MakeFolder();
+    }
+  }
+
   DocumentResult UpgradeOne(const std::string& input, const Destination& destination) {
     const UpgradeTask task{.input = input,
                            .destination = destination,
@@ -71,7 +84,6 @@ class UpgradeCommand {
                            .quiet = arguments_.quiet,
                            .report = report_ ? &*report_ : nullptr,
                            .trace = trace_ ? &*trace_ : nullptr};
-    const Leftovers leftovers(destination.file.value_or(fs::path(input)));
     std::optional<std::chrono::duration<double>> timeout;
     if (arguments_.timeout) timeout.emplace(*arguments_.timeout);
     const WorkerEnd end = RunInWorker(
@@ -82,7 +94,7 @@ class UpgradeCommand {
       result = Unpack(end.result);
     } else {
       Progress::ClearLine();
-      leftovers.Remove();
+      if (destination.file) RemoveLeftovers(*destination.file, end.process);
       TellEnd(input, end, result);
     }
     if (report_ && result.verdict != Verdict::kInterrupted) AddToReport(input, destination, result);
@@ -102,9 +114,10 @@ class UpgradeCommand {
       result.problem = fmt::format("{}: interrupted. Nothing was written", input);
     } else {
       result.verdict = Verdict::kCrashed;
-      result.problem =
-          fmt::format("{}: the upgrade crashed ({}). Its file was left alone; --trace shows where it was",
-                      input, end.cause);
+      result.problem = fmt::format(
+          "{}: the upgrade crashed ({}). {}; --trace shows where it was", input, end.cause,
+          end.committing ? "It was putting the result in place, which is there whole or not at all"
+                         : "Its file was left alone");
     }
   }
 
@@ -156,8 +169,8 @@ class UpgradeCommand {
 }  // namespace
 
 ExitCode RunUpgrade(const UpgradeArguments& arguments, const Places& places) {
-  UpgradeCommand command(arguments, places);
   Interruption::HoldBack();
+  UpgradeCommand command(arguments, places);
   // Results that nobody reads are no reason to leave documents half done.
   std::signal(SIGPIPE, SIG_IGN);
   return command.Run();

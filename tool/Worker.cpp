@@ -141,6 +141,8 @@ class Supervisor {
     std::string_view result = received_;
     if (committing_) result.remove_prefix(1);
     WorkerEnd end;
+    end.committing = committing_;
+    end.process = worker_;
     if (WIFEXITED(status_) && WEXITSTATUS(status_) == EXIT_SUCCESS && result.starts_with(kResult)) {
       end.kind = WorkerEnd::Kind::kFinished;
       end.result = result.substr(1);

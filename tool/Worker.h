@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <chrono>
 #include <functional>
 #include <optional>
@@ -19,6 +21,8 @@ struct WorkerEnd {
   Kind kind = Kind::kCrashed;
   std::string result;
   std::string cause;
+  bool committing = false;  ///< It had announced its commit, so that its output may be in place.
+  pid_t process = 0;        ///< The worker's.
 };
 
 /// Called by the work when all that is left is to put its output in place.

@@ -1,5 +1,9 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <exception>
+#include <new>
 
 #include "Arguments.h"
 #include "CheckCommand.h"
@@ -37,9 +41,20 @@ ExitCode RunChecked(const Arguments& arguments) {
   } catch (const standalone::DocumentError& error) {
     Complain(error.what());
     return ExitCodeOf(error);
+  } catch (const std::bad_alloc&) {
+    Complain("there is not enough memory; free some, or use a machine with more");
+    return ExitCode::kBadInput;
   } catch (const std::exception& error) {  // such as an upgrade library that cannot be loaded
     Complain(error.what());
     return ExitCode::kBadInput;
+  }
+}
+
+// A file that this program opens must not come to stand where a stream was closed. Opened for reading, what
+// is written there fails as before.
+void FillStandardStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(stream, F_GETFD) < 0) static_cast<void>(open("/dev/null", O_RDONLY));
   }
 }
 
@@ -47,6 +62,7 @@ ExitCode RunChecked(const Arguments& arguments) {
 }  // namespace tool
 
 int main(int count, char** texts) {
+  tool::FillStandardStreams();
   tool::Arguments arguments;
   if (const auto ended = tool::ParseArguments(count, texts, arguments)) return static_cast<int>(*ended);
   tool::ExitCode code = tool::RunChecked(arguments);

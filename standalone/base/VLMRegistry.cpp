@@ -17,7 +17,8 @@ VLMMetaClass* VLMRegistry::Find(std::string_view name) const {
 VLMMetaClass& VLMRegistry::LateType(std::string_view name, const VLMMetaClass* base) {
   if (VLMMetaClass* const known = Find(name)) {
     // A library may have extended a late type before the host came to know what it derives from.
-    if (known->base_ == nullptr) {
+    // A late type may bear any name, that of a base included: nothing derives from itself.
+    if (known->base_ == nullptr && base != nullptr && !base->IsAKindOf(name)) {
       known->base_ = base;
       ++stateOfTies_;
     }

@@ -27,6 +27,22 @@ std::filesystem::path Followed(const std::filesystem::path& file) {
   return error ? file : real;
 }
 
+// False, with errno set (EEXIST when something stands there), when it cannot be done.
+bool MoveWithoutReplacing(const char* from, const char* to) {
+  if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return true;
+  if (errno != EINVAL && errno != ENOSYS) return false;
+  // The file system does not know how, but a link never replaces either.
+  return link(from, to) == 0 && unlink(from) == 0;
+}
+
+bool Sync(const std::string& file) {
+  const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) return false;
+  const bool synced = fsync(descriptor) == 0;
+  close(descriptor);
+  return synced;
+}
+
 }  // namespace
 
 AtomicFile::AtomicFile(const std::filesystem::path& target, const WriteOptions& options)
@@ -34,13 +50,15 @@ AtomicFile::AtomicFile(const std::filesystem::path& target, const WriteOptions& 
       target_(Followed(target)),
       overwrite_(options.overwrite),
       backupSuffix_(options.backupSuffix) {
-  if (std::filesystem::exists(target_) && !std::filesystem::is_regular_file(target_)) {
+  std::error_code error;  // what cannot be looked at cannot be created either, which is told below
+  const bool isTaken = std::filesystem::exists(target_, error);
+  if (isTaken && !std::filesystem::is_regular_file(target_, error)) {
     // A folder, or a device, which a file of its name would do away with.
     throw DocumentError(kUnwritable, given_.string(), 0, "it is not a regular file",
                         "Give the name of a file");
   }
-  if (!overwrite_ && std::filesystem::exists(target_)) FailTaken();
-  temporary_ = (FolderOf(target_) / fmt::format(".{}.XXXXXX", target_.filename().string())).string();
+  if (!overwrite_ && isTaken) FailTaken();
+  temporary_ = (FolderOf(target_) / (TemporaryPrefix(target_, getpid()) + "XXXXXX")).string();
   descriptor_ = mkostemp(temporary_.data(), O_CLOEXEC);
   if (descriptor_ < 0) {
     temporary_.clear();
@@ -56,6 +74,10 @@ AtomicFile::AtomicFile(const std::filesystem::path& target, const WriteOptions& 
   LeaveNothing();
   errno = cause;
   Fail("given its access rights");
+}
+
+std::string AtomicFile::TemporaryPrefix(const std::filesystem::path& target, pid_t process) {
+  return fmt::format(".{}.{}.", target.filename().string(), process);
 }
 
 AtomicFile::~AtomicFile() {
@@ -82,13 +104,18 @@ void AtomicFile::Commit() {
   descriptor_ = -1;
   if (closed != 0) Fail("brought to disk");
   if (overwrite_) {
-    KeepBackup();
-    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) Fail("put in place");
-    temporary_.clear();
-  } else if (link(temporary_.c_str(), target_.c_str()) != 0) {  // unlike a rename, never replaces
+    const std::string backup = KeepBackup();
+    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) {
+      const int cause = errno;
+      if (!backup.empty()) unlink(backup.c_str());
+      errno = cause;
+      Fail("put in place");
+    }
+  } else if (!MoveWithoutReplacing(temporary_.c_str(), target_.c_str())) {
     if (errno == EEXIST) FailTaken();
     Fail("put in place");
   }
+  temporary_.clear();
   const int folder = open(FolderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (folder >= 0) {
     fsync(folder);  // some file systems do not offer it; the file itself is safe by now
@@ -96,10 +123,15 @@ void AtomicFile::Commit() {
   }
 }
 
-void AtomicFile::KeepBackup() const {
-  if (backupSuffix_.empty() || !std::filesystem::exists(target_)) return;
+std::string AtomicFile::KeepBackup() const {
+  if (backupSuffix_.empty() || !std::filesystem::exists(target_)) return {};
   const std::string backup = target_.string() + backupSuffix_;
-  if (link(target_.c_str(), backup.c_str()) == 0) return;
+  if (link(target_.c_str(), backup.c_str()) == 0) return backup;
+  if (errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS) {  // no links here, so the old file is copied
+    std::error_code error;
+    if (std::filesystem::copy_file(target_, backup, error) && Sync(backup)) return backup;
+    errno = error ? error.value() : errno;
+  }
   throw DocumentError(kUnwritable, backup, 0,
                       fmt::format("the backup cannot be made ({})", std::strerror(errno)),
                       "Remove or rename an older backup, or choose another suffix; nothing was changed");

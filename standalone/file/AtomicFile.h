@@ -1,6 +1,9 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <filesystem>
+#include <string>
 #include <string_view>
 
 #include "file/DocumentWriter.h"
@@ -18,13 +21,18 @@ class AtomicFile {
 
   void Write(std::string_view bytes);
 
+  /// What the names of the temporary files begin with by which a process brings a file to `target`; six more
+  /// characters follow.
+  [[nodiscard]] static std::string TemporaryPrefix(const std::filesystem::path& target, pid_t process);
+
   /// Brings the bytes to disk and the file to its name.
   void Commit();
 
  private:
   [[noreturn]] void Fail(std::string_view doing) const;
   [[noreturn]] void FailTaken() const;
-  void KeepBackup() const;
+  /// Gives the backup's name; empty when none is wanted, or nothing is there to keep.
+  [[nodiscard]] std::string KeepBackup() const;
   void LeaveNothing() const;
 
   std::filesystem::path given_;   // as the user knows it

@@ -32,8 +32,7 @@ inline constexpr std::string_view kModes = "modes";
 
 inline constexpr std::string_view kRef = "ref";
 
-/// The highest id of a feature, 2^53 - 1: every JSON program keeps integers up to it, and features made later
-/// find ids above it.
+/// The highest id of a feature, 2^53 - 1: every JSON program keeps integers up to it.
 inline constexpr std::int64_t kMaxId = 9007199254740991;
 
 /// Lists within lists, at the most.

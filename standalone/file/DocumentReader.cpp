@@ -357,12 +357,16 @@ class Reader {
   }
 
   void ReadModes(Feature& feature, ondemand::value value) const {
+    std::vector<NameId> met;
     for (auto field : TakeObject(value, format::kModes)) {
       const std::string_view key = TakeKey(field);
       const auto attributes = feature.Attributes();
       const auto found = std::ranges::find(attributes, NameTable::Find(key), &Attribute::key);
       if (found == attributes.end())
         Refuse(fmt::format("\"modes\" names \"{}\", which is no attribute", key));
+      if (std::ranges::find(met, found->key) != met.end())
+        Refuse(fmt::format("\"modes\" names \"{}\" twice", key), "Leave one of the two");
+      met.push_back(found->key);
       const std::int64_t mode = TakeInteger(field.value(), key);
       if (mode != static_cast<std::int32_t>(mode))
         Refuse(fmt::format("the mode of \"{}\" exceeds 32 bits", key));

@@ -33,6 +33,12 @@ void AppendHeader(fmt::memory_buffer& out, const Document& document) {
 
 void WriteDocument(Document& document, const std::filesystem::path& file, const WriteOptions& options) {
   document.DropAllDeadLinks();
+  if (document.NextId() - 1 > format::kMaxId) {
+    throw DocumentError(
+        DocumentError::Kind::kInvalid, file.string(), 0,
+        fmt::format("new features would have ids above {}, which no document may hold", format::kMaxId),
+        "Give the features of the old document lower ids");
+  }
   AtomicFile output(file, options);
   fmt::memory_buffer text;
   AppendHeader(text, document);

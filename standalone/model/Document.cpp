@@ -108,6 +108,7 @@ Feature& Document::Create(const LateType& type, std::string_view name, Feature* 
 }
 
 void Document::Remove(Feature& feature) {
+  if (feature.removed) return;
   // Without recursion, since nothing bounds how deep features stand beneath each other.
   std::vector<Feature*> doomed{&feature};
   for (std::size_t i = 0; i < doomed.size(); ++i) {
@@ -188,7 +189,8 @@ void Document::RemoveAttribute(Feature& feature, NameId key) {
 void Document::AppendToList(Feature& feature, NameId key, const Value& entry) {
   Touch(feature);
   Attribute& attribute = *FindAttribute(feature, key);
-  std::span<Value> entries = attribute.value.Entries();
+  const bool isList = attribute.value.Kind() == ValueKind::kList;
+  const std::span<Value> entries = isList ? attribute.value.Entries() : std::span<Value>();
   const std::size_t size = entries.size();
   Value* room = entries.data();
   if (size == RoomFor(size)) {
@@ -406,7 +408,7 @@ void Document::IndexSharedReferrers() {
       sharedReferrers_[value.Target()].push_back(&referrer);
     }
   };
-  // Removed features on the way out still stand in byId_, so the walk misses nothing that can be read later.
+  // What was removed earlier is not reached: links out of it hold nobody any more.
   for (Feature* feature = first_; feature != nullptr; feature = feature->next) {
     for (const Attribute& attribute : feature->Attributes()) index(*feature, attribute.value, index);
     index(*feature, Value::Link(feature->container), index);

@@ -89,7 +89,8 @@ class Document final : public VLMDocument {
   // Changing. Nothing is done, and nothing counts as a change, when the new state is the old one.
   /// Makes a feature: the last of the document and of its father's sons.
   Feature& Create(const LateType& type, std::string_view name, Feature* father, Feature* container);
-  /// Removes the feature with all that stands beneath it, and every link that held any of them.
+  /// Removes the feature with all that stands beneath it, and every link that held any of them. Nothing
+  /// happens to one that was removed already.
   void Remove(Feature& feature);
   void SetType(Feature& feature, const LateType& type);
   void SetExternalName(Feature& feature, std::string_view name);
@@ -102,8 +103,8 @@ class Document final : public VLMDocument {
   void ReserveAttributes(Feature& feature, std::uint32_t count);
   void SetAttributeMode(Feature& feature, NameId key, int mode);
   void RemoveAttribute(Feature& feature, NameId key);
-  /// Appends to the list attribute, which must exist; a list grows in steps, so that appending n entries
-  /// costs n.
+  /// Appends to the attribute, which must exist; one that is no list gives way to a list of the one entry. A
+  /// list grows in steps, so that appending n entries costs n.
   void AppendToList(Feature& feature, NameId key, const Value& entry);
   /// Makes `feature` the last son of `father`. False, and nothing changes, when `father` is it or stands
   /// beneath it.

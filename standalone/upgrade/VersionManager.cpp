@@ -73,6 +73,11 @@ bool UpgradeFeature(Feature& feature, const Concerns& concerns, HRESULT& code) {
   return true;
 }
 
+// What is kept beside the document is written by whoever changed it, so that the changes are told as theirs.
+void WriteBack(const Document& document) {
+  if (document.Companion() != nullptr) document.Companion()->WriteBack();
+}
+
 std::vector<Feature*> FeaturesOf(const Document& document) {
   std::vector<Feature*> features;
   features.reserve(document.FeatureCount());
@@ -206,7 +211,9 @@ UpgradeRun VersionManager::Run(const DocumentPtr& document, const std::vector<st
     bool concerned = false;
     OrAbort([&] { return fmt::format("feature {} ({})", feature.id, feature.TypeName()); },
             [&] { concerned = UpgradeFeature(feature, concerns, outcome.code); });
-    if (concerned) run.features.push_back(outcome);
+    if (!concerned) continue;
+    run.features.push_back(outcome);
+    WriteBack(*document.Get());
   }
   if (onProgress) onProgress(features.size(), features.size());
 
@@ -221,6 +228,7 @@ UpgradeRun VersionManager::Run(const DocumentPtr& document, const std::vector<st
               run.documentUpgrades.push_back({identifier, S_OK, document->Touched().size()});
               run.documentUpgrades.back().code = upgrade->upgrade(alone, all.List());
             });
+    WriteBack(*document.Get());
   }
   run.propagations = PropagateHandedOver(*document.Get());
   run.touched = document->Touched().size();

@@ -225,6 +225,7 @@ TEST_F(DocumentFileTest, UnsoundFeaturesAreRefused) {
        R"(attribute "A" nests lists more than 8 deep)"},
       {R"({"id":2,"type":"X","attributes":{"A":1},"modes":{"B":1}})",
        R"("modes" names "B", which is no attribute)"},
+      {R"({"id":2,"type":"X","attributes":{"A":1},"modes":{"A":1,"A":2}})", R"("modes" names "A" twice)"},
       {R"({"id":2,"type":"X","modes":{"A":1},"attributes":{"A":1}})",
        R"("modes" names "A", which is no attribute)"},
       {R"({"id":2,"type":"X","attributes":{"A":1},"modes":{"A":2147483648}})",
@@ -238,6 +239,15 @@ TEST_F(DocumentFileTest, UnsoundFeaturesAreRefused) {
        "feature 2 links to feature 4, which does not"},
   };
   for (const auto& [line, message] : cases) ExpectLineRefused(line, message);
+}
+
+// A document may hold any text as a late type, those included that stand for something else in the host.
+TEST_F(DocumentFileTest, NoLateTypeLeadsInACircle) {
+  for (const char* const type : {"VLMBaseUnknown", "VLMSpecObject", "VLMISpecObject"}) {
+    const std::string bytes = WithHeader(1, fmt::format("{{\"id\":1,\"type\":\"{}\"}}\n", type));
+    EXPECT_EQ(Read(bytes).text, bytes);
+    EXPECT_FALSE(LateType::Of(type).MetaClass().IsAKindOf("NoSuchKind"));
+  }
 }
 
 TEST_F(DocumentFileTest, CountsAndCyclesAreChecked) {

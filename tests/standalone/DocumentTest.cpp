@@ -101,6 +101,23 @@ TEST_F(DocumentTest, AttributesGrowAndKeepTheirOrder) {
   EXPECT_EQ(Line(1), fmt::format(R"({{"id":1,"type":"X","attributes":{{{}}}}})", expected));
 }
 
+TEST_F(DocumentTest, AFeatureIsRemovedOnce) {
+  Given(R"({"id":1,"type":"X"}
+           {"id":2,"type":"X","father":{"ref":1}}
+           {"id":3,"type":"X"})");
+  for (const FeatureId id : {2, 1, 2, 1}) Doc().Remove(At(id));
+  EXPECT_EQ(Doc().FeatureCount(), 1U);
+  EXPECT_THAT(Order(), ElementsAre(3));
+}
+
+TEST_F(DocumentTest, WhatIsNoListGivesWayToOne) {
+  Given(R"({"id":1,"type":"X","attributes":{"A":"text","B":true}})");
+  for (const char* const key : {"A", "B"}) {
+    for (int i = 0; i < 2; ++i) Doc().AppendToList(At(1), NameTable::Intern(key), Value::Integer(i));
+  }
+  EXPECT_EQ(Line(1), R"({"id":1,"type":"X","attributes":{"A":[0,1],"B":[0,1]}})");
+}
+
 TEST_F(DocumentTest, ARemovedFeatureGoesWithItsSubtreeAndEveryLinkToIt) {
   Given(
       R"({"id":1,"type":"X","attributes":{"Single":{"ref":3},"List":[{"ref":2},{"ref":6},{"ref":3},null],"Keep":1}}

@@ -106,6 +106,15 @@ TEST_F(DocumentWriterTest, WhatCannotBeWrittenLeavesAllAsItWas) {
   EXPECT_THAT(folder_.Names(), ElementsAre("file", "pipe", "taken"));
 }
 
+TEST_F(DocumentWriterTest, IdsThatNoDocumentMayHoldAreNotWritten) {
+  const DocumentPtr document = Document::Create("test");
+  static_cast<void>(document->AppendRead(9007199254740991, LateType::Of("X")));
+  WriteDocument(*document.Get(), folder_ / "a.hvxdoc", {});
+  static_cast<void>(document->Create(LateType::Of("X"), "", nullptr, nullptr));
+  EXPECT_THROW(WriteDocument(*document.Get(), folder_ / "b.hvxdoc", {}), DocumentError);
+  EXPECT_THAT(folder_.Names(), ElementsAre("a.hvxdoc"));
+}
+
 TEST_F(DocumentWriterTest, ADiskThatFillsUpLeavesTheOriginal) {
   const std::filesystem::path file = folder_.Put("a.hvxdoc", "original");
   rlimit before{};

@@ -67,8 +67,12 @@ pid_t ToolTest::Start(const std::vector<std::string>& arguments, const fs::path&
   const auto redirect = [](const fs::path& file, int to) {
     dup2(open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), to);
   };
-  redirect(out.empty() ? streams_ / "out" : out, STDOUT_FILENO);
   redirect(streams_ / "err", STDERR_FILENO);
+  if (out == "closed") {
+    close(STDOUT_FILENO);
+  } else {
+    redirect(out.empty() ? streams_ / "out" : out, STDOUT_FILENO);
+  }
   execv(pointers.front(), pointers.data());
   _exit(127);
 }

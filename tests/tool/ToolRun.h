@@ -30,7 +30,7 @@ class ToolTest : public testing::Test {
   /// The names of all that stands in the folder, sorted, with blanks between.
   [[nodiscard]] std::string Names() const;
 
-  /// `out`, where it is given, takes the standard output instead of the result.
+  /// `out`, where it is given, takes the standard output instead of the result; "closed" closes it.
   [[nodiscard]] Ended Run(const std::vector<std::string>& arguments,
                           const std::filesystem::path& out = {}) const;
   /// For tests that meddle with the running program.

@@ -111,12 +111,32 @@ TEST_F(UpgradeCommandTest, WhatIsNoFileIsNeverReplaced) {
 TEST_F(UpgradeCommandTest, NobodyReadingIsNoReasonToLeaveDocumentsUndone) {
   const std::string first = Document("a.hvxdoc", kJobLines);
   const std::string second = Document("b.hvxdoc", kJobLines);
-  const Ended ended = Run({"upgrade", first, second, "--in-place", "--report", Path("r.json")}, "/dev/full");
-  EXPECT_EQ(ended.code, 5);
-  EXPECT_EQ(ended.err, "hvxupgrade: standard output cannot be written\n");
-  for (const std::string& file : {first, second})
-    EXPECT_TRUE(Has(Content(file), R"("RunType":"Full Analysis")"));
-  EXPECT_TRUE(fs::exists(Path("r.json")));
+  for (const std::string out : {"/dev/full", "closed"}) {
+    const Ended ended = Run({"upgrade", first, second, "--output-dir", Path(out.substr(1)), "--report",
+                             Path("r.json"), "--force"},
+                            out);
+    EXPECT_EQ(ended.code, 5);
+    EXPECT_EQ(ended.err, "hvxupgrade: standard output cannot be written\n");
+    for (const char* const name : {"/a.hvxdoc", "/b.hvxdoc"})
+      EXPECT_TRUE(Has(Content(Path(out.substr(1)) + name), R"("RunType":"Full Analysis")"));
+    EXPECT_TRUE(Content(Path("r.json")).starts_with("{\"report\""));
+  }
+}
+
+TEST_F(UpgradeCommandTest, ADocumentFromAPipeIsReadOnce) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  ASSERT_EQ(Run({"upgrade", file, "-o", Path("new.hvxdoc")}).code, 0);
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  const pid_t program = Start({"upgrade", Path("pipe"), "-o", Path("again.hvxdoc"), "--timeout", "20"});
+  Put(Path("pipe"), Content(Path("new.hvxdoc")));
+  EXPECT_EQ(Wait(program).code, 0);
+  EXPECT_EQ(Content(Path("again.hvxdoc")), Content(Path("new.hvxdoc")));
+}
+
+TEST_F(UpgradeCommandTest, AReportMayStandAmongTheResults) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  EXPECT_EQ(Run({"upgrade", file, "--output-dir", Path("new"), "--report", Path("new/r.json")}).code, 0);
+  EXPECT_TRUE(fs::exists(Path("new/r.json")));
 }
 
 TEST_F(UpgradeCommandTest, AFolderThatCannotBeWrittenIsReported) {
@@ -159,6 +179,7 @@ TEST_F(UpgradeCommandTest, WrongUsageIsExplained) {
   refused({"upgrade", file, file, "--output-dir", Path("x")}, "written twice");
   refused({"upgrade", file, "-o", Path("x"), "--report", Path("x")}, "written twice");
   refused({"upgrade", file, "--dry-run", "--report", file, "--force"}, "would replace");
+  refused({"upgrade", file, "--in-place", "--backup", ".old", "--report", file + ".old"}, "written twice");
   refused({"upgrade", file, "-o", Path("x"), "--backup", ".old"}, "--in-place");
   refused({"upgrade", file, "--dry-run", "--only", "UpgradeJobMemoryUnti"}, "\"UpgradeJobMemoryUnit\"?");
   refused({"upgrade", file, "--dry-run", "--only", "Foo"}, "there is no upgrade \"Foo\"; 'hvxupgrade ident");
