@@ -18,6 +18,7 @@ constexpr int kDocuments = 400;  // a run takes several times as long
 constexpr int kDocuments = 4000;
 #endif
 constexpr int kMissing = 12;  // features, each with what stands beneath it
+constexpr int kOdd = 30;      // attributes
 
 class RandomDocumentTest : public testing_support::UpgradeTest {
  protected:
@@ -37,6 +38,44 @@ class RandomDocumentTest : public testing_support::UpgradeTest {
     for (int i = 0; i < kMissing; ++i) {
       Feature* const feature = document->Find(static_cast<FeatureId>(random()) % count + 1);
       if (!feature->removed && MayGo(*feature)) document->Remove(*feature);
+    }
+    return testing_support::LinesOf(*document.Get());
+  }
+
+  // A value that stands where nobody expects it: of another kind, empty, or with an entry twice.
+  static Value OddValue(Document& document, const Value& value, std::mt19937& random) {
+    const auto list = [&document](const std::vector<Value>& entries) {
+      return Value::List(document.Keep(std::span<const Value>(entries)));
+    };
+    switch (random() % 6) {
+      case 0:
+        return Value::String("odd");
+      case 1:
+        return Value::Integer(-1);
+      case 2:
+        return Value::Boolean(true);
+      case 3:
+        return Value::Link(document.Find(static_cast<FeatureId>(random() % document.FeatureCount()) + 1));
+      case 4:
+        return list({});
+      default:
+        if (value.Kind() != ValueKind::kList || value.Entries().empty()) return list({value, value});
+        std::vector<Value> entries(value.Entries().begin(), value.Entries().end());
+        entries.push_back(entries.front());
+        return list(entries);
+    }
+  }
+
+  // The lines of an example in which some attributes hold odd values.
+  static std::string OddExample(std::mt19937& random) {
+    const char* const example = random() % 2 == 0 ? "bolted_bracket" : "heated_pipe";
+    const DocumentPtr document = testing_support::ExampleWithSmallMeshes(example);
+    for (int i = 0; i < kOdd; ++i) {
+      const auto id = static_cast<FeatureId>(random() % document->FeatureCount()) + 1;
+      Feature& feature = *document->Find(id);
+      if (feature.attributeCount == 0 || !MayGo(feature)) continue;
+      const Attribute attribute = feature.Attributes()[random() % feature.attributeCount];
+      document->SetAttribute(feature, attribute.key, OddValue(*document.Get(), attribute.value, random));
     }
     return testing_support::LinesOf(*document.Get());
   }
@@ -69,6 +108,19 @@ TEST_F(RandomDocumentTest, DamagedDocumentsComeOutSoundAndMoreCurrentThanTheyWer
     const std::string current = testing_support::LinesOf(*document.Get());
     const DocumentPtr again = testing_support::DocumentOf(current);
     EXPECT_EQ(testing_support::LinesOf(*again.Get()), current);
+  }
+}
+
+TEST_F(RandomDocumentTest, DocumentsWithOddValuesComeOutReadable) {
+  std::mt19937 random(20240301);
+  for (int i = 0; i < kDocuments / 4; ++i) {
+    SCOPED_TRACE(fmt::format("document {}", i));
+    const DocumentPtr document = testing_support::DocumentOf(OddExample(random));
+    static_cast<void>(manager_.Run(document, manager_.Pending(*document.Get())));
+    const std::string current = testing_support::LinesOf(*document.Get());
+    const DocumentPtr again = testing_support::DocumentOf(current);
+    EXPECT_EQ(testing_support::LinesOf(*again.Get()), current);
+    EXPECT_EQ(document->FeatureCount(), again->FeatureCount());
   }
 }
 
