@@ -66,12 +66,14 @@ class UpgradeCommand {
   // The folder of the results is made with the first of them, but a report or trace in it comes earlier.
   void MakeFolderForOthers() const {
     if (arguments_.dryRun || arguments_.outputDirectory.empty()) return;
-    std::error_code error;
-    const fs::path results = fs::weakly_canonical(fs::absolute(arguments_.outputDirectory), error);
-    for (const fs::path other : {arguments_.report, arguments_.trace}) {
-      if (other.empty() || other == "-") continue;
-      const fs::path folder = fs::weakly_canonical(fs::absolute(other), error).parent_path();
-      if (folder == results / "." || folder == results) destinations_.front().MakeFolder();
+    const auto folderOf = [](const fs::path& file) {
+      std::error_code error;
+      return fs::weakly_canonical(fs::absolute(file), error).parent_path();
+    };
+    for (const std::string& other : {arguments_.report, arguments_.trace}) {
+      const bool isFile = !other.empty() && other != "-";
+      if (isFile && folderOf(other) == folderOf(*destinations_.front().file))
+        destinations_.front().MakeFolder();
     }
   }
 

@@ -32,7 +32,9 @@ bool MoveWithoutReplacing(const char* from, const char* to) {
   if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return true;
   if (errno != EINVAL && errno != ENOSYS) return false;
   // The file system does not know how, but a link never replaces either.
-  return link(from, to) == 0 && unlink(from) == 0;
+  if (link(from, to) != 0) return false;
+  unlink(from);
+  return true;
 }
 
 bool Sync(const std::string& file) {
@@ -125,12 +127,14 @@ void AtomicFile::Commit() {
 
 std::string AtomicFile::KeepBackup() const {
   if (backupSuffix_.empty() || !std::filesystem::exists(target_)) return {};
-  const std::string backup = target_.string() + backupSuffix_;
+  std::string backup = target_.string() + backupSuffix_;
   if (link(target_.c_str(), backup.c_str()) == 0) return backup;
   if (errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS) {  // no links here, so the old file is copied
     std::error_code error;
     if (std::filesystem::copy_file(target_, backup, error) && Sync(backup)) return backup;
-    errno = error ? error.value() : errno;
+    const int cause = error ? error.value() : errno;
+    if (cause != EEXIST) unlink(backup.c_str());
+    errno = cause;
   }
   throw DocumentError(kUnwritable, backup, 0,
                       fmt::format("the backup cannot be made ({})", std::strerror(errno)),
