@@ -251,7 +251,7 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
     }
     return std::nullopt;
   } catch (const CLI::ExtrasError& error) {
-    Complain(Unexpected(app, {texts + 1, texts + count}, error.what()));
+    Complain(Unexpected(app, app.remaining(), error.what()));
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
       app.exit(error);

@@ -10,6 +10,10 @@
 /// long as nobody asks about objects that were put there.
 class HVXOutputRequestIndex {
  public:
+  HVXOutputRequestIndex() = default;
+  HVXOutputRequestIndex(const HVXOutputRequestIndex&) = delete;  // it points into itself
+  HVXOutputRequestIndex& operator=(const HVXOutputRequestIndex&) = delete;
+
   /// The requests in the step's set of late type `setType` that rest on `support`, each once, in the set's
   /// order.
   std::vector<VLMISpecObject_var> RestingOn(const VLMBaseUnknown_var& support,

@@ -190,6 +190,7 @@ TEST_F(UpgradeCommandTest, WrongUsageIsExplained) {
   refused({"upgrade", file, "-o", ""}, "--output");
   refused({"show", file, "--depth", "0"}, "must be a whole number above 0");
   refused({"frob", file}, "there is no command \"frob\"");
+  refused({"--data", Path("x"), "frob", file}, "there is no command \"frob\"");
   refused({"upgrade", file, "--dry-run", "--language", "xx"}, "choose one of: ");
   refused({"upgrade", file, "--dry-run", "--timeout", "0"}, "--timeout");
   EXPECT_EQ(Names(), "job.hvxdoc other.hvxdoc");
