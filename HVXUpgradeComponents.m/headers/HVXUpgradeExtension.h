@@ -20,6 +20,10 @@ class HVXUpgradeExtension : public VLMExtension {
   HRESULT Dispatch(const HVXUpgradeClass& upgradeClass, const VLMListValVLMUnicodeString& identifiers);
 };
 
+/// Who is told of the routines that `Dispatch` runs; null for nobody. The library's description hands this
+/// out.
+extern HVXUpgradeObserver* HVXDispatchObserver;
+
 /// Registers the class's meta-object: a data extension of its late types.
 void HVXRegisterMetaObject(const HVXUpgradeClass& upgradeClass);
 

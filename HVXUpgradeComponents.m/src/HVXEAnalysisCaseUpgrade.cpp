@@ -88,7 +88,9 @@ const HVXUpgradeBinding HVXEAnalysisCaseUpgrade::kBindings[] = {
     {kUpgradeGlobalAndLocalElemAssgnToContainSectionControls,
      "Adds an element assignment to each local one, and section controls to those of the case's type of "
      "analysis.",
-     Shared<&HVXAddSectionControlsToCase>, HVXOnFailure::kIgnore},
+     Shared<&HVXAddSectionControlsToCase>, HVXOnFailure::kIgnore,
+     "A case without element assignments has none to complete, and one whose local assignment holds two ends "
+     "the pass."},
     {kUpgradeAnalysisCaseExternalName, "Writes the product word in names in mixed case.",
      Own<&HVXEAnalysisCaseUpgrade::RewriteProductWord>, HVXOnFailure::kIgnore},
     {kUpgradeFeaturesExternalName, "Replaces names that mention the product by neutral ones.",

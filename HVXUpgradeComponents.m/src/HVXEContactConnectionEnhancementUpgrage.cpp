@@ -71,7 +71,8 @@ const HVXUpgradeBinding HVXEContactConnectionEnhancementUpgrage::kBindings[] = {
      Own<&HVXEContactConnectionEnhancementUpgrage::UpgradeContactControl>, HVXOnFailure::kSkip},
     {kUpgradeReAutomaticOverclosureTolerancesInContactPair,
      "Resets the overclosure tolerance mode of a standard contact's control.",
-     Own<&HVXEContactConnectionEnhancementUpgrage::ResetOverclosureMode>, HVXOnFailure::kSkip},
+     Own<&HVXEContactConnectionEnhancementUpgrage::ResetOverclosureMode>, HVXOnFailure::kSkip,
+     "Only the control of a standard contact has the mode."},
     {kUpgradeContactWithSurfSmoothParam, "Adds the surface smoothing parameter, switched off.",
      Own<&HVXEContactConnectionEnhancementUpgrage::AddSurfaceSmoothing>, HVXOnFailure::kSkip},
 };

@@ -58,7 +58,8 @@ HRESULT FillWithDefaults(const HVXIElementAssignment_var& spAssignment) {
 const HVXUpgradeBinding HVXEGlobalElementUpgrade::kBindings[] = {
     {kUpdateGlobalElementAsgnList,
      "Adds an element assignment with the workbench's defaults to the entry of kind 1.",
-     Own<&HVXEGlobalElementUpgrade::AddDefaultAssignment>, HVXOnFailure::kIgnore},
+     Own<&HVXEGlobalElementUpgrade::AddDefaultAssignment>, HVXOnFailure::kIgnore,
+     "Without an entry of kind 1 that lists assignments there is nothing to add to."},
 };
 
 constinit const HVXUpgradeClass HVXEGlobalElementUpgrade::kClass = {

@@ -72,7 +72,8 @@ HRESULT CopyAssignment(const VLMISpecObject_var& spOld, const VLMISpecObject_var
 const HVXUpgradeBinding HVXELocalElemAsgnUpgrade::kBindings[] = {
     {kUpgradeLocalElementAssignment,
      "Replaces the two element assignments by new ones with the same settings.",
-     Own<&HVXELocalElemAsgnUpgrade::ReplaceElementAssignments>, HVXOnFailure::kIgnore},
+     Own<&HVXELocalElemAsgnUpgrade::ReplaceElementAssignments>, HVXOnFailure::kIgnore,
+     "Only lists of exactly two assignments are replaced."},
 };
 
 constinit const HVXUpgradeClass HVXELocalElemAsgnUpgrade::kClass = {

@@ -15,9 +15,11 @@ const VLMString kFrictionValues("frictionValList");
 const HVXUpgradeBinding HVXEMechanicalBhvrUpgrade::kBindings[] = {
     {kUserSubRoutineAttrUpgrade,
      "Gives a behaviour defined by a user subroutine the friction formulation of its own.",
-     Own<&HVXEMechanicalBhvrUpgrade::MigrateUserSubroutine>, HVXOnFailure::kSkip},
+     Own<&HVXEMechanicalBhvrUpgrade::MigrateUserSubroutine>, HVXOnFailure::kSkip,
+     "A property without a tangential behaviour has no friction."},
     {kFrictionValueUpgrade, "Makes a friction table from the first value of the list of friction values.",
-     Own<&HVXEMechanicalBhvrUpgrade::MigrateFrictionValue>, HVXOnFailure::kSkip},
+     Own<&HVXEMechanicalBhvrUpgrade::MigrateFrictionValue>, HVXOnFailure::kSkip,
+     "A property without a tangential behaviour has no friction."},
 };
 
 constinit const HVXUpgradeClass HVXEMechanicalBhvrUpgrade::kClass = {

@@ -27,18 +27,23 @@ bool HoldsSupports(const VLMBaseUnknown_var& group) {
 
 const HVXUpgradeBinding HVXERigidCouplingUpgrade::kBindings[] = {
     {kUpgradeToConnMeshPart, "Fills the connection mesh part from the supports.",
-     Own<&HVXERigidCouplingUpgrade::FillConnectionMeshPart>, HVXOnFailure::kIgnore},
+     Own<&HVXERigidCouplingUpgrade::FillConnectionMeshPart>, HVXOnFailure::kIgnore,
+     "Without supports there is nothing to mesh."},
     {kUpgradeGroupToSupport, "Replaces supports on groups of supports by as many on the group's last member.",
-     Own<&HVXERigidCouplingUpgrade::ConvertGroupsToSupports>, HVXOnFailure::kIgnore},
+     Own<&HVXERigidCouplingUpgrade::ConvertGroupsToSupports>, HVXOnFailure::kIgnore,
+     "Without supports there are no groups among them."},
     {kAddExclusionRegionToMeshPart, "Hands the exclusion regions to the mesh part.",
-     Own<&HVXERigidCouplingUpgrade::HandExclusionRegionsToMeshPart>, HVXOnFailure::kIgnore},
+     Own<&HVXERigidCouplingUpgrade::HandExclusionRegionsToMeshPart>, HVXOnFailure::kIgnore,
+     "Without a mesh part there is none that must know the regions."},
     {kUpdateGroupToExclusionRegion, "Replaces groups among the exclusion regions by their members.",
      Own<&HVXERigidCouplingUpgrade::ReplaceGroupsInExclusionRegions>, HVXOnFailure::kIgnore},
     {kReExplicitateFeature, "Marks the mesh part out of date, so that the host rebuilds it.",
-     Own<&HVXERigidCouplingUpgrade::ReExplicitateMeshPart>, HVXOnFailure::kIgnore},
+     Own<&HVXERigidCouplingUpgrade::ReExplicitateMeshPart>, HVXOnFailure::kIgnore,
+     "Without a mesh part there is nothing to rebuild."},
     // The same routine, on purpose: the mesh part is rebuilt for each of the two.
     {kUpgradeCouplingMeshPart, "Marks the mesh part out of date, so that the host rebuilds it.",
-     Own<&HVXERigidCouplingUpgrade::ReExplicitateMeshPart>, HVXOnFailure::kIgnore},
+     Own<&HVXERigidCouplingUpgrade::ReExplicitateMeshPart>, HVXOnFailure::kIgnore,
+     "Without a mesh part there is nothing to rebuild."},
 };
 
 constinit const HVXUpgradeClass HVXERigidCouplingUpgrade::kClass = {

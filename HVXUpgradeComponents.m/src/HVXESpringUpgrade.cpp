@@ -26,7 +26,8 @@ const HVXUpgradeBinding HVXESpringUpgrade::kBindings[] = {
      "Marks the spring, its mesh part and the virtual parts with their mesh parts out of date.",
      Own<&HVXESpringUpgrade::ReExplicitateMeshing>, HVXOnFailure::kIgnore},
     {kUpgradeSpringMeshOnOrphanPoint, "Meshes the spring again on points that its connection designs list.",
-     Own<&HVXESpringUpgrade::MeshOnOrphanPoints>, HVXOnFailure::kIgnore},
+     Own<&HVXESpringUpgrade::MeshOnOrphanPoints>, HVXOnFailure::kIgnore,
+     "A spring without a mesh part or connection designs has no such points."},
 };
 
 constinit const HVXUpgradeClass HVXESpringUpgrade::kClass = {

@@ -7,7 +7,20 @@ namespace {
 constexpr int kIdentical = 2;  // the one answer of Compare that counts as a match
 constexpr const char* kFramework = "HVXHKPVersion";
 
+HRESULT RunObserved(const HVXUpgradeBinding& row, HVXUpgradeExtension& extension,
+                    const VLMBaseUnknown_var& feature) {
+  // Read once: who watches the beginning of a routine is told of its end.
+  HVXUpgradeObserver* const observer = HVXDispatchObserver;
+  if (observer == nullptr) return row.routine(extension);
+  observer->BeforeRoutine(feature, row);
+  const HRESULT result = row.routine(extension);
+  observer->AfterRoutine(feature, row, result);
+  return result;
+}
+
 }  // namespace
+
+HVXUpgradeObserver* HVXDispatchObserver = nullptr;
 
 HRESULT HVXUpgradeExtension::Dispatch(const HVXUpgradeClass& upgradeClass,
                                       const VLMListValVLMUnicodeString& identifiers) {
@@ -18,7 +31,7 @@ HRESULT HVXUpgradeExtension::Dispatch(const HVXUpgradeClass& upgradeClass,
     const VLMUnicodeString identifier = identifiers[position];
     for (const HVXUpgradeBinding& binding : upgradeClass.bindings) {
       if (binding.identifier.Compare(identifier) != kIdentical) continue;
-      const HRESULT result = binding.routine(*this);
+      const HRESULT result = RunObserved(binding, *this, Feature());
       if (binding.onFailure == HVXOnFailure::kFirst) return result;
       if (binding.onFailure == HVXOnFailure::kStop && Failed(result)) return result;
       if (binding.onFailure == HVXOnFailure::kSkip && Failed(result)) break;

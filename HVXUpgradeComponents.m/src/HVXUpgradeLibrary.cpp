@@ -44,6 +44,7 @@
 #include "HVXETiedContactUpgrage.h"
 #include "HVXEVelocityBCUpgrade.h"
 #include "HVXGenericUpgrades.h"
+#include "HVXUpgradeExtension.h"
 #include "HVXUpgradeIdentifiers.h"
 
 namespace {
@@ -104,6 +105,17 @@ const HVXDocumentUpgrade kDocumentUpgrades[] = {
      &HVXGenericUpgrades::Upgtade},
 };
 
+const HVXUpgradeOrder kOrders[] = {
+    {kUpgradeToContactConnectionEnhancementLT, kUpgContactStdWithInterference,
+     "A contact that is converted later would never get the fit that holds its clearance."},
+    {kUpgContactStdWithInterference, kUpgMapCCPClearanceToInterference,
+     "Without a fit a contact has no place for the clearance of its connection property."},
+    {kUpgMapCCPClearanceToInterference, kUpgCCPToGACOrConstraintAsSupp,
+     "A contact that does not rest on its connection property any more cannot read its clearance there."},
+    {kUpgCCPToGACOrConstraintAsSupp, kUpgDocumentForCCPRemoval,
+     "Contacts that still rest on a connection property lose their support with it, and get a second pair."},
+};
+
 // Declares every class's ties while the library is loaded, and has them withdrawn when it is unloaded.
 class Declarations {
  public:
@@ -136,6 +148,8 @@ const HVXUpgradeLibrary* HVXGetUpgradeLibrary() {
       .identifiers = kHVXUpgradeIdentifiers,
       .classes = kClasses,
       .documentUpgrades = kDocumentUpgrades,
+      .orders = kOrders,
+      .observer = &HVXDispatchObserver,
   };
   return &library;
 }

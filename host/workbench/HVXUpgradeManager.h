@@ -7,8 +7,8 @@ class HVXUpgradeManager {
  public:
   HVXUpgradeManager() = delete;
 
-  /// Hands over features that are to be propagated (brought up to date) once the upgrades of the document
-  /// have run. Each is propagated once, however often it is handed over; null entries are left out. E_FAIL
-  /// when no document is being upgraded.
+  /// Hands over features that are to be propagated (brought up to date) once the upgrade at work has been
+  /// through the whole document. Each is propagated once, however often it is handed over meanwhile; null
+  /// entries are left out. E_FAIL when no document is being upgraded.
   static HRESULT AppendInListOfFeatures(const VLMListValVLMISpecObject_var& features);
 };

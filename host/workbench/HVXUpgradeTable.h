@@ -5,6 +5,7 @@
 #include "base/VLMMetaClass.h"
 #include "base/VLMTie.h"
 #include "modeler/VLMISpecObject.h"
+#include "workbench/HVXUpgradeObserver.h"
 
 /// \file
 /// How an upgrade library describes itself: readable data that its dispatch runs on, that the version manager
@@ -34,6 +35,9 @@ struct HVXUpgradeBinding {
   const char* purpose;  ///< One sentence: what the routine does to a feature.
   HVXRoutine routine;
   HVXOnFailure onFailure;
+  /// Why a failure that nobody looks at is no trouble: it means that there was nothing to do. Null where it
+  /// means that the feature could not be migrated.
+  const char* harmless = nullptr;
 };
 
 /// One upgrade class.
@@ -58,12 +62,23 @@ struct HVXDocumentUpgrade {
   HVXDocumentRoutine upgrade;
 };
 
+/// An order that must be kept also when only some upgrades are chosen: without it, values would be lost.
+struct HVXUpgradeOrder {
+  VLMUnicodeString first;  ///< Must have run ...
+  VLMUnicodeString then;   ///< ... before this one.
+  const char* reason;      ///< One sentence: what would be lost.
+};
+
 /// What an upgrade library offers.
 struct HVXUpgradeLibrary {
   const char* name;
   std::span<const VLMUnicodeString> identifiers;  ///< All that it knows of, oldest first.
   std::span<const HVXUpgradeClass* const> classes;
   std::span<const HVXDocumentUpgrade> documentUpgrades;
+  std::span<const HVXUpgradeOrder> orders;
+  /// Where a version manager puts the observer of the library's dispatch, and null when it is done; null for
+  /// a library that cannot be observed.
+  HVXUpgradeObserver** observer = nullptr;
 };
 
 /// The type of `HVXGetUpgradeLibrary`, which every upgrade library exports under C linkage. The description

@@ -20,6 +20,12 @@ bool IsDeadLink(const Value& value) {
   return value.Kind() == ValueKind::kLink && value.Target() != nullptr && value.Target()->removed;
 }
 
+// The link itself, or a list that holds such a one at any depth.
+bool HoldsDeadLink(const Value& value) {
+  if (value.Kind() != ValueKind::kList) return IsDeadLink(value);
+  return std::ranges::any_of(value.Entries(), HoldsDeadLink);
+}
+
 }  // namespace
 
 const Feature* NextBeneath(const Feature& top, const Feature& current) {
@@ -104,6 +110,7 @@ Feature& Document::Create(const LateType& type, std::string_view name, Feature* 
   NoteLinks(feature, Value::Link(container));
   if (father != nullptr) LinkLastSon(feature, *father);
   touched_.push_back(&feature);
+  changes_.Note(feature, ChangedPart::kCreated);
   return feature;
 }
 
@@ -115,7 +122,7 @@ void Document::Remove(Feature& feature) {
     for (Feature* son = doomed[i]->firstSon; son != nullptr; son = son->nextSibling) doomed.push_back(son);
   }
   for (Feature* const each : doomed) {
-    Touch(*each);
+    Touch(*each, ChangedPart::kRemoved);
     each->removed = true;
     sets_.NoteDisturbed(*each);
     numberedNames_.Forget(each->externalName);
@@ -127,15 +134,16 @@ void Document::Remove(Feature& feature) {
 
 void Document::SetType(Feature& feature, const LateType& type) {
   if (feature.type == &type) return;
-  Touch(feature);
+  Touch(feature, ChangedPart::kType);
   sets_.NoteDisturbed(feature);
   feature.type = &type;
   sets_.NoteDisturbed(feature);
+  rearranged_.push_back(&feature);
 }
 
 void Document::SetExternalName(Feature& feature, std::string_view name) {
   if (feature.externalName == name) return;
-  Touch(feature);
+  Touch(feature, ChangedPart::kAlias);
   numberedNames_.Forget(feature.externalName);
   feature.externalName = Keep(name);
   numberedNames_.Note(feature.externalName);
@@ -144,20 +152,20 @@ void Document::SetExternalName(Feature& feature, std::string_view name) {
 void Document::SetPhysicalType(Feature& feature, std::string_view physicalType) {
   const NameId name = NameTable::Intern(physicalType);
   if (feature.physicalType == name) return;
-  Touch(feature);
+  Touch(feature, ChangedPart::kPhysicalType);
   feature.physicalType = name;
 }
 
 void Document::SetUpToDate(Feature& feature, bool upToDate) {
   if (feature.upToDate == upToDate) return;
-  Touch(feature);
+  Touch(feature, ChangedPart::kUpToDate);
   feature.upToDate = upToDate;
 }
 
 void Document::SetAttribute(Feature& feature, NameId key, const Value& value) {
   Attribute* attribute = FindAttribute(feature, key);
   if (attribute != nullptr && attribute->value == value) return;
-  Touch(feature);
+  Touch(feature, ChangedPart::kAttribute, key);
   attribute = FindAttribute(feature, key);
   if (attribute == nullptr) attribute = &AddAttribute(feature, key);
   attribute->value = value;
@@ -174,20 +182,20 @@ void Document::ReserveAttributes(Feature& feature, std::uint32_t count) {
 void Document::SetAttributeMode(Feature& feature, NameId key, int mode) {
   const Attribute* const attribute = FindAttribute(feature, key);
   if (attribute == nullptr || attribute->mode == mode) return;
-  Touch(feature);
+  Touch(feature, ChangedPart::kAttribute, key);
   FindAttribute(feature, key)->mode = mode;
 }
 
 void Document::RemoveAttribute(Feature& feature, NameId key) {
   if (FindAttribute(feature, key) == nullptr) return;
-  Touch(feature);
+  Touch(feature, ChangedPart::kAttribute, key);
   Attribute* const gone = FindAttribute(feature, key);
   std::move(gone + 1, feature.attributes + feature.attributeCount, gone);
   --feature.attributeCount;
 }
 
 void Document::AppendToList(Feature& feature, NameId key, const Value& entry) {
-  Touch(feature);
+  Touch(feature, ChangedPart::kAttribute, key);
   Attribute& attribute = *FindAttribute(feature, key);
   const bool isList = attribute.value.Kind() == ValueKind::kList;
   const std::span<Value> entries = isList ? attribute.value.Entries() : std::span<Value>();
@@ -206,7 +214,7 @@ void Document::AppendToList(Feature& feature, NameId key, const Value& entry) {
 void Document::PlaceBeside(Feature& feature, Feature& other, bool after) {
   Feature* const anchor = after ? &other : other.previousSibling;
   if (&feature == &other || anchor == &feature || feature.previousSibling == anchor) return;
-  Touch(feature);
+  Touch(feature, ChangedPart::kFather);
 
   Feature* const father = feature.father;
   UnlinkSon(feature);
@@ -224,7 +232,7 @@ bool Document::PlaceBeneath(Feature& feature, Feature& father) {
     if (above == &feature) return false;
   }
   if (father.lastSon == &feature) return true;
-  Touch(feature);
+  Touch(feature, ChangedPart::kFather);
   UnlinkSon(feature);
   Feature* const last = father.lastSon;
   LinkLastSon(feature, father);
@@ -299,8 +307,10 @@ void Document::RelinkSonsRead() {
   }
 }
 
-void Document::Touch(Feature& feature) {
-  if (feature.created || feature.journalEntry != 0) return;
+void Document::Touch(Feature& feature, ChangedPart part, NameId key) {
+  if (feature.created) return;
+  changes_.Note(feature, part, key);
+  if (feature.journalEntry != 0) return;
   feature.journalEntry = static_cast<std::uint32_t>(before_.size());
   FeatureState& before = before_.emplace_back(feature);
   touched_.push_back(&feature);
@@ -344,6 +354,7 @@ void Document::UnlinkSon(Feature& feature) {
 // The document's order follows that of the sons, because a reader takes the sons in the order of their lines.
 void Document::MoveBeside(Feature& feature, Feature& other, bool after) {
   sets_.NoteDisturbed(feature);
+  rearranged_.push_back(&feature);
   Unlink(feature);
   feature.previous = after ? &other : other.previous;
   feature.next = after ? other.next : &other;
@@ -422,13 +433,20 @@ void Document::Settle(Feature& feature) {
 
 void Document::DropDeadLinks(Feature& feature) {
   feature.hasDeadLinks = false;
-  Touch(feature);
-  if (feature.container != nullptr && feature.container->removed) feature.container = nullptr;
+  if (feature.container != nullptr && feature.container->removed) {
+    Touch(feature, ChangedPart::kContainer);
+    feature.container = nullptr;
+  }
+  const auto holdsDeadLink = [](const Attribute& attribute) { return HoldsDeadLink(attribute.value); };
+  for (const Attribute& attribute : feature.Attributes()) {
+    if (holdsDeadLink(attribute)) Touch(feature, ChangedPart::kAttribute, attribute.key);
+  }
   std::uint32_t kept = 0;
   for (const Attribute& attribute : feature.Attributes()) {
     if (IsDeadLink(attribute.value)) continue;  // the attribute goes with its link
+    const Value value = holdsDeadLink(attribute) ? WithoutDeadLinks(attribute.value) : attribute.value;
     feature.attributes[kept] = attribute;
-    feature.attributes[kept++].value = WithoutDeadLinks(attribute.value);
+    feature.attributes[kept++].value = value;
   }
   feature.attributeCount = kept;
 }
@@ -439,8 +457,7 @@ Value Document::WithoutDeadLinks(const Value& value) {
   for (const Value& entry : value.Entries()) {
     if (!IsDeadLink(entry)) alive.push_back(WithoutDeadLinks(entry));
   }
-  const bool same = std::ranges::equal(alive, value.Entries());
-  return same ? value : Value::List(Keep(alive));
+  return Value::List(Keep(alive));
 }
 
 }  // namespace standalone

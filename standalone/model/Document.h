@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "model/ChangeLog.h"
 #include "model/Feature.h"
 #include "model/LargePages.h"
 #include "model/NumberedNames.h"
@@ -59,6 +60,7 @@ class Document final : public VLMDocument {
   // The feature catalogs that were loaded into the document, for as long as it is open.
   [[nodiscard]] const std::vector<const FeatureCatalog*>& LoadedCatalogs() const { return catalogs_; }
   void LoadCatalog(const FeatureCatalog& catalog);
+  void UnloadCatalogs() { catalogs_.clear(); }
 
   // Reading.
   [[nodiscard]] Feature* First() const { return first_; }
@@ -128,6 +130,14 @@ class Document final : public VLMDocument {
   /// it was created since. Links of that state may lead to features that are removed by now.
   [[nodiscard]] const FeatureState* Before(const Feature& feature) const;
 
+  /// Who made which change; see there.
+  [[nodiscard]] ChangeLog& Changes() { return changes_; }
+  [[nodiscard]] const ChangeLog& Changes() const { return changes_; }
+  /// Features that were moved among the others, or got another late type, since the last call of
+  /// `ForgetRearranged`.
+  [[nodiscard]] const std::vector<Feature*>& Rearranged() const { return rearranged_; }
+  void ForgetRearranged() { rearranged_.clear(); }
+
   // For the reader, which fills an empty document.
   /// Makes room for about so many features.
   void ExpectRead(std::size_t featureCount) { byId_.reserve(featureCount); }
@@ -145,7 +155,7 @@ class Document final : public VLMDocument {
   explicit Document(std::string displayName) : displayName_(std::move(displayName)) {}
   ~Document() override = default;
 
-  void Touch(Feature& feature);
+  void Touch(Feature& feature, ChangedPart part, NameId key = kNoName);
   void LinkLast(Feature& feature);
   void LinkLastSon(Feature& feature, Feature& father);
   void Unlink(Feature& feature);
@@ -187,6 +197,8 @@ class Document final : public VLMDocument {
   std::unique_ptr<DocumentCompanion> companion_;
 
   std::vector<Feature*> touched_;
+  ChangeLog changes_;
+  std::vector<Feature*> rearranged_;
   std::vector<Feature*> withDeadLinks_;
   std::deque<FeatureState> before_{FeatureState()};  // entry 0 is no feature's
 

@@ -1,5 +1,7 @@
 #include "session/Session.h"
 
+#include <utility>
+
 namespace standalone {
 
 Session& Session::Current() {
@@ -16,6 +18,11 @@ void Session::SetCurrentDocument(DocumentPtr document) {
 
 void Session::AppendForPropagation(Feature& feature) {
   if (appended_.insert(&feature).second) forPropagation_.push_back(&feature);
+}
+
+std::vector<Feature*> Session::TakeForPropagation() {
+  appended_.clear();
+  return std::exchange(forPropagation_, {});
 }
 
 }  // namespace standalone

@@ -23,8 +23,11 @@ class Session {
   /// The features that notices were sent for, in order, one entry a notice.
   [[nodiscard]] const std::vector<FeatureId>& Modified() const { return modified_; }
 
-  /// Features that must be propagated once the upgrades of the document have run; each is kept once.
+  /// Features that must be propagated once the upgrade at work has been through the document; each is kept
+  /// once.
   void AppendForPropagation(Feature& feature);
+  /// What was kept, in the order of the handing over; nothing is kept afterwards.
+  [[nodiscard]] std::vector<Feature*> TakeForPropagation();
   [[nodiscard]] const std::vector<Feature*>& ForPropagation() const { return forPropagation_; }
 
  private:

@@ -1,61 +1,15 @@
 #pragma once
 
-#include <functional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
-#include "model/Document.h"
-#include "workbench/HVXUpgradeTable.h"
+#include "upgrade/UpgradeRun.h"
 
 namespace standalone {
 
-/// One upgrade identifier and all that answers it.
-struct KnownUpgrade {
-  struct Binding {
-    const HVXUpgradeClass* upgradeClass;
-    const HVXUpgradeBinding* binding;
-  };
-
-  std::string identifier;
-  std::vector<Binding> bindings;  ///< In the order of the libraries' tables.
-  const HVXDocumentUpgrade* documentUpgrade =
-      nullptr;  ///< The conversion of whole documents, where it is one.
-};
-
-/// What became of one feature.
-struct FeatureOutcome {
-  const Feature* feature;
-  HRESULT code;                   ///< What its upgrade returned; negative when it failed.
-  const LateType* type;           ///< The feature's late type when its turn came.
-  std::size_t touchedBefore = 0;  ///< How many features the document had been touched in by then.
-};
-
-/// What became of a document-wide conversion.
-struct DocumentOutcome {
-  std::string identifier;
-  HRESULT code;
-  std::size_t touchedBefore = 0;  ///< As for a feature.
-};
-
-struct UpgradeRun {
-  std::vector<std::string> identifiers;  ///< What was run, oldest first.
-  std::vector<FeatureOutcome>
-      features;  ///< Those that some identifier concerned; the others had nothing to do.
-  std::vector<DocumentOutcome> documentUpgrades;
-  std::vector<FeatureOutcome> propagations;  ///< Features that were handed over to be propagated.
-  std::size_t touched = 0;                   ///< How many features were touched in all.
-
-  [[nodiscard]] std::size_t FailureCount() const;
-};
-
-/// Why a run could not be carried through. The document is to be thrown away.
-class UpgradeAborted : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-/// Decides which upgrades a document still needs and runs them.
+/// Decides which upgrades a document still needs, and runs them.
 class VersionManager {
  public:
   /// Knows what the libraries know, which must outlive it. The first library's identifiers stand in its
@@ -74,25 +28,60 @@ class VersionManager {
   /// release.
   [[nodiscard]] std::vector<std::string> Unknown(const Document& document) const;
 
-  /// Runs `identifiers` (known ones, oldest first) on the document and records them in it.
+  /// Why another upgrade must come along with a chosen one.
+  struct Needed {
+    std::string identifier;  ///< What comes along ...
+    std::string by;          ///< ... because this must not run before it.
+    std::string_view reason;
+  };
+  /// What of `pending` must have run before those of `chosen` and is not among them; what comes along may
+  /// need others, which are told too.
+  [[nodiscard]] std::vector<Needed> NeededBy(const std::vector<std::string>& chosen,
+                                             const std::vector<std::string>& pending) const;
+
+  /// Runs `identifiers` (known ones) on the document and records them in it, oldest first.
   ///
-  /// Features are visited in document order, each with those identifiers that concern its late type, oldest
-  /// first but for one pair (`docs/choices.md`); a feature whose late type changes on the way is visited once
-  /// more as what it has become; features made on the way are current already; removed ones are skipped.
-  /// Document-wide conversions follow, oldest first: they take away properties that the features' upgrades
-  /// still read. Features that were handed over to be propagated come last, each once, when all of them and
-  /// the steps are what they will be. Throws `UpgradeAborted` when a routine gives up with a fatal assertion
-  /// or calls through a null handle. `onProgress` is told, now and then, how many features are done and how
-  /// many there are.
+  /// One identifier after the other, oldest first but for the orders that a library declares, goes through
+  /// the whole document: first the features that it concerns, in document order, then its conversion of the
+  /// whole document, then the propagation of what was handed over meanwhile. So a document comes out the same
+  /// whether it goes through all identifiers at once or in several runs with files in between: each
+  /// identifier finds what the ones before it left, features made by them included. What an identifier makes
+  /// is current for that identifier and not visited by it; what it removes or gives another late type before
+  /// its turn is not visited either.
+  ///
+  /// Throws `UpgradeAborted` when a routine gives up with a fatal assertion or calls through a null handle.
   UpgradeRun Run(const DocumentPtr& document, const std::vector<std::string>& identifiers,
-                 const std::function<void(std::size_t done, std::size_t total)>& onProgress = {}) const;
+                 const UpgradeWatch& watch = {}) const;
+
+  /// An upgrade to run again: on these features alone, or on the whole document where the identifier has a
+  /// conversion of it.
+  struct Again {
+    std::string identifier;
+    std::vector<Feature*> features;
+  };
+  /// Runs recorded identifiers again on features that they left behind; throws as `Run` does.
+  UpgradeRun RunAgain(const DocumentPtr& document, const std::vector<Again>& upgrades,
+                      const UpgradeWatch& watch = {}) const;
 
  private:
+  struct Order {
+    std::size_t first;  // positions in `known_`
+    std::size_t then;
+    std::string_view reason;
+  };
+
   void Learn(const HVXUpgradeLibrary& library);
   KnownUpgrade& FindOrAdd(std::string_view identifier);
+  [[nodiscard]] std::size_t PositionOf(std::string_view identifier) const;
+  /// Oldest first.
+  [[nodiscard]] std::vector<std::size_t> Sorted(const std::vector<std::string>& identifiers) const;
+  /// The same, but each behind those that must have run before it.
+  [[nodiscard]] std::vector<std::size_t> InOrderOfRunning(const std::vector<std::string>& identifiers) const;
 
   std::vector<KnownUpgrade> known_;
+  std::vector<Order> orders_;
   std::vector<const HVXUpgradeClass*> hostUpgrades_;
+  std::vector<HVXUpgradeObserver**> observers_;
   std::unordered_map<std::string, std::size_t> index_;
 };
 

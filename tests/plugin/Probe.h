@@ -28,9 +28,10 @@ class Probe final : public HVXUpgradeOf<Probe<Rule>> {
 
   // Tables are made of these.
   template <char Letter>
-  static HVXUpgradeBinding Row(const char* identifier, HVXOnFailure onFailure) {
+  static HVXUpgradeBinding Row(const char* identifier, HVXOnFailure onFailure,
+                               const char* harmless = nullptr) {
     return {identifier, "Shows that it ran.", HVXUpgradeOf<Probe>::template Own<&Probe::template Run<Letter>>,
-            onFailure};
+            onFailure, harmless};
   }
   template <HRESULT (Probe::*Routine)()>
   static HVXUpgradeBinding RowOf(const char* identifier) {

@@ -19,7 +19,7 @@ constexpr const char* kFirstMatchTypes[] = {"ProbeFirstMatchLT"};
 const HVXUpgradeBinding kFirstMatchRows[] = {
     FirstMatchProbe::Row<'A'>("ProbeA", HVXOnFailure::kSkip),
     FirstMatchProbe::Row<'B'>("ProbeA", HVXOnFailure::kSkip),
-    FirstMatchProbe::Row<'C'>("ProbeC", HVXOnFailure::kSkip),
+    FirstMatchProbe::Row<'C'>("ProbeC", HVXOnFailure::kSkip, "There was nothing to show."),
 };
 
 using SequentialProbe = Probe<ProbeRule::kSequential>;
@@ -96,6 +96,8 @@ const HVXDocumentUpgrade kDocumentUpgrades[] = {
      }},
 };
 
+const HVXUpgradeOrder kOrders[] = {{"ProbeC", "ProbeB", "B would take away what C reads."}};
+
 class Declarations {
  public:
   Declarations() {
@@ -126,6 +128,8 @@ const HVXUpgradeLibrary* HVXGetUpgradeLibrary() {
       .identifiers = kListed,
       .classes = kClasses,
       .documentUpgrades = kDocumentUpgrades,
+      .orders = kOrders,
+      .observer = &HVXDispatchObserver,
   };
   return &library;
 }

@@ -7,7 +7,6 @@
 
 namespace {
 
-using standalone::FeatureOutcome;
 using standalone::UpgradeRun;
 using testing_support::Failing;
 
@@ -38,19 +37,16 @@ class PropagationTest : public testing_support::UpgradeTest {
     const standalone::VersionManager manager({&testing_support::Library()});
     return manager.Run(standalone::DocumentPtr(&Doc()), identifiers);
   }
-
-  static std::vector<std::pair<standalone::FeatureId, HRESULT>> Propagations(const UpgradeRun& run) {
-    std::vector<std::pair<standalone::FeatureId, HRESULT>> outcomes;
-    for (const FeatureOutcome& outcome : run.propagations)
-      outcomes.emplace_back(outcome.feature->id, outcome.code);
-    return outcomes;
-  }
 };
 
 TEST_F(PropagationTest, SiblingsOfAConvertedContactArePropagatedOnceAndLast) {
+  const standalone::CheckpointScope scope(testing_support::Recording());
   const UpgradeRun run = Run({"UpgradeToContactConnectionEnhancementLT"});
-  EXPECT_EQ(run.FailureCount(), 0U);
-  EXPECT_THAT(Propagations(run), testing::ElementsAre(testing::Pair(11, S_OK), testing::Pair(12, S_OK)));
+  EXPECT_TRUE(run.failures.empty());
+  EXPECT_EQ(
+      Calls("HVXIFactoryExtForPropagation::Propagate"),
+      (CallList{"HVXIFactoryExtForPropagation::Propagate #10", "HVXIFactoryExtForPropagation::Propagate #11",
+                "HVXIFactoryExtForPropagation::Propagate #12"}));
   // To every step after the initial one that is no perturbation step; the contact itself was propagated on
   // the way.
   for (const standalone::FeatureId pair : {10, 11, 12})
@@ -63,14 +59,18 @@ TEST_F(PropagationTest, SiblingsOfAConvertedContactArePropagatedOnceAndLast) {
 TEST_F(PropagationTest, FailuresAreReportedForTheFeature) {
   const standalone::CheckpointScope scope(Failing("HVXIFactoryExtForPropagation::Propagate", "", -77));
   const UpgradeRun run = Run({"UpgradeToContactConnectionEnhancementLT"});
-  EXPECT_THAT(Propagations(run), testing::ElementsAre(testing::Pair(11, -77), testing::Pair(12, -77)));
-  EXPECT_EQ(run.FailureCount(), 2U);
+  std::vector<std::pair<standalone::FeatureId, HRESULT>> failures;
+  for (const standalone::UpgradeFailure& failure : run.failures) {
+    EXPECT_EQ(failure.work.kind, standalone::UpgradeWork::Kind::kPropagation);
+    failures.emplace_back(failure.work.feature->id, failure.code);
+  }
+  EXPECT_THAT(failures, testing::ElementsAre(testing::Pair(11, -77), testing::Pair(12, -77)));
 }
 
 TEST_F(PropagationTest, ConvertedContactIsUpgradedFurtherInTheSameRun) {
   const UpgradeRun run = Run({"UpgradeToContactConnectionEnhancementLT", "UpgContactStdWithInterference",
                               "UpgContactWithContactControl", "UpgradeContactWithSurfSmoothParam"});
-  EXPECT_EQ(run.FailureCount(), 0U);
+  EXPECT_TRUE(run.failures.empty());
   EXPECT_EQ(At(10).externalName, "Contact Pair-4");
   EXPECT_NE(Line(10).find("\"InterferenceFit\""), std::string::npos);
   EXPECT_NE(Line(10).find(R"("SearchTolerance":0.1)"), std::string::npos);

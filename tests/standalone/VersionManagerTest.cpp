@@ -33,14 +33,16 @@ class VersionManagerTest : public testing_support::UpgradeTest {
     }
     return routines;
   }
-  static std::string Outcomes(const UpgradeRun& run) {
-    std::string outcomes;
-    for (const FeatureOutcome& outcome : run.features)
-      outcomes += fmt::format("{}:{} ", outcome.feature->id, outcome.code);
-    for (const DocumentOutcome& outcome : run.documentUpgrades) {
-      outcomes += fmt::format("{}:{} ", outcome.identifier, outcome.code);
+  // What failed: "5:-77".
+  static std::string Failures(const UpgradeRun& run) {
+    std::string failures;
+    for (const UpgradeFailure& failure : run.failures) {
+      const std::string where = failure.work.feature == nullptr ? failure.work.upgrade->identifier
+                                                                : std::to_string(failure.work.feature->id);
+      failures += fmt::format("{}{}:{}{}", failures.empty() ? "" : " ", where, failure.code,
+                              failure.IsIgnored() ? " ignored" : "");
     }
-    return outcomes;
+    return failures;
   }
 
   UpgradeLibrary plugIn_{HVX_TEST_LIBRARY};
@@ -65,69 +67,132 @@ TEST_F(VersionManagerTest, PendingAreTheKnownOnesThatTheDocumentHasNotBeenThroug
   EXPECT_THAT(real.Pending(Doc()), IsEmpty());
 }
 
-TEST_F(VersionManagerTest, FeaturesAreVisitedInDocumentOrderWithWhatConcernsThem) {
+TEST_F(VersionManagerTest, OneIdentifierAfterTheOtherGoesThroughTheDocument) {
   Given(R"({"id":5,"type":"ProbeStopLT"}
            {"id":2,"type":"ProbeFirstLT"}
            {"id":3,"type":"ProbeGivesUpLT"}
            {"id":4,"type":"ProbeLastLT"})");
-  const UpgradeRun run = RunUnder({"ProbeOfNobody", "ProbeA", "ProbeC", "ProbeDocument"}, "C");
-  EXPECT_EQ(Ran(), "A5 C5 A2 A4");
-  EXPECT_EQ(Outcomes(run), "5:-77 2:0 4:0 ProbeDocument:4 ");  // the third had nothing to do
-  EXPECT_EQ(run.FailureCount(), 1U);
+  const UpgradeRun run = RunUnder({"ProbeDocument", "ProbeOfNobody", "ProbeC", "ProbeA"}, "C");
+  EXPECT_EQ(Ran(), "A5 A2 A4 C5");  // each in document order; nothing concerned the third
+  EXPECT_EQ(Failures(run), "5:-77");
   EXPECT_THAT(run.identifiers, ElementsAre("ProbeOfNobody", "ProbeA", "ProbeC", "ProbeDocument"));
-  EXPECT_THAT(Doc().Upgrades(), ElementsAre("ProbeOfNobody", "ProbeA", "ProbeC", "ProbeDocument"));
+  EXPECT_EQ(Doc().Upgrades(), run.identifiers);
+  std::vector<std::pair<std::string_view, std::size_t>> concerned;
+  for (const auto& [type, count] : run.concerned) concerned.emplace_back(type->Name(), count);
+  EXPECT_THAT(concerned,
+              testing::UnorderedElementsAre(testing::Pair("ProbeStopLT", 1), testing::Pair("ProbeFirstLT", 1),
+                                            testing::Pair("ProbeLastLT", 1)));
   // A class that would fail without a run is not asked when nothing concerns it.
-  EXPECT_EQ(Outcomes(RunUnder({"ProbeC"}, "none")), "5:0 ");
+  EXPECT_EQ(Failures(RunUnder({"ProbeC"}, "none")), "");
   EXPECT_EQ(Session::Current().CurrentDocument().Get(), nullptr);
 }
 
-TEST_F(VersionManagerTest, WhatIsRemovedOrMadeOnTheWayIsNotVisited) {
+TEST_F(VersionManagerTest, AnOrderThatALibraryDeclaresGoesBeforeTheAgeOfIdentifiers) {
+  Given(R"({"id":1,"type":"ProbeStopLT"})");
+  const UpgradeRun run = RunUnder({"ProbeA", "ProbeB", "ProbeC"}, "none");
+  EXPECT_EQ(Ran(), "A1 C1 B1");
+  EXPECT_THAT(run.identifiers, ElementsAre("ProbeA", "ProbeB", "ProbeC"));  // recorded by age all the same
+
+  const std::vector<std::string> pending = {"ProbeA", "ProbeB", "ProbeC"};
+  EXPECT_THAT(manager_.NeededBy({"ProbeA"}, pending), IsEmpty());
+  const std::vector<VersionManager::Needed> needed = manager_.NeededBy({"ProbeB"}, pending);
+  ASSERT_EQ(needed.size(), 1U);
+  EXPECT_EQ(needed[0].identifier, "ProbeC");
+  EXPECT_EQ(needed[0].by, "ProbeB");
+  EXPECT_EQ(needed[0].reason, "B would take away what C reads.");
+  EXPECT_THAT(manager_.NeededBy({"ProbeB"}, {"ProbeA", "ProbeB"}), IsEmpty());  // C was run before
+}
+
+TEST_F(VersionManagerTest, EveryRoutinesResultIsKnownAlsoWhereItsClassIgnoresIt) {
+  Given(R"({"id":1,"type":"ProbeStopLT"}
+           {"id":2,"type":"ProbeSequentialLT"}
+           {"id":3,"type":"ProbeLastLT"})");
+  std::string told;
+  UpgradeWatch watch;
+  watch.onRoutine = [&](const Feature& feature, const HVXUpgradeBinding& row) {
+    told += fmt::format("{}>{} ", row.identifier.View(), feature.id);
+  };
+  watch.onRoutineDone = [&](const Feature& feature, const HVXUpgradeBinding&, HRESULT result) {
+    told += fmt::format("{}={} ", feature.id, result);
+  };
+  const CheckpointScope scope(testing_support::Failing("VLMISpecAttrAccess::AddAttribute", "B", -77));
+  const UpgradeRun run = manager_.Run(DocumentPtr(&Doc()), {"ProbeA", "ProbeB"}, watch);
+  EXPECT_EQ(told, "ProbeA>1 1=0 ProbeA>2 2=0 ProbeA>2 2=-77 ProbeA>3 3=0 ProbeB>1 1=-77 ProbeB>3 3=-77 ");
+  EXPECT_EQ(Failures(run), "2:-77 ignored 1:-77 ignored 3:-77");
+  EXPECT_THAT(run.harmless, IsEmpty());
+  EXPECT_EQ(*plugIn_.Description().observer, nullptr);  // nobody watches afterwards
+}
+
+TEST_F(VersionManagerTest, AFailureThatMeansNothingToDoIsCounted) {
+  Given(R"({"id":1,"type":"ProbeFirstMatchLT"}
+           {"id":2,"type":"ProbeFirstMatchLT"})");
+  const UpgradeRun run = RunUnder({"ProbeC"}, "C");
+  EXPECT_EQ(Failures(run), "");
+  ASSERT_EQ(run.harmless.size(), 1U);
+  EXPECT_STREQ(run.harmless[0].first->harmless, "There was nothing to show.");
+  EXPECT_EQ(run.harmless[0].second, 2U);
+}
+
+// What an identifier makes or changes the late type of is current for it, and goes through the later ones, as
+// it would in a later run.
+TEST_F(VersionManagerTest, WhatIsMadeOnTheWayGoesThroughTheIdentifiersThatFollow) {
   Given(R"({"id":1,"type":"ProbeStopLT"}
            {"id":2,"type":"ProbeStopLT"}
            {"id":3,"type":"ProbeStopLT","father":{"ref":2}}
-           {"id":4,"type":"ProbeStopLT"})");
-  const UpgradeRun run =
-      RunUnder({"ProbeA", "ProbeDocument"}, "none", [this](const std::string&, FeatureId id) {
-        if (id == 1) {
-          Doc().Remove(At(2));
-          Doc().Create(LateType::Of("ProbeStopLT"), "", nullptr, nullptr);
-        }
-        if (id == 4) Doc().Remove(At(4));  // itself
-      });
-  EXPECT_EQ(Ran(), "A1 A4");
-  EXPECT_EQ(Outcomes(run), "1:0 4:0 ProbeDocument:2 ");  // the document as it is by then
+           {"id":4,"type":"ProbeStopLT"}
+           {"id":5,"type":"ProbeStopLT"})");
+  const UpgradeRun run = RunUnder({"ProbeA", "ProbeC", "ProbeDocument"}, "none",
+                                  [this](const std::string& letter, FeatureId id) {
+                                    if (letter == "A" && id == 1) {
+                                      Doc().Remove(At(2));
+                                      Doc().Create(LateType::Of("ProbeStopLT"), "", nullptr, nullptr);
+                                      Doc().SetType(At(5), LateType::Of("ProbeLastLT"));
+                                    }
+                                    if (letter == "A" && id == 4) Doc().Remove(At(4));  // itself
+                                  });
+  EXPECT_EQ(Ran(), "A1 A4 C1 C6");
+  EXPECT_EQ(Failures(run), "");
+  EXPECT_THAT(Doc().Upgrades(), ElementsAre("ProbeA", "ProbeC", "ProbeDocument"));
 }
 
-TEST_F(VersionManagerTest, AFeatureOfAnotherTypeOnTheWayIsVisitedOnceMore) {
-  const auto runChanging = [this](const char* first, const char* second, const char* failing) {
-    Given(R"({"id":1,"type":"ProbeStopLT"}
-             {"id":2,"type":"ProbeStopTooLT"})");
-    const UpgradeRun run =
-        RunUnder({"ProbeA", "ProbeC"}, failing, [=, this](const std::string& letter, FeatureId id) {
-          if (letter == "C" && id == 1)
-            Doc().SetType(At(1), LateType::Of(At(1).TypeName() == first ? second : first));
-        });
-    return Ran() + " = " + Outcomes(run);
-  };
-  EXPECT_EQ(runChanging("ProbeStopLT", "ProbeLastLT", "none"), "A1 C1 A1 A2 C2 = 1:0 2:0 ");
-  EXPECT_EQ(runChanging("ProbeStopLT", "X", "none"), "A1 C1 A2 C2 = 1:0 2:0 ");
-  EXPECT_EQ(runChanging("ProbeStopLT", "ProbeStopTooLT", "none"),
-            "A1 C1 A1 C1 A2 C2 = 1:0 2:0 ");  // not for ever
-  EXPECT_EQ(runChanging("ProbeStopLT", "ProbeLastLT", "C"),
-            "A1 C1 A2 C2 = 1:-77 2:-77 ");  // what failed is not
+TEST_F(VersionManagerTest, FeaturesThatAreMovedAreVisitedWhereTheyStandThen) {
+  Given(R"({"id":1,"type":"X"}
+           {"id":2,"type":"ProbeStopLT","father":{"ref":1}}
+           {"id":3,"type":"ProbeStopTooLT","father":{"ref":1}}
+           {"id":4,"type":"ProbeStopLT","father":{"ref":1}})");
+  RunUnder({"ProbeA", "ProbeC"}, "none", [this](const std::string& letter, FeatureId id) {
+    if (letter == "A" && id == 3) Doc().PlaceBeside(At(4), At(2), false);
+  });
+  EXPECT_EQ(Ran(), "A2 A3 A4 C4 C2 C3");
+}
+
+TEST_F(VersionManagerTest, RunningAgainConcernsTheGivenFeaturesOnly) {
+  Given(R"({"id":1,"type":"ProbeStopLT"}
+           {"id":2,"type":"ProbeStopLT"}
+           {"id":3,"type":"ProbeLastLT"})");
+  Doc().RecordUpgrade("ProbeA");
+  Doc().RecordUpgrade("ProbeC");
+  const CheckpointScope scope(testing_support::Recording());
+  const UpgradeRun run =
+      manager_.RunAgain(DocumentPtr(&Doc()), {{"ProbeC", {&At(2)}}, {"ProbeA", {&At(2), &At(3)}}});
+  EXPECT_EQ(Ran(), "A2 A3 C2");
+  EXPECT_THAT(run.identifiers, ElementsAre("ProbeA", "ProbeC"));
+  EXPECT_THAT(Doc().Upgrades(), ElementsAre("ProbeA", "ProbeC"));  // once
 }
 
 TEST_F(VersionManagerTest, AFeatureThatWithholdsItsExtensionHasFailed) {
   Given(R"({"id":1,"type":"ProbeStopLT"})");
   const CheckpointScope scope(testing_support::Withholding("HVXIUpgrade"));
-  EXPECT_EQ(Outcomes(Run({"ProbeA"})), fmt::format("1:{} ", E_NOINTERFACE));
+  EXPECT_EQ(Failures(Run({"ProbeA"})), fmt::format("1:{}", E_NOINTERFACE));
 }
 
 TEST_F(VersionManagerTest, ABrokenAssumptionAbortsTheRunAndSaysWhere) {
   for (const auto& [identifier, message] :
        {std::pair{"ProbeAssertion",
-                  "feature 2 (ProbeGivesUpLT): AssertionFailed:NULL_var != spProbe in tests/plugin/Probe"},
-        std::pair{"ProbeNullHandle", "feature 2 (ProbeGivesUpLT): call through a null handle"}}) {
+                  "feature 2 (ProbeGivesUpLT), ProbeAssertion: AssertionFailed:NULL_var != spProbe in "
+                  "tests/plugin/Probe"},
+        std::pair{"ProbeNullHandle",
+                  "feature 2 (ProbeGivesUpLT), ProbeNullHandle: call through a null handle"}}) {
     Given(R"({"id":1,"type":"ProbeStopLT"}
              {"id":2,"type":"ProbeGivesUpLT"})");
     try {
@@ -143,15 +208,16 @@ TEST_F(VersionManagerTest, ABrokenAssumptionAbortsTheRunAndSaysWhere) {
 
 TEST_F(VersionManagerTest, ProgressGoesFromNothingToAll) {
   std::string lines;
-  for (int id = 1; id <= 5000; ++id) lines += fmt::format("{{\"id\":{},\"type\":\"X\"}}\n", id);
+  for (int id = 1; id <= 5000; ++id) lines += fmt::format("{{\"id\":{},\"type\":\"ProbeStopLT\"}}\n", id);
   Given(lines);
   std::vector<std::pair<std::size_t, std::size_t>> told;
-  manager_.Run(DocumentPtr(&Doc()), {"ProbeA"},
-               [&told](std::size_t done, std::size_t total) { told.emplace_back(done, total); });
-  ASSERT_GE(told.size(), 2U);
+  UpgradeWatch watch;
+  watch.onProgress = [&told](std::size_t done, std::size_t total) { told.emplace_back(done, total); };
+  manager_.Run(DocumentPtr(&Doc()), {"ProbeA", "ProbeB"}, watch);
+  ASSERT_GE(told.size(), 3U);
   EXPECT_TRUE(std::ranges::is_sorted(told));
-  EXPECT_EQ(told.front(), std::pair(std::size_t{0}, std::size_t{5000}));
-  EXPECT_EQ(told.back(), std::pair(std::size_t{5000}, std::size_t{5000}));
+  EXPECT_EQ(told.front(), std::pair(std::size_t{0}, std::size_t{10000}));
+  EXPECT_EQ(told.back(), std::pair(std::size_t{10000}, std::size_t{10000}));
 }
 
 }  // namespace

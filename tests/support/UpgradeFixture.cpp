@@ -5,9 +5,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <span>
+#include <unordered_map>
 
 #include "file/DocumentReader.h"
 #include "file/FeatureText.h"
@@ -70,6 +72,30 @@ std::string LinesOf(Document& document) {
     text.push_back('\n');
   }
   return fmt::to_string(text);
+}
+
+std::string LinesNumberedAnew(Document& document, FeatureId firstMade) {
+  std::unordered_map<std::string, std::string> numbers;
+  FeatureId next = firstMade;
+  for (const Feature* feature = document.First(); feature != nullptr; feature = feature->next) {
+    if (feature->id >= firstMade) numbers[std::to_string(feature->id)] = std::to_string(next++);
+  }
+  // Ids stand behind these, and at the end of the names that the host gives ("TYPE.ID").
+  const std::string lines = LinesOf(document);
+  std::string renumbered;
+  std::size_t at = 0;
+  while (at < lines.size()) {
+    const bool isNumber = std::isdigit(static_cast<unsigned char>(lines[at])) != 0;
+    const std::string_view before(lines.data(), at);
+    const std::size_t end = isNumber ? lines.find_first_not_of("0123456789", at) : at + 1;
+    const std::string text = lines.substr(at, end - at);
+    const bool isId = isNumber && (before.ends_with("\"id\":") || before.ends_with("\"ref\":") ||
+                                   (before.ends_with('.') && lines[end] == '"'));
+    const auto known = isId ? numbers.find(text) : numbers.end();
+    renumbered += known == numbers.end() ? text : known->second;
+    at = end;
+  }
+  return renumbered;
 }
 
 UpgradeTest::UpgradeTest() {

@@ -29,6 +29,10 @@ standalone::DocumentPtr ExampleWithSmallMeshes(std::string_view name);
 /// The document as its file would hold it, without the header line.
 std::string LinesOf(standalone::Document& document);
 
+/// The same with the features numbered anew that bear `firstMade` or a higher id, in document order: what was
+/// made in several runs may bear other ids than what was made in one.
+std::string LinesNumberedAnew(standalone::Document& document, standalone::FeatureId firstMade);
+
 /// A small document to upgrade. A test states the old state as lines of a document, runs identifiers on a
 /// feature, and states the new state as lines.
 class UpgradeTest : public testing::Test {

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "model/Document.h"
+#include "workbench/HVXUpgradeTable.h"
+
+namespace standalone {
+
+/// One upgrade identifier and all that answers it.
+struct KnownUpgrade {
+  struct Binding {
+    const HVXUpgradeClass* upgradeClass;
+    const HVXUpgradeBinding* binding;
+  };
+
+  std::string identifier;
+  std::vector<Binding> bindings;  ///< In the order of the libraries' tables.
+  const HVXDocumentUpgrade* documentUpgrade =
+      nullptr;  ///< The conversion of whole documents, where it is one.
+};
+
+/// A piece of a run: what was done for one identifier to one feature, or to the whole document.
+struct UpgradeWork {
+  enum class Kind {
+    kVisit,        ///< The feature's upgrade extension was handed the identifier.
+    kConversion,   ///< The identifier's conversion of the whole document; without a feature.
+    kPropagation,  ///< The feature, handed over while the identifier was at work, was propagated.
+    kDeadLinks,    ///< What the identifier removed was taken out of the features that linked to it.
+  };
+
+  Kind kind = Kind::kVisit;
+  const KnownUpgrade* upgrade = nullptr;
+  const Feature* feature = nullptr;
+  const LateType* type = nullptr;  ///< The feature's late type when its turn came.
+};
+
+/// A piece of a run that failed.
+struct UpgradeFailure {
+  UpgradeWork work;
+  HRESULT code = E_FAIL;
+  /// The routine that failed; null when no routine told, such as where a feature does not offer its
+  /// extension.
+  const HVXUpgradeBinding* row = nullptr;
+
+  /// Whether the routine's class ignores the result, so that the extension reported success.
+  [[nodiscard]] bool IsIgnored() const {
+    return row != nullptr &&
+           (row->onFailure == HVXOnFailure::kIgnore || row->onFailure == HVXOnFailure::kSkip);
+  }
+};
+
+/// What a run did.
+struct UpgradeRun {
+  std::vector<std::string> identifiers;  ///< What was run, in the order of the libraries.
+  /// The features, as the document came, that some identifier concerned: how many of each late type.
+  std::vector<std::pair<const LateType*, std::size_t>> concerned;
+  /// The pieces that changed features, in the order of the work; the document's journal refers to them.
+  std::vector<UpgradeWork> works;
+  /// In the order of the work, those included whose results are ignored.
+  std::vector<UpgradeFailure> failures;
+  /// Failures that mean that there was nothing to do: how many of each row.
+  std::vector<std::pair<const HVXUpgradeBinding*, std::size_t>> harmless;
+};
+
+/// Why a run could not be carried through. The document is to be thrown away.
+class UpgradeAborted : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Who wants to know what a run is doing; what is empty is not told.
+struct UpgradeWatch {
+  /// Now and then: how many visits are done, and about how many there are.
+  std::function<void(std::size_t done, std::size_t total)> onProgress;
+  /// A routine is about to run on the feature.
+  std::function<void(const Feature& feature, const HVXUpgradeBinding& row)> onRoutine;
+  /// It gave `result`.
+  std::function<void(const Feature& feature, const HVXUpgradeBinding& row, HRESULT result)> onRoutineDone;
+};
+
+}  // namespace standalone

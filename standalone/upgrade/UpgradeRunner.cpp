@@ -1,0 +1,198 @@
+#include "upgrade/UpgradeRunner.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "adapters/FeatureAdapter.h"
+#include "base/VLMFatalError.h"
+#include "base/VLMLibrary.h"
+#include "session/Session.h"
+#include "workbench/HVXIFactoryExtForPropagation.h"
+#include "workbench/HVXIPropagatingFeature.h"
+#include "workbench/HVXIUpgrade.h"
+
+namespace standalone {
+namespace {
+
+constexpr std::size_t kProgressEvery = 4096;
+
+std::vector<NameId> TypesOf(const KnownUpgrade& upgrade) {
+  std::vector<NameId> types;
+  for (const KnownUpgrade::Binding& bound : upgrade.bindings) {
+    for (const char* const lateType : bound.upgradeClass->lateTypes)
+      types.push_back(LateType::Of(lateType).Id());
+  }
+  std::ranges::sort(types);
+  types.erase(std::unique(types.begin(), types.end()), types.end());  // two rows may bind one identifier
+  return types;
+}
+
+std::vector<bool> TypesOf(const std::vector<const KnownUpgrade*>& upgrades) {
+  std::vector<bool> wanted;
+  for (const KnownUpgrade* const upgrade : upgrades) {
+    for (const NameId type : TypesOf(*upgrade)) {
+      if (type >= wanted.size()) wanted.resize(type + 1);
+      wanted[type] = true;
+    }
+  }
+  return wanted;
+}
+
+VLMListValVLMUnicodeString Alone(const KnownUpgrade& upgrade) {
+  VLMListValVLMUnicodeString identifiers;
+  identifiers.Append(VLMUnicodeString(upgrade.identifier.c_str()));
+  return identifiers;
+}
+
+// Where the run was when it had to give up.
+std::string PlaceOf(const UpgradeWork& work) {
+  if (work.feature == nullptr) return work.upgrade->identifier;
+  return fmt::format("feature {} ({}), {}", work.feature->id, work.type->Name(), work.upgrade->identifier);
+}
+
+}  // namespace
+
+UpgradeRunner::UpgradeRunner(Document& document, const std::vector<HVXUpgradeObserver**>& observers,
+                             const std::vector<const KnownUpgrade*>& upgrades, const UpgradeWatch& watch)
+    : document_(document), observers_(observers), watch_(watch), lists_(document, TypesOf(upgrades)) {
+  for (HVXUpgradeObserver** const place : observers_) *place = this;
+  std::map<std::string_view, std::size_t> countOfType;
+  for (const KnownUpgrade* const upgrade : upgrades) {
+    for (const NameId type : TypesOf(*upgrade)) {
+      const auto [known, isNew] = countOfType.try_emplace(NameTable::Text(type), 0);
+      if (isNew) known->second = lists_.Of({type}).size();
+      expectedVisits_ += known->second;
+    }
+  }
+  for (const auto& [type, count] : countOfType) {
+    if (count != 0) run_.concerned.emplace_back(&LateType::Of(type), count);
+  }
+  TellProgress();
+}
+
+UpgradeRunner::~UpgradeRunner() {
+  for (HVXUpgradeObserver** const place : observers_) *place = nullptr;
+}
+
+void UpgradeRunner::Run(const KnownUpgrade& upgrade) {
+  RunOn(upgrade, lists_.Of(TypesOf(upgrade)));
+}
+
+void UpgradeRunner::RunOn(const KnownUpgrade& upgrade, const std::vector<Feature*>& features) {
+  const VLMListValVLMUnicodeString identifiers = Alone(upgrade);
+  // As they are before the upgrade: what it makes something else of is current for it.
+  std::vector<const LateType*> types;
+  types.reserve(features.size());
+  for (const Feature* const feature : features) types.push_back(feature->type);
+  for (std::size_t i = 0; i < features.size(); ++i) {
+    Feature& feature = *features[i];
+    if (!feature.removed && feature.type == types[i]) Visit(upgrade, identifiers, feature);
+    ++visits_;
+    if (visits_ % kProgressEvery == 0) TellProgress();
+  }
+  if (upgrade.documentUpgrade != nullptr) Convert(upgrade, identifiers);
+  PropagateHandedOver(upgrade);
+  Settle(upgrade);
+}
+
+UpgradeRun UpgradeRunner::Finish() {
+  run_.harmless.assign(harmless_.begin(), harmless_.end());
+  expectedVisits_ = visits_;
+  TellProgress();
+  return std::move(run_);
+}
+
+void UpgradeRunner::BeforeRoutine(const VLMBaseUnknown_var& feature, const HVXUpgradeBinding& row) {
+  if (watch_.onRoutine) watch_.onRoutine(*FeatureOf(feature), row);
+}
+
+void UpgradeRunner::AfterRoutine(const VLMBaseUnknown_var& feature, const HVXUpgradeBinding& row,
+                                 HRESULT result) {
+  if (watch_.onRoutineDone) watch_.onRoutineDone(*FeatureOf(feature), row, result);
+  if (work_ != nullptr && Failed(result)) told_.push_back({*work_, result, &row});
+}
+
+void UpgradeRunner::Visit(const KnownUpgrade& upgrade, const VLMListValVLMUnicodeString& identifiers,
+                          Feature& feature) {
+  const UpgradeWork work{UpgradeWork::Kind::kVisit, &upgrade, &feature, feature.type};
+  told_.clear();
+  HRESULT code = E_NOINTERFACE;
+  Do(work, [&] {
+    const HVXIUpgrade_var spUpgrade = HandleOn<HVXIUpgrade>(&feature);
+    if (!(spUpgrade == NULL_var)) code = spUpgrade->Upgrade(identifiers);
+  });
+  for (const UpgradeFailure& failure : told_) {
+    if (failure.IsIgnored() && failure.row->harmless != nullptr) {
+      ++harmless_[failure.row];
+    } else {
+      run_.failures.push_back(failure);
+    }
+  }
+  // A library that tells nothing of its routines, or a code that no routine gave.
+  const auto isTold = [code](const UpgradeFailure& failure) { return failure.code == code; };
+  if (Failed(code) && std::ranges::none_of(told_, isTold)) run_.failures.push_back({work, code, nullptr});
+}
+
+void UpgradeRunner::Convert(const KnownUpgrade& upgrade, const VLMListValVLMUnicodeString& identifiers) {
+  const UpgradeWork work{UpgradeWork::Kind::kConversion, &upgrade, nullptr, nullptr};
+  VLMListValVLMISpecObject_var features;
+  features.Reserve(document_.FeatureCount());
+  for (Feature* feature = document_.First(); feature != nullptr; feature = feature->next)
+    features.Append(HandleOn<VLMISpecObject>(feature));
+  HRESULT code = S_OK;
+  Do(work, [&] { code = upgrade.documentUpgrade->upgrade(identifiers, features); });
+  if (Failed(code)) run_.failures.push_back({work, code, nullptr});
+}
+
+// In the order of the handing over. What is no propagating feature (a tie beside a contact, say) has nothing
+// to bring to other steps.
+void UpgradeRunner::PropagateHandedOver(const KnownUpgrade& upgrade) {
+  for (Feature* const feature : Session::Current().TakeForPropagation()) {
+    if (feature->removed || !Offers(*feature, HVXIPropagatingFeature::kId)) continue;
+    const UpgradeWork work{UpgradeWork::Kind::kPropagation, &upgrade, feature, feature->type};
+    HRESULT code = S_OK;
+    Do(work, [&] {
+      HVXIFactoryExtForPropagation_var spFactory;
+      code = VLMInstantiateComponent("HVXEFactoryExtForPropagation", spFactory);
+      const VLMBaseUnknown_var spFeature = HandleOn<VLMBaseUnknown>(feature);
+      if (Succeeded(code)) code = spFactory->SetDefaultPropagationData(spFeature, 0, NULL_var);
+      if (Succeeded(code)) code = spFactory->Propagate(spFeature, 0);
+    });
+    if (Failed(code)) run_.failures.push_back({work, code, nullptr});
+  }
+}
+
+template <class Action>
+void UpgradeRunner::Do(const UpgradeWork& work, const Action& action) {
+  ChangeLog& changes = document_.Changes();
+  const std::size_t noted = changes.Notes().size();
+  changes.SetWork(run_.works.size());
+  work_ = &work;
+  try {
+    action();
+  } catch (const VLMFatalAssertion& assertion) {
+    throw UpgradeAborted(
+        fmt::format("{}: {} in {}", PlaceOf(work), assertion.what(), assertion.SourcePath()));
+  } catch (const VLMNullVarError& error) {
+    throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), error.what()));
+  }
+  work_ = nullptr;
+  // What is kept beside the document is written by whoever changed it, so that the changes are told as
+  // theirs.
+  if (document_.Companion() != nullptr) document_.Companion()->WriteBack();
+  if (changes.Notes().size() != noted) run_.works.push_back(work);
+}
+
+// Leaves the document as it would be read from a file: links to what was removed are gone, and no catalog is
+// loaded. What follows must not see more than a later run would.
+void UpgradeRunner::Settle(const KnownUpgrade& upgrade) {
+  Do({UpgradeWork::Kind::kDeadLinks, &upgrade, nullptr, nullptr}, [this] { document_.DropAllDeadLinks(); });
+  document_.UnloadCatalogs();
+}
+
+void UpgradeRunner::TellProgress() {
+  if (watch_.onProgress) watch_.onProgress(std::min(visits_, expectedVisits_), expectedVisits_);
+}
+
+}  // namespace standalone

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <map>
+
+#include "upgrade/UpgradeRun.h"
+#include "upgrade/VisitLists.h"
+
+namespace standalone {
+
+/// Takes a document through upgrades, one after the other, and keeps the account of it. Watches the dispatch
+/// of the libraries for as long as it lives.
+class UpgradeRunner final : private HVXUpgradeObserver {
+ public:
+  /// `observers`: where the libraries want their observer; `upgrades`: all that will be run. All arguments
+  /// must outlive the runner.
+  UpgradeRunner(Document& document, const std::vector<HVXUpgradeObserver**>& observers,
+                const std::vector<const KnownUpgrade*>& upgrades, const UpgradeWatch& watch);
+  ~UpgradeRunner();
+
+  /// Takes all features that the upgrade concerns through it, and the document as a whole.
+  void Run(const KnownUpgrade& upgrade);
+  /// Takes only those features through it; the document as a whole as well.
+  void RunOn(const KnownUpgrade& upgrade, const std::vector<Feature*>& features);
+
+  /// The account, without the identifiers. Call it once, at the end.
+  [[nodiscard]] UpgradeRun Finish();
+
+ private:
+  // HVXUpgradeObserver
+  void BeforeRoutine(const VLMBaseUnknown_var& feature, const HVXUpgradeBinding& row) override;
+  void AfterRoutine(const VLMBaseUnknown_var& feature, const HVXUpgradeBinding& row, HRESULT result) override;
+
+  void Visit(const KnownUpgrade& upgrade, const VLMListValVLMUnicodeString& identifiers, Feature& feature);
+  void Convert(const KnownUpgrade& upgrade, const VLMListValVLMUnicodeString& identifiers);
+  void PropagateHandedOver(const KnownUpgrade& upgrade);
+  /// Does a piece of work; what it throws gives up on the document.
+  template <class Action>
+  void Do(const UpgradeWork& work, const Action& action);
+  void Settle(const KnownUpgrade& upgrade);
+  void TellProgress();
+
+  Document& document_;
+  const std::vector<HVXUpgradeObserver**>& observers_;
+  const UpgradeWatch& watch_;
+  VisitLists lists_;
+  UpgradeRun run_;
+  std::map<const HVXUpgradeBinding*, std::size_t> harmless_;
+  const UpgradeWork* work_ = nullptr;  // at hand
+  std::vector<UpgradeFailure> told_;   // of the visit at hand: routines that failed
+  std::size_t visits_ = 0;
+  std::size_t expectedVisits_ = 0;
+};
+
+}  // namespace standalone
