@@ -43,7 +43,7 @@ class VersionManagerTest : public testing_support::UpgradeTest {
     return outcomes;
   }
 
-  UpgradeLibrary plugIn_{HVX_TEST_LIBRARY};
+  UpgradeLibrary plugIn_{testing_support::TestLibraryFile()};
   VersionManager manager_{{&plugIn_.Description()}};
 };
 
