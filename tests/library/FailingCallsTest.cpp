@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <fstream>
 #include <functional>
 #include <iostream>
@@ -16,7 +17,9 @@
 #include <sstream>
 
 #include "base/VLMFatalError.h"
-#include "support/PropertyDocuments.h"
+#include "file/DocumentReader.h"
+#include "file/DocumentWriter.h"
+#include "support/TempFolder.h"
 #include "support/UpgradeFixture.h"
 #include "workbench/HVXIUpgrade.h"
 
@@ -32,7 +35,8 @@ constexpr const char* kTable = HVX_SOURCE_DIR "/tests/golden/failing_calls.txt";
 
 struct Outcome {
   std::string result;
-  std::string lines;  // of the document, and what was printed
+  DocumentPtr document;
+  std::string printed;
   std::vector<HostCall> calls;
   std::vector<HostCall> casts;
 };
@@ -72,15 +76,21 @@ Outcome RunUnder(CheckpointPlan plan, const Start& start) {
   std::cout.rdbuf(output);
   outcome.calls = Checkpoint::Recorded();
   outcome.casts = Checkpoint::RecordedCasts();
-  outcome.lines = LinesOf(*document.Get()) + printed.str();
+  outcome.document = document;
+  outcome.printed = printed.str();
   return outcome;
 }
 
-// The same on every machine, other than std::hash.
+// The same on every machine, other than std::hash. Takes eight bytes at once, because it sums megabytes.
 std::string SumOf(std::string_view text) {
-  std::uint32_t sum = 2166136261U;
-  for (const char each : text) sum = (sum ^ static_cast<unsigned char>(each)) * 16777619U;
-  return fmt::format("{:08x}", sum);
+  std::uint64_t sum = text.size();
+  for (std::size_t i = 0; i < text.size(); i += sizeof sum) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, text.data() + i, std::min(sizeof word, text.size() - i));
+    sum = (sum ^ word) * 0x9E3779B97F4A7C15U;
+    sum ^= sum >> 32U;
+  }
+  return fmt::format("{:08x}", static_cast<std::uint32_t>(sum));
 }
 
 std::string TextOf(const HostCall& call) {
@@ -102,14 +112,14 @@ std::set<std::size_t> FirstTwoAndLast(const std::vector<HostCall>& calls) {
 std::string RowsOf(const Start& start) {
   const Outcome normal = RunUnder({}, start);
   const std::string untouched = LinesOf(*start.document().Get());
+  const std::string done = LinesOf(*normal.document.Get()) + normal.printed;
   const auto row = [&](const std::string& failing, const Outcome& outcome, std::size_t callsBefore) {
-    const std::string state = outcome.lines == untouched      ? "untouched"
-                              : outcome.lines == normal.lines ? "done"
-                                                              : SumOf(outcome.lines);
+    const std::string lines = LinesOf(*outcome.document.Get()) + outcome.printed;
+    const std::string state = lines == untouched ? "untouched" : lines == done ? "done" : SumOf(lines);
     return fmt::format("  {} | {}, {}, {}\n", failing, outcome.result, outcome.calls.size() - callsBefore,
                        state);
   };
-  std::string rows = fmt::format("{}: {}, {}\n", start.title, normal.result, SumOf(normal.lines));
+  std::string rows = fmt::format("{}: {}, {}\n", start.title, normal.result, SumOf(done));
   for (const std::size_t i : FirstTwoAndLast(normal.calls)) {
     CheckpointPlan plan;
     plan.failNth = static_cast<std::int64_t>(i) + 1;
@@ -135,12 +145,21 @@ HRESULT Upgrade(Document& document, FeatureId id, const VLMUnicodeString& identi
   return spUpgrade->Upgrade({identifier});
 }
 
+// A file that holds the example with small meshes, written once.
+std::filesystem::path FileOf(const std::string& example) {
+  static const testing_support::TempFolder folder;
+  const std::filesystem::path file = folder / example.c_str();
+  if (!exists(file)) WriteDocument(*testing_support::ExampleWithSmallMeshes(example).Get(), file);
+  return file;
+}
+
 // The first feature that a routine runs on, and each later one on which it makes a call that it made on none.
 std::string RowsOf(const HVXUpgradeClass& upgradeClass, const VLMUnicodeString& identifier) {
   std::string rows;
   std::set<std::string> met;
   for (const char* const example : {"bolted_bracket", "heated_pipe"}) {
-    const auto read = [example] { return testing_support::ExampleWithSmallMeshes(example); };
+    const std::filesystem::path file = FileOf(example);
+    const auto read = [file] { return ReadDocument(file); };
     const DocumentPtr document = read();
     for (const Feature* each = document->First(); each != nullptr; each = each->next) {
       if (std::ranges::find(upgradeClass.lateTypes, each->TypeName()) == upgradeClass.lateTypes.end())
