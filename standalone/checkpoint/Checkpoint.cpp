@@ -6,6 +6,7 @@ namespace {
 struct State {
   CheckpointPlan plan;
   std::vector<HostCall> recorded;
+  std::vector<HostCall> recordedCasts;
   std::int64_t calls = 0;
 };
 
@@ -26,7 +27,7 @@ bool MustFail(const CheckpointPlan& plan, std::int64_t number, std::string_view 
 bool Checkpoint::active_ = false;
 
 void Checkpoint::Start(CheckpointPlan plan) {
-  Current() = {std::move(plan), {}, 0};
+  Current() = {std::move(plan), {}, {}, 0};
   active_ = true;
 }
 
@@ -36,6 +37,10 @@ void Checkpoint::Stop() {
 
 const std::vector<HostCall>& Checkpoint::Recorded() {
   return Current().recorded;
+}
+
+const std::vector<HostCall>& Checkpoint::RecordedCasts() {
+  return Current().recordedCasts;
 }
 
 std::int64_t Checkpoint::CallCount() {
@@ -56,6 +61,7 @@ HRESULT Checkpoint::PassActive(std::string_view operation, const Feature* featur
 
 bool Checkpoint::WithholdsActive(const VLMInterfaceId& id, const Feature& feature) {
   const CheckpointPlan& plan = Current().plan;
+  if (plan.record) Current().recordedCasts.push_back({std::string(id.Name()), feature.id, {}});
   return id.Name() == plan.withholdInterface && (plan.withholdFrom == 0 || plan.withholdFrom == feature.id);
 }
 

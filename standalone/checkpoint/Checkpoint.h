@@ -69,6 +69,9 @@ class Checkpoint {
 
   /// The calls since `Start`; recorded ones, and how many there were.
   static const std::vector<HostCall>& Recorded();
+  /// The interfaces that features were asked for meanwhile, when the plan records; as operations of that
+  /// name.
+  static const std::vector<HostCall>& RecordedCasts();
   static std::int64_t CallCount();
 
  private:

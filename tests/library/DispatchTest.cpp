@@ -304,7 +304,7 @@ class DispatchRuleTest : public testing_support::UpgradeTest {
   }
 
  private:
-  UpgradeLibrary plugIn_{HVX_TEST_LIBRARY};
+  UpgradeLibrary plugIn_{testing_support::TestLibraryFile()};
 };
 
 TEST_F(DispatchRuleTest, Stop) {
@@ -355,7 +355,7 @@ TEST_F(DispatchRuleTest, WhatARoutineThrowsPassesThrough) {
 
 // The 67th identifier took one table row and one routine (tests/plugin/ScratchFolderUpgrade.h).
 TEST_F(DispatchRuleTest, AnIdentifierOfAnotherLibraryIsOneMore) {
-  const UpgradeLibrary plugIn(HVX_TEST_LIBRARY);
+  const UpgradeLibrary plugIn(testing_support::TestLibraryFile());
   const VersionManager manager({&Library(), &plugIn.Description()});
   ASSERT_GT(manager.Known().size(), 66U);
   EXPECT_EQ(manager.Known()[65].identifier, "UpgradeJobMemoryUnit");

@@ -7,6 +7,7 @@
 #include "base/VLMRegistry.h"
 #include "model/LateTypes.h"
 #include "modeler/VLMISpecObject.h"
+#include "support/UpgradeFixture.h"
 #include "upgrade/UpgradeLibrary.h"
 #include "workbench/HVXIUpgrade.h"
 
@@ -109,7 +110,7 @@ std::string LoadAndUnload(const char* file, const char* lateType, const char* up
 
 TEST(LibraryTest, UnloadingLeavesNothingRegistered) {
   for (int time = 0; time < 2; ++time)
-    EXPECT_EQ(LoadAndUnload(HVX_TEST_LIBRARY, "ProbeStopTooLT", "ProbeStop"), "");
+    EXPECT_EQ(LoadAndUnload(testing_support::TestLibraryFile(), "ProbeStopTooLT", "ProbeStop"), "");
 }
 
 TEST(LibraryDeathTest, UnloadingTheUpgradeLibraryLeavesNothingRegistered) {
@@ -118,7 +119,8 @@ TEST(LibraryDeathTest, UnloadingTheUpgradeLibraryLeavesNothingRegistered) {
   EXPECT_EXIT(
       {
         for (int time = 0; time < 2; ++time) {
-          const std::string wrong = LoadAndUnload(HVX_LIBRARY, "HVXJobContainerLT", "HVXEJobUpgrade");
+          const std::string wrong =
+              LoadAndUnload(testing_support::LibraryFile(), "HVXJobContainerLT", "HVXEJobUpgrade");
           if (!wrong.empty()) {
             std::fprintf(stderr, "%s\n", wrong.c_str());
             std::exit(1);

@@ -45,7 +45,7 @@ class VersionManagerTest : public testing_support::UpgradeTest {
     return failures;
   }
 
-  UpgradeLibrary plugIn_{HVX_TEST_LIBRARY};
+  UpgradeLibrary plugIn_{testing_support::TestLibraryFile()};
   VersionManager manager_{{&plugIn_.Description()}};
 };
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <span>
@@ -21,8 +22,25 @@ namespace testing_support {
 
 using namespace standalone;
 
+namespace {
+
+const char* FromEnvironment(const char* variable, const char* otherwise) {
+  const char* const named = std::getenv(variable);
+  return named != nullptr ? named : otherwise;
+}
+
+}  // namespace
+
+const char* LibraryFile() {
+  return FromEnvironment("HVX_LIBRARY", HVX_LIBRARY);
+}
+
+const char* TestLibraryFile() {
+  return FromEnvironment("HVX_TEST_LIBRARY", HVX_TEST_LIBRARY);
+}
+
 const HVXUpgradeLibrary& Library() {
-  static const UpgradeLibrary library(HVX_LIBRARY);
+  static const UpgradeLibrary library(LibraryFile());
   return library.Description();
 }
 
@@ -113,7 +131,7 @@ HRESULT UpgradeTest::Upgrade(FeatureId id, std::initializer_list<const char*> id
   VLMListValVLMUnicodeString list;
   for (const char* const identifier : identifiers) list.Append(identifier);
   const HVXIUpgrade_var spUpgrade = As<HVXIUpgrade>(id);
-  if (spUpgrade == NULL_var) throw std::logic_error("the feature has no upgrade extension");
+  if (spUpgrade == NULL_var) throw std::logic_error(fmt::format("feature #{} has no upgrade extension", id));
   return spUpgrade->Upgrade(list);
 }
 
@@ -136,6 +154,12 @@ UpgradeTest::CallList UpgradeTest::Calls(std::string_view prefix) {
     calls.push_back(std::move(text));
   }
   return calls;
+}
+
+Feature& UpgradeTest::At(FeatureId id) {
+  Feature* const feature = document_->Find(id);
+  if (feature == nullptr) throw std::logic_error(fmt::format("the document has no feature #{}", id));
+  return *feature;
 }
 
 std::string UpgradeTest::Line(FeatureId id) {

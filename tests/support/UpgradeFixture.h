@@ -16,6 +16,12 @@
 
 namespace testing_support {
 
+/// The files of the upgrade library and of the one in `tests/plugin`: those built with the tests, or those
+/// that the environment variables HVX_LIBRARY and HVX_TEST_LIBRARY name, which is how `scripts/mutate` runs
+/// the tests on changed libraries.
+const char* LibraryFile();
+const char* TestLibraryFile();
+
 /// The upgrade library, loaded once for all tests.
 const HVXUpgradeLibrary& Library();
 
@@ -64,11 +70,12 @@ class UpgradeTest : public testing::Test {
   [[nodiscard]] std::string Lines() { return LinesOf(*document_.Get()); }
 
   [[nodiscard]] standalone::Document& Doc() { return *document_.Get(); }
-  [[nodiscard]] standalone::Feature& At(standalone::FeatureId id) { return *document_->Find(id); }
-  /// A handle on the feature.
+  /// The feature, which may be removed. Throws `std::logic_error`, which names the id, when there was none.
+  [[nodiscard]] standalone::Feature& At(standalone::FeatureId id);
+  /// A handle on the feature, as `At` finds it; null when it does not offer the interface.
   template <class Interface>
   [[nodiscard]] VLMHandle<Interface> As(standalone::FeatureId id) {
-    return standalone::HandleOn<Interface>(document_->Find(id));
+    return standalone::HandleOn<Interface>(&At(id));
   }
 
  private:

@@ -1,0 +1,257 @@
+// What each routine makes of every failing call and of every missing interface, compared with the table
+// tests/golden/failing_calls.txt. scripts/renew-golden writes the table anew.
+//
+// A section of the table is a class. A row beneath a feature and an identifier is one call that fails with
+// -77, or one interface that a feature seems not to offer; behind the bar stand the result, how many host
+// calls follow, and the document: "untouched", "done" (as without the failure), or a sum over its lines.
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <set>
+#include <sstream>
+
+#include "base/VLMFatalError.h"
+#include "file/DocumentReader.h"
+#include "file/DocumentWriter.h"
+#include "support/TempFolder.h"
+#include "support/UpgradeFixture.h"
+#include "workbench/HVXIUpgrade.h"
+
+namespace {
+
+using namespace standalone;
+using testing_support::Library;
+using testing_support::LinesOf;
+
+constexpr HRESULT kFailure = -77;
+constexpr std::int64_t kEndless = 3000;  // no routine makes so many calls
+constexpr const char* kTable = HVX_SOURCE_DIR "/tests/golden/failing_calls.txt";
+
+struct Outcome {
+  std::string result;
+  DocumentPtr document;
+  std::string printed;
+  std::vector<HostCall> calls;
+  std::vector<HostCall> casts;
+};
+
+// Where a routine starts: the document, and what runs it there.
+struct Start {
+  std::function<DocumentPtr()> document;
+  std::function<HRESULT(Document&)> run;
+  std::string title;
+};
+
+std::string NameOf(HRESULT result) {
+  if (result == E_FAIL) return "E_FAIL";
+  if (result == E_NOINTERFACE) return "E_NOINTERFACE";
+  return std::to_string(result);
+}
+
+Outcome RunUnder(CheckpointPlan plan, const Start& start) {
+  const DocumentPtr document = start.document();
+  const CurrentDocumentScope current(document);
+  std::ostringstream printed;
+  std::streambuf* const output = std::cout.rdbuf(printed.rdbuf());
+  plan.record = true;
+  plan.callLimit = kEndless;
+  plan.failure = kFailure;
+  const CheckpointScope scope(std::move(plan));
+  Outcome outcome;
+  try {
+    outcome.result = NameOf(start.run(*document.Get()));
+  } catch (const VLMFatalAssertion&) {
+    outcome.result = "assertion";
+  } catch (const VLMNullVarError&) {
+    outcome.result = "null handle";
+  } catch (const CallLimitReached&) {
+    outcome.result = "endless";
+  }
+  std::cout.rdbuf(output);
+  outcome.calls = Checkpoint::Recorded();
+  outcome.casts = Checkpoint::RecordedCasts();
+  outcome.document = document;
+  outcome.printed = printed.str();
+  return outcome;
+}
+
+// The same on every machine, other than std::hash. Takes eight bytes at once, because it sums megabytes.
+std::string SumOf(std::string_view text) {
+  std::uint64_t sum = text.size();
+  for (std::size_t i = 0; i < text.size(); i += sizeof sum) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, text.data() + i, std::min(sizeof word, text.size() - i));
+    sum = (sum ^ word) * 0x9E3779B97F4A7C15U;
+    sum ^= sum >> 32U;
+  }
+  return fmt::format("{:08x}", static_cast<std::uint32_t>(sum));
+}
+
+std::string TextOf(const HostCall& call) {
+  return fmt::format("{} #{}{}{}", call.operation, call.feature, call.detail.empty() ? "" : " ", call.detail);
+}
+
+// Of calls of one operation, or casts to one interface: what comes round again and again fails alike.
+std::set<std::size_t> FirstTwoAndLast(const std::vector<HostCall>& calls) {
+  std::map<std::string, std::vector<std::size_t>> positions;
+  for (std::size_t i = 0; i < calls.size(); ++i) positions[calls[i].operation].push_back(i);
+  std::set<std::size_t> chosen;
+  for (const auto& [operation, all] : positions) {
+    chosen.insert({all.front(), all.back()});
+    if (all.size() > 1) chosen.insert(all[1]);
+  }
+  return chosen;
+}
+
+std::string RowsOf(const Start& start) {
+  const Outcome normal = RunUnder({}, start);
+  const std::string untouched = LinesOf(*start.document().Get());
+  const std::string done = LinesOf(*normal.document.Get()) + normal.printed;
+  const auto row = [&](const std::string& failing, const Outcome& outcome, std::size_t callsBefore) {
+    const std::string lines = LinesOf(*outcome.document.Get()) + outcome.printed;
+    const std::string state = lines == untouched ? "untouched" : lines == done ? "done" : SumOf(lines);
+    return fmt::format("  {} | {}, {}, {}\n", failing, outcome.result, outcome.calls.size() - callsBefore,
+                       state);
+  };
+  std::string rows = fmt::format("{}: {}, {}\n", start.title, normal.result, SumOf(done));
+  for (const std::size_t i : FirstTwoAndLast(normal.calls)) {
+    CheckpointPlan plan;
+    plan.failNth = static_cast<std::int64_t>(i) + 1;
+    rows += row(TextOf(normal.calls[i]), RunUnder(plan, start), i + 1);
+  }
+  std::vector<HostCall> casts;
+  for (const HostCall& cast : normal.casts) {
+    if (cast.operation != "HVXIUpgrade" && cast.operation != "VLMBaseUnknown" &&
+        std::ranges::find(casts, cast) == casts.end())
+      casts.push_back(cast);
+  }
+  for (const std::size_t i : FirstTwoAndLast(casts)) {
+    CheckpointPlan plan;
+    plan.withholdInterface = casts[i].operation;
+    plan.withholdFrom = casts[i].feature;
+    rows += row("no " + TextOf(casts[i]), RunUnder(plan, start), 0);
+  }
+  return rows;
+}
+
+HRESULT Upgrade(Document& document, FeatureId id, const VLMUnicodeString& identifier) {
+  const HVXIUpgrade_var spUpgrade = HandleOn<HVXIUpgrade>(document.Find(id));
+  return spUpgrade->Upgrade({identifier});
+}
+
+// A file that holds the example with small meshes, written once.
+std::filesystem::path FileOf(const std::string& example) {
+  static const testing_support::TempFolder folder;
+  const std::filesystem::path file = folder / example.c_str();
+  if (!exists(file)) WriteDocument(*testing_support::ExampleWithSmallMeshes(example).Get(), file);
+  return file;
+}
+
+// The first feature that a routine runs on, and each later one on which it makes a call that it made on none.
+std::string RowsOf(const HVXUpgradeClass& upgradeClass, const VLMUnicodeString& identifier) {
+  std::string rows;
+  std::set<std::string> met;
+  for (const char* const example : {"bolted_bracket", "heated_pipe"}) {
+    const std::filesystem::path file = FileOf(example);
+    const auto read = [file] { return ReadDocument(file); };
+    const DocumentPtr document = read();
+    for (const Feature* each = document->First(); each != nullptr; each = each->next) {
+      if (std::ranges::find(upgradeClass.lateTypes, each->TypeName()) == upgradeClass.lateTypes.end())
+        continue;
+      const Start start{
+          read, [id = each->id, identifier](Document& on) { return Upgrade(on, id, identifier); },
+          fmt::format("{} on {} #{} of {}", identifier.View(), each->TypeName(), each->id, example)};
+      bool isNew = met.empty();
+      for (const HostCall& call : RunUnder({}, start).calls) isNew |= met.insert(call.operation).second;
+      if (isNew) rows += RowsOf(start);
+    }
+  }
+  return rows;
+}
+
+std::string SectionOf(const HVXUpgradeClass& upgradeClass) {
+  std::string section;
+  std::set<std::string_view> done;
+  for (const HVXUpgradeBinding& binding : upgradeClass.bindings) {
+    if (done.insert(binding.identifier.View()).second) section += RowsOf(upgradeClass, binding.identifier);
+  }
+  return section;
+}
+
+// Conversions of the whole document, handed all features.
+std::string SectionOf(std::span<const HVXDocumentUpgrade> conversions) {
+  std::string section;
+  for (const HVXDocumentUpgrade& conversion : conversions) {
+    const auto run = [&conversion](Document& document) {
+      VLMListValVLMISpecObject_var features;
+      for (Feature* each = document.First(); each != nullptr; each = each->next)
+        features.Append(HandleOn<VLMISpecObject>(each));
+      return conversion.upgrade({conversion.identifier}, features);
+    };
+    section += RowsOf({[] { return ReadDocument(FileOf("bolted_bracket")); }, run,
+                       std::string(conversion.identifier.View())});
+  }
+  return section;
+}
+
+// The sections as the library makes them, by their names.
+std::map<std::string, std::function<std::string()>> Sections() {
+  std::map<std::string, std::function<std::string()>> sections;
+  for (const HVXUpgradeClass* const upgradeClass : Library().classes) {
+    if (!upgradeClass->bindings.empty())
+      sections[upgradeClass->name] = [upgradeClass] { return SectionOf(*upgradeClass); };
+  }
+  sections["Documents"] = [] { return SectionOf(Library().documentUpgrades); };
+  return sections;
+}
+
+// The sections of the table by their names.
+std::map<std::string, std::string> Table() {
+  std::map<std::string, std::string> table;
+  std::ifstream file(kTable);
+  std::string* section = nullptr;
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with("== ")) {
+      section = &table[line.substr(3)];
+    } else if (section != nullptr) {
+      *section += line + '\n';
+    }
+  }
+  return table;
+}
+
+class FailingCallsTest : public testing_support::UpgradeTest,
+                         public testing::WithParamInterface<std::string> {};
+
+TEST_P(FailingCallsTest, DoWhatTheTableSays) {
+  const auto sections = Sections();
+  ASSERT_TRUE(sections.contains(GetParam()));
+  EXPECT_EQ(sections.at(GetParam())(), Table()[GetParam()]);
+}
+
+std::vector<std::string> NamesOfSections() {
+  std::vector<std::string> names;
+  for (const auto& [name, rows] : Table()) names.push_back(name);
+  return names;
+}
+INSTANTIATE_TEST_SUITE_P(Sections, FailingCallsTest, testing::ValuesIn(NamesOfSections()),
+                         [](const auto& test) { return test.param; });
+
+class FailingCallsTableTest : public testing_support::UpgradeTest {};
+
+TEST_F(FailingCallsTableTest, HasASectionForEveryClass) {
+  if (std::getenv("HVX_RENEW_GOLDEN") != nullptr) {
+    std::ofstream file(kTable);
+    for (const auto& [name, rows] : Sections()) file << "== " << name << '\n' << rows();
+  }
+  const std::map<std::string, std::string> table = Table();
+  for (const auto& [name, rows] : Sections()) EXPECT_TRUE(table.contains(name)) << name;
+}
+
+}  // namespace
