@@ -57,7 +57,7 @@ constexpr const char* kShowExamples = R"(Examples:
 
 constexpr const char* kCheckExamples = R"(Examples:
   hvxupgrade check current.hvxdoc
-  hvxupgrade check --json *.hvxdoc | jq -r '.documents[].findings[] | select(.damage) | .alias')";
+  hvxupgrade check --json *.hvxdoc | jq -r '.documents[].findings[] | select(.kind == "leftBehind") | .alias')";
 
 constexpr const char* kDiffExamples = R"(Examples:
   hvxupgrade diff bracket.hvxdoc current.hvxdoc
@@ -160,6 +160,7 @@ void AddCheck(CLI::App& app, CheckArguments& check) {
   CLI::App* const verb =
       app.add_subcommand("check", "Tell whether documents conform to the current data model");
   verb->add_option("FILE", check.files, "Documents")->required()->type_name("");
+  verb->add_flag("--all", check.all, "List every feature, also where many have the same");
   verb->add_flag("--json", check.json, "Print JSON");
   verb->footer(kCheckExamples);
 }

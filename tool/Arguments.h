@@ -50,6 +50,7 @@ struct ShowArguments {
 
 struct CheckArguments {
   std::vector<std::string> files;
+  bool all = false;
   bool json = false;
 };
 

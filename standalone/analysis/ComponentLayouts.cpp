@@ -198,6 +198,14 @@ bool LacksComponents(Feature& feature) {
   });
 }
 
+std::vector<std::string_view> LackingComponents(Feature& feature) {
+  std::vector<std::string_view> lacking;
+  for (const ComponentLayout& layout : LayoutOf(*feature.type)) {
+    if (Lacks(PlaceOf(feature, layout.name))) lacking.push_back(layout.name);
+  }
+  return lacking;
+}
+
 void CompleteComponents(Feature& feature) {
   for (const ComponentLayout& layout : LayoutOf(*feature.type)) {
     const Place place = PlaceOf(feature, layout.name);

@@ -2,6 +2,7 @@
 
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "model/Feature.h"
 
@@ -22,6 +23,8 @@ std::span<const ComponentLayout> LayoutOf(const LateType& type);
 
 /// Whether the feature lacks a component of its layout.
 bool LacksComponents(Feature& feature);
+/// The names of those that it lacks.
+std::vector<std::string_view> LackingComponents(Feature& feature);
 /// Makes the components that it lacks. Those that are there keep what they hold.
 void CompleteComponents(Feature& feature);
 

@@ -1,46 +1,50 @@
+// Prescribed conditions: whether their values are where they are now.
+
 #include <algorithm>
 #include <set>
 
 #include "analysis/ComponentLayouts.h"
 #include "analysis/Components.h"
-#include "analysis/Supports.h"
 #include "check/Rules.h"
+#include "check/SonsLists.h"
 
 namespace standalone {
 namespace {
 
 using check::HasAttribute;
-using check::HasParameter;
 
 const Key kSonsList("SonsList");
-const Key kRotationAxis("RotationAxis");
-const Key kRotationAxisPart("RotationAxisPart");
 
-constexpr std::string_view kNoList = "it cannot be registered: the analysis model has no feature list";
-constexpr std::string_view kNoParameter = "its parameter, or the parameter's value, is missing";
-constexpr std::string_view kNoSonsList = "the list of its sons is missing";
-constexpr std::string_view kStraySons = "the list of its sons holds others than old releases made";
-constexpr std::string_view kNoContext = "the support has no context, or the body no part with a main body";
+constexpr DamageKind kNoList{"the analysis model has no {} to register it in",
+                             "Give the analysis model an empty list {}"};
+constexpr DamageKind kNoMotion{"it has none of its six values, old or current",
+                               "Give the feature the components \"HVXTranslationalVelocity_1\" to \"_3\" and "
+                               "\"HVXRotationalVelocity_1\" to \"_3\""};
 
 // A condition is registered when its migration has succeeded.
-Verdict Unregistered(const Survey& survey, std::string_view damage) {
-  if (!survey.CanRegister()) return Damaged(kNoList);
-  return damage.empty() ? kOutdated : Damaged(damage);
+Verdict Unregistered(const Survey& survey, std::vector<Damage> damage = {}) {
+  if (!survey.CanRegister()) damage.push_back({&kNoList, "FeatList"});
+  return Damaged(std::move(damage));
+}
+
+template <class... Keys>
+std::vector<Damage> ParameterDamage(Feature& feature, const Keys&... keys) {
+  std::vector<Damage> damage;
+  (check::AppendParameterDamage(feature, keys, damage), ...);
+  return damage;
 }
 
 template <class... Keys>
 Verdict MovedFrom(Feature& feature, const Survey& survey, const Keys&... keys) {
-  const bool all = (HasParameter(feature, keys) && ...);
-  if (!survey.IsRegistered(feature)) return Unregistered(survey, all ? "" : kNoParameter);
-  if ((HasAttribute(feature, keys) || ...)) return all ? kOutdated : Damaged(kNoParameter);
-  return OutdatedIf(LacksComponents(feature));
+  if (!survey.IsRegistered(feature)) return Unregistered(survey, ParameterDamage(feature, keys...));
+  if ((HasAttribute(feature, keys) || ...)) return Damaged(ParameterDamage(feature, keys...));
+  return check::LacksLayout(feature, survey);
 }
 
 template <class... Keys>
 Verdict CopiedFrom(Feature& feature, const Survey& survey, const Keys&... keys) {
-  const bool all = (HasParameter(feature, keys) && ...);
-  if (!survey.IsRegistered(feature)) return Unregistered(survey, all ? "" : kNoParameter);
-  return OutdatedIf(LacksComponents(feature));
+  if (!survey.IsRegistered(feature)) return Unregistered(survey, ParameterDamage(feature, keys...));
+  return check::LacksLayout(feature, survey);
 }
 
 const Key kPressureParameter("pressure_param");
@@ -69,101 +73,88 @@ Verdict Magnitude(Feature& feature, const Survey& survey) {
   return CopiedFrom(feature, survey, kMagnitudeParameter);
 }
 
-bool HasOldMotion(Feature& feature) {
-  for (const char* const half : {"HVXTranslationalVelocity_", "HVXRotationalVelocity_"}) {
-    for (const char number : {'1', '2', '3'}) {
-      if (FindComponent(feature, std::string(half) + number) != nullptr) return true;
-    }
-  }
-  return false;
+// The first is the one for degree of freedom 1.
+constexpr std::string_view kOldMotion[] = {"HVXTranslationalVelocity_1", "HVXTranslationalVelocity_2",
+                                           "HVXTranslationalVelocity_3", "HVXRotationalVelocity_1",
+                                           "HVXRotationalVelocity_2",    "HVXRotationalVelocity_3"};
+
+bool IsOldMotion(const Feature& son) {
+  return std::ranges::find(kOldMotion, son.name) != std::end(kOldMotion) && IsComponent(son);
+}
+
+bool HasOldMotion(const Feature& feature) {
+  const Feature* son = feature.firstSon;
+  while (son != nullptr && !IsOldMotion(*son)) son = son->nextSibling;
+  return son != nullptr;
 }
 
 Verdict Motion(Feature& feature, const Survey& survey) {
   const bool old = HasOldMotion(feature);
-  const bool lacks = LacksComponents(feature);
-  if (!survey.IsRegistered(feature))
-    return Unregistered(survey, lacks && !old ? "it has neither old nor current values" : "");
-  return OutdatedIf(old || lacks);
+  if (survey.IsRegistered(feature)) return old ? Outdated() : check::LacksLayout(feature, survey);
+  std::vector<Damage> damage;
+  if (!old && LacksComponents(feature)) damage.push_back({&kNoMotion, {}});
+  return Unregistered(survey, std::move(damage));
 }
 
 // Sons that are redundant go when the condition is migrated; two must be left.
-template <class IsRedundant>
-Verdict Trimmed(Feature& feature, const Survey& survey, const IsRedundant& isRedundant) {
-  const std::vector<Feature*> sons = LinkedFeatures(feature, kSonsList);
-  const auto redundant = std::ranges::count_if(sons, [&](const Feature* son) {
-    return IsComponent(*son) && isRedundant(std::string_view(son->name));
-  });
+Verdict Trimmed(Feature& feature, const Survey& survey, check::Trim (*trim)(Feature&)) {
   const bool registered = survey.IsRegistered(feature);
-  if (!HasAttribute(feature, kSonsList)) return registered ? kConforms : Unregistered(survey, kNoSonsList);
-  if (std::ssize(sons) - redundant != 2) return Damaged(kStraySons);
-  if (!registered) return Unregistered(survey, "");
-  return OutdatedIf(redundant > 0 || LacksComponents(feature));
+  if (!HasAttribute(feature, kSonsList)) {
+    return registered ? Conforms() : Unregistered(survey, {{&check::kMissing, "SonsList"}});
+  }
+  check::Trim trimmed = trim(feature);
+  if (trimmed.damage != nullptr) {
+    Verdict verdict = Damaged(*trimmed.damage, trimmed.key);
+    if (trimmed.isEndless) verdict.state = Verdict::State::kOnce;
+    return verdict;
+  }
+  if (!registered) return Unregistered(survey);
+  return trimmed.removesSome ? Outdated() : check::LacksLayout(feature, survey);
 }
 
 Verdict Displacement(Feature& feature, const Survey& survey) {
-  return Trimmed(feature, survey, [](std::string_view name) { return name == "DisplBCTrans"; });
+  return Trimmed(feature, survey, check::TrimDisplacement);
 }
 Verdict ConcentratedForce(Feature& feature, const Survey& survey) {
-  return Trimmed(feature, survey,
-                 [](std::string_view name) { return name == "ConcForce" || name == "ConcForceMoment"; });
+  return Trimmed(feature, survey, check::TrimConcentratedForce);
 }
 
 bool HasRepetitions(Feature& feature) {
+  static const auto layout = LayoutOf(LateType::Of("HVXSubmodelBCLT"));
   std::set<std::string_view> names;
   return std::ranges::any_of(LinkedFeatures(feature, kSonsList), [&names](const Feature* son) {
     const std::string_view name = son->name.substr(0, son->name.rfind('.'));
-    const auto layout = LayoutOf(LateType::Of("HVXSubmodelBCLT"));
     return std::ranges::find(layout, name, &ComponentLayout::name) != layout.end() &&
            !names.insert(name).second;
   });
 }
 
+// Conditions whose components are made before the list is looked at, and that do not come through without it.
+Verdict Listed(Feature& feature, const Survey& survey, bool hasRedundant) {
+  if (!survey.IsRegistered(feature)) {
+    std::vector<Damage> damage;
+    if (!HasAttribute(feature, kSonsList)) damage.push_back({&check::kMissing, "SonsList"});
+    return Unregistered(survey, std::move(damage));
+  }
+  return hasRedundant ? Outdated() : check::LacksLayout(feature, survey);
+}
+
 Verdict Submodel(Feature& feature, const Survey& survey) {
-  const bool listed = HasAttribute(feature, kSonsList);
-  if (!survey.IsRegistered(feature)) return Unregistered(survey, listed ? "" : kNoSonsList);
-  return OutdatedIf(HasRepetitions(feature) || LacksComponents(feature));
+  return Listed(feature, survey, HasRepetitions(feature));
 }
 
 Verdict InitialVelocity(Feature& feature, const Survey& survey) {
   const std::vector<Feature*> sons = LinkedFeatures(feature, kSonsList);
-  const bool listed = HasAttribute(feature, kSonsList);
-  if (!survey.IsRegistered(feature)) return Unregistered(survey, listed ? "" : kNoSonsList);
-  const bool redundant = sons.size() > 3 && std::any_of(sons.begin() + 3, sons.end(),
-                                                        [](const Feature* son) { return IsComponent(*son); });
-  return OutdatedIf(redundant || LacksComponents(feature));
-}
-
-// A solid is taken out in the support's context, and replaced by the main body of the part that it stands in.
-Verdict BodySupport(Feature& feature, const Survey& /*survey*/) {
-  static const Key part("Part");
-  static const Key mainBody("MainBody");
-  Verdict verdict = kConforms;
-  for (Feature* const connector : LinkedFeatures(feature, kSupports)) {
-    Feature* const first = LinkedFeature(*connector, kFirstObject);
-    if (first == nullptr || !check::IsA(*first, "Solid")) continue;
-    Feature* const owner = first->container == nullptr ? nullptr : LinkedFeature(*first->container, part);
-    const bool known = owner != nullptr && LinkedFeature(*owner, mainBody) != nullptr;
-    verdict = known && LinkedFeature(*connector, kSecondObject) != nullptr ? kOutdated : Damaged(kNoContext);
-    if (verdict.damage.empty()) break;
-  }
-  return verdict;
-}
-
-Verdict OldBody(Feature& feature, const Survey& survey) {
-  Verdict verdict = BodySupport(feature, survey);
-  for (Feature* const connector : LinkedFeatures(feature, kSupports)) {
-    const Feature* const first = LinkedFeature(*connector, kFirstObject);
-    if (first == nullptr) continue;
-    if (!check::IsA(*first, "TopologicalBody") && !check::IsA(*first, "ShapeBody")) continue;
-    if (LinkedFeature(*connector, kSecondObject) != nullptr) return kOutdated;
-    if (verdict.conforms) verdict = Damaged(kNoContext);
-  }
-  return verdict;
+  const bool hasRedundant =
+      sons.size() > 3 &&
+      std::any_of(sons.begin() + 3, sons.end(), [](const Feature* son) { return IsComponent(*son); });
+  return Listed(feature, survey, hasRedundant);
 }
 
 Verdict Axis(Feature& feature, const Survey& /*survey*/) {
-  return OutdatedIf(LinkedFeature(feature, kRotationAxis) != nullptr &&
-                    !HasAttribute(feature, kRotationAxisPart));
+  static const Key axis("RotationAxis");
+  static const Key part("RotationAxisPart");
+  return OutdatedIf(LinkedFeature(feature, axis) != nullptr && !HasAttribute(feature, part));
 }
 
 Verdict EndIncrement(Feature& feature, const Survey& /*survey*/) {
@@ -172,10 +163,8 @@ Verdict EndIncrement(Feature& feature, const Survey& /*survey*/) {
 }
 
 constexpr std::string_view kInParameter = "its value is not in the current basic components";
-constexpr std::string_view kInOldComponents = "its values are in components of old names";
-constexpr std::string_view kHasRedundant = "it holds redundant components of old releases";
-constexpr std::string_view kLacks = "a basic component of the current layout is missing";
-constexpr std::string_view kOnSolid = "a support rests on a solid";
+constexpr std::string_view kInOldComponents = "its values are not in components of the current names";
+constexpr std::string_view kHasRedundant = "its old list of sons was not brought up to date";
 
 constexpr ConformityRule kRules[] = {
     {"HVXPressure", "UpgradePressureBasicComponents", kInParameter, Pressure},
@@ -193,11 +182,10 @@ constexpr ConformityRule kRules[] = {
     {"HVXConcentratedForce", "UpgradeConcForceBasicComponents", kHasRedundant, ConcentratedForce},
     {"HVXSubmodelBCLT", "UpgradeSubModelBCBasicComponents", kHasRedundant, Submodel},
     {"HVXInitialVelocityLT", "UpgradeInitialVelocityBasicComponents", kHasRedundant, InitialVelocity},
-    {"HVXSurfaceHeatFlux", "UpgradeSurfaceHeatFluxInvertSurfaceBasicComponents", kLacks, check::LacksLayout},
-    {"HVXFilmCondition", "UpgradeFilmConditionInvertSurfaceBasicComponents", kLacks, check::LacksLayout},
-    {"HVXBodyHeatFlux HVXGravity HVXInitialTemperatureLT HVXRotationalBodyForce HVXTemperatureHistoryLT",
-     "UpgradeBodySupport", kOnSolid, BodySupport},
-    {"HVXRigidBodyConstraintLT", "UpgradeBodySupport", "a support rests on a body of an old kind", OldBody},
+    {"HVXSurfaceHeatFlux", "UpgradeSurfaceHeatFluxInvertSurfaceBasicComponents", check::kLacks,
+     check::LacksLayout},
+    {"HVXFilmCondition", "UpgradeFilmConditionInvertSurfaceBasicComponents", check::kLacks,
+     check::LacksLayout},
     {"HVXRotationalBodyForce", "UpgradeRBFAxisData", "its axis is stored without the axis's part", Axis},
     {"HVXTemperatureHistoryLT", "UpgradeEndIncrementOption", "its end increment is below 0", EndIncrement},
 };

@@ -1,73 +1,169 @@
 #include "check/Conformity.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <unordered_map>
 
 #include "adapters/Attributes.h"
 #include "analysis/Frame.h"
+#include "check/Rule.h"
+#include "check/Rules.h"
+#include "check/UnknownTypes.h"
 
 namespace standalone {
 namespace {
 
 const Key kFeatList("FeatList");
-const Key kSolver("Solver");
+const Key kCreatesParameters("CreatesParameters");
 
-bool IsOfThisProduct(Feature& analysisCase) {
-  VLMUnicodeString solver;
-  return Succeeded(ReadAttribute(analysisCase, kSolver, solver)) && solver.View() == "Halvex";
-}
-
-bool Concerns(std::string_view lateTypes, std::string_view type) {
+bool Concerns(std::string_view lateTypes, const LateType& type) {
   while (!lateTypes.empty()) {
     const std::size_t end = lateTypes.find(' ');
     const std::string_view word = lateTypes.substr(0, end);
-    if (word.ends_with('*') ? type.starts_with(word.substr(0, word.size() - 1)) : type == word) return true;
+    const bool concerns = word.ends_with('*') ? type.Name().starts_with(word.substr(0, word.size() - 1))
+                                              : type.MetaClass().IsAKindOf(word);
+    if (concerns) return true;
     lateTypes = end == std::string_view::npos ? std::string_view() : lateTypes.substr(end + 1);
   }
   return false;
 }
 
-std::vector<const ConformityRule*> RulesFor(std::string_view type) {
-  std::vector<const ConformityRule*> rules;
-  for (const std::span<const ConformityRule> subject : {ConditionRules(), InteractionRules(), ModelRules()}) {
-    for (const ConformityRule& rule : subject) {
-      if (Concerns(rule.lateTypes, type)) rules.push_back(&rule);
+// Which rules concern a late type is looked up once for each.
+class RulesByType {
+ public:
+  RulesByType() {
+    for (const std::span<const ConformityRule> subject :
+         {ConditionRules(), SupportRules(), ContactRules(), ConstraintRules(), StepRules(), PropertyRules(),
+          ElementRules(), JobRules(), NameRules(), ValueRules()}) {
+      for (const ConformityRule& rule : subject) all_.push_back(&rule);
     }
   }
-  return rules;
+
+  const std::vector<const ConformityRule*>& Of(const LateType& type) {
+    if (type.Id() >= byType_.size()) byType_.resize(type.Id() + std::size_t{1});
+    Entry& entry = byType_[type.Id()];
+    if (!entry.isKnown) {
+      std::ranges::copy_if(all_, std::back_inserter(entry.rules),
+                           [&type](const ConformityRule* rule) { return Concerns(rule->lateTypes, type); });
+      entry.isKnown = true;
+    }
+    return entry.rules;
+  }
+
+ private:
+  struct Entry {
+    bool isKnown = false;
+    std::vector<const ConformityRule*> rules;
+  };
+  std::vector<const ConformityRule*> all_;
+  std::vector<Entry> byType_;  // by the number of the late type's name
+};
+
+std::string Filled(std::string_view text, std::string_view keys) {
+  const std::size_t place = text.find("{}");
+  if (place == std::string_view::npos) return std::string(text);
+  return fmt::format("{}{}{}", text.substr(0, place), keys, text.substr(place + 2));
 }
+
+// A text for each key; the remedy once for all keys of a kind.
+void Tell(const std::vector<Damage>& damage, Finding& finding) {
+  for (std::size_t i = 0; i < damage.size(); ++i) {
+    const Damage& each = damage[i];
+    const std::string quoted = fmt::format("\"{}\"", each.key);
+    if (!finding.damage.empty()) finding.damage += "; ";
+    finding.damage += Filled(each.kind->text, quoted);
+    if (each.key.empty()) continue;
+    if (!finding.key.empty()) finding.key += ", ";
+    finding.key += each.key;
+  }
+  for (std::size_t i = 0; i < damage.size(); ++i) {
+    const DamageKind* const kind = damage[i].kind;
+    const auto isOfKind = [kind](const Damage& each) { return each.kind == kind; };
+    const auto begin = damage.begin() + static_cast<std::ptrdiff_t>(i);
+    if (kind->remedy.empty() || std::any_of(damage.begin(), begin, isOfKind)) continue;
+    std::string keys;
+    for (const Damage& each : damage) {
+      if (isOfKind(each)) keys += fmt::format("{}\"{}\"", keys.empty() ? "" : " and ", each.key);
+    }
+    std::string remedy = Filled(kind->remedy, keys);
+    if (!finding.remedy.empty()) {
+      finding.remedy += ", ";
+      remedy.front() = static_cast<char>(std::tolower(static_cast<unsigned char>(remedy.front())));
+    }
+    finding.remedy += remedy;
+  }
+}
+
+FindingKind KindOf(const Verdict& verdict, bool hasIdentifier, bool isRecorded) {
+  if (!hasIdentifier || verdict.state == Verdict::State::kBeyond) return FindingKind::kBeyondUpgrades;
+  if (!isRecorded) return FindingKind::kPending;
+  return verdict.state == Verdict::State::kOnce ? FindingKind::kBeyondUpgrades : FindingKind::kLeftBehind;
+}
+
+class Check {
+ public:
+  explicit Check(Document& document) : survey_(document) {
+    for (const std::string& identifier : document.Upgrades()) recorded_.insert(identifier);
+  }
+
+  std::vector<Finding> Run() {
+    UnknownTypes unknown;
+    for (Feature* feature = survey_.Of().First(); feature != nullptr; feature = feature->next) {
+      unknown.Note(*feature);
+      for (const ConformityRule* const rule : rules_.Of(*feature->type)) {
+        Verdict verdict = rule->judge(*feature, survey_);
+        if (verdict.state != Verdict::State::kConforms) Add(*feature, *rule, std::move(verdict));
+      }
+    }
+    unknown.AppendTo(findings_);
+    return std::move(findings_);
+  }
+
+ private:
+  void Add(Feature& feature, const ConformityRule& rule, Verdict verdict) {
+    const bool hasIdentifier = !rule.identifier.empty() && verdict.state != Verdict::State::kBeyond;
+    const FindingKind kind = KindOf(verdict, hasIdentifier, recorded_.contains(rule.identifier));
+    Finding& finding = findings_.emplace_back(Finding{&feature,
+                                                      kind,
+                                                      hasIdentifier ? rule.identifier : std::string_view(),
+                                                      rule.reason,
+                                                      {},
+                                                      std::move(verdict.key),
+                                                      {},
+                                                      nullptr});
+    if (kind == FindingKind::kBeyondUpgrades && verdict.onceItRan != nullptr)
+      verdict.damage.assign({{verdict.onceItRan, {}}});
+    if (kind != FindingKind::kBeyondUpgrades)
+      finding.visited = rule.visited == nullptr ? &feature : rule.visited(feature);
+    Tell(verdict.damage, finding);
+  }
+
+  Survey survey_;
+  RulesByType rules_;
+  std::unordered_set<std::string_view> recorded_;
+  std::vector<Finding> findings_;
+};
 
 }  // namespace
 
-Survey::Survey(Document& document) {
+Survey::Survey(Document& document) : document_(document) {
   if (Feature* const model = document.AnalysisModel()) {
     const Attribute* const list = document.FindAttribute(*model, kFeatList.Id());
     canRegister_ = list != nullptr && list->value.Kind() == ValueKind::kList;
-    for (const Feature* const feature : LinkedFeatures(*model, kFeatList)) registered_.insert(feature);
+    const std::vector<Feature*> registered = LinkedFeatures(*model, kFeatList);
+    registered_.insert(registered.begin(), registered.end());
+    static_cast<void>(ReadAttribute(*model, kCreatesParameters, createsParameters_));
   }
-  bool anyCase = false;
-  bool otherCase = false;
-  for (Feature* feature = document.First(); feature != nullptr; feature = feature->next) {
-    if (!IsOfKind(*feature, kind::kAnalysisCase)) continue;
-    anyCase = true;
-    otherCase = otherCase || !IsOfThisProduct(*feature);
-  }
-  casesOfThisProductOnly_ = anyCase && !otherCase;
+  cases_ = document.AnalysisSets(kind::kAnalysisCase);
+  casesOfThisProductOnly_ = !cases_.empty() && std::ranges::all_of(cases_, [](Feature* each) {
+    return check::IsOfThisProduct(*each);
+  });
 }
 
 std::vector<Finding> CheckConformity(Document& document) {
   document.DropAllDeadLinks();
-  const Survey survey(document);
-  std::unordered_map<const LateType*, std::vector<const ConformityRule*>> byType;
-  std::vector<Finding> findings;
-  for (Feature* feature = document.First(); feature != nullptr; feature = feature->next) {
-    const auto [found, isNew] = byType.try_emplace(feature->type);
-    if (isNew) found->second = RulesFor(feature->TypeName());
-    for (const ConformityRule* const rule : found->second) {
-      const Verdict verdict = rule->judge(*feature, survey);
-      if (!verdict.conforms) findings.push_back({feature, rule, verdict.damage});
-    }
-  }
-  return findings;
+  return Check(document).Run();
 }
 
 }  // namespace standalone

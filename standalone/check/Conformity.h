@@ -1,69 +1,60 @@
 #pragma once
 
-#include <initializer_list>
-#include <span>
+#include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 #include "model/Document.h"
 
 namespace standalone {
 
-/// What a rule says about one feature.
-struct Verdict {
-  bool conforms = true;
-  std::string_view damage = {};  ///< Why no upgrade can bring the feature up to date; empty when one can.
-};
-inline constexpr Verdict kConforms{};
-inline constexpr Verdict kOutdated{false};
-inline constexpr Verdict Damaged(std::string_view why) {
-  return {false, why};
-}
-inline constexpr Verdict OutdatedIf(bool outdated) {
-  return {!outdated};
-}
-
-/// What rules need to know about the document as a whole.
-class Survey {
- public:
-  explicit Survey(Document& document);
-
-  /// Whether the analysis model has the list in which conditions are registered.
-  [[nodiscard]] bool CanRegister() const { return canRegister_; }
-  [[nodiscard]] bool IsRegistered(const Feature& feature) const { return registered_.contains(&feature); }
-  /// Whether there are analysis cases, all of them of this product.
-  [[nodiscard]] bool HasCasesOfThisProductOnly() const { return casesOfThisProductOnly_; }
-
- private:
-  std::unordered_set<const Feature*> registered_;
-  bool canRegister_ = false;
-  bool casesOfThisProductOnly_ = false;
+/// What can become of a finding.
+enum class FindingKind : std::uint8_t {
+  kPending,         ///< An upgrade that the document has not been through yet would change it.
+  kLeftBehind,      ///< Its upgrade ran, as the document records, and could not change it.
+  kBeyondUpgrades,  ///< No upgrade changes it, or running its upgrade again would do harm.
+  kUnknown,         ///< A late type that no part of the program knows; its features are kept as they are.
 };
 
-/// One thing that tells old storage from current storage.
-struct ConformityRule {
-  /// The late types that it concerns, separated by blanks; one that ends in "*" stands for all that begin so.
-  std::string_view lateTypes;
-  std::string_view identifier;  ///< The upgrade that would have changed the feature.
-  std::string_view reason;
-  Verdict (*judge)(Feature& feature, const Survey& survey);
-};
+/// The word for programs: "pending", "leftBehind", "beyondUpgrades", "unknown".
+[[nodiscard]] std::string_view NameOf(FindingKind kind);
+/// The words for people: "pending", "left behind", "beyond upgrades", "unknown".
+[[nodiscard]] std::string_view WordsFor(FindingKind kind);
 
-// The rules, by subject.
-std::span<const ConformityRule> ConditionRules();
-std::span<const ConformityRule> InteractionRules();
-std::span<const ConformityRule> ModelRules();
-
-/// A feature that does not conform to the current model.
+/// Something in a document that does not conform to the current model, or that nobody knows.
 struct Finding {
-  const Feature* feature;
-  const ConformityRule* rule;
-  std::string_view damage;  ///< As in `Verdict`.
+  Feature* feature;  ///< Of an unknown late type: the first one.
+  FindingKind kind;
+  /// The upgrade that changes the feature, or would have; empty when there is none. Unless the kind is
+  /// `kPending`, the document records it.
+  std::string_view identifier;
+  std::string_view reason;  ///< What is wrong, in the words of the rule; the same for all that it finds.
+  /// What keeps the upgrade from changing it, with the keys; empty when nothing does.
+  std::string damage;
+  /// The attribute keys, component names or supports that are missing or unreadable, separated by ", "; of an
+  /// unknown late type, the known one that was probably meant. May be empty.
+  std::string key;
+  /// What a person can do before the upgrade, or instead of it, without the full stop; empty for nothing.
+  std::string remedy;
+  /// The feature that is handed the identifier when it is run (again): a contact for its contact control, a
+  /// case for the names beneath it. Null for what a conversion of the whole document changes, and where no
+  /// identifier is to be run.
+  Feature* visited;
+  std::size_t count = 1;  ///< How many features are of the unknown late type; 1 for all other findings.
+
+  /// Reason and damage as one sentence, without the full stop.
+  [[nodiscard]] std::string Explanation() const;
+  /// What to do, as one sentence; it holds in the state that the document is in, whatever became of older
+  /// states of its file.
+  [[nodiscard]] std::string NextStep() const;
+  /// Whether nothing but a person helps: all that is not pending, and an unknown late type only when it is
+  /// probably a known one misspelt.
+  [[nodiscard]] bool NeedsPerson() const;
 };
 
-/// All that does not conform, in document order, each feature's findings in the order of the rules.
+/// All that does not conform, in document order, each feature's findings in the order of the rules; then the
+/// unknown late types, in the order of their first features.
 [[nodiscard]] std::vector<Finding> CheckConformity(Document& document);
 
 }  // namespace standalone

@@ -4,24 +4,35 @@
 
 #include "analysis/ComponentLayouts.h"
 #include "analysis/Components.h"
+#include "analysis/Frame.h"
 #include "analysis/Supports.h"
 
 namespace standalone::check {
 namespace {
 
+const Key kGroup("SAMGroup");
 const Key kGroupKind("GroupKind");
 const Key kDefinedOnMeshPart("DefinedOnMeshPart");
+const Key kSolver("Solver");
+
+constexpr std::string_view kGiveParameter = "Let {} link to a parameter that has a number as its value";
+constexpr DamageKind kNoKey{"{} is missing", kGiveParameter};
+constexpr DamageKind kNoParameter{"{} leads to no parameter", kGiveParameter};
+constexpr DamageKind kNoValue{"the parameter behind {} has no value", kGiveParameter};
+constexpr DamageKind kNoNumber{"the value of the parameter behind {} is no number", kGiveParameter};
 
 }  // namespace
+
+constinit const DamageKind kMissing{"{} is missing", "Give the feature its {}"};
+constinit const DamageKind kHoldsNothing{"{} holds nothing", "Give the feature its {}"};
 
 bool HasAttribute(Feature& feature, const Key& key) {
   return feature.document->FindAttribute(feature, key.Id()) != nullptr;
 }
 
-bool HasParameter(Feature& feature, const Key& key) {
-  Feature* const parameter = LinkedFeature(feature, key);
-  double value = 0.0;
-  return parameter != nullptr && Succeeded(ReadAttribute(*parameter, kParameterValue, value));
+bool IsLeftEmpty(Feature& feature, const Key& key) {
+  const Attribute* const attribute = feature.document->FindAttribute(feature, key.Id());
+  return attribute != nullptr && attribute->value == Value();
 }
 
 std::string_view TextOf(Feature& feature, const Key& key) {
@@ -41,20 +52,59 @@ bool FlagOf(Feature& feature, const Key& key) {
   return flag;
 }
 
-bool RestsOn(Feature& feature, std::string_view lateType) {
-  return std::ranges::any_of(LinkedFeatures(feature, kSupports), [lateType](Feature* connector) {
-    const Feature* const first = LinkedFeature(*connector, kFirstObject);
-    return first != nullptr && IsA(*first, lateType);
-  });
+Feature* FirstSupport(Feature& feature) {
+  const Attribute* const list = feature.document->FindAttribute(feature, kSupports.Id());
+  if (list == nullptr || list->value.Kind() != ValueKind::kList) return nullptr;
+  for (const Value& entry : list->value.Entries()) {
+    if (entry.Kind() == ValueKind::kLink && entry.Target() != nullptr) return entry.Target();
+  }
+  return nullptr;
+}
+
+Feature* FirstSupported(Feature& feature) {
+  Feature* const connector = FirstSupport(feature);
+  return connector == nullptr || !IsConnector(*connector) ? nullptr : LinkedFeature(*connector, kFirstObject);
 }
 
 bool IsGroupOfSupports(Feature& feature) {
-  return IsA(feature, "SAMGroup") && IntegerOf(feature, kGroupKind, 0) == 1 &&
+  return IsA(feature, kGroup) && IntegerOf(feature, kGroupKind, 0) == 1 &&
          !FlagOf(feature, kDefinedOnMeshPart);
 }
 
+bool IsOfThisProduct(Feature& analysisCase) {
+  return TextOf(analysisCase, kSolver) == "Halvex";
+}
+
+void AppendParameterDamage(Feature& feature, const Key& key, std::vector<Damage>& damage) {
+  const auto append = [&](const DamageKind& kind) { damage.push_back({&kind, std::string(key.Text())}); };
+  if (!HasAttribute(feature, key)) return append(kNoKey);
+  Feature* const parameter = LinkedFeature(feature, key);
+  if (parameter == nullptr || !IsOfKind(*parameter, kind::kParameter)) return append(kNoParameter);
+  if (!HasAttribute(*parameter, kParameterValue)) return append(kNoValue);
+  double value = 0.0;
+  if (Failed(ReadAttribute(*parameter, kParameterValue, value))) append(kNoNumber);
+}
+
 Verdict LacksLayout(Feature& feature, const Survey& /*survey*/) {
-  return OutdatedIf(LacksComponents(feature));
+  if (!LacksComponents(feature)) return Conforms();
+  Verdict verdict = Outdated();
+  for (const std::string_view name : LackingComponents(feature)) {
+    if (!verdict.key.empty()) verdict.key += ", ";
+    verdict.key += name;
+  }
+  return verdict;
+}
+
+Feature* VisitCase(Feature& feature) {
+  return CaseAbove(feature);
+}
+
+Feature* VisitFather(Feature& feature) {
+  return feature.father;
+}
+
+Feature* VisitNobody(Feature& /*feature*/) {
+  return nullptr;
 }
 
 }  // namespace standalone::check

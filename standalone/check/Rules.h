@@ -4,29 +4,45 @@
 #include <vector>
 
 #include "adapters/Attributes.h"
-#include "check/Conformity.h"
+#include "check/Rule.h"
 
 namespace standalone::check {
 
-// What the rules of several subjects ask of a feature.
+// What the rules of several subjects ask of a feature, and in what ways features are damaged.
 
-inline bool IsA(const Feature& feature, std::string_view lateType) {
-  return feature.TypeName() == lateType;
+inline bool IsA(const Feature& feature, const Key& lateType) {
+  return feature.type->Id() == lateType.Id();
 }
 bool HasAttribute(Feature& feature, const Key& key);
-/// Whether the link attribute leads to a parameter that has a value.
-bool HasParameter(Feature& feature, const Key& key);
+/// Whether the attribute is there and holds nothing: its place was left empty, to be filled later.
+bool IsLeftEmpty(Feature& feature, const Key& key);
 /// The text of a string attribute; empty without one.
 std::string_view TextOf(Feature& feature, const Key& key);
 std::int32_t IntegerOf(Feature& feature, const Key& key, std::int32_t otherwise);
 bool FlagOf(Feature& feature, const Key& key);
 
-/// Whether a support rests on a feature of that late type.
-bool RestsOn(Feature& feature, std::string_view lateType);
+/// The first connector among the supports; null without one.
+Feature* FirstSupport(Feature& feature);
+/// What the first support rests on; null without one.
+Feature* FirstSupported(Feature& feature);
 /// A group that is to be replaced by its members: one of supports that is not defined on a mesh part.
 bool IsGroupOfSupports(Feature& feature);
+bool IsOfThisProduct(Feature& analysisCase);
+
+/// Appends what keeps the value of the parameter behind `key` from being read; nothing when it can be.
+void AppendParameterDamage(Feature& feature, const Key& key, std::vector<Damage>& damage);
 
 /// For late types whose host upgrade makes components.
 Verdict LacksLayout(Feature& feature, const Survey& survey);
+inline constexpr std::string_view kLacks = "a basic component of the current layout is missing";
+
+extern const DamageKind kMissing;       ///< An attribute without which nothing can be done.
+extern const DamageKind kHoldsNothing;  ///< A link that leads nowhere.
+
+/// The case that stands above, which is handed what concerns the features beneath it.
+Feature* VisitCase(Feature& feature);
+Feature* VisitFather(Feature& feature);
+/// For what a conversion of the whole document changes.
+Feature* VisitNobody(Feature& feature);
 
 }  // namespace standalone::check

@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <unordered_map>
+#include <vector>
 
 namespace standalone {
 namespace {
@@ -142,20 +143,20 @@ constexpr Derivation kDerivations[] = {
 class Table {
  public:
   Table() {
-    for (const auto& [lateType, base] : kDerivations) Add(lateType, VLMMetaClass::Find(base));
+    for (const auto& [lateType, base] : kDerivations) Add(lateType, VLMMetaClass::Find(base), true);
   }
 
   const LateType& Of(std::string_view name) {
     const auto found = types_.find(NameTable::Find(name));
-    return found != types_.end() ? *found->second : Add(name, VLMMetaClass::Find(kind::kFeature));
+    return found != types_.end() ? *found->second : Add(name, VLMMetaClass::Find(kind::kFeature), false);
   }
 
  private:
-  const LateType& Add(std::string_view name, const VLMMetaClass* base) {
+  const LateType& Add(std::string_view name, const VLMMetaClass* base, bool isOfHost) {
     const NameId id = NameTable::Intern(name);
     const VLMMetaClass& metaClass =
         VLMMetaClass::LateType(name, base != nullptr ? base : &VLMMetaClass::BaseUnknown());
-    return *types_.emplace(id, &all_.emplace_back(id, metaClass)).first->second;
+    return *types_.emplace(id, &all_.emplace_back(id, metaClass, isOfHost)).first->second;
   }
 
   std::deque<LateType> all_;
@@ -164,8 +165,9 @@ class Table {
 
 }  // namespace
 
-LateType::LateType(NameId name, const VLMMetaClass& metaClass)
+LateType::LateType(NameId name, const VLMMetaClass& metaClass, bool isOfHost)
     : name_(name),
+      isOfHost_(isOfHost),
       isAnalysisModel_(metaClass.IsAKindOf(kind::kAnalysisModel)),
       isAnalysisSet_(metaClass.IsAKindOf(kind::kAnalysisSet)),
       metaClass_(metaClass),
@@ -174,6 +176,19 @@ LateType::LateType(NameId name, const VLMMetaClass& metaClass)
 const LateType& LateType::Of(std::string_view name) {
   static Table table;
   return table.Of(name);
+}
+
+std::span<const std::string_view> LateType::NamesOfHost() {
+  static const std::vector<std::string_view> names = [] {
+    std::vector<std::string_view> all;
+    for (const Derivation& derivation : kDerivations) {
+      // Kinds, which no feature is of, stand first.
+      if (!derivation.lateType.starts_with("VLM") && derivation.lateType != kind::kStep)
+        all.push_back(derivation.lateType);
+    }
+    return all;
+  }();
+  return names;
 }
 
 }  // namespace standalone

@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <simdjson.h>
 
 #include "ToolRun.h"
@@ -13,13 +14,54 @@ TEST_F(CheckAndDiffTest, CheckTellsWhatAnUpgradeWouldChange) {
   EXPECT_EQ(before.code, 6);
   EXPECT_EQ(before.out, file +
                             ": does not conform, 2 findings on 1 feature (3 features)\n"
-                            "  3 HVXJobLT \"Job.1\"\n"
+                            "  pending: an upgrade that the document has not been through yet changes this\n"
                             "    jobs run no input files any more (UpgradeJobForFromInputFile)\n"
-                            "    its memory is not given in megabytes (UpgradeJobMemoryUnit)\n");
+                            "      3 HVXJobLT \"Job.1\"\n"
+                            "    its memory is not given in megabytes (UpgradeJobMemoryUnit)\n"
+                            "      3 HVXJobLT \"Job.1\"\n");
   ASSERT_EQ(Run({"upgrade", file, "--in-place"}).code, 0);
   const Ended after = Run({"check", file});
   EXPECT_EQ(after.code, 0);
   EXPECT_EQ(after.out, file + ": conforms (3 features)\n");
+}
+
+TEST_F(CheckAndDiffTest, CheckTellsWhatWasLeftBehindAndWhatToDo) {
+  const std::string file = Document("job.hvxdoc", std::string(kJobLines) + std::string(kBrokenJobLine));
+  ASSERT_EQ(Run({"upgrade", file, "--in-place"}).code, 1);
+  const Ended after = Run({"check", file});
+  EXPECT_EQ(after.code, 1);
+  EXPECT_THAT(after.out,
+              testing::HasSubstr("  left behind: its upgrade ran and could not change this\n"
+                                 "    its restart settings are not those of its case and frequency: "
+                                 "\"AnalysisCase\" is missing (UpgradeJobRestartData)\n"
+                                 "      4 HVXJobLT \"Stray Job\"\n"
+                                 "      -> Give the job its case as \"AnalysisCase\", then run hvxupgrade "
+                                 "upgrade --retry.\n"));
+}
+
+TEST_F(CheckAndDiffTest, CheckFoldsManyFeaturesAndNamesUnknownLateTypes) {
+  std::string lines(kJobLines);
+  for (int id = 4; id < 14; ++id) {
+    lines += R"({"id":)" + std::to_string(id) +
+             R"(,"type":"HVXBolt","name":"B","father":{"ref":1}})"
+             "\n";
+    lines += R"({"id":)" + std::to_string(id + 100) +
+             R"(,"type":"HVXRotationalBodyForse"})"
+             "\n";
+    lines += R"({"id":)" + std::to_string(id + 200) +
+             R"(,"type":"HVXRiksStepLT"})"
+             "\n";
+  }
+  const std::string file = Document("many.hvxdoc", lines);
+  const Ended folded = Run({"check", file});
+  EXPECT_EQ(folded.code, 1);  // a late type that is probably misspelt takes a person
+  EXPECT_THAT(folded.out, testing::HasSubstr("    HVXBolt: 10 features, first 4\n"));
+  EXPECT_THAT(folded.out,
+              testing::HasSubstr("    HVXRotationalBodyForse: 10 features, first 104; did you mean "
+                                 "\"HVXRotationalBodyForce\"?\n"));
+  EXPECT_THAT(folded.out,
+              testing::HasSubstr("      208 HVXRiksStepLT\n      and 5 more (--all lists them)\n"));
+  EXPECT_THAT(Run({"check", "--all", file}).out, testing::HasSubstr("      213 HVXRiksStepLT\n"));
 }
 
 TEST_F(CheckAndDiffTest, CheckAsJsonKnowsNewerAndBrokenDocuments) {
@@ -34,6 +76,8 @@ TEST_F(CheckAndDiffTest, CheckAsJsonKnowsNewerAndBrokenDocuments) {
   EXPECT_EQ(std::int64_t(check["version"]), 1);
   const simdjson::dom::array documents = check["documents"];
   EXPECT_EQ(std::string_view(documents.at(0)["findings"].at(0)["identifier"]), "UpgradeJobForFromInputFile");
+  EXPECT_EQ(std::string_view(documents.at(0)["findings"].at(0)["kind"]), "pending");
+  EXPECT_EQ(std::int64_t(documents.at(0)["counts"]["pending"]), 2);
   EXPECT_EQ(documents.at(1)["findings"].get_array().size(), 0U);
   EXPECT_EQ(std::string_view(documents.at(2)["verdict"]), "error");
 }

@@ -1,0 +1,111 @@
+// Rigid body constraints, couplings, springs, and their mesh parts.
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "analysis/MeshParts.h"
+#include "analysis/Supports.h"
+#include "check/Rules.h"
+
+namespace standalone {
+namespace {
+
+using check::HasAttribute;
+
+const Key kConstraint("HVXRigidBodyConstraintLT");
+const Key kExclusionRegions("ExclusionRegions");
+const Key kSupportListMode("SupportListMode");
+const Key kCenterOfMass("CenterOfMass");
+
+constexpr DamageKind kNoContext{"support {} has no \"SecondObject\"",
+                                "Give support {} the product it is used in as its \"SecondObject\""};
+constexpr DamageKind kByMembers{"it lists groups by their members, so that its upgrade does not see them",
+                                "Take \"SupportListMode\" and \"SupportListKinds\" away from the feature"};
+constexpr DamageKind kNoMeshPart{"{} is missing, and no support has two objects to make one from",
+                                 "Give the feature a support, and mesh it"};
+
+std::string IdOf(const Feature& feature) {
+  return fmt::format("feature {}", feature.id);
+}
+
+// A feature without supports is unfinished, not old.
+bool IsMeshable(Feature& feature) {
+  return std::ranges::any_of(LinkedFeatures(feature, kSupports), [](Feature* connector) {
+    return LinkedFeature(*connector, kFirstObject) != nullptr &&
+           LinkedFeature(*connector, kSecondObject) != nullptr;
+  });
+}
+
+Verdict MeshPart(Feature& feature, const Survey& /*survey*/) {
+  Feature* const meshPart = LinkedFeature(feature, kMeshPart);
+  if (meshPart != nullptr && check::FirstSupport(*meshPart) != nullptr) return Conforms();
+  return OutdatedIf(IsMeshable(feature));
+}
+
+// The constraint's upgrade leaves a support without context alone; the coupling's does not see groups that
+// the coupling lists by their members.
+Verdict OnGroup(Feature& feature, const Survey& /*survey*/) {
+  const bool isConstraint = check::IsA(feature, kConstraint);
+  bool any = false;
+  std::vector<Damage> damage;
+  for (Feature* const connector : LinkedFeatures(feature, kSupports)) {
+    Feature* const first = LinkedFeature(*connector, kFirstObject);
+    if (first == nullptr || !check::IsGroupOfSupports(*first)) continue;
+    any = true;
+    if (isConstraint && LinkedFeature(*connector, kSecondObject) == nullptr)
+      damage.push_back({&kNoContext, IdOf(*connector)});
+  }
+  if (!any) return Conforms();
+  if (!isConstraint && check::IntegerOf(feature, kSupportListMode, 1) == 0) return Beyond(kByMembers);
+  return Damaged(std::move(damage));
+}
+
+Verdict ExcludesGroup(Feature& feature, const Survey& /*survey*/) {
+  return OutdatedIf(std::ranges::any_of(LinkedFeatures(feature, kExclusionRegions), [](Feature* connector) {
+    Feature* const first = LinkedFeature(*connector, kFirstObject);
+    return first != nullptr && check::IsGroupOfSupports(*first);
+  }));
+}
+
+Verdict ExclusionNotInMesh(Feature& feature, const Survey& /*survey*/) {
+  if (LinkedFeatures(feature, kExclusionRegions).empty()) return Conforms();
+  Feature* const meshPart = LinkedFeature(feature, kMeshPart);
+  if (meshPart != nullptr) return OutdatedIf(!HasAttribute(*meshPart, kExclusionRegions));
+  return IsMeshable(feature) ? Outdated() : Damaged(kNoMeshPart, "MeshPart");
+}
+
+Verdict WithoutCenterOfMass(Feature& feature, const Survey& /*survey*/) {
+  return OutdatedIf(!HasAttribute(feature, kCenterOfMass));
+}
+
+Verdict SpringMode(Feature& feature, const Survey& /*survey*/) {
+  const Attribute* const link = feature.document->FindAttribute(feature, kMeshPart.Id());
+  return OutdatedIf(link != nullptr && link->mode != 1);
+}
+
+constexpr std::string_view kCouplings = "HVXRigidCouplingLT HVXSmoothCouplingLT";
+constexpr std::string_view kConstraintAndCouplings =
+    "HVXRigidBodyConstraintLT HVXRigidCouplingLT HVXSmoothCouplingLT";
+
+constexpr ConformityRule kRules[] = {
+    {kConstraintAndCouplings, "UpgradeToConnMeshPart",
+     "the connection mesh part is missing or has no supports", MeshPart},
+    {kConstraintAndCouplings, "UpgradeGroupToSupport", "a support rests on a group of supports", OnGroup},
+    {kCouplings, "AddExclusionRegionToMeshPart", "the mesh part does not know the exclusion regions",
+     ExclusionNotInMesh},
+    {kCouplings, "UpdateGroupToExclusionRegion", "an exclusion region is a group of supports", ExcludesGroup},
+    {"HVXRigidBodyConstraintLT", "AddCenterOfMassToRBC", "the use of the centre of mass is not told",
+     WithoutCenterOfMass},
+    {"HVXRigidBodyConstraintLT", "UpgradeBasicComponents", check::kLacks, check::LacksLayout},
+    {"HVXSpringLT HVXDamperLT", "UpgradeSpringConnectionProperty",
+     "the link to the mesh part has an old mode", SpringMode},
+};
+
+}  // namespace
+
+std::span<const ConformityRule> ConstraintRules() {
+  return kRules;
+}
+
+}  // namespace standalone

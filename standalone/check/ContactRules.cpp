@@ -1,0 +1,227 @@
+// Contacts, ties, and the connection properties that they used to rest on.
+
+#include <fmt/format.h>
+
+#include "analysis/ComponentLayouts.h"
+#include "analysis/Components.h"
+#include "analysis/Contacts.h"
+#include "analysis/Frame.h"
+#include "analysis/Supports.h"
+#include "check/Rules.h"
+
+namespace standalone {
+namespace {
+
+using check::HasAttribute;
+using check::IsA;
+
+const Key kConnectionProperty("connectionProperty");
+const Key kContactProperty("SAMFaceFaceContact");
+const Key kFastenedProperty("SAMFaceFaceFastened");
+const Key kInteractionContainer("HVXInteractionContainerLT");
+const Key kCaseKind("CaseKind");
+const Key kClearanceFlag("ClearanceFlag");
+const Key kClearance("Clearance");
+const Key kPropertyFit("InterferenceFit");
+
+constexpr DamageKind kNoProperty{"{} is missing",
+                                 "Give the feature a {} that links to its connection property"};
+constexpr DamageKind kEmptyProperty{"{} links to no connection property of the kind that its support has",
+                                    "Let {} link to the connection property that its support rests on"};
+constexpr DamageKind kPropertyOnNothing{"the connection property, {}, rests on nothing",
+                                        "Give the connection property, {}, its two supports"};
+constexpr DamageKind kNotFirst{"only its first support is looked at, and this one, {}, stands behind it",
+                               "Let the first support rest on what the connection property connects"};
+constexpr DamageKind kLostSides{"nothing tells what it rested on",
+                                "Select its two sides anew in the workbench"};
+constexpr DamageKind kLostProperty{"it lost them when it was moved off its connection property, {}",
+                                   "Select its two sides anew in the workbench"};
+constexpr DamageKind kNoCase{"it stands beneath no analysis case",
+                             "Move the feature beneath an analysis case"};
+constexpr DamageKind kNoContainer{"the analysis case has no {}", "Give the analysis case an {}"};
+constexpr DamageKind kNoContact{"no contact pair links to it as its {}", "Delete it: no contact uses it"};
+constexpr DamageKind kStandsNowhere{"it stands in no container", "Put the feature in the analysis container"};
+
+std::string IdOf(const Feature& feature) {
+  return fmt::format("feature {}", feature.id);
+}
+
+bool HasInteractionSet(const Feature& analysisCase) {
+  return FirstSonOfKind(analysisCase, kInteractionContainer.Text()) != nullptr;
+}
+
+Verdict OldContact(Feature& feature, const Survey& /*survey*/) {
+  std::vector<Damage> damage;
+  if (!HasAttribute(feature, kConnectionProperty)) damage.push_back({&kNoProperty, "connectionProperty"});
+  const Feature* const analysisCase = CaseAbove(feature);
+  if (analysisCase == nullptr) {
+    damage.push_back({&kNoCase, {}});
+  } else if (!HasInteractionSet(*analysisCase)) {
+    damage.push_back({&kNoContainer, "HVXInteractionContainerLT"});
+  }
+  return Damaged(std::move(damage));
+}
+
+// What the upgrade puts in the place of a support on the property.
+Verdict MovedOff(Feature& property) {
+  return check::FirstSupported(property) != nullptr ? Outdated()
+                                                    : Damaged(kPropertyOnNothing, IdOf(property));
+}
+
+Feature* FirstSupportOn(Feature& feature, const Key& lateType) {
+  for (Feature* const connector : LinkedFeatures(feature, kSupports)) {
+    Feature* const first = LinkedFeature(*connector, kFirstObject);
+    if (first != nullptr && IsA(*first, lateType)) return connector;
+  }
+  return nullptr;
+}
+
+// A pair is moved off the property that its first support rests on.
+Verdict PairOnProperty(Feature& feature, const Survey& /*survey*/) {
+  Feature* const connector = FirstSupportOn(feature, kContactProperty);
+  if (connector == nullptr) return Conforms();
+  if (connector != check::FirstSupport(feature)) return Beyond(kNotFirst, IdOf(*connector));
+  return MovedOff(*LinkedFeature(*connector, kFirstObject));
+}
+
+// A tie is moved off the property that it links to, whatever its supports rest on.
+Verdict TieMoved(Feature& feature) {
+  if (!HasAttribute(feature, kConnectionProperty)) return Damaged(kNoProperty, "connectionProperty");
+  Feature* const property = LinkedFeature(feature, kConnectionProperty);
+  if (property == nullptr || !IsA(*property, kFastenedProperty))
+    return Damaged(kEmptyProperty, "connectionProperty");
+  return MovedOff(*property);
+}
+
+Verdict TieOnProperty(Feature& feature, const Survey& /*survey*/) {
+  return FirstSupportOn(feature, kFastenedProperty) == nullptr ? Conforms() : TieMoved(feature);
+}
+
+// Renamed when its support could be moved, or need not be.
+Verdict OldTieName(Feature& feature, const Survey& /*survey*/) {
+  if (feature.externalName.find("Fastened Connection Enhancement-") == std::string_view::npos)
+    return Conforms();
+  if (!HasAttribute(feature, kConnectionProperty)) return Damaged(kNoProperty, "connectionProperty");
+  const Feature* const property = LinkedFeature(feature, kConnectionProperty);
+  return property != nullptr && IsA(*property, kFastenedProperty) ? TieMoved(feature) : Outdated();
+}
+
+// One that was given no connection property yet, and has a place for it, is unfinished.
+Verdict OnNothing(Feature& feature, const Survey& /*survey*/) {
+  if (check::FirstSupport(feature) != nullptr || check::IsLeftEmpty(feature, kConnectionProperty))
+    return Conforms();
+  Feature* const property = LinkedFeature(feature, kConnectionProperty);
+  const bool wasMoved =
+      property != nullptr && (IsA(*property, kContactProperty) || IsA(*property, kFastenedProperty));
+  return wasMoved ? Beyond(kLostProperty, IdOf(*property)) : Beyond(kLostSides);
+}
+
+// The property that a tie links to can give it its sides once more.
+Verdict TieOnNothing(Feature& feature, const Survey& survey) {
+  const Feature* const property = LinkedFeature(feature, kConnectionProperty);
+  if (check::FirstSupport(feature) == nullptr && property != nullptr && IsA(*property, kFastenedProperty))
+    return TieMoved(feature);
+  return OnNothing(feature, survey);
+}
+
+Verdict WithoutFit(Feature& feature, const Survey& /*survey*/) {
+  return OutdatedIf(LinkedFeature(feature, kInterferenceFit) == nullptr);
+}
+
+// As long as the pair rests on the property. Later the clearance is where the fit is changed by hand.
+Verdict UnmappedClearance(Feature& feature, const Survey& /*survey*/) {
+  Feature* const property = check::FirstSupported(feature);
+  if (property == nullptr || !IsA(*property, kContactProperty) || !check::FlagOf(*property, kClearanceFlag))
+    return Conforms();
+  Feature* const fit = LinkedFeature(feature, kInterferenceFit);
+  if (fit == nullptr) return Outdated();
+  float clearance = 0.0F;
+  static_cast<void>(ReadAttribute(*property, kClearance, clearance));
+  double value = 0.0;
+  static_cast<void>(ReadAttribute(*fit, kFitValue, value));
+  const bool isMapped = check::IntegerOf(*fit, kFitType, 0) == 1 &&
+                        check::IntegerOf(*fit, kFitDefinition, 0) == 1 &&
+                        value == static_cast<double>(clearance);
+  return OutdatedIf(!isMapped);
+}
+
+Verdict WithoutControl(Feature& feature, const Survey& /*survey*/) {
+  return OutdatedIf(LinkedFeature(feature, kContactControl) == nullptr);
+}
+
+// The components are made along with the contact control.
+Verdict PairLacksLayout(Feature& feature, const Survey& survey) {
+  Verdict verdict = check::LacksLayout(feature, survey);
+  if (verdict.state != Verdict::State::kConforms && feature.container == nullptr)
+    return Damaged(kStandsNowhere);
+  return verdict;
+}
+
+Verdict WithoutSmoothing(Feature& feature, const Survey& /*survey*/) {
+  const Feature* const settings = ContactSettingsOf(feature);
+  return OutdatedIf(settings == nullptr || FindComponent(*settings, "SurfaceSmoothing") == nullptr);
+}
+
+Feature* ContactOf(Feature& control) {
+  Feature* const contact = control.father;
+  const bool isItsOwn =
+      contact != nullptr && IsContactPair(*contact) && LinkedFeature(*contact, kContactControl) == &control;
+  return isItsOwn ? contact : nullptr;
+}
+
+Verdict OldControl(Feature& feature, const Survey& survey) {
+  Verdict verdict = check::LacksLayout(feature, survey);
+  if (verdict.state == Verdict::State::kConforms || ContactOf(feature) != nullptr) return verdict;
+  return Beyond(kNoContact, "ContactControl");
+}
+
+// Properties are replaced where they are members of a set, and only in documents of this product alone.
+Verdict ContactProperty(Feature& feature, const Survey& survey) {
+  static const Key propertySet("PropertySet");
+  static const Key halvexPropertySet("HVXHalvexPropertySetLT");
+  const bool isMember = feature.father != nullptr &&
+                        (IsA(*feature.father, propertySet) || IsA(*feature.father, halvexPropertySet));
+  if (!isMember || !survey.HasCasesOfThisProductOnly()) return Conforms();
+  // A pair for a property with a clearance goes into the first step's set where the case wants that.
+  const bool hasClearance = check::FlagOf(feature, kClearanceFlag);
+  for (Feature* const analysisCase : survey.Cases()) {
+    if (hasClearance && check::IntegerOf(*analysisCase, kCaseKind, 0) == 1) continue;
+    if (!HasInteractionSet(*analysisCase)) return Damaged(kNoContainer, "HVXInteractionContainerLT");
+  }
+  return Outdated();
+}
+
+constexpr std::string_view kPairs =
+    "HVXContactConnectionEnhancementStdLT HVXContactConnectionEnhancementExplicitLT";
+
+constexpr ConformityRule kRules[] = {
+    {"HVXSurfaceToSurfaceContactLT", "UpgradeToContactConnectionEnhancementLT",
+     "contacts of this late type have become contact pairs", OldContact},
+    {kPairs, "UpgCCPToGACOrConstraintAsSupp", "a support rests on a contact connection property",
+     PairOnProperty},
+    {kPairs, {}, "it has no supports", OnNothing},
+    {kStandardPair, "UpgContactStdWithInterference", "the interference fit is missing", WithoutFit},
+    {kStandardPair, "UpgMapCCPClearanceToInterference",
+     "the clearance of its connection property is not its interference fit", UnmappedClearance},
+    {kPairs, "UpgContactWithContactControl", "the contact control is missing", WithoutControl},
+    {kPairs, "UpgContactWithContactControl", check::kLacks, PairLacksLayout},
+    {kPairs, "UpgradeContactWithSurfSmoothParam", "the surface smoothing parameter is missing",
+     WithoutSmoothing},
+    {"HVXContactControlsLT", "UpgradeAutomaticOverclosureTolerancesInContactPair", check::kLacks, OldControl,
+     ContactOf},
+    {"HVXTiedContactLT", "UpgCCPToGACOrConstraintAsSupp", "a support rests on a fastened connection property",
+     TieOnProperty},
+    {"HVXTiedContactLT", "UpgCCPToGACOrConstraintAsSupp", "it has no supports", TieOnNothing},
+    {"HVXTiedContactLT", "UpgCCPToGACOrConstraintAsSupp", "it has an old name: ties are fastened pairs now",
+     OldTieName},
+    {"SAMFaceFaceContact", "UpgDocumentForCCPRemoval",
+     "contact connection properties have become contact pairs", ContactProperty, check::VisitNobody},
+};
+
+}  // namespace
+
+std::span<const ConformityRule> ContactRules() {
+  return kRules;
+}
+
+}  // namespace standalone

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <initializer_list>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "model/Document.h"
+
+/// \file
+/// What rules are made of; for the sources of the check only.
+
+namespace standalone {
+
+/// A way in which a feature can be damaged. In both texts "{}" stands for the keys.
+struct DamageKind {
+  std::string_view text;    ///< Such as "{} is missing"; for one key.
+  std::string_view remedy;  ///< What a person can do; for several keys as well. Empty for nothing.
+};
+
+struct Damage {
+  const DamageKind* kind;
+  std::string key;  ///< Quoted in the texts.
+};
+
+/// What a rule says about one feature.
+struct Verdict {
+  enum class State : std::uint8_t {
+    kConforms,
+    kOutdated,  ///< The rule's upgrade changes it, if there is no damage.
+    kOnce,      ///< The same, but an upgrade that did not do so must not run again.
+    kBeyond,    ///< No upgrade changes it.
+  };
+
+  State state = State::kConforms;
+  std::vector<Damage> damage = {};
+  std::string key = {};  ///< As in `Finding`, where there is no damage.
+  /// Why an upgrade that ran must not run again, if that is another damage.
+  const DamageKind* onceItRan = nullptr;
+};
+
+inline Verdict Conforms() {
+  return {};
+}
+inline Verdict Outdated() {
+  return {Verdict::State::kOutdated};
+}
+inline Verdict OutdatedIf(bool outdated) {
+  return outdated ? Outdated() : Conforms();
+}
+inline Verdict Damaged(const DamageKind& kind, std::string_view key = {}) {
+  return {Verdict::State::kOutdated, {{&kind, std::string(key)}}};
+}
+inline Verdict Damaged(std::vector<Damage> damage) {
+  return {Verdict::State::kOutdated, std::move(damage)};
+}
+inline Verdict Beyond(const DamageKind& kind, std::string_view key = {}) {
+  return {Verdict::State::kBeyond, {{&kind, std::string(key)}}};
+}
+
+/// What rules need to know about the document as a whole.
+class Survey {
+ public:
+  explicit Survey(Document& document);
+
+  [[nodiscard]] Document& Of() const { return document_; }
+  /// Whether the analysis model has the list in which conditions are registered.
+  [[nodiscard]] bool CanRegister() const { return canRegister_; }
+  [[nodiscard]] bool IsRegistered(const Feature& feature) const { return registered_.contains(&feature); }
+  /// Whether steps can be given parameters: documents may do without.
+  [[nodiscard]] bool CreatesParameters() const { return createsParameters_; }
+  /// The analysis cases, in document order.
+  [[nodiscard]] const std::vector<Feature*>& Cases() const { return cases_; }
+  /// Whether there are analysis cases, all of them of this product.
+  [[nodiscard]] bool HasCasesOfThisProductOnly() const { return casesOfThisProductOnly_; }
+
+ private:
+  Document& document_;
+  std::unordered_set<const Feature*> registered_;
+  std::vector<Feature*> cases_;
+  bool canRegister_ = false;
+  bool createsParameters_ = true;
+  bool casesOfThisProductOnly_ = false;
+};
+
+/// One thing that tells old storage from current storage, or sound storage from damaged.
+struct ConformityRule {
+  /// The late types that it concerns, separated by blanks: a late type or a kind, or "*" for all. One that
+  /// ends in "*" stands for all late types that begin so.
+  std::string_view lateTypes;
+  std::string_view identifier;  ///< The upgrade that would change the feature; empty for none.
+  std::string_view reason;
+  Verdict (*judge)(Feature& feature, const Survey& survey);
+  /// As in `Finding`. May be null for the feature itself.
+  Feature* (*visited)(Feature& feature) = nullptr;
+};
+
+// The rules, by subject.
+std::span<const ConformityRule> ConditionRules();
+std::span<const ConformityRule> SupportRules();
+std::span<const ConformityRule> ContactRules();
+std::span<const ConformityRule> ConstraintRules();
+std::span<const ConformityRule> StepRules();
+std::span<const ConformityRule> PropertyRules();
+std::span<const ConformityRule> ElementRules();
+std::span<const ConformityRule> JobRules();
+std::span<const ConformityRule> NameRules();
+std::span<const ConformityRule> ValueRules();
+
+}  // namespace standalone
