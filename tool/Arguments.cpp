@@ -104,6 +104,11 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
                                         "Keep each old document under its name and this suffix");
   auto* const force = verb->add_flag("--force", upgrade.force, "Replace output files that exist already");
   for (CLI::Option* const option : {output, folder, inPlace, dryRun, backup, force}) option->group(where);
+  auto* const strict =
+      verb->add_flag("--strict", upgrade.strict, "Write no result in which something needs a person");
+  auto* const accept = verb->add_flag("--accept-failures", upgrade.acceptFailures,
+                                      "With --in-place and no --backup: replace also by such results");
+  for (CLI::Option* const option : {strict, accept}) option->group(where);
   output->type_name("FILE")->check(FileName);
   folder->type_name("DIR")->check(NotEmpty);
   backup->type_name("SUFFIX");
@@ -115,6 +120,10 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
   verb->add_option("--until", upgrade.until, "Those pending up to and with this one, oldest first")
       ->type_name("ID")
       ->check(NotEmpty)
+      ->group(which);
+
+  verb->add_flag("--retry", upgrade.retry,
+                 "Run again what left features behind, on those features, now that they are corrected")
       ->group(which);
 
   const auto told = "What is told";
@@ -129,6 +138,9 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
       ->group(told);
   verb->add_option("--language", upgrade.language, "The language of names that upgrades make (default: en)")
       ->type_name("LANG")
+      ->group(told);
+  verb->add_flag("--fail-on-drop", upgrade.failOnDrop,
+                 "End with 1 when values of the old document stand nowhere in the result")
       ->group(told);
   verb->add_flag("-q,--quiet", upgrade.quiet, "Print errors only")->group(told);
 
@@ -184,6 +196,9 @@ void Check(const UpgradeArguments& upgrade, const CLI::App& verb) {
   if (!upgrade.output.empty() && upgrade.files.size() > 1)
     throw UsageError("-o takes one document; give --output-dir DIR for several");
   if (!upgrade.only.empty() && !upgrade.until.empty()) throw UsageError("give one of --only and --until");
+  if (upgrade.strict && upgrade.acceptFailures)
+    throw UsageError("give one of --strict and --accept-failures");
+  if (upgrade.acceptFailures && !upgrade.inPlace) throw UsageError("--accept-failures goes with --in-place");
   if (verb.count("--backup") > 0 && !upgrade.inPlace) throw UsageError("--backup goes with --in-place");
   if (verb.count("--backup") > 0 &&
       (upgrade.backupSuffix.empty() || upgrade.backupSuffix.find('/') != std::string::npos)) {

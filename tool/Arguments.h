@@ -26,6 +26,10 @@ struct UpgradeArguments {
   std::string backupSuffix;
   bool dryRun = false;
   bool force = false;
+  bool strict = false;
+  bool acceptFailures = false;
+  bool failOnDrop = false;
+  bool retry = false;
   std::vector<std::string> only;  // at most one of these two
   std::string until;
   std::string report;

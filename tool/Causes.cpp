@@ -1,83 +1,100 @@
 #include "Causes.h"
 
 #include <algorithm>
+#include <functional>
 
-#include "Failures.h"
 #include "JsonOutput.h"
+#include "file/DocumentFormat.h"
 
 namespace tool {
 namespace {
 
-using standalone::DocumentOutcome;
-using standalone::FeatureOutcome;
-using standalone::LateType;
+namespace format = standalone::format;
+using standalone::ChangedPart;
+using standalone::ChangeNote;
+using standalone::Feature;
+using standalone::UpgradeWork;
 
-// The last of the outcomes, which stand in the order of their work, that had begun by then; null for none.
-template <class Outcome>
-const Outcome* LastBegun(const std::vector<Outcome>& outcomes, std::size_t place) {
-  const auto after = std::ranges::upper_bound(outcomes, place, {}, &Outcome::touchedBefore);
-  return after == outcomes.begin() ? nullptr : &*std::prev(after);
-}
+struct FieldPart {
+  std::string_view field;
+  ChangedPart part;
+};
+constexpr FieldPart kParts[] = {
+    {format::kType, ChangedPart::kType},
+    {format::kAlias, ChangedPart::kAlias},
+    {format::kFather, ChangedPart::kFather},
+    {format::kContainer, ChangedPart::kContainer},
+    {format::kUpToDate, ChangedPart::kUpToDate},
+    {format::kPhysicalType, ChangedPart::kPhysicalType},
+    {format::kAttributes, ChangedPart::kAttribute},
+    {format::kModes, ChangedPart::kAttribute},
+};
 
-template <class Append>
-std::string ObjectText(const Append& append) {
-  fmt::memory_buffer out;
+void Append(fmt::memory_buffer& out, const UpgradeWork& work) {
   JsonObject object(out);
-  append(object);
+  object.Text("identifier", work.upgrade->identifier);
+  if (work.feature != nullptr) {
+    standalone::AppendJsonInteger(object.Key("feature"), work.feature->id);
+    object.Text("type", work.type->Name());
+  }
+  if (work.kind == UpgradeWork::Kind::kPropagation) object.Flag("propagation", true);
+  if (work.kind == UpgradeWork::Kind::kDeadLinks) object.Flag("linkRemoved", true);
   object.Close();
-  return fmt::to_string(out);
-}
-
-void AppendVisited(JsonObject& object, const FeatureOutcome& visit) {
-  standalone::AppendJsonInteger(object.Key("feature"), visit.feature->id);
-  object.Text("type", visit.type->Name());
 }
 
 }  // namespace
 
-std::string_view Causes::Of(std::size_t place) {
-  if (place >= run_.touched) {
-    // When all had run, links to what was removed were taken out.
-    text_ = ObjectText([](JsonObject& object) { object.Flag("linkRemoved", true); });
-    latest_ = nullptr;
-  } else if (const FeatureOutcome* const propagated = LastBegun(run_.propagations, place)) {
-    if (latest_ != propagated) {
-      text_ = ObjectText([&](JsonObject& object) {
-        AppendVisited(object, *propagated);
-        object.Flag("propagation", true);
-      });
-    }
-    latest_ = propagated;
-  } else if (const DocumentOutcome* const whole = LastBegun(run_.documentUpgrades, place)) {
-    if (latest_ != whole) {
-      text_ = ObjectText(
-          [&](JsonObject& object) { object.Texts("identifiers", std::span(&whole->identifier, 1)); });
-    }
-    latest_ = whole;
-  } else if (const FeatureOutcome* const visit = LastBegun(run_.features, place)) {
-    if (latest_ != visit) text_ = TextOfVisit(*visit);
-    latest_ = visit;
-  }
-  return text_;
+Causes::Causes(const standalone::Document& document, const standalone::UpgradeRun& run)
+    : run_(run), notes_(document.Changes().Notes()) {
+  std::ranges::stable_sort(notes_, std::less<>(), &ChangeNote::feature);
 }
 
-std::string Causes::TextOfVisit(const FeatureOutcome& visit) {
-  std::vector<std::string> identifiers = IdentifiersFor(*visit.type);
-  // A feature of another late type than before was visited again as what it had become.
-  if (visit.feature->type != visit.type) {
-    const std::vector<std::string>& more = IdentifiersFor(*visit.feature->type);
-    identifiers.insert(identifiers.end(), more.begin(), more.end());
+template <class Predicate>
+std::vector<const UpgradeWork*> Causes::Behind(const Feature& feature, const Predicate& counts) const {
+  std::vector<const UpgradeWork*> works;
+  const auto notes = std::ranges::equal_range(notes_, &feature, std::less<>(), &ChangeNote::feature);
+  for (const ChangeNote& note : notes) {
+    const UpgradeWork* const work = counts(note) ? &run_.works[note.work] : nullptr;
+    if (work != nullptr && (works.empty() || works.back() != work)) works.push_back(work);
   }
-  return ObjectText([&](JsonObject& object) {
-    AppendVisited(object, visit);
-    object.Texts("identifiers", identifiers);
-  });
+  return works;
 }
 
-const std::vector<std::string>& Causes::IdentifiersFor(const LateType& type) {
-  const auto [entry, added] = identifiers_.try_emplace(&type);
-  if (added) entry->second = Concerning(manager_, run_.identifiers, type.Name());
-  return entry->second;
+template <class Predicate>
+std::string Causes::TextOf(const Feature& feature, const Predicate& counts) const {
+  fmt::memory_buffer out;
+  JsonList list(out);
+  for (const UpgradeWork* const work : Behind(feature, counts)) Append(list.Entry(), *work);
+  list.Close();
+  return fmt::to_string(out);
+}
+
+std::string Causes::OfCreation(const Feature& feature) const {
+  return TextOf(feature, [](const ChangeNote& note) { return note.part == ChangedPart::kCreated; });
+}
+
+std::string Causes::OfRemoval(const Feature& feature) const {
+  return TextOf(feature, [](const ChangeNote& note) { return note.part == ChangedPart::kRemoved; });
+}
+
+std::string Causes::Of(const Feature& feature, const standalone::FieldDifference& difference) const {
+  const auto known = std::ranges::find(kParts, difference.field, &FieldPart::field);
+  if (known == std::end(kParts)) return "[]";
+  const standalone::NameId key = standalone::NameTable::Find(difference.key);
+  return TextOf(feature, [&](const ChangeNote& note) { return note.part == known->part && note.key == key; });
+}
+
+std::vector<std::string_view> Causes::IdentifiersBehind(const Feature& feature,
+                                                        standalone::NameId key) const {
+  std::vector<std::string_view> identifiers;
+  const auto counts = [key](const ChangeNote& note) {
+    return note.part == ChangedPart::kRemoved || (note.part == ChangedPart::kAttribute && note.key == key);
+  };
+  for (const UpgradeWork* const work : Behind(feature, counts)) {
+    if (identifiers.empty() || identifiers.back() != work->upgrade->identifier)
+      identifiers.push_back(work->upgrade->identifier);
+  }
+  return identifiers;
 }
 
 }  // namespace tool

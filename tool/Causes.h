@@ -2,34 +2,40 @@
 
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
-#include "upgrade/VersionManager.h"
+#include "compare/FeatureDifference.h"
+#include "model/ChangeLog.h"
+#include "upgrade/UpgradeRun.h"
 
 namespace tool {
 
-/// What was at work when a feature was first changed, made or removed in a run, in the report's words. Which
-/// of several identifiers of one visit it was is not known: a class runs them in one call.
+/// Which pieces of a run made which changes, in the report's words. The document's change log must have been
+/// on during the run.
 class Causes {
  public:
   /// Both must outlive it.
-  Causes(const standalone::UpgradeRun& run, const standalone::VersionManager& manager)
-      : run_(run), manager_(manager) {}
+  Causes(const standalone::Document& document, const standalone::UpgradeRun& run);
 
-  /// A JSON object for the feature that stands at `place` among those the document was told to have touched.
-  /// Valid until the next call.
-  std::string_view Of(std::size_t place);
+  /// A JSON list: what made (removed) the feature, or made the change, in the order of the work. Mostly one
+  /// piece.
+  [[nodiscard]] std::string OfCreation(const standalone::Feature& feature) const;
+  [[nodiscard]] std::string OfRemoval(const standalone::Feature& feature) const;
+  [[nodiscard]] std::string Of(const standalone::Feature& feature,
+                               const standalone::FieldDifference& difference) const;
+  /// The same for an attribute, as the identifiers' names.
+  [[nodiscard]] std::vector<std::string_view> IdentifiersBehind(const standalone::Feature& feature,
+                                                                standalone::NameId key) const;
 
  private:
-  [[nodiscard]] std::string TextOfVisit(const standalone::FeatureOutcome& visit);
-  [[nodiscard]] const std::vector<std::string>& IdentifiersFor(const standalone::LateType& type);
+  template <class Predicate>
+  [[nodiscard]] std::vector<const standalone::UpgradeWork*> Behind(const standalone::Feature& feature,
+                                                                   const Predicate& counts) const;
+  template <class Predicate>
+  [[nodiscard]] std::string TextOf(const standalone::Feature& feature, const Predicate& counts) const;
 
   const standalone::UpgradeRun& run_;
-  const standalone::VersionManager& manager_;
-  std::unordered_map<const standalone::LateType*, std::vector<std::string>> identifiers_;
-  const void* latest_ = nullptr;  // features touched one after the other mostly have the same cause
-  std::string text_;
+  std::vector<standalone::ChangeNote> notes_;  // by feature, each feature's in the order of the changes
 };
 
 }  // namespace tool

@@ -1,7 +1,7 @@
 #include "Comparison.h"
 
-#include <algorithm>
-#include <iterator>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "Interruption.h"
 #include "compare/FeatureDifference.h"
@@ -36,32 +36,27 @@ Totals& Totals::operator+=(const Totals& other) {
 Comparison Compare(const Document& document, const standalone::UpgradeRun& run) {
   Comparison comparison;
   TotalsByType totals;
-  const std::vector<Feature*>& touched = document.Touched();
-  for (std::size_t place = 0; place < touched.size(); ++place) {
-    const Feature* const feature = touched[place];
+  for (const Feature* const feature : document.Touched()) {
     Interruption::StopIfRequested();
     const FeatureState* const before = document.Before(*feature);
     if (before == nullptr && feature->removed) continue;
     if (before == nullptr) {
-      comparison.created.push_back({feature, place});
+      comparison.created.push_back(feature);
       ++TotalsOf(totals, document, *feature).created;
     } else if (feature->removed) {
-      comparison.removed.push_back({feature, place});
+      comparison.removed.push_back(feature);
       ++TotalsOf(totals, document, *feature).removed;
     } else if (standalone::Differ(*before, *feature)) {
-      comparison.changed.push_back({feature, place});
+      comparison.changed.push_back(feature);
       ++TotalsOf(totals, document, *feature).changed;
     }
   }
-  for (const standalone::FeatureOutcome& outcome : run.features) {
-    Totals& ofType = TotalsOf(totals, document, *outcome.feature);
-    ++ofType.concerned;
-    if (!Failed(outcome.code)) continue;
-    ++ofType.failed;
-    comparison.failed.push_back(outcome);
+  for (const auto& [type, count] : run.concerned) totals[type].concerned += count;
+  std::unordered_set<const Feature*> failed;
+  for (const standalone::UpgradeFailure& failure : run.failures) {
+    const Feature* const feature = failure.work.feature;
+    if (feature != nullptr && failed.insert(feature).second) ++TotalsOf(totals, document, *feature).failed;
   }
-  std::ranges::copy_if(run.documentUpgrades, std::back_inserter(comparison.failedDocumentUpgrades),
-                       [](const standalone::DocumentOutcome& outcome) { return Failed(outcome.code); });
   for (const auto& [type, ofType] : totals) {
     comparison.byType[std::string(type->Name())] += ofType;
     comparison.all += ofType;

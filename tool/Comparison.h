@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "model/Document.h"
-#include "upgrade/VersionManager.h"
+#include "upgrade/UpgradeRun.h"
 
 namespace tool {
 
@@ -15,24 +15,16 @@ struct Totals {
   std::size_t changed = 0;
   std::size_t created = 0;
   std::size_t removed = 0;
-  std::size_t failed = 0;
+  std::size_t failed = 0;  ///< Some routine failed on them, also where its class ignores that.
 
   Totals& operator+=(const Totals& other);
 };
 
-/// A feature that something happened to, and its place among all that the document was touched in.
-struct TouchedFeature {
-  const standalone::Feature* feature;
-  std::size_t place;
-};
-
 /// What a run did to a document, told from the document before and after.
 struct Comparison {
-  std::vector<TouchedFeature> changed;  ///< In the order of their first change.
-  std::vector<TouchedFeature> created;
-  std::vector<TouchedFeature> removed;
-  std::vector<standalone::FeatureOutcome> failed;
-  std::vector<standalone::DocumentOutcome> failedDocumentUpgrades;
+  std::vector<const standalone::Feature*> changed;  ///< In the order of their first change.
+  std::vector<const standalone::Feature*> created;
+  std::vector<const standalone::Feature*> removed;
   std::map<std::string, Totals> byType;  ///< By the late type before; by the new one for created features.
   Totals all;
 };

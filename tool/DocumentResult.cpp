@@ -12,7 +12,9 @@ void Visit(Result& result, const Raw& raw, const Text& text) {
   raw(result.verdict);
   raw(result.features);
   raw(result.identifiers);
-  raw(result.failures);
+  raw(result.needsPerson);
+  raw(result.dropped);
+  raw(result.failsOnDrop);
   raw(result.totals);
   text(result.problem);
   text(result.summary);
@@ -29,6 +31,8 @@ std::string_view NameOf(Verdict verdict) {
       return "current";
     case Verdict::kNothingChosen:
       return "nothingChosen";
+    case Verdict::kHeldBack:
+      return "heldBack";
     case Verdict::kBadInput:
       return "badInput";
     case Verdict::kNewer:
@@ -50,10 +54,10 @@ std::string_view NameOf(Verdict verdict) {
 ExitCode ExitCodeOf(const DocumentResult& result) {
   switch (result.verdict) {
     case Verdict::kUpgraded:
-      return result.failures == 0 ? ExitCode::kDone : ExitCode::kFailedFeatures;
     case Verdict::kCurrent:
     case Verdict::kNothingChosen:
-      return ExitCode::kDone;
+    case Verdict::kHeldBack:
+      return result.IsComplete() ? ExitCode::kDone : ExitCode::kFailedFeatures;
     case Verdict::kBadInput:
       return ExitCode::kBadInput;
     case Verdict::kNewer:

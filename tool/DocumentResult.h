@@ -9,9 +9,10 @@
 namespace tool {
 
 enum class Verdict {
-  kUpgraded,       ///< Possibly with failures.
-  kCurrent,        ///< Nothing was pending.
+  kUpgraded,       ///< Possibly with things that need a person.
+  kCurrent,        ///< Nothing was pending; what earlier runs left behind may need a person.
   kNothingChosen,  ///< Nothing that was pending was chosen.
+  kHeldBack,       ///< Upgraded, but not written, because something needs a person.
   kBadInput,
   kNewer,
   kUnwritable,
@@ -26,13 +27,20 @@ struct DocumentResult {
   Verdict verdict = Verdict::kCrashed;
   std::size_t features = 0;     ///< Of the document before the run.
   std::size_t identifiers = 0;  ///< That were run.
-  std::size_t failures = 0;     ///< Failed features and document-wide conversions.
+  std::size_t needsPerson = 0;  ///< Things that a person must look at.
+  std::size_t dropped = 0;      ///< Attributes with dropped values, where these were looked for.
+  bool failsOnDrop = false;     ///< Dropped values are wanted to be a failure.
   Totals totals;
   std::string problem;    ///< Why there is no result; empty when there is one.
   std::string summary;    ///< For people; empty when there is no result.
   std::string attention;  ///< JSON objects, separated by commas: what needs a person.
 
-  [[nodiscard]] bool Succeeded() const { return verdict <= Verdict::kNothingChosen; }
+  /// Whether the upgrade was carried through, written or not.
+  [[nodiscard]] bool Succeeded() const { return verdict <= Verdict::kHeldBack; }
+  /// Whether all that the upgrade was to do is done.
+  [[nodiscard]] bool IsComplete() const {
+    return verdict <= Verdict::kNothingChosen && needsPerson == 0 && !(failsOnDrop && dropped != 0);
+  }
 };
 
 /// A word for the verdict, as reports hold it.

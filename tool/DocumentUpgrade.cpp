@@ -1,12 +1,18 @@
 #include "DocumentUpgrade.h"
 
+#include <algorithm>
 #include <new>
 #include <optional>
+#include <stdexcept>
 
+#include "Attention.h"
 #include "Interruption.h"
 #include "Progress.h"
 #include "Summary.h"
 #include "Terminal.h"
+#include "check/Conformity.h"
+#include "check/Integrity.h"
+#include "compare/DroppedValues.h"
 #include "file/DocumentError.h"
 #include "file/DocumentReader.h"
 #include "file/DocumentWriter.h"
@@ -16,6 +22,9 @@ namespace {
 
 using standalone::DocumentError;
 using standalone::DocumentPtr;
+using standalone::Finding;
+using standalone::FindingKind;
+using standalone::VersionManager;
 
 class DocumentUpgrade {
  public:
@@ -27,14 +36,16 @@ class DocumentUpgrade {
     const DocumentPtr document = standalone::ReadDocument(task_.input, {.onProgress = Telling("reading")});
     RefuseNewer(*document.Get());
     const std::vector<std::string> pending = task_.manager.Pending(*document.Get());
-    const std::vector<std::string> chosen = task_.selection.Of(pending);
+    const Selection::Chosen chosen = task_.selection.Of(pending);
+    const std::vector<VersionManager::Again> again = ToRunAgain(*document.Get());
     result_.features = document->FeatureCount();
-    if (chosen.empty()) {
+    result_.failsOnDrop = task_.failOnDrop;
+    if (chosen.identifiers.empty() && again.empty()) {
       result_.verdict = pending.empty() ? Verdict::kCurrent : Verdict::kNothingChosen;
       PassUnchanged(*document.Get());
     } else {
       result_.verdict = Verdict::kUpgraded;
-      RunChosen(document, chosen);
+      RunChosen(document, chosen, again);
     }
     return std::move(result_);
   }
@@ -59,8 +70,28 @@ class DocumentUpgrade {
                         "Use a newer release of this program");
   }
 
+  // What earlier runs left behind and a person may have corrected since, by identifier.
+  [[nodiscard]] std::vector<VersionManager::Again> ToRunAgain(standalone::Document& document) const {
+    std::vector<VersionManager::Again> upgrades;
+    if (!task_.retry) return upgrades;
+    for (const Finding& finding : standalone::CheckConformity(document)) {
+      if (finding.kind != FindingKind::kLeftBehind || finding.identifier.empty()) continue;
+      auto again = std::ranges::find(upgrades, finding.identifier, &VersionManager::Again::identifier);
+      if (again == upgrades.end())
+        again = upgrades.insert(upgrades.end(), {std::string(finding.identifier), {}});
+      std::vector<standalone::Feature*>& features = again->features;
+      const bool isNew = features.empty() || features.back() != finding.visited;
+      if (finding.visited != nullptr && isNew) features.push_back(finding.visited);
+    }
+    return upgrades;
+  }
+
   void PassUnchanged(standalone::Document& document) {
-    result_.summary = SummaryWithoutRun(task_.input, result_.verdict, task_.destination, task_.dryRun);
+    const std::vector<AttentionItem> attention = AttentionTo(standalone::CheckConformity(document), {});
+    result_.needsPerson = attention.size();
+    result_.attention = JsonOf(task_.input, attention);
+    result_.summary =
+        SummaryWithoutRun(task_.input, result_.verdict, attention, task_.destination, task_.dryRun);
     if (task_.report != nullptr)
       task_.report->AddWithoutRun(task_.input, result_, task_.destination, task_.dryRun);
     if (task_.dryRun || task_.destination.inPlace || !task_.destination.file) return;
@@ -74,30 +105,44 @@ class DocumentUpgrade {
     }
   }
 
-  void RunChosen(const DocumentPtr& document, const std::vector<std::string>& chosen) {
+  standalone::UpgradeRun RunWatched(const DocumentPtr& document, const Selection::Chosen& chosen,
+                                    const std::vector<VersionManager::Again>& again) {
+    standalone::UpgradeWatch watch;
     std::optional<standalone::CheckpointScope> tracing;
     if (task_.trace != nullptr) {
       task_.trace->BeginDocument(task_.input);
+      task_.trace->Watch(watch);
       tracing.emplace(task_.trace->Plan());
     }
-    const standalone::UpgradeRun run = task_.manager.Run(document, chosen, Telling("upgrading"));
-    tracing.reset();
+    watch.onProgress = Telling("upgrading");
+    return task_.manager.RunAgain(document, again, chosen.identifiers, watch);
+  }
 
+  void RunChosen(const DocumentPtr& document, const Selection::Chosen& chosen,
+                 const std::vector<VersionManager::Again>& again) {
+    if (task_.report != nullptr || task_.failOnDrop) document->Changes().Start();
+    const standalone::UpgradeRun run = RunWatched(document, chosen, again);
     document->DropAllDeadLinks();
     const Comparison comparison = Compare(*document.Get(), run);
+    const std::vector<AttentionItem> attention = Verify(*document.Get(), run);
+    std::vector<standalone::DroppedValues> dropped;
+    if (document->Changes().IsOn()) dropped = standalone::FindDroppedValues(*document.Get());
+
     result_.identifiers = run.identifiers.size();
-    result_.failures = run.FailureCount();
+    result_.needsPerson = attention.size();
+    result_.attention = JsonOf(task_.input, attention);
+    result_.dropped = dropped.size();
     result_.totals = comparison.all;
-    result_.summary =
-        SummaryOfRun({task_.input, result_, comparison, task_.destination, task_.dryRun, run, task_.manager});
+    const std::string held = WhyHeldBack();
+    if (!held.empty()) result_.verdict = Verdict::kHeldBack;
+    result_.summary = SummaryOfRun({task_.input, result_, comparison, attention, chosen.broughtAlong, held,
+                                    task_.destination, task_.dryRun});
     if (task_.report != nullptr) {
-      const ReportedRun reported{task_.input,     result_, task_.destination, task_.dryRun,
-                                 *document.Get(), run,     comparison,        task_.manager};
-      result_.attention = AttentionOf(reported);
       // Before the document: a report that cannot be written must not come too late.
-      task_.report->AddRun(reported);
+      task_.report->AddRun({task_.input, result_, task_.destination, task_.dryRun, *document.Get(), run,
+                            comparison, chosen.broughtAlong, dropped});
     }
-    if (task_.dryRun || !task_.destination.file) return;
+    if (task_.dryRun || !task_.destination.file || !held.empty()) return;
     task_.destination.MakeFolder();
     standalone::WriteOptions options = Options();
     options.onProgress = [this, tell = Telling("writing")](std::size_t written, std::size_t total) {
@@ -105,6 +150,30 @@ class DocumentUpgrade {
       tell(written, total);
     };
     standalone::WriteDocument(*document.Get(), *task_.destination.file, options);
+  }
+
+  // What a person must look at in the result. A result that could not be read again is given up.
+  [[nodiscard]] std::vector<AttentionItem> Verify(standalone::Document& document,
+                                                  const standalone::UpgradeRun& run) {
+    Interruption::StopIfRequested();
+    const std::vector<std::string> faults = standalone::FindFaults(document, 1);
+    if (!faults.empty()) {
+      throw std::runtime_error(
+          fmt::format("the result could not be read again ({}), which is a fault of this program or of a "
+                      "plug-in; please report "
+                      "it with the document",
+                      faults.front()));
+    }
+    return AttentionTo(standalone::CheckConformity(document), run.failures);
+  }
+
+  // Empty when the result may be written.
+  [[nodiscard]] std::string WhyHeldBack() const {
+    if (task_.dryRun || result_.IsComplete()) return {};
+    if (task_.strict) return "--strict";
+    const Destination& destination = task_.destination;
+    if (!destination.inPlace || !destination.backupSuffix.empty() || task_.acceptFailures) return {};
+    return "in place, the only copy of the old document would go; give --backup SUFFIX, or --accept-failures";
   }
 
   [[nodiscard]] standalone::WriteOptions Options() const {

@@ -17,13 +17,17 @@ struct UpgradeTask {
   const Selection& selection;
   bool dryRun = false;
   bool quiet = false;
-  Report* report = nullptr;  ///< Null when none is wanted.
+  bool strict = false;          ///< Write no result in which something needs a person.
+  bool acceptFailures = false;  ///< Replace a document by such a result also without a backup.
+  bool failOnDrop = false;      ///< Look for dropped values, and fail when there are any.
+  bool retry = false;           ///< Run again what left features behind.
+  Report* report = nullptr;     ///< Null when none is wanted.
   const Trace* trace = nullptr;
 };
 
-/// Reads the document, runs the selected upgrades, adds to the report, and puts the result in place,
-/// announcing this right before. Whatever goes wrong is told by the result, and the files are then as they
-/// were; throws `Interrupted` only.
+/// Reads the document, runs the selected upgrades, verifies the result, adds to the report, and puts the
+/// result in place, announcing this right before. Whatever goes wrong is told by the result, and the files
+/// are then as they were; throws `Interrupted` only.
 [[nodiscard]] DocumentResult UpgradeDocument(const UpgradeTask& task, const AnnounceCommit& announceCommit);
 
 }  // namespace tool

@@ -5,7 +5,7 @@ namespace tool {
 /// How the program ends, as scripts see it.
 enum class ExitCode {
   kDone = 0,            ///< Done, or nothing to do.
-  kFailedFeatures = 1,  ///< Some feature's upgrade failed, or some document's was given up.
+  kFailedFeatures = 1,  ///< Something needs a person: left behind, failed, held back, or given up.
   kDifferent = 1,       ///< The documents differ (`diff` only).
   kUsage = 2,           ///< Wrong usage.
   kBadInput = 3,        ///< Some input is unreadable or invalid.

@@ -1,7 +1,6 @@
 #include "FeatureOutput.h"
 
 #include "Terminal.h"
-#include "compare/FeatureDifference.h"
 
 namespace tool {
 
@@ -16,10 +15,9 @@ void AppendIdentity(JsonObject& object, const FeatureState& feature) {
 }
 
 void AppendChange(fmt::memory_buffer& out, const FeatureState* before, const FeatureState* after,
-                  std::string_view cause) {
+                  const CauseOf& causeOf) {
   JsonObject entry(out);
   AppendIdentity(entry, after == nullptr ? *before : *after);
-  if (!cause.empty()) AppendRaw(entry.Key("by"), cause);
   JsonList changes(entry.Key("changes"));
   for (const standalone::FieldDifference& difference : standalone::Differences(before, after)) {
     JsonObject change(changes.Entry());
@@ -27,6 +25,7 @@ void AppendChange(fmt::memory_buffer& out, const FeatureState* before, const Fea
     if (!difference.key.empty()) change.Text("key", difference.key);
     if (!difference.before.empty()) AppendRaw(change.Key("before"), difference.before);
     if (!difference.after.empty()) AppendRaw(change.Key("after"), difference.after);
+    if (causeOf) AppendRaw(change.Key("by"), causeOf(difference));
     change.Close();
   }
   changes.Close();

@@ -7,8 +7,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "Attention.h"
 #include "Causes.h"
-#include "Failures.h"
 #include "FeatureOutput.h"
 #include "Interruption.h"
 #include "JsonOutput.h"
@@ -23,11 +23,6 @@ using standalone::FeatureState;
 
 constexpr std::size_t kFlushBytes = std::size_t{1} << 20;
 
-void AppendCode(JsonObject& object, HRESULT code) {
-  object.Text("code", CodeText(code));
-  if (!CodeName(code).empty()) object.Text("codeName", CodeName(code));
-}
-
 void AppendTotals(JsonObject& object, const Totals& totals) {
   object.Number("concerned", totals.concerned);
   object.Number("changed", totals.changed);
@@ -41,7 +36,8 @@ void AppendHead(JsonObject& entry, const std::string& input, const DocumentResul
   entry.Text("file", input);
   entry.Text("verdict", NameOf(result.verdict));
   if (!result.problem.empty()) entry.Text("problem", result.problem);
-  const bool leftAlone = destination.inPlace && result.verdict != Verdict::kUpgraded;
+  const bool leftAlone =
+      result.verdict == Verdict::kHeldBack || (destination.inPlace && result.verdict != Verdict::kUpgraded);
   if (result.Succeeded() && destination.file && !dryRun && !leftAlone) {
     entry.Text("result", destination.file->string());
     if (!destination.backupSuffix.empty()) entry.Text("backup", destination.Backup().string());
@@ -57,32 +53,50 @@ void AppendFeatureWith(fmt::memory_buffer& out, const FeatureState& feature, std
   out.push_back('}');
 }
 
-}  // namespace
-
-std::string AttentionOf(const ReportedRun& reported) {
-  fmt::memory_buffer out;
-  const auto entry = [&](std::string_view problem, HRESULT code, const auto& appendSubject) {
-    if (out.size() != 0) out.push_back(',');
-    JsonObject object(out);
-    object.Text("document", reported.input);
-    object.Text("problem", problem);
-    appendSubject(object);
-    AppendCode(object, code);
-    object.Text("advice", AdviceFor(code));
+// Which values of the old document stand nowhere in the result, and who took them away.
+void AppendDropped(JsonObject& entry, const ReportedRun& reported, const Causes& causes) {
+  JsonList list(entry.Key("droppedValues"));
+  for (const standalone::DroppedValues& dropped : reported.dropped) {
+    JsonObject object(list.Entry());
+    AppendIdentity(object, *reported.document.Before(*dropped.feature));
+    if (const std::string owners = OwnersOf(*reported.document.Before(*dropped.feature)); !owners.empty())
+      object.Text("owner", owners);
+    object.Text("key", standalone::NameTable::Text(dropped.key));
+    JsonList values(object.Key("values"));
+    for (const standalone::Value& value : dropped.values) standalone::AppendValue(values.Entry(), value);
+    values.Close();
+    if (dropped.instead != nullptr) standalone::AppendValue(object.Key("instead"), *dropped.instead);
+    JsonList by(object.Key("by"));
+    for (const std::string_view identifier : causes.IdentifiersBehind(*dropped.feature, dropped.key))
+      standalone::AppendJsonText(by.Entry(), identifier);
+    by.Close();
     object.Close();
-  };
-  for (const standalone::DocumentOutcome& outcome : reported.comparison.failedDocumentUpgrades) {
-    entry("documentUpgradeFailed", outcome.code,
-          [&](JsonObject& object) { object.Text("identifier", outcome.identifier); });
   }
-  for (const standalone::FeatureOutcome& outcome : reported.comparison.failed) {
-    entry("featureFailed", outcome.code, [&](JsonObject& object) {
-      AppendIdentity(object, *outcome.feature);
-      object.Texts("identifiers", Suspects(reported.manager, reported.run.identifiers, outcome));
-    });
-  }
-  return fmt::to_string(out);
+  list.Close();
 }
+
+void AppendNotes(JsonObject& entry, const ReportedRun& reported) {
+  JsonList along(entry.Key("broughtAlong"));
+  for (const standalone::VersionManager::Needed& needed : reported.broughtAlong) {
+    JsonObject object(along.Entry());
+    object.Text("identifier", needed.identifier);
+    object.Text("by", needed.by);
+    object.Text("reason", needed.reason);
+    object.Close();
+  }
+  along.Close();
+  JsonList harmless(entry.Key("harmlessFailures"));
+  for (const auto& [row, count] : reported.run.harmless) {
+    JsonObject object(harmless.Entry());
+    object.Text("identifier", row->identifier.View());
+    object.Text("reason", row->harmless);
+    object.Number("features", count);
+    object.Close();
+  }
+  harmless.Close();
+}
+
+}  // namespace
 
 std::string AttentionOf(const std::string& input, const DocumentResult& result) {
   fmt::memory_buffer out;
@@ -134,22 +148,26 @@ void Report::AddRun(const ReportedRun& reported) {
   byType.Close();
   totals.Close();
 
-  Causes causes(reported.run, reported.manager);
+  AppendNotes(entry, reported);
+  const Causes causes(reported.document, reported.run);
+  AppendDropped(entry, reported, causes);
   JsonList changed(entry.Key("changed"));
-  for (const auto& [feature, place] : reported.comparison.changed) {
-    AppendChange(changed.Entry(), reported.document.Before(*feature), feature, causes.Of(place));
+  for (const standalone::Feature* const feature : reported.comparison.changed) {
+    AppendChange(
+        changed.Entry(), reported.document.Before(*feature), feature,
+        [&](const standalone::FieldDifference& difference) { return causes.Of(*feature, difference); });
     FlushIfLarge(text);
   }
   changed.Close();
   JsonList created(entry.Key("created"));
-  for (const auto& [feature, place] : reported.comparison.created) {
-    AppendFeatureWith(created.Entry(), *feature, causes.Of(place));
+  for (const standalone::Feature* const feature : reported.comparison.created) {
+    AppendFeatureWith(created.Entry(), *feature, causes.OfCreation(*feature));
     FlushIfLarge(text);
   }
   created.Close();
   JsonList removed(entry.Key("removed"));
-  for (const auto& [feature, place] : reported.comparison.removed) {
-    AppendFeatureWith(removed.Entry(), *reported.document.Before(*feature), causes.Of(place));
+  for (const standalone::Feature* const feature : reported.comparison.removed) {
+    AppendFeatureWith(removed.Entry(), *reported.document.Before(*feature), causes.OfRemoval(*feature));
     FlushIfLarge(text);
   }
   removed.Close();

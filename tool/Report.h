@@ -8,6 +8,7 @@
 
 #include "Destination.h"
 #include "DocumentResult.h"
+#include "compare/DroppedValues.h"
 #include "file/AtomicFile.h"
 #include "model/Document.h"
 #include "upgrade/VersionManager.h"
@@ -20,15 +21,14 @@ struct ReportedRun {
   const DocumentResult& result;
   const Destination& destination;
   bool dryRun;
-  const standalone::Document& document;
+  const standalone::Document& document;  ///< Its change log was on.
   const standalone::UpgradeRun& run;
   const Comparison& comparison;
-  const standalone::VersionManager& manager;
+  const std::vector<standalone::VersionManager::Needed>& broughtAlong;
+  const std::vector<standalone::DroppedValues>& dropped;
 };
 
-/// The JSON objects, separated by commas, for all that failed in the run.
-[[nodiscard]] std::string AttentionOf(const ReportedRun& reported);
-/// The same for a document without a result.
+/// What needs a person in a document without a result, as one JSON object.
 [[nodiscard]] std::string AttentionOf(const std::string& input, const DocumentResult& result);
 
 /// The report file in the making. It begins with what is known last, so the documents' parts are gathered in

@@ -38,7 +38,8 @@ const KnownUpgrade& KnownOrRefuse(const VersionManager& manager, std::string_vie
 }
 
 Selection::Selection(const VersionManager& manager, const std::vector<std::string>& only,
-                     const std::string& until) {
+                     const std::string& until)
+    : manager_(manager) {
   for (const std::string& identifier : only) wanted_.push_back(KnownOrRefuse(manager, identifier).identifier);
   if (!only.empty()) return;
   if (!until.empty()) static_cast<void>(KnownOrRefuse(manager, until));
@@ -48,11 +49,21 @@ Selection::Selection(const VersionManager& manager, const std::vector<std::strin
   }
 }
 
-std::vector<std::string> Selection::Of(const std::vector<std::string>& pending) const {
-  std::vector<std::string> chosen;
-  std::ranges::copy_if(pending, std::back_inserter(chosen), [this](const std::string& identifier) {
+Selection::Chosen Selection::Of(const std::vector<std::string>& pending) const {
+  const auto isWanted = [this](const std::string& identifier) {
     return std::ranges::find(wanted_, identifier) != wanted_.end();
-  });
+  };
+  Chosen chosen;
+  std::ranges::copy_if(pending, std::back_inserter(chosen.identifiers), isWanted);
+  chosen.broughtAlong = manager_.NeededBy(chosen.identifiers, pending);
+  if (chosen.broughtAlong.empty()) return chosen;
+  const auto isChosen = [&](const std::string& identifier) {
+    return isWanted(identifier) ||
+           std::ranges::find(chosen.broughtAlong, identifier,
+                             &standalone::VersionManager::Needed::identifier) != chosen.broughtAlong.end();
+  };
+  chosen.identifiers.clear();
+  std::ranges::copy_if(pending, std::back_inserter(chosen.identifiers), isChosen);
   return chosen;
 }
 

@@ -16,14 +16,20 @@ namespace tool {
 class Selection {
  public:
   /// `only`: these, where not empty; `until`: up to and with this one, where not empty. Throws `UsageError`
-  /// for names that cannot be run.
+  /// for names that cannot be run. `manager` must outlive it.
   Selection(const standalone::VersionManager& manager, const std::vector<std::string>& only,
             const std::string& until);
 
-  /// Those of `pending` that are wanted, in the same order.
-  [[nodiscard]] std::vector<std::string> Of(const std::vector<std::string>& pending) const;
+  struct Chosen {
+    std::vector<std::string> identifiers;  ///< In the order of `pending`.
+    /// Those among them that nobody wanted, and why they come along.
+    std::vector<standalone::VersionManager::Needed> broughtAlong;
+  };
+  /// Those of `pending` that are wanted, and those that must not be left out with them.
+  [[nodiscard]] Chosen Of(const std::vector<std::string>& pending) const;
 
  private:
+  const standalone::VersionManager& manager_;
   std::vector<std::string> wanted_;
 };
 

@@ -1,61 +1,43 @@
 #include "Summary.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
-#include <set>
 
-#include "Failures.h"
 #include "Terminal.h"
 
 namespace tool {
 namespace {
 
-constexpr std::size_t kMostFailuresTold = 20;
+std::string NeedingPerson(std::size_t count) {
+  return fmt::format("{} a person", count == 1 ? "1 thing needs" : fmt::format("{} things need", count));
+}
 
 void AppendVerdict(fmt::memory_buffer& out, const RunFacts& facts) {
   const DocumentResult& result = facts.result;
-  const char* const done = facts.dryRun ? "would be upgraded" : "upgraded";
-  const std::string verdict = result.failures == 0
-                                  ? Paint(stdout, Colour::kGreen, done)
-                                  : Paint(stdout, Colour::kYellow,
-                                          fmt::format("{} with {}", done, Count(result.failures, "failure")));
+  std::string verdict = facts.dryRun ? "would be upgraded" : "upgraded";
+  if (!facts.heldBack.empty()) verdict += ", NOT WRITTEN";
+  if (result.needsPerson != 0) verdict += fmt::format(", {}", NeedingPerson(result.needsPerson));
   auto to = std::back_inserter(out);
-  fmt::format_to(to, "{}: {}, {} of {} changed", Printable(facts.input), verdict, result.totals.changed,
-                 Count(result.features, "feature"));
+  fmt::format_to(to, "{}: {}, {} of {} changed", Printable(facts.input),
+                 Paint(stdout, result.IsComplete() ? Colour::kGreen : Colour::kYellow, verdict),
+                 result.totals.changed, Count(result.features, "feature"));
   if (result.totals.created != 0) fmt::format_to(to, ", {} created", result.totals.created);
   if (result.totals.removed != 0) fmt::format_to(to, ", {} removed", result.totals.removed);
   fmt::format_to(to, ", {}\n", Count(result.identifiers, "identifier"));
 }
 
-std::string CodeWithName(HRESULT code) {
-  const std::string_view name = CodeName(code);
-  return name.empty() ? CodeText(code) : fmt::format("{} ({})", CodeText(code), name);
+void AppendAttention(fmt::memory_buffer& out, const std::vector<AttentionItem>& attention) {
+  if (attention.empty()) return;
+  fmt::format_to(std::back_inserter(out), "  Needs a person:\n{}", TextOf(attention));
 }
 
-void AppendFailures(fmt::memory_buffer& out, const RunFacts& facts) {
-  if (facts.result.failures == 0) return;
-  auto to = std::back_inserter(out);
-  fmt::format_to(to, "  Needs a person:\n");
-  std::set<HRESULT> codes;
-  std::size_t told = 0;
-  for (const standalone::DocumentOutcome& outcome : facts.comparison.failedDocumentUpgrades) {
-    fmt::format_to(to, "    {} on the whole document: {}\n", outcome.identifier, CodeWithName(outcome.code));
-    codes.insert(outcome.code);
+void AppendBroughtAlong(fmt::memory_buffer& out,
+                        const std::vector<standalone::VersionManager::Needed>& broughtAlong) {
+  for (const standalone::VersionManager::Needed& needed : broughtAlong) {
+    fmt::format_to(std::back_inserter(out), "  {} came along, because {} must not run before it: {}\n",
+                   needed.identifier, needed.by, needed.reason);
   }
-  for (const standalone::FeatureOutcome& outcome : facts.comparison.failed) {
-    codes.insert(outcome.code);
-    if (++told > kMostFailuresTold) continue;
-    const standalone::Feature& feature = *outcome.feature;
-    const std::string_view name = feature.externalName.empty() ? feature.name : feature.externalName;
-    fmt::format_to(to, "    {} {} (id {}): {} in {}\n", Word(feature.TypeName()), Quoted(name), feature.id,
-                   CodeWithName(outcome.code),
-                   fmt::join(Suspects(facts.manager, facts.run.identifiers, outcome), " or "));
-  }
-  if (told > kMostFailuresTold)
-    fmt::format_to(to, "    and {} more; --report lists all\n", told - kMostFailuresTold);
-  for (const HRESULT code : codes) fmt::format_to(to, "    {}: {}\n", CodeWithName(code), AdviceFor(code));
 }
 
 void AppendTotals(fmt::memory_buffer& out, const std::map<std::string, Totals>& byType) {
@@ -89,19 +71,34 @@ void AppendPlace(fmt::memory_buffer& out, const Destination& destination, bool d
 std::string SummaryOfRun(const RunFacts& facts) {
   fmt::memory_buffer out;
   AppendVerdict(out, facts);
-  AppendFailures(out, facts);
+  AppendAttention(out, facts.attention);
+  AppendBroughtAlong(out, facts.broughtAlong);
   AppendTotals(out, facts.comparison.byType);
-  AppendPlace(out, facts.destination, facts.dryRun, "");
+  if (facts.result.dropped != 0) {
+    fmt::format_to(
+        std::back_inserter(out),
+        "  Dropped: {} of the old document held values that stand nowhere in the result; --report lists "
+        "them\n",
+        Count(facts.result.dropped, "attribute"));
+  }
+  if (facts.heldBack.empty()) {
+    AppendPlace(out, facts.destination, facts.dryRun, "");
+  } else {
+    fmt::format_to(std::back_inserter(out), "  Nothing was written: {}\n", facts.heldBack);
+  }
   return fmt::to_string(out);
 }
 
-std::string SummaryWithoutRun(const std::string& input, Verdict verdict, const Destination& destination,
+std::string SummaryWithoutRun(const std::string& input, Verdict verdict,
+                              const std::vector<AttentionItem>& attention, const Destination& destination,
                               bool dryRun) {
   fmt::memory_buffer out;
+  std::string words =
+      verdict == Verdict::kCurrent ? "already current" : "nothing to do, the chosen upgrades are done";
+  if (!attention.empty()) words += fmt::format(", {}", NeedingPerson(attention.size()));
   fmt::format_to(std::back_inserter(out), "{}: {}\n", Printable(input),
-                 Paint(stdout, Colour::kGreen,
-                       verdict == Verdict::kCurrent ? "already current"
-                                                    : "nothing to do, the chosen upgrades are done"));
+                 Paint(stdout, attention.empty() ? Colour::kGreen : Colour::kYellow, words));
+  AppendAttention(out, attention);
   if (!destination.inPlace) AppendPlace(out, destination, dryRun, ", copied unchanged");
   return fmt::to_string(out);
 }

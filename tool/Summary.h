@@ -1,10 +1,13 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "Attention.h"
 #include "Comparison.h"
 #include "Destination.h"
 #include "DocumentResult.h"
+#include "upgrade/VersionManager.h"
 
 namespace tool {
 
@@ -13,10 +16,11 @@ struct RunFacts {
   const std::string& input;
   const DocumentResult& result;
   const Comparison& comparison;
+  const std::vector<AttentionItem>& attention;
+  const std::vector<standalone::VersionManager::Needed>& broughtAlong;
+  const std::string& heldBack;  ///< Why the result is not written; empty when it is.
   const Destination& destination;
   bool dryRun;
-  const standalone::UpgradeRun& run;
-  const standalone::VersionManager& manager;
 };
 
 /// The summary of a document that was upgraded: the verdict, what needs a person, the totals by late type,
@@ -25,6 +29,7 @@ struct RunFacts {
 
 /// The summary of a document on which nothing was run.
 [[nodiscard]] std::string SummaryWithoutRun(const std::string& input, Verdict verdict,
+                                            const std::vector<AttentionItem>& attention,
                                             const Destination& destination, bool dryRun);
 
 }  // namespace tool

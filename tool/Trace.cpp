@@ -6,6 +6,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "ResultCodes.h"
 #include "Terminal.h"
 #include "file/DocumentError.h"
 
@@ -43,6 +44,20 @@ Trace::Trace(const std::string& file, bool overwrite)
 
 void Trace::BeginDocument(const std::string& name) const {
   Write(stream_, file_, fmt::format("# {}\n", Printable(name)));
+}
+
+void Trace::Watch(standalone::UpgradeWatch& watch) const {
+  const auto begin = [](const standalone::Feature& feature, const HVXUpgradeBinding& row) {
+    return fmt::format("# {} on {} {}", row.identifier.View(), feature.id, Word(feature.TypeName()));
+  };
+  watch.onRoutine = [this, begin](const standalone::Feature& feature, const HVXUpgradeBinding& row) {
+    Write(stream_, file_, begin(feature, row) + "\n");
+  };
+  watch.onRoutineDone = [this, begin](const standalone::Feature& feature, const HVXUpgradeBinding& row,
+                                      HRESULT result) {
+    if (Failed(result))
+      Write(stream_, file_, fmt::format("{}: failed, {}\n", begin(feature, row), CodeWithName(result)));
+  };
 }
 
 standalone::CheckpointPlan Trace::Plan() const {

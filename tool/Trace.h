@@ -5,6 +5,7 @@
 #include <string>
 
 #include "checkpoint/Checkpoint.h"
+#include "upgrade/UpgradeRun.h"
 
 namespace tool {
 
@@ -19,6 +20,9 @@ class Trace {
 
   // Both, and the calls traced, throw the same when the trace cannot be written.
   void BeginDocument(const std::string& name) const;
+  /// Has the routines traced, in lines of comment: which identifier is at work on which feature, and what
+  /// came of it. The trace must outlive its use.
+  void Watch(standalone::UpgradeWatch& watch) const;
   /// A plan that traces every call. The trace must outlive its use.
   [[nodiscard]] standalone::CheckpointPlan Plan() const;
 

@@ -84,6 +84,10 @@ class UpgradeCommand {
                            .selection = selection_,
                            .dryRun = arguments_.dryRun,
                            .quiet = arguments_.quiet,
+                           .strict = arguments_.strict,
+                           .acceptFailures = arguments_.acceptFailures,
+                           .failOnDrop = arguments_.failOnDrop,
+                           .retry = arguments_.retry,
                            .report = report_ ? &*report_ : nullptr,
                            .trace = trace_ ? &*trace_ : nullptr};
     std::optional<std::chrono::duration<double>> timeout;
@@ -137,7 +141,7 @@ class UpgradeCommand {
       Complain(result.problem);
     } else if (!arguments_.quiet) {
       Say(result.summary);
-    } else if (result.failures != 0) {
+    } else if (!result.IsComplete()) {
       Complain(result.summary.substr(0, result.summary.find('\n')));
     }
     std::fflush(stdout);
@@ -149,12 +153,21 @@ class UpgradeCommand {
       const auto number = std::ranges::count_if(results_, matches);
       if (number != 0) parts.push_back(fmt::format("{} {}", number, what));
     };
-    const auto upgraded = [](const DocumentResult& r) { return r.verdict == Verdict::kUpgraded; };
-    part([&](const DocumentResult& r) { return upgraded(r) && r.failures == 0; },
-         arguments_.dryRun ? "would be upgraded" : "upgraded");
-    part([&](const DocumentResult& r) { return upgraded(r) && r.failures != 0; },
-         arguments_.dryRun ? "would be upgraded with failures" : "upgraded with failures");
-    part([&](const DocumentResult& r) { return r.Succeeded() && !upgraded(r); }, "with nothing to do");
+    const auto is = [](Verdict verdict, bool complete) {
+      return [verdict, complete](const DocumentResult& r) {
+        return r.verdict == verdict && r.IsComplete() == complete;
+      };
+    };
+    const char* const done = arguments_.dryRun ? "would be upgraded" : "upgraded";
+    const auto isDone = [](const DocumentResult& r) {
+      return r.verdict == Verdict::kCurrent || r.verdict == Verdict::kNothingChosen;
+    };
+    part(is(Verdict::kUpgraded, true), done);
+    part(is(Verdict::kUpgraded, false), fmt::format("{} but in need of a person", done));
+    part(is(Verdict::kHeldBack, false), "not written because in need of a person");
+    part([&](const DocumentResult& r) { return isDone(r) && r.IsComplete(); }, "with nothing to do");
+    part([&](const DocumentResult& r) { return isDone(r) && !r.IsComplete(); },
+         "with nothing to do but in need of a person");
     part([](const DocumentResult& r) { return !r.Succeeded(); }, "given up");
     return fmt::format("{}: {}", Count(results_.size(), "document"), fmt::join(parts, ", "));
   }

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <iterator>
 #include <new>
+#include <utility>
 
 namespace standalone {
 namespace {
@@ -24,6 +26,16 @@ bool IsDeadLink(const Value& value) {
 bool HoldsDeadLink(const Value& value) {
   if (value.Kind() != ValueKind::kList) return IsDeadLink(value);
   return std::ranges::any_of(value.Entries(), HoldsDeadLink);
+}
+
+bool IsLink(const Value& value) {
+  return value.Kind() == ValueKind::kLink && value.Target() != nullptr;
+}
+
+bool LinksTo(const Value& value, const Feature& target) {
+  if (value.Kind() != ValueKind::kList) return IsLink(value) && value.Target() == &target;
+  return std::ranges::any_of(value.Entries(),
+                             [&target](const Value& entry) { return LinksTo(entry, target); });
 }
 
 }  // namespace
@@ -86,6 +98,19 @@ std::span<const Attribute> Document::AttributesOf(Feature& feature) {
   return feature.Attributes();
 }
 
+bool Document::IsLinkedFromElsewhere(const Feature& target, const Feature& feature) {
+  const auto links = [&target, &feature](const Feature* referrer) {
+    return referrer != &feature && !referrer->removed &&
+           std::ranges::any_of(referrer->Attributes(), [&target](const Attribute& attribute) {
+             return LinksTo(attribute.value, target);
+           });
+  };
+  if (target.referrer == nullptr) return false;
+  if (target.referrer != kSeveral) return links(target.referrer);
+  if (!sharedReferrersIndexed_) IndexSharedReferrers();
+  return std::ranges::any_of(sharedReferrers_[&target], links);
+}
+
 std::size_t Document::CountBeneath(const Feature& feature) {
   std::size_t count = 0;
   for (const Feature* each = NextBeneath(feature, feature); each != nullptr;
@@ -96,22 +121,26 @@ std::size_t Document::CountBeneath(const Feature& feature) {
 
 void Document::DropAllDeadLinks() {
   if (companion_ != nullptr) companion_->WriteBack();
+  RestoreListsSetAside();
   for (Feature* const feature : withDeadLinks_) {
     if (feature->hasDeadLinks && !feature->removed) DropDeadLinks(*feature);
   }
   withDeadLinks_.clear();
 }
 
-Feature& Document::Create(const LateType& type, std::string_view name, Feature* father, Feature* container) {
+Feature* Document::Create(const LateType& type, std::string_view name, Feature* father, Feature* container) {
+  if (father != nullptr && father->removed) return nullptr;
   Feature& feature = AppendRead(NextId(), type);
   feature.name = Keep(name);
   feature.created = true;
-  feature.container = container;
-  NoteLinks(feature, Value::Link(container));
+  if (container != nullptr && !container->removed) {
+    feature.container = container;
+    NoteLink(feature, *container);
+  }
   if (father != nullptr) LinkLastSon(feature, *father);
   touched_.push_back(&feature);
   changes_.Note(feature, ChangedPart::kCreated);
-  return feature;
+  return &feature;
 }
 
 void Document::Remove(Feature& feature) {
@@ -211,6 +240,37 @@ void Document::AppendToList(Feature& feature, NameId key, const Value& entry) {
   NoteLinks(feature, entry);
 }
 
+void Document::SetListAside(Feature& feature, NameId key) {
+  const Attribute* const attribute = FindAttribute(feature, key);
+  if (attribute == nullptr || attribute->value.Kind() != ValueKind::kList) return;
+  const Value list = attribute->value;
+  std::vector<Value> rest;
+  std::ranges::remove_copy_if(list.Entries(), std::back_inserter(rest), IsLink);
+  if (rest.size() == list.Entries().size()) return;
+  listsSetAside_.push_back({&feature, key, list});
+  SetAttribute(feature, key, Value::List(Keep(rest)));
+}
+
+std::vector<Feature*> Document::ReplaceListSetAside(const Feature& feature, NameId key) {
+  std::vector<Feature*> targets;
+  std::erase_if(listsSetAside_, [&](const ListSetAside& each) {
+    if (each.feature != &feature || each.key != key) return false;
+    for (const Value& entry : each.list.Entries()) {
+      if (IsLink(entry)) targets.push_back(entry.Target());
+    }
+    return true;
+  });
+  return targets;
+}
+
+void Document::RestoreListsSetAside() {
+  for (const auto& [feature, key, list] : std::exchange(listsSetAside_, {})) {
+    const Attribute* const attribute = feature->removed ? nullptr : FindAttribute(*feature, key);
+    if (attribute == nullptr || attribute->value.Kind() != ValueKind::kList) continue;
+    if (std::ranges::none_of(attribute->value.Entries(), IsLink)) SetAttribute(*feature, key, list);
+  }
+}
+
 void Document::PlaceBeside(Feature& feature, Feature& other, bool after) {
   Feature* const anchor = after ? &other : other.previousSibling;
   if (&feature == &other || anchor == &feature || feature.previousSibling == anchor) return;
@@ -228,6 +288,7 @@ void Document::PlaceBeside(Feature& feature, Feature& other, bool after) {
 }
 
 bool Document::PlaceBeneath(Feature& feature, Feature& father) {
+  if (feature.removed || father.removed) return false;
   for (const Feature* above = &father; above != nullptr; above = above->father) {
     if (above == &feature) return false;
   }
@@ -382,6 +443,10 @@ void Document::NoteLinks(Feature& referrer, const Value& value) {
 }
 
 void Document::NoteLink(Feature& referrer, Feature& target) {
+  if (target.removed) {
+    MarkDeadLinks(referrer);
+    return;
+  }
   if (target.referrer == &referrer) return;
   if (target.referrer == nullptr) {
     target.referrer = &referrer;
@@ -397,16 +462,17 @@ void Document::NoteLink(Feature& referrer, Feature& target) {
 
 void Document::MarkReferrers(Feature& target) {
   if (target.referrer == nullptr) return;
-  const auto mark = [this](Feature& referrer) {
-    if (!referrer.hasDeadLinks) withDeadLinks_.push_back(&referrer);
-    referrer.hasDeadLinks = true;
-  };
   if (target.referrer != kSeveral) {
-    mark(*target.referrer);
+    MarkDeadLinks(*target.referrer);
     return;
   }
   if (!sharedReferrersIndexed_) IndexSharedReferrers();
-  for (Feature* const referrer : sharedReferrers_[&target]) mark(*referrer);
+  for (Feature* const referrer : sharedReferrers_[&target]) MarkDeadLinks(*referrer);
+}
+
+void Document::MarkDeadLinks(Feature& referrer) {
+  if (!referrer.hasDeadLinks) withDeadLinks_.push_back(&referrer);
+  referrer.hasDeadLinks = true;
 }
 
 void Document::IndexSharedReferrers() {

@@ -178,6 +178,7 @@ void UpgradeRunner::Do(const UpgradeWork& work, const Action& action) {
     throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), error.what()));
   }
   work_ = nullptr;
+  document_.RestoreListsSetAside();
   // What is kept beside the document is written by whoever changed it, so that the changes are told as
   // theirs.
   if (document_.Companion() != nullptr) document_.Companion()->WriteBack();

@@ -111,35 +111,35 @@ std::vector<VersionManager::Needed> VersionManager::NeededBy(const std::vector<s
 
 UpgradeRun VersionManager::Run(const DocumentPtr& document, const std::vector<std::string>& identifiers,
                                const UpgradeWatch& watch) const {
-  const CurrentDocumentScope current(document);
-  std::vector<const KnownUpgrade*> upgrades;
-  for (const std::size_t position : InOrderOfRunning(identifiers)) upgrades.push_back(&known_[position]);
-
-  UpgradeRunner runner(*document.Get(), observers_, upgrades, watch);
-  for (const KnownUpgrade* const upgrade : upgrades) runner.Run(*upgrade);
-  UpgradeRun run = runner.Finish();
-  for (const std::size_t position : Sorted(identifiers))
-    run.identifiers.push_back(known_[position].identifier);
-  for (const std::string& identifier : run.identifiers) document->RecordUpgrade(identifier);
-  return run;
+  return RunAgain(document, {}, identifiers, watch);
 }
 
 UpgradeRun VersionManager::RunAgain(const DocumentPtr& document, const std::vector<Again>& upgrades,
+                                    const std::vector<std::string>& identifiers,
                                     const UpgradeWatch& watch) const {
-  const CurrentDocumentScope current(document);
-  std::vector<std::string> identifiers;
-  for (const Again& again : upgrades) identifiers.push_back(again.identifier);
-  std::vector<const KnownUpgrade*> known;
-  for (const std::size_t position : InOrderOfRunning(identifiers)) known.push_back(&known_[position]);
+  std::vector<std::string> recorded;
+  for (const Again& again : upgrades) recorded.push_back(again.identifier);
+  const auto knownOnes = [this](const std::vector<std::string>& wanted) {
+    std::vector<const KnownUpgrade*> known;
+    for (const std::size_t position : InOrderOfRunning(wanted)) known.push_back(&known_[position]);
+    return known;
+  };
+  const std::vector<const KnownUpgrade*> once = knownOnes(identifiers);
+  const std::vector<const KnownUpgrade*> more = knownOnes(recorded);
+  std::vector<const KnownUpgrade*> all = more;
+  all.insert(all.end(), once.begin(), once.end());
 
-  UpgradeRunner runner(*document.Get(), observers_, known, watch);
-  for (const KnownUpgrade* const upgrade : known) {
-    const auto again = std::ranges::find(upgrades, upgrade->identifier, &Again::identifier);
-    runner.RunOn(*upgrade, again->features);
-  }
+  const CurrentDocumentScope current(document);
+  UpgradeRunner runner(*document.Get(), observers_, all, watch);
+  for (const KnownUpgrade* const upgrade : more)
+    runner.RunOn(*upgrade, std::ranges::find(upgrades, upgrade->identifier, &Again::identifier)->features);
+  for (const KnownUpgrade* const upgrade : once) runner.Run(*upgrade);
   UpgradeRun run = runner.Finish();
-  for (const std::size_t position : Sorted(identifiers))
+  for (const std::size_t position : Sorted(recorded)) run.identifiers.push_back(known_[position].identifier);
+  for (const std::size_t position : Sorted(identifiers)) {
     run.identifiers.push_back(known_[position].identifier);
+    document->RecordUpgrade(known_[position].identifier);
+  }
   return run;
 }
 

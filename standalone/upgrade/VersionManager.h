@@ -59,9 +59,10 @@ class VersionManager {
     std::string identifier;
     std::vector<Feature*> features;
   };
-  /// Runs recorded identifiers again on features that they left behind; throws as `Run` does.
+  /// Runs recorded identifiers again on features that they left behind, each identifier given once, and then
+  /// `identifiers` as `Run` does, whose account holds both.
   UpgradeRun RunAgain(const DocumentPtr& document, const std::vector<Again>& upgrades,
-                      const UpgradeWatch& watch = {}) const;
+                      const std::vector<std::string>& identifiers, const UpgradeWatch& watch = {}) const;
 
  private:
   struct Order {

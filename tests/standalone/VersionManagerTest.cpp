@@ -174,10 +174,10 @@ TEST_F(VersionManagerTest, RunningAgainConcernsTheGivenFeaturesOnly) {
   Doc().RecordUpgrade("ProbeC");
   const CheckpointScope scope(testing_support::Recording());
   const UpgradeRun run =
-      manager_.RunAgain(DocumentPtr(&Doc()), {{"ProbeC", {&At(2)}}, {"ProbeA", {&At(2), &At(3)}}});
-  EXPECT_EQ(Ran(), "A2 A3 C2");
-  EXPECT_THAT(run.identifiers, ElementsAre("ProbeA", "ProbeC"));
-  EXPECT_THAT(Doc().Upgrades(), ElementsAre("ProbeA", "ProbeC"));  // once
+      manager_.RunAgain(DocumentPtr(&Doc()), {{"ProbeC", {&At(2)}}, {"ProbeA", {&At(2), &At(3)}}}, {"ProbeB"});
+  EXPECT_EQ(Ran(), "A2 A3 C2 B1 B2 B3");
+  EXPECT_THAT(run.identifiers, ElementsAre("ProbeA", "ProbeC", "ProbeB"));
+  EXPECT_THAT(Doc().Upgrades(), ElementsAre("ProbeA", "ProbeC", "ProbeB"));  // once
 }
 
 TEST_F(VersionManagerTest, AFeatureThatWithholdsItsExtensionHasFailed) {

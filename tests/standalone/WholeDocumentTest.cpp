@@ -48,11 +48,10 @@ class WholeDocumentTest : public testing_support::UpgradeTest,
     return Run(document, identifiers);
   }
   // As two releases would: each opens the document, upgrades it and saves it.
-  DocumentPtr SavedAndRead(const DocumentPtr& document) {
-    WriteOptions options;
-    options.overwrite = true;
-    WriteDocument(*document.Get(), folder_ / "saved.hvxdoc", options);
-    return ReadDocument(folder_ / "saved.hvxdoc");
+  static DocumentPtr SavedAndRead(const DocumentPtr& document) {
+    DocumentPtr read = testing_support::DocumentOf(testing_support::LinesOf(*document.Get()));
+    for (const std::string& identifier : document->Upgrades()) read->RecordUpgrade(identifier);
+    return read;
   }
 
   testing_support::TempFolder folder_;

@@ -165,6 +165,7 @@ Feature& UpgradeTest::At(FeatureId id) {
 std::string UpgradeTest::Line(FeatureId id) {
   Feature& feature = At(id);
   if (feature.removed) return "removed";
+  Doc().RestoreListsSetAside();  // as when the routine is over
   static_cast<void>(Doc().AttributesOf(feature));
   fmt::memory_buffer text;
   AppendFeature(text, feature);
