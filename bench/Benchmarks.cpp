@@ -36,7 +36,7 @@ VLMListValVLMUnicodeString AllIdentifiersBut(std::string_view left) {
 void DispatchWithoutMatch(benchmark::State& state) {
   static_cast<void>(Library());
   const DocumentPtr document = Document::Create("bench");
-  Feature& feature = document->Create(LateType::Of("HVXRiksStepLT"), "Step", nullptr, nullptr);
+  Feature& feature = *document->Create(LateType::Of("HVXRiksStepLT"), "Step", nullptr, nullptr);
   VLMListValVLMUnicodeString identifiers = AllIdentifiersBut("AddConnectionContainer");
   identifiers.Append("UpgradeOfNobody");
   for (auto _ : state) {
@@ -49,7 +49,7 @@ BENCHMARK(DispatchWithoutMatch);
 // The cast that every routine begins with.
 void Cast(benchmark::State& state) {
   const DocumentPtr document = Document::Create("bench");
-  Feature& feature = document->Create(LateType::Of("HVXPressure"), "Pressure", nullptr, nullptr);
+  Feature& feature = *document->Create(LateType::Of("HVXPressure"), "Pressure", nullptr, nullptr);
   const VLMISpecObject_var spObject = HandleOn<VLMISpecObject>(&feature);
   for (auto _ : state) {
     const VLMISpecObject_var spCast{VLMBaseUnknown_var(spObject)};

@@ -118,7 +118,7 @@ class BodyAdapter final : public FeatureAdapter<VLMBody> {
   HRESULT GetContainer(VLMIContainer_var& container) override {
     container = NULL_var;
     if (const HRESULT entered = Enter("VLMBody::GetContainer"); Failed(entered)) return entered;
-    container = HandleOn<VLMIContainer>(Self().container);
+    container = HandleOn<VLMIContainer>(Self().Container());
     return container == NULL_var ? E_FAIL : S_OK;
   }
 };

@@ -79,7 +79,7 @@ class MeshPartAdapter final : public FeatureAdapter<VLMIMSHMeshPart> {
     Feature* const context = FeatureOf(product);
     Feature* const meshed = FeatureOf(object);
     if (!CanBeLinked(context) || !CanBeLinked(meshed)) return E_FAIL;
-    EnterSupport(Self(), MakeConnector(Self(), nullptr, {}, meshed, context));
+    EnterSupport(Self(), MakeConnector(Self(), {}, meshed, context));
     if (mode == kMeshAtNextUpdate) Doc().SetUpToDate(Self(), false);
     return S_OK;
   }

@@ -65,8 +65,10 @@ class FieldOutputFactoryAdapter final : public FeatureAdapter<HVXIFieldOutputFac
       return entered;
     }
     static const LateType& requestType = LateType::Of(kFieldOutputRequest);
-    Feature& made = Doc().Create(requestType, fmt::format("{}.{}", kFieldOutputRequest, Doc().NextId()),
-                                 &Self(), Self().container);
+    Feature* const created = Doc().Create(
+        requestType, fmt::format("{}.{}", kFieldOutputRequest, Doc().NextId()), &Self(), Self().container);
+    if (created == nullptr) return E_FAIL;
+    Feature& made = *created;
     Doc().SetExternalName(made,
                           fmt::format("{}{}", kRequestName, Doc().HighestNumberAfter(kRequestName) + 1));
     static_cast<void>(WriteAttribute(made, kFrequencyType, kIncrements));

@@ -94,8 +94,7 @@ HRESULT Feature::GetContainer(VLMIContainer_var& found) {
   found = NULL_var;
   if (const HRESULT entered = Checkpoint::Pass("VLMISpecObject::GetContainer", this); Failed(entered))
     return entered;
-  static_cast<void>(document->AttributesOf(*this));  // a container that was removed is gone
-  found = HandleOn<VLMIContainer>(container);
+  found = HandleOn<VLMIContainer>(Container());
   return found == NULL_var ? E_FAIL : S_OK;
 }
 

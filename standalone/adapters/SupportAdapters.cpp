@@ -152,7 +152,7 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
     if (const HRESULT entered = Enter("VLMISamAnalysisSupport::GetContainerOf"); Failed(entered))
       return entered;
     Feature* const feature = FeatureOf(body);
-    container = HandleOn<VLMIContainer>(feature == nullptr ? nullptr : feature->container);
+    container = HandleOn<VLMIContainer>(feature == nullptr ? nullptr : feature->Container());
     return container == NULL_var ? E_FAIL : S_OK;
   }
 
@@ -197,7 +197,7 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
     Feature* const context = FeatureOf(second);
     if (first == nullptr || first->removed || first->document != &Doc()) return E_FAIL;
     if (context != nullptr && (context->removed || context->document != &Doc())) return E_FAIL;
-    EnterSupport(Self(), MakeConnector(Self(), nullptr, type.View(), first, context), position);
+    EnterSupport(Self(), MakeConnector(Self(), type.View(), first, context), position);
     return S_OK;
   }
 

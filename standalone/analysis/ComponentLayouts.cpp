@@ -169,7 +169,10 @@ bool Lacks(const Place& place) {
 }
 
 void Make(const Place& place, const ComponentLayout& layout) {
-  Feature& component = *MakeComponent(*place.holder, place.name, layout.type, layout.magnitude);
+  if (place.holder == nullptr) return;
+  Feature* const made = MakeComponent(*place.holder, place.name, layout.type, layout.magnitude);
+  if (made == nullptr) return;
+  Feature& component = *made;
   Document& document = *component.document;
   if (layout.type == kDouble)
     document.SetAttribute(component, kComponentValues.Id(), Value::Real(layout.value));

@@ -72,7 +72,9 @@ Feature* MakeComponent(Feature& holder, std::string_view name, std::string_view 
   if (!value && type != kComposite) return nullptr;
   static const LateType& componentType = LateType::Of("SAMBasicComponent");
   Document& document = *holder.document;
-  Feature& component = document.Create(componentType, name, &holder, holder.container);
+  Feature* const made = document.Create(componentType, name, &holder, holder.container);
+  if (made == nullptr) return nullptr;
+  Feature& component = *made;
   document.ReserveAttributes(component, value ? 3 : 1);
   document.SetAttribute(component, kComponentType.Id(), Value::String(document.Keep(type)));
   if (!magnitude.empty()) {
@@ -92,17 +94,19 @@ bool UnitFits(std::string_view unit, std::string_view magnitude) {
   return found != std::end(kUnits) && found->unit == unit;
 }
 
-Feature& MakeParameter(Feature& father, std::string_view name, std::string_view magnitude, double value,
+Feature* MakeParameter(Feature& father, std::string_view name, std::string_view magnitude, double value,
                        bool visible) {
   static const LateType& parameterType = LateType::Of("Parameter");
   static const Key kVisible("Visible");
   Document& document = *father.document;
-  Feature& parameter = document.Create(parameterType, name, &father, father.container);
+  Feature* const made = document.Create(parameterType, name, &father, father.container);
+  if (made == nullptr) return nullptr;
+  Feature& parameter = *made;
   document.ReserveAttributes(parameter, 3);
   document.SetAttribute(parameter, kMagnitude.Id(), Value::String(document.Keep(magnitude)));
   document.SetAttribute(parameter, kParameterValue.Id(), Value::Real(value));
   if (visible) document.SetAttribute(parameter, kVisible.Id(), Value::Boolean(true));
-  return parameter;
+  return &parameter;
 }
 
 }  // namespace standalone

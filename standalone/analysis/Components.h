@@ -16,7 +16,7 @@ bool IsComponent(const Feature& feature);
 
 /// Makes a component as the last son of `holder`, with the empty value of its type and, where `magnitude` is
 /// not empty, that unit kind. Null for a type that is none of "SAMDouble", "SAMInteger", "SAMBoolean",
-/// "SAMString" and "SAMComposite".
+/// "SAMString" and "SAMComposite", and for a holder that was removed.
 Feature* MakeComponent(Feature& holder, std::string_view name, std::string_view type,
                        std::string_view magnitude);
 
@@ -25,8 +25,8 @@ bool IsMagnitude(std::string_view magnitude);
 /// Whether a value of `magnitude` can be given in `unit`; the empty unit stands for the base unit of any.
 bool UnitFits(std::string_view unit, std::string_view magnitude);
 
-/// Makes a knowledge parameter as the last son of `father`.
-Feature& MakeParameter(Feature& father, std::string_view name, std::string_view magnitude, double value,
+/// Makes a knowledge parameter as the last son of `father`; null when that was removed.
+Feature* MakeParameter(Feature& father, std::string_view name, std::string_view magnitude, double value,
                        bool visible);
 
 extern const Key kComponentType;

@@ -32,7 +32,8 @@ constexpr std::string_view kPairName = "Contact Pair-";
 constexpr double kDefaultSearchTolerance = 0.1;
 constexpr double kDefaultOverclosureTolerance = -0.001;
 
-Feature& MakeSon(Feature& father, std::string_view lateType) {
+// Null when the father was removed.
+Feature* MakeSon(Feature& father, std::string_view lateType) {
   Document& document = *father.document;
   return document.Create(LateType::Of(lateType), fmt::format("{}.{}", lateType, document.NextId()), &father,
                          father.container);
@@ -67,10 +68,12 @@ Feature* ContactSettingsOf(const Feature& contact) {
   return FindComponent(contact, "ContactSettings");
 }
 
-Feature& MakeContactPair(Feature& set, bool standard) {
+Feature* MakeContactPair(Feature& set, bool standard) {
   Document& document = *set.document;
   const std::int64_t number = document.HighestNumberAfter(kPairName) + 1;
-  Feature& pair = MakeSon(set, standard ? kStandardPair : kExplicitPair);
+  Feature* const made = MakeSon(set, standard ? kStandardPair : kExplicitPair);
+  if (made == nullptr) return nullptr;
+  Feature& pair = *made;
   document.SetExternalName(pair, fmt::format("{}{}", kPairName, number));
   SetDefaults(pair);
   CompleteComponents(pair);
@@ -78,33 +81,37 @@ Feature& MakeContactPair(Feature& set, bool standard) {
   static_cast<void>(MakeContactControl(pair));
   if (standard) static_cast<void>(MakeInterferenceFit(pair));
   document.SetAttribute(pair, kPropagationState.Id(), Value::Integer(kCreatedHere));
-  return pair;
+  return made;
 }
 
-Feature& MakeContactControl(Feature& contact) {
-  Feature& control = MakeSon(contact, "HVXContactControlsLT");
-  contact.document->SetExternalName(control, "Contact Controls");
-  CompleteComponents(control);
-  WriteLink(contact, kContactControl, &control);
-  return control;
+bool MakeContactControl(Feature& contact) {
+  Feature* const control = MakeSon(contact, "HVXContactControlsLT");
+  if (control == nullptr) return false;
+  contact.document->SetExternalName(*control, "Contact Controls");
+  CompleteComponents(*control);
+  WriteLink(contact, kContactControl, control);
+  return true;
 }
 
-Feature& MakeInterferenceFit(Feature& contact) {
+bool MakeInterferenceFit(Feature& contact) {
   Document& document = *contact.document;
-  Feature& fit = MakeSon(contact, "HVXInterferenceFitLT");
+  Feature* const made = MakeSon(contact, "HVXInterferenceFitLT");
+  if (made == nullptr) return false;
+  Feature& fit = *made;
   document.ReserveAttributes(fit, 3);
   document.SetAttribute(fit, kFitType.Id(), Value::Integer(0));
   document.SetAttribute(fit, kFitDefinition.Id(), Value::Integer(0));
   document.SetAttribute(fit, kFitValue.Id(), Value::Real(0.0));
   WriteLink(contact, kInterferenceFit, &fit);
-  return fit;
+  return true;
 }
 
-void ConvertToStandardPair(Feature& contact, Feature& set) {
+bool ConvertToStandardPair(Feature& contact, Feature& set) {
   Document& document = *contact.document;
+  if (!document.PlaceBeneath(contact, set)) return false;
   document.SetType(contact, LateType::Of(kStandardPair));
-  static_cast<void>(document.PlaceBeneath(contact, set));
   CompleteComponents(contact);
+  return true;
 }
 
 }  // namespace standalone

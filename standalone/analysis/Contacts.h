@@ -34,14 +34,17 @@ bool IsContactPair(const Feature& feature);
 Feature* ContactSettingsOf(const Feature& contact);
 
 /// Makes a whole contact pair as the last son of `set`: with settings, contact control and, a standard one,
-/// interference fit, and without supports. Its name carries the first number that no pair has had yet.
-Feature& MakeContactPair(Feature& set, bool standard);
-/// Makes a contact control, with its layout, for a contact that has none.
-Feature& MakeContactControl(Feature& contact);
-/// Makes an interference fit that fits nothing yet, for a contact that has none.
-Feature& MakeInterferenceFit(Feature& contact);
+/// interference fit, and without supports. Its name carries the first number that no pair has had yet. Null,
+/// and nothing is made, when the set was removed.
+Feature* MakeContactPair(Feature& set, bool standard);
+/// Makes a contact control, with its layout, for a contact that has none. False when the contact was removed.
+bool MakeContactControl(Feature& contact);
+/// Makes an interference fit that fits nothing yet, for a contact that has none. False when the contact was
+/// removed.
+bool MakeInterferenceFit(Feature& contact);
 /// Makes an old contact a standard contact pair, the last son of `set`. What its old attributes hold stays;
-/// it gets the settings that a standard pair's layout has.
-void ConvertToStandardPair(Feature& contact, Feature& set);
+/// it gets the settings that a standard pair's layout has. False, and nothing changes, when it cannot stand
+/// beneath the set.
+bool ConvertToStandardPair(Feature& contact, Feature& set);
 
 }  // namespace standalone

@@ -11,10 +11,11 @@ HRESULT CreateConnectionMeshPart(Feature& owner) {
   static const Key meshType("MeshType");
   if (LinkedFeature(owner, kMeshPart) != nullptr) return E_FAIL;
   Document& document = *owner.document;
-  Feature& meshPart = document.Create(
+  Feature* const meshPart = document.Create(
       meshPartType, fmt::format("{}.{}", meshPartType.Name(), document.NextId()), &owner, owner.container);
-  static_cast<void>(WriteAttribute(meshPart, meshType, VLMUnicodeString("Connection")));
-  WriteLink(owner, kMeshPart, &meshPart);
+  if (meshPart == nullptr) return E_FAIL;
+  static_cast<void>(WriteAttribute(*meshPart, meshType, VLMUnicodeString("Connection")));
+  WriteLink(owner, kMeshPart, meshPart);
   return S_OK;
 }
 

@@ -8,7 +8,7 @@ namespace standalone {
 
 extern const Key kMeshPart;
 
-/// Gives `owner` a connection mesh part without supports. E_FAIL when it has a mesh part.
+/// Gives `owner` a connection mesh part without supports. E_FAIL when it has a mesh part, or was removed.
 HRESULT CreateConnectionMeshPart(Feature& owner);
 
 }  // namespace standalone

@@ -17,12 +17,12 @@ bool IsConnector(const Feature& feature) {
   return feature.type->MetaClass().IsAKindOf(kind::kConnector);
 }
 
-Feature& MakeConnector(Feature& beside, Feature* father, std::string_view type, Feature* first,
-                       Feature* second) {
+Feature& MakeConnector(Feature& beside, std::string_view type, Feature* first, Feature* second) {
   Document& document = *beside.document;
   const LateType& lateType = LateType::Of(type.empty() ? kDefaultConnector : type);
-  Feature& connector = document.Create(lateType, fmt::format("{}.{}", lateType.Name(), document.NextId()),
-                                       father, beside.container);
+  // Beneath nothing, so that it cannot be refused.
+  Feature& connector = *document.Create(lateType, fmt::format("{}.{}", lateType.Name(), document.NextId()),
+                                        nullptr, beside.container);
   document.ReserveAttributes(connector, 2);
   WriteLink(connector, kFirstObject, first);
   WriteLink(connector, kSecondObject, second);

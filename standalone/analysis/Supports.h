@@ -15,11 +15,9 @@ extern const Key kSecondObject;
 
 bool IsConnector(const Feature& feature);
 
-/// Makes a connector of late type `type` (empty: "GeometrySmartConnector") that connects both objects;
-/// beneath `father`, or beneath nothing when that is null, in the container of `beside`. Not yet listed
-/// anywhere.
-Feature& MakeConnector(Feature& beside, Feature* father, std::string_view type, Feature* first,
-                       Feature* second);
+/// Makes a connector of late type `type` (empty: "GeometrySmartConnector") that connects both objects, in the
+/// container of `beside`. It stands beneath nothing and is not yet listed anywhere.
+Feature& MakeConnector(Feature& beside, std::string_view type, Feature* first, Feature* second);
 
 /// Enters the connector, which becomes a son of `feature`, in the feature's supports: at `position` (from 1),
 /// or at the end for any other.

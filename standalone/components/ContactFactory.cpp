@@ -30,8 +30,9 @@ class ContactFactory final : public Component<HVXISurfaceToSurfaceContactFact> {
     if (!IsThere(set) || !IsThere(owner) || set->document != owner->document) return E_FAIL;
     std::int32_t type = 0;
     static_cast<void>(ReadAttribute(*owner, kAnalysisType, type));
-    pair = HandleOn<VLMISpecObject>(&MakeContactPair(*set, type != kExplicitDynamics));
-    return S_OK;
+    Feature* const made = MakeContactPair(*set, type != kExplicitDynamics);
+    pair = HandleOn<VLMISpecObject>(made);
+    return made == nullptr ? E_FAIL : S_OK;
   }
 
   HRESULT CompleteContact(const VLMBaseUnknown_var& contact) override {
@@ -41,10 +42,9 @@ class ContactFactory final : public Component<HVXISurfaceToSurfaceContactFact> {
       return entered;
     }
     if (!IsThere(feature) || !IsContactPair(*feature)) return E_FAIL;
-    if (IsOfKind(*feature, kStandardPair) && LinkedFeature(*feature, kInterferenceFit) == nullptr) {
-      static_cast<void>(MakeInterferenceFit(*feature));
-    }
-    return S_OK;
+    if (!IsOfKind(*feature, kStandardPair) || LinkedFeature(*feature, kInterferenceFit) != nullptr)
+      return S_OK;
+    return MakeInterferenceFit(*feature) ? S_OK : E_FAIL;
   }
 
   HRESULT CreateContactControl(const VLMBaseUnknown_var& contact) override {
@@ -56,8 +56,7 @@ class ContactFactory final : public Component<HVXISurfaceToSurfaceContactFact> {
     }
     if (!IsThere(feature) || !IsContactPair(*feature)) return E_FAIL;
     if (LinkedFeature(*feature, kContactControl) != nullptr) return E_FAIL;
-    static_cast<void>(MakeContactControl(*feature));
-    return S_OK;
+    return MakeContactControl(*feature) ? S_OK : E_FAIL;
   }
 
   HRESULT ConvertContact(const VLMISamAnalysisSet_var& interactionSet, const VLMBaseUnknown_var& contact,
@@ -73,8 +72,7 @@ class ContactFactory final : public Component<HVXISurfaceToSurfaceContactFact> {
     const Document* const own = &Document::Of(*document.Get());
     if (feature->document != own || set->document != own) return E_FAIL;
     if (!IsOfKind(*feature, "HVXSurfaceToSurfaceContactLT")) return E_FAIL;
-    ConvertToStandardPair(*feature, *set);
-    return S_OK;
+    return ConvertToStandardPair(*feature, *set) ? S_OK : E_FAIL;
   }
 };
 

@@ -96,15 +96,18 @@ void Document::DropAllDeadLinks() {
   withDeadLinks_.clear();
 }
 
-Feature& Document::Create(const LateType& type, std::string_view name, Feature* father, Feature* container) {
+Feature* Document::Create(const LateType& type, std::string_view name, Feature* father, Feature* container) {
+  if (father != nullptr && father->removed) return nullptr;
   Feature& feature = AppendRead(NextId(), type);
   feature.name = Keep(name);
   feature.created = true;
-  feature.container = container;
-  NoteLinks(feature, Value::Link(container));
+  if (container != nullptr && !container->removed) {
+    feature.container = container;
+    NoteLink(feature, *container);
+  }
   if (father != nullptr) LinkLastSon(feature, *father);
   touched_.push_back(&feature);
-  return feature;
+  return &feature;
 }
 
 void Document::Remove(Feature& feature) {
@@ -220,6 +223,7 @@ void Document::PlaceBeside(Feature& feature, Feature& other, bool after) {
 }
 
 bool Document::PlaceBeneath(Feature& feature, Feature& father) {
+  if (feature.removed || father.removed) return false;
   for (const Feature* above = &father; above != nullptr; above = above->father) {
     if (above == &feature) return false;
   }
@@ -371,6 +375,10 @@ void Document::NoteLinks(Feature& referrer, const Value& value) {
 }
 
 void Document::NoteLink(Feature& referrer, Feature& target) {
+  if (target.removed) {
+    MarkDeadLinks(referrer);
+    return;
+  }
   if (target.referrer == &referrer) return;
   if (target.referrer == nullptr) {
     target.referrer = &referrer;
@@ -386,16 +394,17 @@ void Document::NoteLink(Feature& referrer, Feature& target) {
 
 void Document::MarkReferrers(Feature& target) {
   if (target.referrer == nullptr) return;
-  const auto mark = [this](Feature& referrer) {
-    if (!referrer.hasDeadLinks) withDeadLinks_.push_back(&referrer);
-    referrer.hasDeadLinks = true;
-  };
   if (target.referrer != kSeveral) {
-    mark(*target.referrer);
+    MarkDeadLinks(*target.referrer);
     return;
   }
   if (!sharedReferrersIndexed_) IndexSharedReferrers();
-  for (Feature* const referrer : sharedReferrers_[&target]) mark(*referrer);
+  for (Feature* const referrer : sharedReferrers_[&target]) MarkDeadLinks(*referrer);
+}
+
+void Document::MarkDeadLinks(Feature& referrer) {
+  if (!referrer.hasDeadLinks) withDeadLinks_.push_back(&referrer);
+  referrer.hasDeadLinks = true;
 }
 
 void Document::IndexSharedReferrers() {

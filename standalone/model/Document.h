@@ -86,9 +86,11 @@ class Document final : public VLMDocument {
   [[nodiscard]] DocumentCompanion* Companion() const { return companion_.get(); }
   void SetCompanion(std::unique_ptr<DocumentCompanion> companion) { companion_ = std::move(companion); }
 
-  // Changing. Nothing is done, and nothing counts as a change, when the new state is the old one.
-  /// Makes a feature: the last of the document and of its father's sons.
-  Feature& Create(const LateType& type, std::string_view name, Feature* father, Feature* container);
+  // Changing. Nothing is done, and nothing counts as a change, when the new state is the old one. A link to a
+  // removed feature is gone as soon as it is set: nothing that is read or written holds one.
+  /// Makes a feature: the last of the document and of its father's sons. Null, and nothing is made, when the
+  /// father was removed; a container that was removed counts as none.
+  Feature* Create(const LateType& type, std::string_view name, Feature* father, Feature* container);
   /// Removes the feature with all that stands beneath it, and every link that held any of them. Nothing
   /// happens to one that was removed already.
   void Remove(Feature& feature);
@@ -107,9 +109,9 @@ class Document final : public VLMDocument {
   /// list grows in steps, so that appending n entries costs n.
   void AppendToList(Feature& feature, NameId key, const Value& entry);
   /// Makes `feature` the last son of `father`. False, and nothing changes, when `father` is it or stands
-  /// beneath it.
+  /// beneath it, or when one of the two was removed.
   bool PlaceBeneath(Feature& feature, Feature& father);
-  /// Moves `feature` to stand directly after (or before) `other`, a son of the same father.
+  /// Moves `feature` to stand directly after (or before) `other`, a son of the same father. Both are there.
   void PlaceBeside(Feature& feature, Feature& other, bool after);
 
   /// Drops, in every feature, the links whose targets were removed, and has the companion write back what it
@@ -155,6 +157,7 @@ class Document final : public VLMDocument {
   void NoteLinks(Feature& referrer, const Value& value);
   void NoteLink(Feature& referrer, Feature& target);
   void MarkReferrers(Feature& target);
+  void MarkDeadLinks(Feature& referrer);
   void IndexSharedReferrers();
   void DropDeadLinks(Feature& feature);
   /// Makes the feature's attributes what they are to be read as.

@@ -79,6 +79,12 @@ class Feature final : public VLMISpecObject, public FeatureState {
   HRESULT GetContainer(VLMIContainer_var& found) override;
   HRESULT RemoveSon(const VLMISpecObject_var& son, int option) override;
   int IsReadyInDomain(const VLMUnicodeString& domain) override;
+
+  /// The container that the feature stands in. One that was removed is gone, though `container` may still
+  /// tell it.
+  [[nodiscard]] Feature* Container() const {
+    return container == nullptr || container->removed ? nullptr : container;
+  }
 };
 
 /// Walks over all that stands beneath `top`, depth first, sons in order: what follows `current`, which is

@@ -78,8 +78,10 @@ Feature* FeatureCatalogs::Create(std::string_view lateType, std::string_view ext
   for (const FeatureCatalog* const catalog : document.LoadedCatalogs()) {
     simdjson::dom::object attributes;
     if (catalog->lateTypes[lateType].get_object().get(attributes) != simdjson::SUCCESS) continue;
-    Feature& feature = document.Create(
+    Feature* const made = document.Create(
         LateType::Of(lateType), fmt::format("{}.{}", lateType, document.NextId()), &father, father.container);
+    if (made == nullptr) return nullptr;
+    Feature& feature = *made;
     document.SetExternalName(feature, externalName);
     constexpr std::size_t kLinksOnTop = 2;  // that most features get besides
     document.ReserveAttributes(feature, static_cast<std::uint32_t>(attributes.size() + kLinksOnTop));

@@ -163,8 +163,8 @@ HRESULT HVXAnalysisDocUtils::GetAllSiblingFeatures(const VLMBaseUnknown_var& fea
 VLMISpecObject_var HVXAnalysisDocUtils::GetPartAsSpecObject(const VLMILinkableObject_var& object) {
   const Feature* const own = FeatureOf(object);
   if (Failed(Checkpoint::Pass("HVXAnalysisDocUtils::GetPartAsSpecObject", own))) return {};
-  if (own == nullptr || own->container == nullptr || own->container->removed) return {};
-  return HandleOn<VLMISpecObject>(LinkedFeature(*own->container, kPart));
+  if (own == nullptr || own->Container() == nullptr) return {};
+  return HandleOn<VLMISpecObject>(LinkedFeature(*own->Container(), kPart));
 }
 
 HRESULT HVXAnalysisDocUtils::LoadCatalog(const VLMString& catalog, const VLMDocument_var& document) {

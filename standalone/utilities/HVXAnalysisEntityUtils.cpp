@@ -74,7 +74,7 @@ HRESULT HVXAnalysisEntityUtils::CreateKpeParam(const VLMUnicodeString& magnitude
   bool creates = true;
   static_cast<void>(ReadAttribute(*model, kCreatesParameters, creates));
   if (!creates) return S_OK;
-  parameter = HandleOn<VLMIKpeParm>(&MakeParameter(*model, name.View(), magnitude.View(), value, flag == 1));
+  parameter = HandleOn<VLMIKpeParm>(MakeParameter(*model, name.View(), magnitude.View(), value, flag == 1));
   return S_OK;
 }
 

@@ -49,9 +49,8 @@ class ModelFactory final : public VLMISamAnalysisModelFactory {
       return entered;
     }
     if (old == nullptr || old->removed || old->document != document_.Get()) return E_FAIL;
-    support = HandleOn<VLMBaseUnknown>(&MakeConnector(*old, nullptr, old->TypeName(),
-                                                      LinkedFeature(*old, kFirstObject),
-                                                      LinkedFeature(*old, kSecondObject)));
+    support = HandleOn<VLMBaseUnknown>(&MakeConnector(
+        *old, old->TypeName(), LinkedFeature(*old, kFirstObject), LinkedFeature(*old, kSecondObject)));
     return S_OK;
   }
 

@@ -225,7 +225,7 @@ TEST_F(HVXGenericUpgradesTest, CaseOfAnotherProductKeepsThePropertiesAndASecondR
 
 TEST_F(HVXGenericUpgradesTest, PairThatExistsAlreadyIsUsed) {
   GivenProperties();
-  standalone::Feature& old = Doc().Create(standalone::LateType::Of(kPair), "", &At(28), nullptr);
+  standalone::Feature& old = *Doc().Create(standalone::LateType::Of(kPair), "", &At(28), nullptr);
   VLMISamAnalysisSupport_var supports = standalone::HandleOn<VLMISamAnalysisSupport>(&old);
   ASSERT_EQ(supports->AddSupport(As<VLMILinkableObject>(3), As<VLMBaseUnknown>(1), ""), S_OK);
   EXPECT_EQ(Run({kReplaceProperties}), S_OK);

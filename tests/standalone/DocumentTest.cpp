@@ -7,9 +7,11 @@
 #include <random>
 #include <set>
 
+#include "base/VLMLibrary.h"
 #include "file/FeatureText.h"
 #include "model/Document.h"
 #include "support/UpgradeFixture.h"
+#include "workbench/HVXISurfaceToSurfaceContactFact.h"
 
 namespace {
 
@@ -65,7 +67,7 @@ TEST_F(DocumentTest, TheStateBeforeTheFirstChangeIsKept) {
   Doc().SetExternalName(feature, "new");
   Doc().SetType(feature, LateType::Of("Y"));
   Doc().SetPhysicalType(feature, "P");
-  Feature& made = Doc().Create(LateType::Of("Z"), "made", &feature, nullptr);
+  Feature& made = *Doc().Create(LateType::Of("Z"), "made", &feature, nullptr);
   EXPECT_EQ(
       Line(1),
       R"({"id":1,"type":"Y","alias":"new","physicalType":"P","attributes":{"A":[1,2,3,4,5,6,7,8,9,10,11]}})");
@@ -165,6 +167,33 @@ TEST_F(DocumentTest, LinksMadeBeforeAndAfterTheIndexAreDropped) {
 )");
 }
 
+TEST_F(DocumentTest, NothingComesToStandInWhatWasRemovedOrLinksToIt) {
+  Given(R"({"id":1,"type":"SAMContainer"}
+           {"id":2,"type":"HVXInteractionContainerLT"}
+           {"id":3,"type":"X","container":{"ref":1},"attributes":{"A":[],"B":7}}
+           {"id":4,"type":"AnalysisCase"})");
+  Doc().Remove(At(1));
+  Doc().Remove(At(2));
+  EXPECT_EQ(At(3).Container(), nullptr);
+  EXPECT_EQ(Doc().Create(LateType::Of("X"), "", &At(2), nullptr), nullptr);
+  EXPECT_FALSE(Doc().PlaceBeneath(At(3), At(2)));
+  EXPECT_FALSE(Doc().PlaceBeneath(At(2), At(3)));
+  ASSERT_NE(Doc().Create(LateType::Of("X"), "", &At(3), &At(1)), nullptr);
+  Doc().AppendToList(At(3), kA, Value::Link(&At(2)));
+  Doc().AppendToList(At(3), kA, Value::Link(&At(4)));
+  Doc().SetAttribute(At(3), NameTable::Intern("B"), Value::Link(&At(1)));
+  EXPECT_EQ(Line(3), R"({"id":3,"type":"X","attributes":{"A":[{"ref":4}]}})");
+
+  HVXISurfaceToSurfaceContactFact_var factory;
+  ASSERT_EQ(VLMInstantiateComponent("HVXSurfaceToSurfaceContactFact", factory), S_OK);
+  VLMISpecObject_var pair;
+  EXPECT_EQ(factory->CreateContactPair(As<VLMISamAnalysisSet>(2), As<VLMBaseUnknown>(4), pair), E_FAIL);
+  EXPECT_EQ(Lines(), R"({"id":3,"type":"X","attributes":{"A":[{"ref":4}]}}
+{"id":4,"type":"AnalysisCase"}
+{"id":5,"type":"X","father":{"ref":3}}
+)");
+}
+
 TEST_F(DocumentTest, PlacingMovesAmongSonsAndInTheDocumentAlike) {
   Given(R"({"id":1,"type":"X"}
            {"id":2,"type":"X","father":{"ref":1}}
@@ -203,7 +232,7 @@ TEST_F(DocumentTest, IdsMayBeDenseAscendingOrScattered) {
       EXPECT_TRUE(found == nullptr || found->id == id);
     }
     const FeatureId next = *std::ranges::max_element(ids) + 1;
-    EXPECT_EQ(Doc().Create(LateType::Of("X"), "", nullptr, nullptr).id, next);
+    EXPECT_EQ(Doc().Create(LateType::Of("X"), "", nullptr, nullptr)->id, next);
     EXPECT_EQ(Doc().Find(next)->id, next);
   }
 }
@@ -312,7 +341,7 @@ class RandomOperations {
   void Step() {
     FeatureId id = Any();
     if (id == 0) {
-      model.nodes[id = document_.Create(LateType::Of("X"), "", nullptr, nullptr).id] = {};
+      model.nodes[id = document_.Create(LateType::Of("X"), "", nullptr, nullptr)->id] = {};
       model.order.push_back(id);
     }
     const std::string key(1, static_cast<char>('A' + Below(4)));
@@ -324,7 +353,7 @@ class RandomOperations {
         const FeatureId container = Below(3) == 0 ? Any() : 0;
         const std::string type = AnyType();
         const Feature& made =
-            document_.Create(LateType::Of(type), "", document_.Find(father), document_.Find(container));
+            *document_.Create(LateType::Of(type), "", document_.Find(father), document_.Find(container));
         model.nodes[made.id] = {father, container, type, {}};
         model.order.push_back(made.id);
         break;

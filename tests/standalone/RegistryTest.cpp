@@ -89,7 +89,7 @@ std::string LoadAndUnload(const char* file, const char* lateType, const char* up
     if (loaded.ties <= before.ties) return "no ties were declared";
     if (loaded.classes != before.classes) return "a class was registered before it was needed";
     const DocumentPtr document = Document::Create("test");
-    Feature& feature = document->Create(LateType::Of(lateType), "", nullptr, nullptr);
+    Feature& feature = *document->Create(LateType::Of(lateType), "", nullptr, nullptr);
     for (int time = 0; time < 2; ++time) {
       if (HandleOn<HVXIUpgrade>(&feature) == NULL_var) return "the late type has no extension";
       if (VLMRegistry::Instance().Count().classes != before.classes + 1)
@@ -100,7 +100,7 @@ std::string LoadAndUnload(const char* file, const char* lateType, const char* up
   if (dlopen(file, RTLD_NOW | RTLD_NOLOAD) != nullptr) return "the library stayed in memory";
   if (VLMMetaClass::Find(upgradeClass) != nullptr) return "the class stayed registered";
   const DocumentPtr document = Document::Create("test");
-  Feature& feature = document->Create(LateType::Of(lateType), "", nullptr, nullptr);
+  Feature& feature = *document->Create(LateType::Of(lateType), "", nullptr, nullptr);
   if (Offers(feature, HVXIUpgrade::kId)) return "the extension stayed registered";
   if (!LateType::Of(lateType).MetaClass().Extensions().empty())
     return "the late type still names its extension";
