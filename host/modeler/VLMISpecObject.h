@@ -30,8 +30,9 @@ class VLMISpecObject : public VLMBaseUnknown {
   /// Gives the container that holds the feature; null, and E_FAIL, when it stands in none.
   virtual HRESULT GetContainer(VLMIContainer_var& container) = 0;
 
-  /// Takes `son` out of this feature and deletes it with all that stands beneath it. `option` is 0. E_FAIL
-  /// when it is not a son of this feature.
+  /// Takes `son` out of this feature and deletes it with all that stands beneath it. One that stands beneath
+  /// another feature, and is a son only by the list that an old release kept, is taken off that list and
+  /// stays with the other. `option` is 0. E_FAIL when it is not a son of this feature.
   virtual HRESULT RemoveSon(const VLMISpecObject_var& son, int option) = 0;
 
   /// 1 when the feature is ready in `domain` (an empty domain asks for all of them), 0 when not or when the

@@ -143,6 +143,37 @@ std::vector<Feature*> LinkedFeatures(Feature& feature, const Key& key) {
   return targets;
 }
 
+bool CanHoldList(Feature& feature, const Key& key) {
+  const Attribute* const attribute = feature.document->FindAttribute(feature, key.Id());
+  if (attribute == nullptr || attribute->value.Kind() == ValueKind::kList) return true;
+  return attribute->value.Kind() == ValueKind::kLink && attribute->value.Target() == nullptr;
+}
+
+void InsertLink(Feature& feature, const Key& key, Feature& target, int position) {
+  Document& document = *feature.document;
+  const Value* const list = FindValue(feature, key, ValueKind::kList);
+  if (list == nullptr) WriteLinks(feature, key, {});
+  const std::span<const Value> before = list == nullptr ? std::span<const Value>() : list->Entries();
+  if (position < 1 || static_cast<std::size_t>(position) > before.size()) {
+    document.AppendToList(feature, key.Id(), Value::Link(&target));
+    return;
+  }
+  std::vector<Value> entries(before.begin(), before.end());
+  entries.insert(entries.begin() + position - 1, Value::Link(&target));
+  document.SetAttribute(feature, key.Id(), Value::List(document.Keep(std::span<const Value>(entries))));
+}
+
+void DropLink(Feature& feature, const Key& key, const Feature& target) {
+  const Value* const list = FindValue(feature, key, ValueKind::kList);
+  if (list == nullptr) return;
+  std::vector<Value> entries(list->Entries().begin(), list->Entries().end());
+  std::erase_if(entries, [&target](const Value& entry) {
+    return entry.Kind() == ValueKind::kLink && entry.Target() == &target;
+  });
+  Document& document = *feature.document;
+  document.SetAttribute(feature, key.Id(), Value::List(document.Keep(std::span<const Value>(entries))));
+}
+
 void WriteLink(Feature& feature, const Key& key, Feature* target) {
   feature.document->SetAttribute(feature, key.Id(), Value::Link(target));
 }

@@ -54,6 +54,14 @@ std::vector<Feature*> LinkedFeatures(Feature& feature, const Key& key);
 /// The same, with null for an entry that holds nothing: for lists whose entries belong to those of others.
 std::vector<Feature*> LinkEntries(Feature& feature, const Key& key);
 
+/// Whether a list of links can be kept under the key: not where a value of another kind stands.
+bool CanHoldList(Feature& feature, const Key& key);
+/// Enters a link in the list, which is made where there is none: at `position` (from 1), or at the end for
+/// any other. Whatever else the list holds stays. To be called only where it can be held.
+void InsertLink(Feature& feature, const Key& key, Feature& target, int position = -1);
+/// Takes every link to `target` out of the list. Whatever else it holds stays.
+void DropLink(Feature& feature, const Key& key, const Feature& target);
+
 void WriteLink(Feature& feature, const Key& key, Feature* target);
 void WriteLinks(Feature& feature, const Key& key, const std::vector<Feature*>& targets);
 

@@ -79,7 +79,11 @@ class MeshPartAdapter final : public FeatureAdapter<VLMIMSHMeshPart> {
     Feature* const context = FeatureOf(product);
     Feature* const meshed = FeatureOf(object);
     if (!CanBeLinked(context) || !CanBeLinked(meshed)) return E_FAIL;
-    EnterSupport(Self(), MakeConnector(Self(), {}, meshed, context));
+    Feature* const connector = &MakeConnector(Self(), {}, meshed, context);
+    if (!EnterSupports(Self(), {&connector, 1})) {
+      Doc().Remove(*connector);
+      return E_FAIL;
+    }
     if (mode == kMeshAtNextUpdate) Doc().SetUpToDate(Self(), false);
     return S_OK;
   }

@@ -16,13 +16,6 @@ const Key kNotReadyIn("NotReadyIn");
 // uncounted.
 constexpr VLMInterfaceId kFeatureItself{"standalone::Feature"};
 
-// Old documents list sons that stand beneath another feature.
-bool IsSon(const Feature& son, Feature& father) {
-  if (son.father == &father) return true;
-  const std::vector<Feature*> listed = LinkedFeatures(father, kSonsList);
-  return std::ranges::find(listed, &son) != listed.end();
-}
-
 }  // namespace
 
 Feature* FeatureOf(VLMBaseUnknown* object) {
@@ -103,8 +96,15 @@ HRESULT Feature::RemoveSon(const VLMISpecObject_var& son, int /*option*/) {
   const std::string_view sonName = feature == nullptr ? std::string_view() : feature->name;
   if (const HRESULT entered = Checkpoint::Pass("VLMISpecObject::RemoveSon", this, sonName); Failed(entered))
     return entered;
-  if (feature == nullptr || feature->removed || !IsSon(*feature, *this)) return E_FAIL;
-  document->Remove(*feature);
+  if (feature == nullptr || feature->removed) return E_FAIL;
+  if (feature->father == this) {
+    document->Remove(*feature);
+    return S_OK;
+  }
+  // Old documents list sons that stand beneath another feature, which keeps them.
+  const std::vector<Feature*> listed = LinkedFeatures(*this, kSonsList);
+  if (std::ranges::find(listed, feature) == listed.end()) return E_FAIL;
+  DropLink(*this, kSonsList, *feature);
   return S_OK;
 }
 

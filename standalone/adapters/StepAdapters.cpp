@@ -41,7 +41,8 @@ class IncrementedStepAdapter : public FeatureAdapter<Interface> {
     return WriteAttribute(*parameter, kParameterValue, value);
   }
 
-  /// The parameter comes to stand beneath the step; the one that it replaces goes.
+  /// The parameter comes to stand beneath the step; the one that it replaces goes, unless it stands beneath
+  /// another feature or is linked to from elsewhere.
   HRESULT SetParameter(std::string_view operation, std::string_view quantity,
                        const VLMIKpeParm_var& parameter) const {
     if (const HRESULT entered = this->Enter(operation, quantity); Failed(entered)) return entered;
@@ -50,8 +51,9 @@ class IncrementedStepAdapter : public FeatureAdapter<Interface> {
     Feature* const component = FindComponent(this->Self(), quantity);
     if (component == nullptr || !this->Doc().PlaceBeneath(*owned, this->Self())) return E_FAIL;
     Feature* const before = LinkedFeature(*component, kParameter);
-    if (before != nullptr && before != owned) this->Doc().Remove(*before);
     WriteLink(*component, kParameter, owned);
+    if (before == nullptr || before == owned || before->father != &this->Self()) return S_OK;
+    if (!this->Doc().IsLinkedFromElsewhere(*before, *component)) this->Doc().Remove(*before);
     return S_OK;
   }
 };

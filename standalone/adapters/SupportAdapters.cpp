@@ -80,7 +80,7 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
   HRESULT PrepareSupports() override {
     if (const HRESULT entered = Enter("VLMISamAnalysisSupport::PrepareSupports"); Failed(entered))
       return entered;
-    for (Feature* const connector : LinkedFeatures(Self(), kSupports)) Doc().Remove(*connector);
+    standalone::PrepareSupports(Self());
     return S_OK;
   }
 
@@ -90,7 +90,7 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
         Failed(entered)) {
       return entered;
     }
-    const auto count = static_cast<int>(LinkedFeatures(Self(), kSupports).size());
+    const auto count = static_cast<int>(LinkEntries(Self(), kSupports).size());
     if (position != -1 && (position < 1 || position > count + 1)) return E_FAIL;
     return Connect(object, second, connectorType, position);
   }
@@ -104,8 +104,7 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
              IsConnector(*connector);
     };
     if (!std::ranges::all_of(connectors, isSound)) return E_FAIL;
-    for (Feature* const connector : connectors) EnterSupport(Self(), *connector);
-    return S_OK;
+    return EnterSupports(Self(), connectors) ? S_OK : E_FAIL;
   }
 
   HRESULT RemoveSupport(const VLMBaseUnknown_var& support, const VLMUnicodeString& connectorType) override {
@@ -115,7 +114,7 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
     }
     const Feature* const wanted = FeatureOf(support);
     for (Feature* const connector : LinkedFeatures(Self(), kSupports)) {
-      if (connector == wanted) return RemoveIfOfType(*connector, connectorType);
+      if (connector == wanted) return TakeOutIfOfType(*connector, connectorType);
     }
     return E_FAIL;
   }
@@ -131,7 +130,7 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
     for (Feature* const connector : LinkedFeatures(Self(), kSupports)) {
       if (LinkedFeature(*connector, kFirstObject) == first &&
           LinkedFeature(*connector, kSecondObject) == context &&
-          Succeeded(RemoveIfOfType(*connector, connectorName))) {
+          Succeeded(TakeOutIfOfType(*connector, connectorName))) {
         return S_OK;
       }
     }
@@ -197,13 +196,15 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
     Feature* const context = FeatureOf(second);
     if (first == nullptr || first->removed || first->document != &Doc()) return E_FAIL;
     if (context != nullptr && (context->removed || context->document != &Doc())) return E_FAIL;
-    EnterSupport(Self(), MakeConnector(Self(), type.View(), first, context), position);
-    return S_OK;
+    Feature* const connector = &MakeConnector(Self(), type.View(), first, context);
+    if (EnterSupports(Self(), {&connector, 1}, position)) return S_OK;
+    Doc().Remove(*connector);
+    return E_FAIL;
   }
 
-  [[nodiscard]] HRESULT RemoveIfOfType(Feature& connector, const VLMUnicodeString& type) const {
-    if (!type.IsNull() && connector.TypeName() != type.View()) return E_FAIL;
-    Doc().Remove(connector);
+  [[nodiscard]] HRESULT TakeOutIfOfType(Feature& support, const VLMUnicodeString& type) const {
+    if (!type.IsNull() && support.TypeName() != type.View()) return E_FAIL;
+    TakeSupportOut(Self(), support);
     return S_OK;
   }
 };

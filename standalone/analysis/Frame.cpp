@@ -6,6 +6,12 @@ bool IsOfKind(const Feature& feature, std::string_view lateTypeOrKind) {
   return feature.type->MetaClass().IsAKindOf(lateTypeOrKind);
 }
 
+bool StandsBeneath(const Feature& feature, const Feature& top) {
+  const Feature* above = &feature;
+  while (above != nullptr && above != &top) above = above->father;
+  return above != nullptr;
+}
+
 Feature* CaseAbove(Feature& feature) {
   Feature* above = &feature;
   while (above != nullptr && !IsOfKind(*above, kind::kAnalysisCase)) above = above->father;

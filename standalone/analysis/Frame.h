@@ -11,6 +11,8 @@ namespace standalone {
 
 bool IsOfKind(const Feature& feature, std::string_view lateTypeOrKind);
 
+/// Whether the feature is `top` or stands beneath it, at any depth.
+bool StandsBeneath(const Feature& feature, const Feature& top);
 /// The nearest analysis case upwards, the feature itself included; null without one.
 Feature* CaseAbove(Feature& feature);
 /// The first son of that late type or kind; null without one.

@@ -7,12 +7,6 @@ namespace {
 
 const Key kPropagatedTo("PropagatedTo");
 
-bool StandsBeneath(const Feature& feature, const Feature& top) {
-  const Feature* above = &feature;
-  while (above != nullptr && above != &top) above = above->father;
-  return above != nullptr;
-}
-
 }  // namespace
 
 const Key kPropagationState("PropagationState");

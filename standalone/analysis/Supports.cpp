@@ -2,6 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
+#include "analysis/Frame.h"
+
 namespace standalone {
 namespace {
 
@@ -29,17 +33,32 @@ Feature& MakeConnector(Feature& beside, std::string_view type, Feature* first, F
   return connector;
 }
 
-void EnterSupport(Feature& feature, Feature& connector, int position) {
-  Document& document = *feature.document;
-  static_cast<void>(document.PlaceBeneath(connector, feature));
-  if (document.FindAttribute(feature, kSupports.Id()) == nullptr) WriteLinks(feature, kSupports, {});
-  std::vector<Feature*> supports = LinkedFeatures(feature, kSupports);
-  if (position < 1 || static_cast<std::size_t>(position) > supports.size()) {
-    document.AppendToList(feature, kSupports.Id(), Value::Link(&connector));
-    return;
+bool EnterSupports(Feature& feature, std::span<Feature* const> connectors, int position) {
+  if (feature.removed || !CanHoldList(feature, kSupports)) return false;
+  for (Feature* const connector : connectors) {
+    if (connector->removed || StandsBeneath(feature, *connector)) return false;
   }
-  supports.insert(supports.begin() + position - 1, &connector);
-  WriteLinks(feature, kSupports, supports);
+  if (connectors.empty()) return true;
+  Document& document = *feature.document;
+  for (Feature* const old : document.ReplaceListSetAside(feature, kSupports.Id())) {
+    if (std::ranges::find(connectors, old) == connectors.end()) TakeSupportOut(feature, *old);
+  }
+  for (Feature* const connector : connectors) {
+    static_cast<void>(document.PlaceBeneath(*connector, feature));
+    InsertLink(feature, kSupports, *connector, position);
+  }
+  return true;
+}
+
+void PrepareSupports(Feature& feature) {
+  feature.document->SetListAside(feature, kSupports.Id());
+}
+
+void TakeSupportOut(Feature& feature, Feature& support) {
+  Document& document = *feature.document;
+  DropLink(feature, kSupports, support);
+  const bool isOwn = IsConnector(support) && support.father == &feature;
+  if (isOwn && !document.IsLinkedFromElsewhere(support, feature)) document.Remove(support);
 }
 
 }  // namespace standalone

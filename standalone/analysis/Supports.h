@@ -1,7 +1,7 @@
 #pragma once
 
+#include <span>
 #include <string_view>
-#include <vector>
 
 #include "adapters/Attributes.h"
 
@@ -19,8 +19,18 @@ bool IsConnector(const Feature& feature);
 /// container of `beside`. It stands beneath nothing and is not yet listed anywhere.
 Feature& MakeConnector(Feature& beside, std::string_view type, Feature* first, Feature* second);
 
-/// Enters the connector, which becomes a son of `feature`, in the feature's supports: at `position` (from 1),
-/// or at the end for any other.
-void EnterSupport(Feature& feature, Feature& connector, int position = -1);
+/// Enters connectors, which become sons of `feature`, in the feature's supports: a single one at `position`
+/// (from 1), else, and for any other position, at the end. What `PrepareSupports` took out goes for good.
+/// False, and nothing changes, when the feature or a connector was removed, when the feature stands beneath a
+/// connector, or when "Supports" holds what is no list.
+bool EnterSupports(Feature& feature, std::span<Feature* const> connectors, int position = -1);
+
+/// Makes the feature have no supports. Those that it has are put back by `Document::RestoreListsSetAside`
+/// unless others are entered before.
+void PrepareSupports(Feature& feature);
+
+/// Takes what is listed as a support off the list. A connector goes from the document with that; what is
+/// none, stands beneath another feature, or is linked to from another one stays there.
+void TakeSupportOut(Feature& feature, Feature& support);
 
 }  // namespace standalone

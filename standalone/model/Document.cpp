@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <iterator>
 #include <new>
+#include <utility>
 
 namespace standalone {
 namespace {
@@ -18,6 +20,16 @@ std::size_t RoomFor(std::size_t size) {
 
 bool IsDeadLink(const Value& value) {
   return value.Kind() == ValueKind::kLink && value.Target() != nullptr && value.Target()->removed;
+}
+
+bool IsLink(const Value& value) {
+  return value.Kind() == ValueKind::kLink && value.Target() != nullptr;
+}
+
+bool LinksTo(const Value& value, const Feature& target) {
+  if (value.Kind() != ValueKind::kList) return IsLink(value) && value.Target() == &target;
+  return std::ranges::any_of(value.Entries(),
+                             [&target](const Value& entry) { return LinksTo(entry, target); });
 }
 
 }  // namespace
@@ -80,6 +92,19 @@ std::span<const Attribute> Document::AttributesOf(Feature& feature) {
   return feature.Attributes();
 }
 
+bool Document::IsLinkedFromElsewhere(const Feature& target, const Feature& feature) {
+  const auto links = [&target, &feature](const Feature* referrer) {
+    return referrer != &feature && !referrer->removed &&
+           std::ranges::any_of(referrer->Attributes(), [&target](const Attribute& attribute) {
+             return LinksTo(attribute.value, target);
+           });
+  };
+  if (target.referrer == nullptr) return false;
+  if (target.referrer != kSeveral) return links(target.referrer);
+  if (!sharedReferrersIndexed_) IndexSharedReferrers();
+  return std::ranges::any_of(sharedReferrers_[&target], links);
+}
+
 std::size_t Document::CountBeneath(const Feature& feature) {
   std::size_t count = 0;
   for (const Feature* each = NextBeneath(feature, feature); each != nullptr;
@@ -90,6 +115,7 @@ std::size_t Document::CountBeneath(const Feature& feature) {
 
 void Document::DropAllDeadLinks() {
   if (companion_ != nullptr) companion_->WriteBack();
+  RestoreListsSetAside();
   for (Feature* const feature : withDeadLinks_) {
     if (feature->hasDeadLinks && !feature->removed) DropDeadLinks(*feature);
   }
@@ -204,6 +230,37 @@ void Document::AppendToList(Feature& feature, NameId key, const Value& entry) {
   new (room + size) Value(entry);
   attribute.value = Value::List({room, size + 1});
   NoteLinks(feature, entry);
+}
+
+void Document::SetListAside(Feature& feature, NameId key) {
+  const Attribute* const attribute = FindAttribute(feature, key);
+  if (attribute == nullptr || attribute->value.Kind() != ValueKind::kList) return;
+  const Value list = attribute->value;
+  std::vector<Value> rest;
+  std::ranges::remove_copy_if(list.Entries(), std::back_inserter(rest), IsLink);
+  if (rest.size() == list.Entries().size()) return;
+  listsSetAside_.push_back({&feature, key, list});
+  SetAttribute(feature, key, Value::List(Keep(rest)));
+}
+
+std::vector<Feature*> Document::ReplaceListSetAside(const Feature& feature, NameId key) {
+  std::vector<Feature*> targets;
+  std::erase_if(listsSetAside_, [&](const ListSetAside& each) {
+    if (each.feature != &feature || each.key != key) return false;
+    for (const Value& entry : each.list.Entries()) {
+      if (IsLink(entry)) targets.push_back(entry.Target());
+    }
+    return true;
+  });
+  return targets;
+}
+
+void Document::RestoreListsSetAside() {
+  for (const auto& [feature, key, list] : std::exchange(listsSetAside_, {})) {
+    const Attribute* const attribute = feature->removed ? nullptr : FindAttribute(*feature, key);
+    if (attribute == nullptr || attribute->value.Kind() != ValueKind::kList) continue;
+    if (std::ranges::none_of(attribute->value.Entries(), IsLink)) SetAttribute(*feature, key, list);
+  }
 }
 
 void Document::PlaceBeside(Feature& feature, Feature& other, bool after) {

@@ -71,6 +71,8 @@ class Document final : public VLMDocument {
   [[nodiscard]] Attribute* FindAttribute(Feature& feature, NameId key);
   /// All attributes of the feature, in order, without the links whose targets were removed.
   [[nodiscard]] std::span<const Attribute> AttributesOf(Feature& feature);
+  /// Whether an attribute of a feature other than `feature` links to `target`.
+  [[nodiscard]] bool IsLinkedFromElsewhere(const Feature& target, const Feature& feature);
   /// How many features stand beneath `feature`, at any depth.
   [[nodiscard]] static std::size_t CountBeneath(const Feature& feature);
   /// The highest N among the external names "<prefix>N" that the document's features bear; 0 without one. The
@@ -108,15 +110,23 @@ class Document final : public VLMDocument {
   /// Appends to the attribute, which must exist; one that is no list gives way to a list of the one entry. A
   /// list grows in steps, so that appending n entries costs n.
   void AppendToList(Feature& feature, NameId key, const Value& entry);
+  /// Empties a list so that it can be filled anew: takes the links out of it and remembers it as it was,
+  /// until it is replaced or given back. Nothing happens to a list without links, or to what is no list.
+  void SetListAside(Feature& feature, NameId key);
+  /// Forgets what was set aside of the list, now that it is filled; gives what that linked to.
+  [[nodiscard]] std::vector<Feature*> ReplaceListSetAside(const Feature& feature, NameId key);
+  /// Makes every list that was set aside what it was, unless links came to stand in it: the feature is as if
+  /// nothing had happened. To be called whenever what could have filled the lists is over.
+  void RestoreListsSetAside();
   /// Makes `feature` the last son of `father`. False, and nothing changes, when `father` is it or stands
   /// beneath it, or when one of the two was removed.
   bool PlaceBeneath(Feature& feature, Feature& father);
   /// Moves `feature` to stand directly after (or before) `other`, a son of the same father. Both are there.
   void PlaceBeside(Feature& feature, Feature& other, bool after);
 
-  /// Drops, in every feature, the links whose targets were removed, and has the companion write back what it
-  /// keeps; to be called before the document is looked at as a whole (single features are settled when they
-  /// are looked at).
+  /// Drops, in every feature, the links whose targets were removed, gives back what was set aside, and has
+  /// the companion write back what it keeps; to be called before the document is looked at as a whole (single
+  /// features are settled when they are looked at).
   void DropAllDeadLinks();
 
   /// Keeps a text or entries in the arena, where they may become values.
@@ -191,6 +201,12 @@ class Document final : public VLMDocument {
 
   std::vector<Feature*> touched_;
   std::vector<Feature*> withDeadLinks_;
+  struct ListSetAside {
+    Feature* feature;
+    NameId key;
+    Value list;
+  };
+  std::vector<ListSetAside> listsSetAside_;
   std::deque<FeatureState> before_{FeatureState()};  // entry 0 is no feature's
 
   // Who links to the features that several others link to; made when the first of those is removed.

@@ -30,7 +30,8 @@ TEST_F(StepAdaptersTest, AStepOwnsOneParameterForAQuantity) {
            {"id":2,"type":"HVXGeneralStaticStepLT","father":{"ref":1}}
            {"id":3,"type":"SAMBasicComponent","name":"StepTime","father":{"ref":2},"attributes":{"Type":"SAMDouble","Values":1.0}}
            {"id":4,"type":"Parameter","father":{"ref":1},"attributes":{"Value":1.0}}
-           {"id":5,"type":"Parameter","father":{"ref":1},"attributes":{"Value":1.0}})");
+           {"id":5,"type":"Parameter","father":{"ref":1},"attributes":{"Value":1.0}}
+           {"id":6,"type":"Parameter","father":{"ref":1},"attributes":{"Value":1.0}})");
   const auto spStep = As<HVXIGeneralStaticStep>(2);
   EXPECT_EQ(spStep->SetTimePeriod(2.0), E_FAIL);
   EXPECT_EQ(spStep->SetTimePeriodParameter(NULL_var), E_FAIL);
@@ -47,7 +48,14 @@ TEST_F(StepAdaptersTest, AStepOwnsOneParameterForAQuantity) {
 
   EXPECT_EQ(spStep->SetTimePeriodParameter(As<VLMIKpeParm>(5)), S_OK);
   EXPECT_EQ(Line(4), "removed");
-  EXPECT_EQ(Line(5), R"({"id":5,"type":"Parameter","father":{"ref":2},"attributes":{"Value":1.0}})");
+  const std::string five = R"({"id":5,"type":"Parameter","father":{"ref":2},"attributes":{"Value":1.0}})";
+  EXPECT_EQ(Line(5), five);
+
+  // What an old attribute links to as well stays with it.
+  Doc().SetAttribute(At(2), standalone::NameTable::Intern("StepTimePeriod_param"),
+                     standalone::Value::Link(&At(5)));
+  EXPECT_EQ(spStep->SetTimePeriodParameter(As<VLMIKpeParm>(6)), S_OK);
+  EXPECT_EQ(Line(5), five);
 }
 
 }  // namespace

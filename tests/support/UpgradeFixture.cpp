@@ -115,6 +115,7 @@ UpgradeTest::CallList UpgradeTest::Calls(std::string_view prefix) {
 std::string UpgradeTest::Line(FeatureId id) {
   Feature& feature = At(id);
   if (feature.removed) return "removed";
+  Doc().RestoreListsSetAside();  // as when the routine is over
   static_cast<void>(Doc().AttributesOf(feature));
   fmt::memory_buffer text;
   AppendFeature(text, feature);
