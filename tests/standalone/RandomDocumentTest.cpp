@@ -5,6 +5,7 @@
 #include <random>
 
 #include "check/Conformity.h"
+#include "check/Integrity.h"
 #include "support/References.h"
 #include "support/UpgradeFixture.h"
 #include "workbench/HVXIUpgrade.h"
@@ -129,6 +130,7 @@ TEST_F(RandomDocumentTest, DamagedDocumentsComeOutSoundAndMoreCurrentThanTheyWer
     static_cast<void>(manager_.Run(document, manager_.Pending(*document.Get())));
 
     EXPECT_EQ(DeadLinks(*document.Get()), std::vector<std::string>());
+    EXPECT_EQ(FindFaults(*document.Get()), std::vector<std::string>());
     EXPECT_LT(Findings(*document.Get()), findingsBefore / 2);
     const std::string current = testing_support::LinesOf(*document.Get());
     const DocumentPtr again = testing_support::DocumentOf(current);
@@ -142,6 +144,7 @@ TEST_F(RandomDocumentTest, DocumentsWithOddValuesComeOutReadable) {
     SCOPED_TRACE(fmt::format("document {}", i));
     const DocumentPtr document = testing_support::DocumentOf(OddExample(random));
     static_cast<void>(manager_.Run(document, manager_.Pending(*document.Get())));
+    EXPECT_EQ(FindFaults(*document.Get()), std::vector<std::string>());
     const std::string current = testing_support::LinesOf(*document.Get());
     const DocumentPtr again = testing_support::DocumentOf(current);
     EXPECT_EQ(testing_support::LinesOf(*again.Get()), current);
