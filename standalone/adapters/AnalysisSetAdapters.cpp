@@ -55,12 +55,12 @@ class ScanAdapter final : public FeatureAdapter<VLMISamAnalysisScan> {
     return Doc().PlaceBeneath(*added, Self()) ? S_OK : E_FAIL;
   }
 
-  HRESULT OrderSet(const VLMISamAnalysisSet_var& set, const VLMISamAnalysisSet_var& reference, int /*option*/,
+  HRESULT OrderSet(const VLMISamAnalysisSet_var& set, const VLMISamAnalysisSet_var& reference, int option,
                    int after) override {
     Feature* const moved = FeatureOf(set);
     Feature* const anchor = FeatureOf(reference);
     if (const HRESULT entered =
-            Enter("VLMISamAnalysisScan::OrderSet", moved == nullptr ? "" : moved->externalName);
+            Enter("VLMISamAnalysisScan::OrderSet", moved == nullptr ? "" : moved->externalName, option);
         Failed(entered)) {
       return entered;
     }
@@ -107,10 +107,10 @@ class SetAdapter final : public FeatureAdapter<VLMISamAnalysisSet> {
     return S_OK;
   }
 
-  HRESULT ListMembersOffering(const VLMInterfaceId& id, int /*option*/,
+  HRESULT ListMembersOffering(const VLMInterfaceId& id, int option,
                               VLMListValVLMBaseUnknown_var& members) override {
     members.RemoveAll();
-    if (const HRESULT entered = Enter("VLMISamAnalysisSet::ListMembersOffering", id.Name());
+    if (const HRESULT entered = Enter("VLMISamAnalysisSet::ListMembersOffering", id.Name(), option);
         Failed(entered)) {
       return entered;
     }
@@ -120,10 +120,10 @@ class SetAdapter final : public FeatureAdapter<VLMISamAnalysisSet> {
     return S_OK;
   }
 
-  HRESULT RemoveMember(const VLMBaseUnknown_var& member, int /*option*/) override {
+  HRESULT RemoveMember(const VLMBaseUnknown_var& member, int option) override {
     Feature* const removed = FeatureOf(member);
     if (const HRESULT entered =
-            Enter("VLMISamAnalysisSet::RemoveMember", removed == nullptr ? "" : removed->name);
+            Enter("VLMISamAnalysisSet::RemoveMember", removed == nullptr ? "" : removed->name, option);
         Failed(entered)) {
       return entered;
     }
@@ -151,10 +151,10 @@ class ModelAdapter final : public FeatureAdapter<VLMISamAnalysisModel> {
  public:
   using FeatureAdapter::FeatureAdapter;
 
-  HRESULT RemoveObject(const VLMBaseUnknown_var& object, int /*option*/) override {
+  HRESULT RemoveObject(const VLMBaseUnknown_var& object, int option) override {
     Feature* const removed = FeatureOf(object);
     if (const HRESULT entered =
-            Enter("VLMISamAnalysisModel::RemoveObject", removed == nullptr ? "" : removed->name);
+            Enter("VLMISamAnalysisModel::RemoveObject", removed == nullptr ? "" : removed->name, option);
         Failed(entered)) {
       return entered;
     }

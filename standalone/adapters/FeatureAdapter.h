@@ -52,8 +52,8 @@ class FeatureAdapter : public Interface {
 
   /// Passes the checkpoint with an operation of this feature. `operation` is the interface's name, "::" and
   /// its own.
-  HRESULT Enter(std::string_view operation, std::string_view detail = {}) const {
-    return Checkpoint::Pass(operation, &feature_, detail);
+  HRESULT Enter(std::string_view operation, std::string_view detail = {}, int option = 0) const {
+    return Checkpoint::Pass(operation, &feature_, detail, option);
   }
 
   /// An operation that reads one attribute. E_FAIL, and `value` stays, when the feature lacks it or holds
@@ -99,10 +99,10 @@ class FeatureAdapter : public Interface {
   }
   /// An operation that gives the objects that a list attribute holds links to; empty, with S_OK, without the
   /// attribute.
-  HRESULT ReadLinkList(std::string_view operation, const Key& key,
-                       VLMListValVLMBaseUnknown_var& objects) const {
+  HRESULT ReadLinkList(std::string_view operation, const Key& key, VLMListValVLMBaseUnknown_var& objects,
+                       int option = 0) const {
     objects.RemoveAll();
-    if (const HRESULT entered = Enter(operation, key.Text()); Failed(entered)) return entered;
+    if (const HRESULT entered = Enter(operation, key.Text(), option); Failed(entered)) return entered;
     for (Feature* const target : LinkedFeatures(feature_, key)) {
       objects.Append(HandleOn<VLMBaseUnknown>(target));
     }

@@ -85,9 +85,9 @@ class PropagationAdapter final : public FeatureAdapter<HVXIFactoryExtForPropagat
  public:
   using FeatureAdapter::FeatureAdapter;
 
-  HRESULT SetDefaultPropagationData(const VLMBaseUnknown_var& feature, int /*option*/,
+  HRESULT SetDefaultPropagationData(const VLMBaseUnknown_var& feature, int option,
                                     const VLMBaseUnknown_var& /*data*/) override {
-    if (const HRESULT entered = Enter("HVXIFactoryExtForPropagation::SetDefaultPropagationData");
+    if (const HRESULT entered = Enter("HVXIFactoryExtForPropagation::SetDefaultPropagationData", {}, option);
         Failed(entered)) {
       return entered;
     }
@@ -97,8 +97,8 @@ class PropagationAdapter final : public FeatureAdapter<HVXIFactoryExtForPropagat
     return S_OK;
   }
 
-  HRESULT Propagate(const VLMBaseUnknown_var& feature, int /*option*/) override {
-    if (const HRESULT entered = Enter("HVXIFactoryExtForPropagation::Propagate"); Failed(entered))
+  HRESULT Propagate(const VLMBaseUnknown_var& feature, int option) override {
+    if (const HRESULT entered = Enter("HVXIFactoryExtForPropagation::Propagate", {}, option); Failed(entered))
       return entered;
     Feature* const target = FeatureOf(feature);
     return CanBeLinked(target) ? PropagateToLaterSteps(*target) : E_FAIL;

@@ -91,10 +91,11 @@ HRESULT Feature::GetContainer(VLMIContainer_var& found) {
   return found == NULL_var ? E_FAIL : S_OK;
 }
 
-HRESULT Feature::RemoveSon(const VLMISpecObject_var& son, int /*option*/) {
+HRESULT Feature::RemoveSon(const VLMISpecObject_var& son, int option) {
   Feature* const feature = FeatureOf(son);
   const std::string_view sonName = feature == nullptr ? std::string_view() : feature->name;
-  if (const HRESULT entered = Checkpoint::Pass("VLMISpecObject::RemoveSon", this, sonName); Failed(entered))
+  if (const HRESULT entered = Checkpoint::Pass("VLMISpecObject::RemoveSon", this, sonName, option);
+      Failed(entered))
     return entered;
   if (feature == nullptr || feature->removed) return E_FAIL;
   if (feature->father == this) {

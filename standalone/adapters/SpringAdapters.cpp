@@ -106,8 +106,8 @@ class MeshPartManagementAdapter final : public FeatureAdapter<VLMISamGenMeshPart
  public:
   using FeatureAdapter::FeatureAdapter;
 
-  HRESULT ListMeshParts(int /*option*/, VLMListValVLMBaseUnknown_var& meshParts) override {
-    return ReadLinkList("VLMISamGenMeshPartMgt::ListMeshParts", kMeshParts, meshParts);
+  HRESULT ListMeshParts(int option, VLMListValVLMBaseUnknown_var& meshParts) override {
+    return ReadLinkList("VLMISamGenMeshPartMgt::ListMeshParts", kMeshParts, meshParts, option);
   }
 };
 

@@ -95,8 +95,9 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
     return Connect(object, second, connectorType, position);
   }
 
-  HRESULT AddSupports(const VLMListValVLMBaseUnknown_var& supports, int /*mode*/) override {
-    if (const HRESULT entered = Enter("VLMISamAnalysisSupport::AddSupports"); Failed(entered)) return entered;
+  HRESULT AddSupports(const VLMListValVLMBaseUnknown_var& supports, int mode) override {
+    if (const HRESULT entered = Enter("VLMISamAnalysisSupport::AddSupports", {}, mode); Failed(entered))
+      return entered;
     std::vector<Feature*> connectors;
     for (const VLMBaseUnknown_var& support : supports) connectors.push_back(FeatureOf(support));
     const auto isSound = [this](const Feature* connector) {

@@ -17,9 +17,13 @@ const Key kSonsList("SonsList");
 
 constexpr DamageKind kNoList{"the analysis model has no {} to register it in",
                              "Give the analysis model an empty list {}"};
-constexpr DamageKind kNoMotion{"it has none of its six values, old or current",
-                               "Give the feature the components \"HVXTranslationalVelocity_1\" to \"_3\" and "
-                               "\"HVXRotationalVelocity_1\" to \"_3\""};
+constexpr DamageKind kNoMotion{"the component {} is missing",
+                               "Give the feature the components {} with the \"Values\" and \"IsActive\" of "
+                               "those degrees of freedom"};
+constexpr DamageKind kNoValue{"the component {} has no number as its \"Values\" or none as its \"IsActive\"",
+                              "Give the components {} numbers as \"Values\" and \"IsActive\""};
+constexpr DamageKind kOtherType{"the component {} is of another \"Type\"",
+                                "Delete the component {}, which the upgrade makes anew"};
 
 // A condition is registered when its migration has succeeded.
 Verdict Unregistered(const Survey& survey, std::vector<Damage> damage = {}) {
@@ -77,6 +81,8 @@ Verdict Magnitude(Feature& feature, const Survey& survey) {
 constexpr std::string_view kOldMotion[] = {"HVXTranslationalVelocity_1", "HVXTranslationalVelocity_2",
                                            "HVXTranslationalVelocity_3", "HVXRotationalVelocity_1",
                                            "HVXRotationalVelocity_2",    "HVXRotationalVelocity_3"};
+constexpr std::string_view kVelocities[] = {"HVXVelocity_1", "HVXVelocity_2", "HVXVelocity_3",
+                                            "HVXVelocity_4", "HVXVelocity_5", "HVXVelocity_6"};
 
 bool IsOldMotion(const Feature& son) {
   return std::ranges::find(kOldMotion, son.name) != std::end(kOldMotion) && IsComponent(son);
@@ -88,12 +94,42 @@ bool HasOldMotion(const Feature& feature) {
   return son != nullptr;
 }
 
-Verdict Motion(Feature& feature, const Survey& survey) {
-  const bool old = HasOldMotion(feature);
-  if (survey.IsRegistered(feature)) return old ? Outdated() : check::LacksLayout(feature, survey);
+// What keeps the degree of freedom that the component holds from being read; `name` is what it is called.
+void AppendMotionDamage(Feature* component, std::string_view name, std::vector<Damage>& damage) {
+  double value = 0.0;
+  std::int32_t activity = 0;
+  if (component == nullptr) {
+    damage.push_back({&kNoMotion, std::string(name)});
+  } else if (Failed(ReadAttribute(*component, kComponentValues, value)) ||
+             Failed(ReadAttribute(*component, kComponentIsActive, activity))) {
+    damage.push_back({&kNoValue, std::string(name)});
+  }
+}
+
+Verdict Motion(Feature& feature, const Survey& survey, std::vector<Damage> damage) {
+  if (!survey.IsRegistered(feature)) return Unregistered(survey, std::move(damage));
+  return HasOldMotion(feature) ? Damaged(std::move(damage)) : check::LacksLayout(feature, survey);
+}
+
+// All six are moved from the components of old names, and no others.
+Verdict Acceleration(Feature& feature, const Survey& survey) {
+  if (survey.IsRegistered(feature) && !HasOldMotion(feature)) return check::LacksLayout(feature, survey);
   std::vector<Damage> damage;
-  if (!old && LacksComponents(feature)) damage.push_back({&kNoMotion, {}});
-  return Unregistered(survey, std::move(damage));
+  for (const std::string_view name : kOldMotion)
+    AppendMotionDamage(FindComponent(feature, name), name, damage);
+  return Motion(feature, survey, std::move(damage));
+}
+
+// Read as they are, current before old, and written anew.
+Verdict Velocity(Feature& feature, const Survey& survey) {
+  if (survey.IsRegistered(feature) && !HasOldMotion(feature)) return check::LacksLayout(feature, survey);
+  std::vector<Damage> damage;
+  for (std::size_t i = 0; i < std::size(kOldMotion); ++i) {
+    Feature* const current = FindComponent(feature, kVelocities[i]);
+    AppendMotionDamage(current != nullptr ? current : FindComponent(feature, kOldMotion[i]),
+                       current != nullptr ? kVelocities[i] : kOldMotion[i], damage);
+  }
+  return Motion(feature, survey, std::move(damage));
 }
 
 // Sons that are redundant go when the condition is migrated; two must be left.
@@ -158,8 +194,10 @@ Verdict Axis(Feature& feature, const Survey& /*survey*/) {
 }
 
 Verdict EndIncrement(Feature& feature, const Survey& /*survey*/) {
-  Feature* const component = FindComponent(feature, "EndIncrement");
-  return OutdatedIf(component != nullptr && check::IntegerOf(*component, kComponentValues, 0) < 0);
+  constexpr std::string_view kName = "EndIncrement";
+  Feature* const component = FindComponent(feature, kName);
+  if (component == nullptr || check::IntegerOf(*component, kComponentValues, 0) >= 0) return Conforms();
+  return check::TextOf(*component, kComponentType) == "SAMInteger" ? Outdated() : Damaged(kOtherType, kName);
 }
 
 constexpr std::string_view kInParameter = "its value is not in the current basic components";
@@ -176,8 +214,8 @@ constexpr ConformityRule kRules[] = {
     {"HVXConcHeatFlux", "UpgradeConcHeatFluxBasicComponents", kInParameter, Magnitude},
     {"HVXSurfaceHeatFlux", "UpgradeSurfaceHeatFluxBasicComponents", kInParameter, Magnitude},
     {"HVXFilmCondition", "UpgradeFilmConditionBasicComponents", kInParameter, Film},
-    {"HVXAccelerationBCLT", "UpgradeAcclnBCBasicComponents", kInOldComponents, Motion},
-    {"HVXVelocityBCLT", "UpgradeVelocityBCBasicComponents", kInOldComponents, Motion},
+    {"HVXAccelerationBCLT", "UpgradeAcclnBCBasicComponents", kInOldComponents, Acceleration},
+    {"HVXVelocityBCLT", "UpgradeVelocityBCBasicComponents", kInOldComponents, Velocity},
     {"HVXDisplacementBC", "UpgradeDispBCBasicComponents", kHasRedundant, Displacement},
     {"HVXConcentratedForce", "UpgradeConcForceBasicComponents", kHasRedundant, ConcentratedForce},
     {"HVXSubmodelBCLT", "UpgradeSubModelBCBasicComponents", kHasRedundant, Submodel},

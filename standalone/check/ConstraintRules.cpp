@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "analysis/Frame.h"
 #include "analysis/MeshParts.h"
 #include "analysis/Supports.h"
 #include "check/Rules.h"
@@ -22,6 +23,9 @@ constexpr DamageKind kNoContext{"support {} has no \"SecondObject\"",
                                 "Give support {} the product it is used in as its \"SecondObject\""};
 constexpr DamageKind kByMembers{"it lists groups by their members, so that its upgrade does not see them",
                                 "Take \"SupportListMode\" and \"SupportListKinds\" away from the feature"};
+constexpr DamageKind kOtherThanMeshPart{"{} leads to no mesh part", "Take {} away from the feature"};
+constexpr DamageKind kNoProduct{"the \"SecondObject\" of support {} is no product",
+                                "Give support {} the product it is used in as its \"SecondObject\""};
 constexpr DamageKind kNoMeshPart{"{} is missing, and no support has two objects to make one from",
                                  "Give the feature a support, and mesh it"};
 
@@ -29,18 +33,29 @@ std::string IdOf(const Feature& feature) {
   return fmt::format("feature {}", feature.id);
 }
 
-// A feature without supports is unfinished, not old.
-bool IsMeshable(Feature& feature) {
-  return std::ranges::any_of(LinkedFeatures(feature, kSupports), [](Feature* connector) {
-    return LinkedFeature(*connector, kFirstObject) != nullptr &&
-           LinkedFeature(*connector, kSecondObject) != nullptr;
-  });
+// The first support with both objects, from which a mesh part is begun. A feature without one is unfinished,
+// not old.
+Feature* FirstToMesh(Feature& feature) {
+  for (Feature* const connector : LinkedFeatures(feature, kSupports)) {
+    if (LinkedFeature(*connector, kFirstObject) != nullptr &&
+        LinkedFeature(*connector, kSecondObject) != nullptr)
+      return connector;
+  }
+  return nullptr;
+}
+
+bool IsMeshPart(const Feature& feature) {
+  return IsOfKind(feature, kind::kMeshPart);
 }
 
 Verdict MeshPart(Feature& feature, const Survey& /*survey*/) {
   Feature* const meshPart = LinkedFeature(feature, kMeshPart);
   if (meshPart != nullptr && check::FirstSupport(*meshPart) != nullptr) return Conforms();
-  return OutdatedIf(IsMeshable(feature));
+  Feature* const support = FirstToMesh(feature);
+  if (support == nullptr) return Conforms();
+  if (meshPart != nullptr && !IsMeshPart(*meshPart)) return Damaged(kOtherThanMeshPart, kMeshPart.Text());
+  const bool hasProduct = IsOfKind(*LinkedFeature(*support, kSecondObject), kind::kProduct);
+  return hasProduct ? Outdated() : Damaged(kNoProduct, IdOf(*support));
 }
 
 // The constraint's upgrade leaves a support without context alone; the coupling's does not see groups that
@@ -71,8 +86,10 @@ Verdict ExcludesGroup(Feature& feature, const Survey& /*survey*/) {
 Verdict ExclusionNotInMesh(Feature& feature, const Survey& /*survey*/) {
   if (LinkedFeatures(feature, kExclusionRegions).empty()) return Conforms();
   Feature* const meshPart = LinkedFeature(feature, kMeshPart);
-  if (meshPart != nullptr) return OutdatedIf(!HasAttribute(*meshPart, kExclusionRegions));
-  return IsMeshable(feature) ? Outdated() : Damaged(kNoMeshPart, "MeshPart");
+  if (meshPart == nullptr)
+    return FirstToMesh(feature) != nullptr ? Outdated() : Damaged(kNoMeshPart, kMeshPart.Text());
+  if (HasAttribute(*meshPart, kExclusionRegions)) return Conforms();
+  return IsMeshPart(*meshPart) ? Outdated() : Damaged(kOtherThanMeshPart, kMeshPart.Text());
 }
 
 Verdict WithoutCenterOfMass(Feature& feature, const Survey& /*survey*/) {

@@ -40,6 +40,12 @@ constexpr DamageKind kNoCase{"it stands beneath no analysis case",
                              "Move the feature beneath an analysis case"};
 constexpr DamageKind kNoContainer{"the analysis case has no {}", "Give the analysis case an {}"};
 constexpr DamageKind kNoContact{"no contact pair links to it as its {}", "Delete it: no contact uses it"};
+constexpr DamageKind kUnreadableFit{
+    "{} of its interference fit cannot be read",
+    "Give the contact pair that was made for the property its fit, and delete "
+    "the property"};
+constexpr DamageKind kUnreadableFitYet{"{} of its interference fit cannot be read",
+                                       "Give its interference fit a number as {}"};
 constexpr DamageKind kStandsNowhere{"it stands in no container", "Put the feature in the analysis container"};
 
 std::string IdOf(const Feature& feature) {
@@ -175,6 +181,21 @@ Verdict OldControl(Feature& feature, const Survey& survey) {
   return Beyond(kNoContact, "ContactControl");
 }
 
+// What of the property's fit cannot be copied to the pair; empty for nothing.
+std::string_view UnreadableOfFit(Feature& property) {
+  constexpr std::int32_t kStandard = 1;
+  static const Key contactKind("ContactKind");
+  Feature* const fit = LinkedFeature(property, kPropertyFit);
+  if (fit == nullptr || check::IntegerOf(property, contactKind, kStandard) != kStandard) return {};
+  for (const Key& key : {kFitType, kFitDefinition}) {
+    std::int32_t number = 0;
+    if (HasAttribute(*fit, key) && Failed(ReadAttribute(*fit, key, number))) return key.Text();
+  }
+  double value = 0.0;
+  const bool isReadable = !HasAttribute(*fit, kFitValue) || Succeeded(ReadAttribute(*fit, kFitValue, value));
+  return isReadable ? std::string_view() : kFitValue.Text();
+}
+
 // Properties are replaced where they are members of a set, and only in documents of this product alone.
 Verdict ContactProperty(Feature& feature, const Survey& survey) {
   static const Key propertySet("PropertySet");
@@ -187,6 +208,13 @@ Verdict ContactProperty(Feature& feature, const Survey& survey) {
   for (Feature* const analysisCase : survey.Cases()) {
     if (hasClearance && check::IntegerOf(*analysisCase, kCaseKind, 0) == 1) continue;
     if (!HasInteractionSet(*analysisCase)) return Damaged(kNoContainer, "HVXInteractionContainerLT");
+  }
+  // A second run would find the pair that the first one made, and delete the property with its fit.
+  if (const std::string_view key = UnreadableOfFit(feature); !key.empty()) {
+    Verdict verdict = Damaged(kUnreadableFitYet, key);
+    verdict.state = Verdict::State::kOnce;
+    verdict.onceItRan = &kUnreadableFit;
+    return verdict;
   }
   return Outdated();
 }

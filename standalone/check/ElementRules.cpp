@@ -1,5 +1,7 @@
 // Element assignments.
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "analysis/Frame.h"
@@ -23,6 +25,9 @@ const Key kAnalysisType("AnalysisType");
 const Key kControls("SectionControlsSpec");
 
 constexpr DamageKind kNoPlace{"{} is missing", "Give the element assignment an empty link {}"};
+constexpr DamageKind kNoLink{"{} is no link", "Make {} a link that holds nothing"};
+constexpr DamageKind kStopsBefore{"its upgrade stops at {}, which has no \"SectionControlsSpec\"",
+                                  "Give {} an empty link \"SectionControlsSpec\""};
 constexpr DamageKind kWouldAppend{
     "running its upgrade again would append another element assignment to each local assignment of the case",
     "Give the element assignment section controls in the workbench"};
@@ -37,6 +42,15 @@ std::vector<Feature*> AssignmentsOf(Feature& local) {
 Verdict OldAssignments(Feature& feature, const Survey& /*survey*/) {
   return OutdatedIf(!HasAttribute(feature, kElementAssignments) &&
                     LinkedFeatures(feature, kOldAssignments).size() == 2);
+}
+
+// The entry that stands for a type of analysis; null without one.
+Feature* EntryOf(Feature* global, std::int32_t analysisType) {
+  if (global == nullptr || !IsA(*global, kGlobal)) return nullptr;
+  for (Feature* const entry : LinkedFeatures(*global, kEntries)) {
+    if (IntegerOf(*entry, kEntryKind, -1) == analysisType) return entry;
+  }
+  return nullptr;
 }
 
 // The upgrade appends to the local assignments, one after the other, until it meets one with two or none.
@@ -54,17 +68,33 @@ Verdict NeverAgain(Verdict verdict, const DamageKind& why) {
   return verdict;
 }
 
-// In the global assignment only the entry of the case's own type is looked at.
+// The upgrade goes through the entry's list and stops where it cannot add controls.
+const Feature* InTheWay(const std::vector<Feature*>& assignments, const Feature& last) {
+  for (Feature* const each : assignments) {
+    if (each == &last) return nullptr;
+    if (!HasAttribute(*each, kControls)) return each;
+  }
+  return nullptr;
+}
+
+// In the global assignment only what the entry of the case's own type lists is looked at.
 Verdict WithoutControls(Feature& feature, const Survey& /*survey*/) {
   Feature* const owner = feature.father;
   if (owner == nullptr || LinkedFeature(feature, kControls) != nullptr) return Conforms();
   Feature* const analysisCase = CaseAbove(feature);
-  if (analysisCase == nullptr) return Conforms();
-  Verdict verdict = HasAttribute(feature, kControls) ? Outdated() : Damaged(kNoPlace, kControls.Text());
+  if (analysisCase == nullptr || !check::IsOfThisProduct(*analysisCase)) return Conforms();
+  const std::vector<Feature*> assignments = AssignmentsOf(*owner);
+  if (std::ranges::find(assignments, &feature) == assignments.end()) return Conforms();
+  const Attribute* const place = feature.document->FindAttribute(feature, kControls.Id());
+  Verdict verdict = place == nullptr                          ? Damaged(kNoPlace, kControls.Text())
+                    : place->value.Kind() != ValueKind::kLink ? Damaged(kNoLink, kControls.Text())
+                                                              : Outdated();
   if (!IsA(*owner, kEntry)) return NeverAgain(std::move(verdict), kNotReached);
-  if (IntegerOf(*owner, kEntryKind, -1) != IntegerOf(*analysisCase, kAnalysisType, 0)) return Conforms();
-  const bool again = owner->father != nullptr && WouldAppendAgain(*owner->father);
-  return again ? NeverAgain(std::move(verdict), kWouldAppend) : verdict;
+
+  if (EntryOf(owner->father, IntegerOf(*analysisCase, kAnalysisType, 0)) != owner) return Conforms();
+  if (const Feature* const other = InTheWay(assignments, feature))
+    verdict.damage.push_back({&kStopsBefore, fmt::format("feature {}", other->id)});
+  return WouldAppendAgain(*owner->father) ? NeverAgain(std::move(verdict), kWouldAppend) : verdict;
 }
 
 // The release that added pyramids gave each global assignment one for them.

@@ -12,7 +12,8 @@ using check::IntegerOf;
 const Key kAnalysisCase("AnalysisCase");
 
 constexpr DamageKind kNoCase{"there is no case that it could be the solution of",
-                             "Give the solution its case as \"WorkingCase\""};
+                             "Give the solution its case as {}"};
+constexpr DamageKind kOtherThanCase{"{} leads to no case", "Give the solution its case as {}"};
 constexpr DamageKind kNoCaseOfJob{"{} is missing", "Give the job its case as {}"};
 constexpr DamageKind kForeignCase{"{} links to no case of this product",
                                   "Give the job a case whose \"Solver\" is \"Halvex\" as {}"};
@@ -38,7 +39,9 @@ Verdict Restart(Feature& feature, const Survey& /*survey*/) {
   if (analysisCase == nullptr) return Damaged(kNoCaseOfJob, "AnalysisCase");
   if (!IsOfKind(*analysisCase, kind::kAnalysisCase) || !check::IsOfThisProduct(*analysisCase))
     return Damaged(kForeignCase, "AnalysisCase");
-  const std::int32_t restarts = IntegerOf(feature, frequency, 0);
+  std::int32_t restarts = 0;
+  if (Failed(ReadAttribute(feature, frequency, restarts)) && HasAttribute(feature, frequency))
+    return Damaged(check::kNoInteger, frequency.Text());
   if (restarts > 1) return OutdatedIf(!HasAttribute(feature, interval));
   return OutdatedIf(restarts == 0 && IntegerOf(*analysisCase, analysisType, 0) == kExplicitDynamics &&
                     !HasAttribute(feature, flag));
@@ -59,8 +62,11 @@ Verdict ThermalStep(Feature& feature, const Survey& /*survey*/) {
 Verdict WithoutCase(Feature& feature, const Survey& /*survey*/) {
   static const Key workingCase("WorkingCase");
   if (LinkedFeature(feature, kAnalysisCase) != nullptr) return Conforms();
-  const bool hasOne = LinkedFeature(feature, workingCase) != nullptr || CaseAbove(feature) != nullptr;
-  return hasOne ? Outdated() : Damaged(kNoCase);
+  const Feature* const working = LinkedFeature(feature, workingCase);
+  if (working != nullptr && !IsOfKind(*working, kind::kAnalysisCase))
+    return Damaged(kOtherThanCase, workingCase.Text());
+  return working != nullptr || CaseAbove(feature) != nullptr ? Outdated()
+                                                             : Damaged(kNoCase, workingCase.Text());
 }
 
 constexpr std::string_view kJobs = "HVXJobLT HVXJobContainerLT";

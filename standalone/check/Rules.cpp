@@ -24,7 +24,8 @@ constexpr DamageKind kNoNumber{"the value of the parameter behind {} is no numbe
 }  // namespace
 
 constinit const DamageKind kMissing{"{} is missing", "Give the feature its {}"};
-constinit const DamageKind kHoldsNothing{"{} holds nothing", "Give the feature its {}"};
+constinit const DamageKind kNoInteger{"{} holds no integer within 32 bits",
+                                      "Give the feature an integer as its {}"};
 
 bool HasAttribute(Feature& feature, const Key& key) {
   return feature.document->FindAttribute(feature, key.Id()) != nullptr;

@@ -36,8 +36,8 @@ void AppendParameterDamage(Feature& feature, const Key& key, std::vector<Damage>
 Verdict LacksLayout(Feature& feature, const Survey& survey);
 inline constexpr std::string_view kLacks = "a basic component of the current layout is missing";
 
-extern const DamageKind kMissing;       ///< An attribute without which nothing can be done.
-extern const DamageKind kHoldsNothing;  ///< A link that leads nowhere.
+extern const DamageKind kMissing;    ///< An attribute without which nothing can be done.
+extern const DamageKind kNoInteger;  ///< An attribute that holds something else.
 
 /// The case that stands above, which is handed what concerns the features beneath it.
 Feature* VisitCase(Feature& feature);

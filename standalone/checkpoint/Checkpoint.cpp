@@ -47,12 +47,13 @@ std::int64_t Checkpoint::CallCount() {
   return Current().calls;
 }
 
-HRESULT Checkpoint::PassActive(std::string_view operation, const Feature* feature, std::string_view detail) {
+HRESULT Checkpoint::PassActive(std::string_view operation, const Feature* feature, std::string_view detail,
+                               int option) {
   State& state = Current();
   ++state.calls;
   if (state.plan.callLimit > 0 && state.calls > state.plan.callLimit) throw CallLimitReached(feature);
   if (state.plan.record || state.plan.onCall) {
-    HostCall call{std::string(operation), feature == nullptr ? 0 : feature->id, std::string(detail)};
+    HostCall call{std::string(operation), feature == nullptr ? 0 : feature->id, std::string(detail), option};
     if (state.plan.onCall) state.plan.onCall(call, feature);
     if (state.plan.record) state.recorded.push_back(std::move(call));
   }
@@ -61,7 +62,7 @@ HRESULT Checkpoint::PassActive(std::string_view operation, const Feature* featur
 
 bool Checkpoint::WithholdsActive(const VLMInterfaceId& id, const Feature& feature) {
   const CheckpointPlan& plan = Current().plan;
-  if (plan.record) Current().recordedCasts.push_back({std::string(id.Name()), feature.id, {}});
+  if (plan.record) Current().recordedCasts.push_back({std::string(id.Name()), feature.id, {}, 0});
   return id.Name() == plan.withholdInterface && (plan.withholdFrom == 0 || plan.withholdFrom == feature.id);
 }
 

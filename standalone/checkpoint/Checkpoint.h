@@ -17,6 +17,7 @@ struct HostCall {
   std::string operation;  ///< Such as "HVXIJob::SetMemoryUnit".
   FeatureId feature = 0;  ///< The feature that it was called on; 0 for a static operation without one.
   std::string detail;  ///< The attribute key, name or text that it was given, where that tells calls apart.
+  int option = 0;      ///< The option that it was given, where this host makes nothing of it.
 
   friend bool operator==(const HostCall&, const HostCall&) = default;
 };
@@ -55,8 +56,9 @@ class Checkpoint {
   Checkpoint() = delete;
 
   /// To be called first by every host operation; it must fail with the result when that is negative.
-  static HRESULT Pass(std::string_view operation, const Feature* feature, std::string_view detail = {}) {
-    return active_ ? PassActive(operation, feature, detail) : S_OK;
+  static HRESULT Pass(std::string_view operation, const Feature* feature, std::string_view detail = {},
+                      int option = 0) {
+    return active_ ? PassActive(operation, feature, detail, option) : S_OK;
   }
   /// To be called by every cast: whether `feature` must seem not to offer the interface.
   static bool Withholds(const VLMInterfaceId& id, const Feature& feature) {
@@ -75,7 +77,8 @@ class Checkpoint {
   static std::int64_t CallCount();
 
  private:
-  static HRESULT PassActive(std::string_view operation, const Feature* feature, std::string_view detail);
+  static HRESULT PassActive(std::string_view operation, const Feature* feature, std::string_view detail,
+                            int option);
   static bool WithholdsActive(const VLMInterfaceId& id, const Feature& feature);
 
   static bool active_;

@@ -10,11 +10,11 @@ namespace {
 
 class PropagationFactory final : public Component<HVXIFactoryExtForPropagation> {
  public:
-  HRESULT SetDefaultPropagationData(const VLMBaseUnknown_var& feature, int /*option*/,
+  HRESULT SetDefaultPropagationData(const VLMBaseUnknown_var& feature, int option,
                                     const VLMBaseUnknown_var& /*data*/) override {
     Feature* const own = FeatureOf(feature);
     if (const HRESULT entered =
-            Checkpoint::Pass("HVXIFactoryExtForPropagation::SetDefaultPropagationData", own);
+            Checkpoint::Pass("HVXIFactoryExtForPropagation::SetDefaultPropagationData", own, {}, option);
         Failed(entered)) {
       return entered;
     }
@@ -23,9 +23,9 @@ class PropagationFactory final : public Component<HVXIFactoryExtForPropagation> 
     return S_OK;
   }
 
-  HRESULT Propagate(const VLMBaseUnknown_var& feature, int /*option*/) override {
+  HRESULT Propagate(const VLMBaseUnknown_var& feature, int option) override {
     Feature* const own = FeatureOf(feature);
-    if (const HRESULT entered = Checkpoint::Pass("HVXIFactoryExtForPropagation::Propagate", own);
+    if (const HRESULT entered = Checkpoint::Pass("HVXIFactoryExtForPropagation::Propagate", own, {}, option);
         Failed(entered)) {
       return entered;
     }

@@ -286,7 +286,8 @@ TEST_F(BindingTest, TwoExtensionsStandOnOneLateTypeForDifferentInterfaces) {
   EXPECT_THAT(extensions, testing::UnorderedElementsAre("HVXEPressureUpgrade", "HVXEBasicComponentUpgrade"));
 }
 
-// The dispatch on extensions whose routines A, B, C add an attribute of that name, and fail when that fails.
+// The dispatch on extensions whose routines A, B, C add an attribute of that name. They fail when that fails;
+// C gives 1 otherwise, which is no failure.
 class DispatchRuleTest : public testing_support::UpgradeTest {
  protected:
   // The routines that ran, in order, and the result.

@@ -94,7 +94,10 @@ std::string SumOf(std::string_view text) {
 }
 
 std::string TextOf(const HostCall& call) {
-  return fmt::format("{} #{}{}{}", call.operation, call.feature, call.detail.empty() ? "" : " ", call.detail);
+  std::string text = fmt::format("{} #{}", call.operation, call.feature);
+  if (!call.detail.empty()) text += " " + call.detail;
+  if (call.option != 0) text += fmt::format(" ({})", call.option);
+  return text;
 }
 
 // Of calls of one operation, or casts to one interface: what comes round again and again fails alike.

@@ -62,6 +62,22 @@ TEST_F(HVXETiedContactUpgrageTest, TieWhoseSupportCannotBeMovedKeepsItsName) {
   EXPECT_EQ(At(10).externalName, "Fastened Connection Enhancement-2");
 }
 
+TEST_F(HVXETiedContactUpgrageTest, TheAttributeTellsThePropertyAndItsFirstSupportCounts) {
+  Given(R"({"id":1,"type":"Product"}
+           {"id":2,"type":"SAMGenericConnDesign"}
+           {"id":3,"type":"SAMFaceFaceFastened","attributes":{"Supports":[{"ref":4},{"ref":5}]}}
+           {"id":4,"type":"GeometrySmartConnector","father":{"ref":3},"attributes":{"FirstObject":{"ref":2},"SecondObject":{"ref":1}}}
+           {"id":5,"type":"GeometrySmartConnector","father":{"ref":3},"attributes":{"FirstObject":{"ref":6},"SecondObject":{"ref":1}}}
+           {"id":6,"type":"SAMGenericConnDesign"}
+           {"id":7,"type":"SAMFaceFaceContact","attributes":{"Supports":[{"ref":5}]}}
+           {"id":10,"type":"HVXTiedContactLT","attributes":{"connectionProperty":{"ref":3},"Supports":[{"ref":11}]}}
+           {"id":11,"type":"GeometrySmartConnector","father":{"ref":10},"attributes":{"FirstObject":{"ref":7},"SecondObject":{"ref":1}}})");
+  EXPECT_EQ(Upgrade(10, {kIdentifier}), S_OK);
+  EXPECT_EQ(Line(12),
+            R"({"id":12,"type":"GeometrySmartConnector","name":"GeometrySmartConnector.12",)"
+            R"("father":{"ref":10},"attributes":{"FirstObject":{"ref":2},"SecondObject":{"ref":1}}})");
+}
+
 TEST_F(HVXETiedContactUpgrageTest, PreparationOfTheSupportsIsNotLookedAt) {
   GivenTie("SAMFaceFaceFastened", "Fastened Connection Enhancement-2", kProperty);
   EXPECT_EQ(UpgradeUnder(Failing("VLMISamAnalysisSupport::PrepareSupports"), 10, {kIdentifier}), S_OK);

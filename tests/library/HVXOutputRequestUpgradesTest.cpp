@@ -145,6 +145,8 @@ TEST_F(HVXEFORUpgradeTest, NodalTemperatureLeavesTheList) {
                                                        {"U,NT11", "U,NT11"},
                                                        {"NT,S,NT,U,NT", "S,U"},
                                                        {"S,NT,NT,U", "S,NT,U"},
+                                                       {"NT,NT,S", "S"},
+                                                       {"NT,NT", "NT"},
                                                        {"NTX,NT,S", "NTX,S"},
                                                        {"NTX,SNT,S", "NTX,SS"},
                                                        {"XY", "XY"},

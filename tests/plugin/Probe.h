@@ -7,8 +7,8 @@
 enum class ProbeRule { kStop, kFirstMatch, kSequential, kLast, kFirst, kGivesUp };
 
 /// Extensions whose routines do nothing but show that they ran: routine A adds attribute "A" to the feature
-/// and gives back what that host call gave. One class for each rule of dispatch, each on late types of its
-/// own.
+/// and gives back what that host call gave; C gives 1 for success. One class for each rule of
+/// dispatch, each on late types of its own.
 template <ProbeRule Rule>
 class Probe final : public HVXUpgradeOf<Probe<Rule>> {
  public:
@@ -21,7 +21,8 @@ class Probe final : public HVXUpgradeOf<Probe<Rule>> {
     const VLMISpecAttrAccess_var spAccess(this->Feature());
     VLMSpecAttrKey key;
     const char name[] = {Letter, '\0'};
-    return spAccess->AddAttribute(name, VLMAttributeType::kInteger, key);
+    const HRESULT added = spAccess->AddAttribute(name, VLMAttributeType::kInteger, key);
+    return Letter == 'C' && Succeeded(added) ? 1 : added;
   }
   HRESULT Assert() { VLMFatalError("AssertionFailed:NULL_var != spProbe", "tests/plugin/Probe"); }
   HRESULT CallThroughNull() { return VLMISpecAttrAccess_var()->RemoveAttribute({}); }
