@@ -22,6 +22,8 @@ std::span<const ComponentLayout> LayoutOf(const LateType& type);
 
 /// Whether the feature lacks a component of its layout.
 bool LacksComponents(Feature& feature);
+/// Whether it lacks one, or has one that is of another type than the layout's.
+bool DiffersFromLayout(Feature& feature);
 /// Makes the components that it lacks. Those that are there keep what they hold.
 void CompleteComponents(Feature& feature);
 
