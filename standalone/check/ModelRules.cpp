@@ -213,7 +213,7 @@ constexpr ConformityRule kRules[] = {
      "the restart frequency is not its restart interval", RestartFrequency},
     {"HVXJobLT HVXJobContainerLT", "UpgradeJobForFromInputFile", "jobs run no input files any more",
      FromInputFile},
-    {"HVXJobLT HVXJobContainerLT", "UpgradeJobMemoryUnit", "its memory is not given in megabytes",
+    {"HVXJobLT HVXJobContainerLT", "UpgradeJobMemoryUnit", "the code of its memory unit is not 1",
      MemoryUnit},
     {"HVXHacAnaStepSolLT", "UpgradeThermalSolutionStep", "a thermal solution has another physical type",
      ThermalStep},

@@ -15,7 +15,7 @@ TEST_F(CheckAndDiffTest, CheckTellsWhatAnUpgradeWouldChange) {
                             ": does not conform, 2 findings on 1 feature (3 features)\n"
                             "  3 HVXJobLT \"Job.1\"\n"
                             "    jobs run no input files any more (UpgradeJobForFromInputFile)\n"
-                            "    its memory is not given in megabytes (UpgradeJobMemoryUnit)\n");
+                            "    the code of its memory unit is not 1 (UpgradeJobMemoryUnit)\n");
   ASSERT_EQ(Run({"upgrade", file, "--in-place"}).code, 0);
   const Ended after = Run({"check", file});
   EXPECT_EQ(after.code, 0);
