@@ -91,6 +91,20 @@ TEST_F(SupportHostTest, WhatIsNoListIsNotReplacedByOne) {
   EXPECT_EQ(Lines(), before);
 }
 
+TEST_F(SupportHostTest, ATieThatRestsOnTheContainerDoesNotTakeItAway) {
+  Given(R"({"id":1,"type":"SAMContainer"}
+           {"id":64,"type":"SAMFaceFaceFastened"}
+           {"id":92,"type":"AnalysisCase"}
+           {"id":191,"type":"HVXInteractionContainerLT","father":{"ref":92}}
+           {"id":202,"type":"HVXTiedContactLT","attributes":{"connectionProperty":{"ref":64},"Supports":[{"ref":1}]}}
+           {"id":192,"type":"HVXSurfaceToSurfaceContactLT","father":{"ref":191},"container":{"ref":1}})");
+  const standalone::VersionManager manager({&testing_support::Library()});
+  const standalone::DocumentPtr document(&Doc());
+  static_cast<void>(manager.Run(document, manager.Pending(Doc())));
+  EXPECT_NE(Line(1), "removed");
+  EXPECT_EQ(testing_support::LinesOf(*testing_support::DocumentOf(Lines()).Get()), Lines());
+}
+
 TEST_F(SupportHostTest, SonsThatAreOnlyListedStayWithTheirFather) {
   Given(R"({"id":1,"type":"HVXConcentratedForce","attributes":{"SonsList":[{"ref":2},{"ref":3}]}}
            {"id":2,"type":"SAMBasicComponent","father":{"ref":1}}
