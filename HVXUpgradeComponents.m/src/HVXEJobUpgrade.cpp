@@ -14,7 +14,7 @@ const VLMUnicodeString kFromInputFile("From InputFile");
 constexpr std::int32_t kExplicitDynamics = 3;  // the analysis type with restart settings of its own
 constexpr std::int32_t kRestartAtIntervals = 3;
 constexpr std::int32_t kRestartAtIncrements = 4;
-constexpr std::int32_t kMegabytes = 1;
+constexpr std::int32_t kCurrentMemoryUnit = 1;
 
 }  // namespace
 
@@ -87,7 +87,7 @@ HRESULT HVXEJobUpgrade::SetMemoryUnit() {
   const HVXIJob_var spJob(Feature());
   if (spJob == NULL_var) return E_NOINTERFACE;
   // Sets the code and converts no value, on purpose.
-  static_cast<void>(spJob->SetMemoryUnit(kMegabytes));
+  static_cast<void>(spJob->SetMemoryUnit(kCurrentMemoryUnit));
   return S_OK;
 }
 

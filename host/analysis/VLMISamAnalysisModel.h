@@ -10,7 +10,8 @@ class VLMISamAnalysisModel : public VLMBaseUnknown {
   static constexpr VLMInterfaceId kId{"VLMISamAnalysisModel"};
 
   /// Takes `object` out of the document, with all that stands beneath it; the attribute or list entry that
-  /// held it goes too. `option` is 0. E_FAIL for a null object or one of another document.
+  /// held it goes too. `option` is 0. E_FAIL for a null object or one of another document, for
+  /// an analysis model or container, and for an object that another feature than its father links to.
   virtual HRESULT RemoveObject(const VLMBaseUnknown_var& object, int option) = 0;
 };
 using VLMISamAnalysisModel_var = VLMHandle<VLMISamAnalysisModel>;

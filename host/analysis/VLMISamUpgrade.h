@@ -7,11 +7,12 @@ class VLMISamUpgrade : public VLMBaseUnknown {
  public:
   static constexpr VLMInterfaceId kId{"VLMISamUpgrade"};
 
-  /// 1 when the feature's basic components differ from the current layout, 0 when not.
+  /// 1 when the feature's basic components differ from the current layout: one lacks, or is of another type.
+  /// 0 when not.
   virtual unsigned char NeedToUpgrade() = 0;
 
-  /// Creates the basic components that the current layout has and the feature lacks; those that exist keep
-  /// their values. E_FAIL for a feature whose late type has no layout.
+  /// Creates the basic components that the current layout has and the feature lacks; those that exist
+  /// stay as they are, of whatever type. E_FAIL for a feature whose late type has no layout.
   virtual HRESULT Upgrade() = 0;
 };
 using VLMISamUpgrade_var = VLMHandle<VLMISamUpgrade>;

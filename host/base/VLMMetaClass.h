@@ -17,7 +17,7 @@ enum class VLMExtensionKind : int {
       0,  ///< Not an extension: the meta-object of a late type, or of a kind that late types derive from.
   kImplementation = 1,  ///< A component of its own, instantiated by name.
   kCodeExtension = 2,   ///< Extends late types and holds nothing.
-  kDataExtension = 3,   ///< Extends late types; one object of it per extended object.
+  kDataExtension = 3,   ///< Extends late types; made for one extended object, anew for every tie.
 };
 
 /// Makes the object that offers one interface of `extended`: a tie that forwards to an extension, or an

@@ -5,6 +5,8 @@
 #include "base/VLMBaseUnknown.h"
 
 /// The base of extension classes: code that works on the object that it extends, and holds nothing else.
+/// Every tie has an object of it of its own, so nothing that is kept in one would be found again: what lasts
+/// belongs into the extended object.
 class VLMExtension {
  public:
   explicit VLMExtension(VLMBaseUnknown_var extended) : extended_(std::move(extended)) {}

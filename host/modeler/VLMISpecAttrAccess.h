@@ -36,7 +36,8 @@ using VLMISpecAttribute_var = VLMHandle<VLMISpecAttribute>;
 /// The attributes of a feature, by key.
 ///
 /// Reading through a null key, or a value of another type than the attribute holds, gives E_FAIL and leaves
-/// the out argument as it is. An integer attribute can be read as a real; nothing else is converted.
+/// the out argument as it is. An integer attribute can be read as a real; nothing else is converted. Writing
+/// keeps the type that the attribute has: E_FAIL, and the value stays, for a value of another type.
 class VLMISpecAttrAccess : public VLMBaseUnknown {
  public:
   static constexpr VLMInterfaceId kId{"VLMISpecAttrAccess"};
@@ -64,6 +65,7 @@ class VLMISpecAttrAccess : public VLMBaseUnknown {
   virtual HRESULT SetBoolean(VLMSpecAttrKey key, bool value) = 0;
 
   /// Gives a list of reals, in order; E_FAIL when the attribute is not a list or holds anything but numbers.
+  /// Only such a list is replaced.
   virtual HRESULT GetRealList(VLMSpecAttrKey key, std::vector<double>& values) = 0;
   virtual HRESULT SetRealList(VLMSpecAttrKey key, const std::vector<double>& values) = 0;
 

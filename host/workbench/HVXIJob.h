@@ -21,8 +21,8 @@ class HVXIJob : public VLMBaseUnknown {
   /// Sets what is run; the texts are those of `GetRunType`.
   virtual HRESULT SetRunType(const VLMUnicodeString& runType) = 0;
 
-  /// Sets the code of the unit that the memory limit is given in: 0 percent of the machine's, 1 megabytes, 2
-  /// gigabytes. The limit's number stays as it is.
+  /// Sets the code of the unit that the memory limit is given in. What a code stands for is the solver's
+  /// business; the limit's number stays as it is.
   virtual HRESULT SetMemoryUnit(std::int32_t code) = 0;
 
   /// Sets the code of how restart data is written: 3 at a number of intervals of the step, 4 at a number of

@@ -11,8 +11,9 @@ class HVXILocalElemAssignment : public VLMBaseUnknown {
   /// when there are none.
   virtual HRESULT GetElementAssignments(VLMListValVLMBaseUnknown_var& assignments) = 0;
 
-  /// Sets the whole list, in place of the one before. E_FAIL, and the list stays as it is, when an entry is
-  /// null.
+  /// Sets the whole list, in place of the one before; a null entry holds nothing. Features that are no longer
+  /// listed stay in the document, but for those that a listed one is a copy of. E_FAIL, and the list stays as
+  /// it is, when an entry cannot be listed.
   virtual HRESULT SetElementAssignments(const VLMListValVLMBaseUnknown_var& assignments) = 0;
 };
 using HVXILocalElemAssignment_var = VLMHandle<HVXILocalElemAssignment>;

@@ -17,7 +17,9 @@ class HVXISamAnalysisConnectionDesign : public VLMBaseUnknown {
   /// The same for the list of the points' products (`FillFromProducts`).
   virtual HRESULT GetProducts(VLMListValVLMBaseUnknown_var& products, std::int32_t& state) = 0;
 
-  /// Fills both lists, starting from the points: each point with the product that it stands in.
+  /// Fills both lists, starting from the points: each point with the product that it stands in. Both stay as
+  /// they are when nothing is found, or when one holds what the geometry does not know. Gives what they hold
+  /// then.
   virtual HRESULT FillFromPoints(VLMListValVLMBaseUnknown_var& points,
                                  VLMListValVLMBaseUnknown_var& products) = 0;
 

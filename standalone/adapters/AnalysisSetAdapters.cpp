@@ -158,9 +158,19 @@ class ModelAdapter final : public FeatureAdapter<VLMISamAnalysisModel> {
         Failed(entered)) {
       return entered;
     }
-    if (removed == nullptr || removed->removed || removed->document != &Doc()) return E_FAIL;
+    if (removed == nullptr || removed->removed || removed->document != &Doc() || IsInUse(*removed))
+      return E_FAIL;
     Doc().Remove(*removed);
     return S_OK;
+  }
+
+ private:
+  // A model or container holds everything, and a parameter that its owner shares is still read by the others.
+  [[nodiscard]] bool IsInUse(const Feature& object) const {
+    const VLMMetaClass& type = object.type->MetaClass();
+    if (type.IsAKindOf(kind::kAnalysisModel) || type.IsAKindOf(kind::kContainer)) return true;
+    return object.father != nullptr && object.father != &Self() &&
+           Doc().IsLinkedFromElsewhere(object, *object.father);
   }
 };
 

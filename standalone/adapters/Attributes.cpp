@@ -88,6 +88,12 @@ HRESULT ReadAttribute(Feature& feature, const Key& key, std::vector<double>& val
   return S_OK;
 }
 
+bool HasValue(Feature& feature, const Key& key) {
+  const Attribute* const attribute = feature.document->FindAttribute(feature, key.Id());
+  return attribute != nullptr &&
+         !(attribute->value.Kind() == ValueKind::kLink && attribute->value.Target() == nullptr);
+}
+
 HRESULT WriteAttribute(Feature& feature, const Key& key, const VLMUnicodeString& value) {
   return Store(feature, key, Value::String(feature.document->Keep(value.View())));
 }
@@ -122,6 +128,12 @@ HRESULT WriteAttribute(Feature& feature, const Key& key, const std::vector<doubl
   return Store(feature, key, Value::List(feature.document->Keep(std::span<const Value>(entries))));
 }
 
+HRESULT ReplaceLink(Feature& feature, const Key& key, Feature* target) {
+  if (HasValue(feature, key) && LinkedFeature(feature, key) == nullptr) return E_FAIL;
+  WriteLink(feature, key, target);
+  return S_OK;
+}
+
 Feature* LinkedFeature(Feature& feature, const Key& key) {
   const Value* const found = FindValue(feature, key, ValueKind::kLink);
   return found == nullptr ? nullptr : found->Target();
@@ -144,9 +156,7 @@ std::vector<Feature*> LinkedFeatures(Feature& feature, const Key& key) {
 }
 
 bool CanHoldList(Feature& feature, const Key& key) {
-  const Attribute* const attribute = feature.document->FindAttribute(feature, key.Id());
-  if (attribute == nullptr || attribute->value.Kind() == ValueKind::kList) return true;
-  return attribute->value.Kind() == ValueKind::kLink && attribute->value.Target() == nullptr;
+  return !HasValue(feature, key) || FindValue(feature, key, ValueKind::kList) != nullptr;
 }
 
 void InsertLink(Feature& feature, const Key& key, Feature& target, int position) {

@@ -34,6 +34,9 @@ HRESULT ReadAttribute(Feature& feature, const Key& key, unsigned char& value);
 HRESULT ReadAttribute(Feature& feature, const Key& key, bool& value);
 HRESULT ReadAttribute(Feature& feature, const Key& key, std::vector<double>& values);
 
+/// Whether the feature has the attribute, and not as a link that holds nothing.
+bool HasValue(Feature& feature, const Key& key);
+
 // Writing adds the attribute where the feature lacks it. E_FAIL for a real that is not finite, since no
 // document could hold it. Flags are written as booleans.
 HRESULT WriteAttribute(Feature& feature, const Key& key, const VLMUnicodeString& value);
@@ -45,6 +48,17 @@ HRESULT WriteAttribute(Feature& feature, const Key& key,
 HRESULT WriteAttribute(Feature& feature, const Key& key, unsigned char value);
 HRESULT WriteAttribute(Feature& feature, const Key& key, bool value);
 HRESULT WriteAttribute(Feature& feature, const Key& key, const std::vector<double>& values);
+
+/// Writes for a setter: E_FAIL, and the value stays, where the feature has a value that `ReadAttribute`
+/// cannot read as a T, so that what is damaged can still be told. A link that holds nothing is no value.
+template <class T>
+HRESULT ReplaceAttribute(Feature& feature, const Key& key, const T& value) {
+  T current{};
+  if (HasValue(feature, key) && Failed(ReadAttribute(feature, key, current))) return E_FAIL;
+  return WriteAttribute(feature, key, value);
+}
+/// The same for a link, which replaces nothing but a link.
+HRESULT ReplaceLink(Feature& feature, const Key& key, Feature* target);
 
 /// The feature that a link attribute holds; null without one.
 Feature* LinkedFeature(Feature& feature, const Key& key);

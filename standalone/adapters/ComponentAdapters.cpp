@@ -152,7 +152,7 @@ class BasicComponentAdapter final : public FeatureAdapter<VLMISamBasicComponent>
     if (const HRESULT entered = Enter(operation, Self().name); Failed(entered)) return entered;
     VLMUnicodeString own;
     if (!single || Failed(ReadAttribute(Self(), kComponentType, own)) || own.View() != type) return E_FAIL;
-    return WriteAttribute(Self(), kComponentValues, value);
+    return ReplaceAttribute(Self(), kComponentValues, value);
   }
 };
 
@@ -212,7 +212,7 @@ void BindComponentAdapters(VLMLibrary& host) {
 unsigned char VLMEAnalysisUpgrade::NeedToUpgrade() {
   standalone::Feature* const feature = standalone::FeatureOf(Extended());
   if (Failed(standalone::Checkpoint::Pass("VLMISamUpgrade::NeedToUpgrade", feature))) return 0;
-  return feature != nullptr && standalone::LacksComponents(*feature) ? 1 : 0;
+  return feature != nullptr && !feature->removed && standalone::DiffersFromLayout(*feature) ? 1 : 0;
 }
 
 HRESULT VLMEAnalysisUpgrade::Upgrade() {
@@ -221,7 +221,7 @@ HRESULT VLMEAnalysisUpgrade::Upgrade() {
       Failed(entered)) {
     return entered;
   }
-  if (feature == nullptr || standalone::LayoutOf(*feature->type).empty()) return E_FAIL;
+  if (feature == nullptr || feature->removed || standalone::LayoutOf(*feature->type).empty()) return E_FAIL;
   standalone::CompleteComponents(*feature);
   return S_OK;
 }

@@ -113,7 +113,7 @@ class BodyHeatFluxAdapter final : public FeatureAdapter<HVXIHeatFlux> {
     if (const HRESULT entered = Enter("HVXIHeatFlux::SetMagnitude", kOldMagnitude.Text()); Failed(entered))
       return entered;
     Feature* const parameter = LinkedFeature(Self(), kOldMagnitude);
-    return parameter == nullptr ? E_FAIL : WriteAttribute(*parameter, kParameterValue, magnitude);
+    return parameter == nullptr ? E_FAIL : ReplaceAttribute(*parameter, kParameterValue, magnitude);
   }
   HRESULT GetMagnitude(double& magnitude) override {
     if (const HRESULT entered = Enter("HVXIHeatFlux::GetMagnitude", kOldMagnitude.Text()); Failed(entered))
@@ -187,8 +187,10 @@ class RotationalBodyForceAdapter final : public ConditionAdapter<HVXIRotationalB
     Feature* const partOfLine = FeatureOf(part);
     if (line == nullptr || line->removed || line->document != &Doc()) return E_FAIL;
     if (partOfLine != nullptr && (partOfLine->removed || partOfLine->document != &Doc())) return E_FAIL;
+    if (HasValue(Self(), kRotationAxis) && LinkedFeature(Self(), kRotationAxis) == nullptr) return E_FAIL;
+    if (const HRESULT stored = ReplaceLink(Self(), kRotationAxisPart, partOfLine); Failed(stored))
+      return stored;
     WriteLink(Self(), kRotationAxis, line);
-    WriteLink(Self(), kRotationAxisPart, partOfLine);
     return S_OK;
   }
 };

@@ -188,15 +188,14 @@ class StandardPairAdapter final : public PairAdapter<HVXIContactConnectionEnhanc
  private:
   HRESULT SetCode(std::string_view operation, const Key& key, std::int32_t code, std::int32_t last) const {
     if (const HRESULT entered = Enter(operation, key.Text()); Failed(entered)) return entered;
-    return code < 0 || code > last ? E_FAIL : WriteAttribute(Self(), key, code);
+    return code < 0 || code > last ? E_FAIL : ReplaceAttribute(Self(), key, code);
   }
 
   HRESULT SetLink(std::string_view operation, const Key& key, const VLMBaseUnknown_var& object) const {
     if (const HRESULT entered = Enter(operation, key.Text()); Failed(entered)) return entered;
     Feature* const target = FeatureOf(object);
     if (target != nullptr && (target->removed || target->document != &Doc())) return E_FAIL;
-    WriteLink(Self(), key, target);
-    return S_OK;
+    return ReplaceLink(Self(), key, target);
   }
 };
 
@@ -208,7 +207,7 @@ class ContactControlAdapter final : public FeatureAdapter<HVXIContactControl> {
     Feature* const component = ModeComponent();
     if (const HRESULT entered = Enter("HVXIContactControl::SetOverclosureToleranceMode"); Failed(entered))
       return entered;
-    return component == nullptr ? E_FAIL : WriteAttribute(*component, kComponentValues, mode);
+    return component == nullptr ? E_FAIL : ReplaceAttribute(*component, kComponentValues, mode);
   }
   HRESULT GetOverclosureToleranceMode(std::int32_t& mode) override {
     Feature* const component = ModeComponent();

@@ -1,6 +1,7 @@
 // Element assignments with their defaults, and the local and global assignments that list them.
 
 #include <algorithm>
+#include <optional>
 
 #include "adapters/HostLibrary.h"
 #include "analysis/ElementDefaults.h"
@@ -65,10 +66,16 @@ class ElementAssignmentAdapter final : public FeatureAdapter<HVXIElementAssignme
 
   HRESULT SetFlagGroup(const HVXElementFlagGroup& group) override {
     if (const HRESULT entered = Enter("HVXIElementAssignment::SetFlagGroup"); Failed(entered)) return entered;
-    if (const HRESULT written = WriteAttribute(Self(), kElementOptionValues, {group.fifth, group.sixth});
-        Failed(written)) {
-      return written;
+    std::array<unsigned char, 4> flagsBefore{};
+    if (HasValue(Self(), kElementOptions) && !ReadFlags(flagsBefore)) return E_FAIL;
+    std::vector<double> values;
+    if (HasValue(Self(), kElementOptionValues) &&
+        (Failed(ReadAttribute(Self(), kElementOptionValues, values)) || values.size() != 2)) {
+      return E_FAIL;
     }
+    values = {group.fifth, group.sixth};
+    if (const HRESULT written = ReplaceAttribute(Self(), kElementOptionValues, values); Failed(written))
+      return written;
     std::vector<Value> flags;
     for (const unsigned char flag : group.flags) flags.push_back(Value::Boolean(flag != 0));
     Doc().SetAttribute(Self(), kElementOptions.Id(), Value::List(Doc().Keep(std::span<const Value>(flags))));
@@ -128,6 +135,44 @@ class ElementAssignmentAdapter final : public FeatureAdapter<HVXIElementAssignme
   }
 };
 
+std::optional<double> NumberOf(const Value& value) {
+  if (value.Kind() == ValueKind::kReal) return value.AsReal();
+  if (value.Kind() == ValueKind::kInteger) return static_cast<double>(value.AsInteger());
+  if (value.Kind() == ValueKind::kBoolean) return value.AsBoolean() ? 1.0 : 0.0;
+  return std::nullopt;
+}
+
+// Copying reads integers as reals and as flags.
+bool IsCopyOf(const Value& copy, const Value& old) {
+  if (copy.Kind() == ValueKind::kList && old.Kind() == ValueKind::kList)
+    return std::ranges::equal(copy.Entries(), old.Entries(), IsCopyOf);
+  return copy == old || (NumberOf(old).has_value() && NumberOf(copy) == NumberOf(old));
+}
+
+bool HoldsValues(Feature& copy, Feature& old, NameId exceptFor) {
+  if (copy.type != old.type || !(old.externalName.empty() || old.externalName == copy.externalName))
+    return false;
+  return std::ranges::all_of(copy.document->AttributesOf(old), [&](const Attribute& each) {
+    if (each.key == exceptFor || each.value == Value()) return true;
+    const Attribute* const own = copy.document->FindAttribute(copy, each.key);
+    return own != nullptr && IsCopyOf(own->value, each.value);
+  });
+}
+
+// Whether nothing is lost when `old` goes, because `copy` holds it all.
+bool HoldsAllOf(Feature& copy, Feature& old) {
+  if (!HoldsValues(copy, old, kSectionControls.Id())) return false;
+  if (!HasValue(old, kSectionControls)) return old.firstSon == nullptr;
+  Feature* const oldControls = LinkedFeature(old, kSectionControls);
+  Feature* const controls = LinkedFeature(copy, kSectionControls);
+  if (oldControls == nullptr || controls == nullptr) return false;
+  // They alone may stand beneath it, and go with it.
+  if (old.firstSon != oldControls || old.lastSon != oldControls || oldControls->firstSon != nullptr)
+    return false;
+  return !copy.document->IsLinkedFromElsewhere(*oldControls, old) &&
+         HoldsValues(*controls, *oldControls, kNoName);
+}
+
 /// What holds a list of element assignments, as sons.
 template <class Interface>
 class AssignmentListAdapter : public FeatureAdapter<Interface> {
@@ -137,7 +182,8 @@ class AssignmentListAdapter : public FeatureAdapter<Interface> {
  protected:
   ~AssignmentListAdapter() override = default;
 
-  /// Assignments that were listed, also in the old list, and no longer are go from the document.
+  /// Assignments that were listed, also in the old list, and no longer are stay in the document, but for
+  /// those that a listed one is a copy of.
   HRESULT SetList(std::string_view operation, const VLMListValVLMBaseUnknown_var& assignments) const {
     Feature& self = this->Self();
     std::vector<Feature*> before = LinkedFeatures(self, kElementAssignments);
@@ -148,10 +194,17 @@ class AssignmentListAdapter : public FeatureAdapter<Interface> {
     }
     const std::vector<Feature*> listed = LinkedFeatures(self, kElementAssignments);
     for (Feature* const assignment : before) {
-      const bool isListed = std::ranges::find(listed, assignment) != listed.end();
-      if (!isListed && !assignment->removed) this->Doc().Remove(*assignment);
+      if (std::ranges::find(listed, assignment) == listed.end() && IsRedundant(*assignment, listed))
+        this->Doc().Remove(*assignment);
     }
     return S_OK;
+  }
+
+ private:
+  [[nodiscard]] bool IsRedundant(Feature& assignment, const std::vector<Feature*>& listed) const {
+    if (assignment.removed || assignment.father != &this->Self()) return false;
+    return !this->Doc().IsLinkedFromElsewhere(assignment, this->Self()) &&
+           std::ranges::any_of(listed, [&](Feature* copy) { return HoldsAllOf(*copy, assignment); });
   }
 };
 

@@ -26,6 +26,14 @@ VLMHandle<Interface> HandleOn(Feature* feature) {
   return VLMHandle<Interface>::Adopt(static_cast<Interface*>(found));
 }
 
+/// Passes the checkpoint with an operation of the feature. E_FAIL when that was removed before.
+inline HRESULT EnterOn(const Feature& feature, std::string_view operation, std::string_view detail = {},
+                       int option = 0) {
+  const bool wasRemoved = feature.removed;
+  const HRESULT passed = Checkpoint::Pass(operation, &feature, detail, option);
+  return wasRemoved && !Failed(passed) ? E_FAIL : passed;
+}
+
 /// The base of every adapter: one interface of one feature. An adapter holds no state; it reads and writes
 /// the feature.
 template <class Interface>
@@ -51,9 +59,9 @@ class FeatureAdapter : public Interface {
   [[nodiscard]] Feature& Self() const { return feature_; }
 
   /// Passes the checkpoint with an operation of this feature. `operation` is the interface's name, "::" and
-  /// its own.
+  /// its own. E_FAIL when the feature was removed: a handle outlives what it is on.
   HRESULT Enter(std::string_view operation, std::string_view detail = {}, int option = 0) const {
-    return Checkpoint::Pass(operation, &feature_, detail, option);
+    return EnterOn(feature_, operation, detail, option);
   }
 
   /// An operation that reads one attribute. E_FAIL, and `value` stays, when the feature lacks it or holds
@@ -71,11 +79,12 @@ class FeatureAdapter : public Interface {
     value = missing;
     return S_OK;
   }
-  /// An operation that writes one attribute, adding it where the feature lacks it.
+  /// An operation that writes one attribute, adding it where the feature lacks it. E_FAIL, and the value
+  /// stays, where one stands that cannot be read as a T.
   template <class T>
   HRESULT Write(std::string_view operation, const Key& key, const T& value) const {
     if (const HRESULT entered = Enter(operation, key.Text()); Failed(entered)) return entered;
-    return WriteAttribute(feature_, key, value);
+    return ReplaceAttribute(feature_, key, value);
   }
   /// An operation that gives the object that a link attribute holds: null, with S_OK, when it holds none or
   /// is missing.
@@ -87,36 +96,36 @@ class FeatureAdapter : public Interface {
     return S_OK;
   }
 
-  /// An operation that stores a link. E_FAIL, and the link stays, for a null object, one of another document
-  /// or one that was removed.
+  /// An operation that stores a link. E_FAIL, and the value stays, for a null object, one of another document
+  /// or one that was removed, and where what stands there is no link.
   template <class Handle>
   HRESULT StoreLink(std::string_view operation, const Key& key, const Handle& object) const {
     if (const HRESULT entered = Enter(operation, key.Text()); Failed(entered)) return entered;
     Feature* const target = FeatureOf(object);
-    if (!CanBeLinked(target)) return E_FAIL;
-    WriteLink(feature_, key, target);
-    return S_OK;
+    return CanBeLinked(target) ? ReplaceLink(feature_, key, target) : E_FAIL;
   }
-  /// An operation that gives the objects that a list attribute holds links to; empty, with S_OK, without the
-  /// attribute.
+  /// An operation that gives the objects that a list attribute holds links to, null for an entry that holds
+  /// nothing; empty, with S_OK, without the attribute.
   HRESULT ReadLinkList(std::string_view operation, const Key& key, VLMListValVLMBaseUnknown_var& objects,
                        int option = 0) const {
     objects.RemoveAll();
     if (const HRESULT entered = Enter(operation, key.Text(), option); Failed(entered)) return entered;
-    for (Feature* const target : LinkedFeatures(feature_, key)) {
+    for (Feature* const target : LinkEntries(feature_, key)) {
       objects.Append(HandleOn<VLMBaseUnknown>(target));
     }
     return S_OK;
   }
-  /// An operation that stores a whole list of links. E_FAIL, and the list stays, when one of the objects
-  /// cannot be linked.
+  /// An operation that stores a whole list of links; a null object becomes an entry that holds nothing.
+  /// E_FAIL, and the value stays, when one of the others cannot be linked, and where what stands there is no
+  /// list.
   HRESULT StoreLinkList(std::string_view operation, const Key& key,
                         const VLMListValVLMBaseUnknown_var& objects) const {
     if (const HRESULT entered = Enter(operation, key.Text()); Failed(entered)) return entered;
+    if (!CanHoldList(feature_, key)) return E_FAIL;
     std::vector<Feature*> targets;
     for (const VLMBaseUnknown_var& object : objects) {
       targets.push_back(FeatureOf(object));
-      if (!CanBeLinked(targets.back())) return E_FAIL;
+      if (!(object == NULL_var) && !CanBeLinked(targets.back())) return E_FAIL;
     }
     WriteLinks(feature_, key, targets);
     return S_OK;

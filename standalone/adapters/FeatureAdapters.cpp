@@ -1,5 +1,7 @@
 // The interfaces that every feature offers, beside its own (adapters/SpecObject.cpp).
 
+#include <concepts>
+
 #include "adapters/HostLibrary.h"
 #include "base/VLMIModelEvents.h"
 #include "modeler/VLMIAlias.h"
@@ -15,7 +17,9 @@ class AttributeAdapter final : public FeatureAdapter<VLMISpecAttribute> {
  public:
   AttributeAdapter(Feature& feature, NameId key) : FeatureAdapter(feature), key_(key) {}
 
-  VLMUnicodeString GetName() override { return NameTable::Text(key_); }
+  VLMUnicodeString GetName() override {
+    return Self().removed ? VLMUnicodeString() : VLMUnicodeString(NameTable::Text(key_));
+  }
 
   VLMAttributeType GetType() override {
     const Attribute* const attribute = Doc().FindAttribute(Self(), key_);
@@ -164,17 +168,28 @@ class AttrAccessAdapter final : public FeatureAdapter<VLMISpecAttrAccess> {
   template <class T>
   HRESULT Get(std::string_view operation, VLMSpecAttrKey key, T& value) const {
     if (const HRESULT entered = EnterKey(operation, key); Failed(entered)) return entered;
-    return ReadAttribute(Self(), Key(key.Name()), value);
+    const bool asReal = std::same_as<T, double> && Holds(key, ValueKind::kInteger);
+    return Holds(key, KindOf<T>()) || asReal ? ReadAttribute(Self(), Key(key.Name()), value) : E_FAIL;
   }
 
   // A value replaces one of its own type only: what an attribute is, is its late type's business.
   template <class T>
   HRESULT Set(std::string_view operation, VLMSpecAttrKey key, const T& value) const {
     if (const HRESULT entered = EnterKey(operation, key); Failed(entered)) return entered;
-    T current{};
-    const Key known(key.Name());
-    if (Failed(ReadAttribute(Self(), known, current))) return E_FAIL;
-    return WriteAttribute(Self(), known, value);
+    return Holds(key, KindOf<T>()) ? ReplaceAttribute(Self(), Key(key.Name()), value) : E_FAIL;
+  }
+
+  template <class T>
+  static constexpr ValueKind KindOf() {
+    if constexpr (std::same_as<T, VLMUnicodeString>) return ValueKind::kString;
+    if constexpr (std::same_as<T, std::int64_t>) return ValueKind::kInteger;
+    if constexpr (std::same_as<T, double>) return ValueKind::kReal;
+    if constexpr (std::same_as<T, bool>) return ValueKind::kBoolean;
+    if constexpr (std::same_as<T, std::vector<double>>) return ValueKind::kList;
+  }
+  [[nodiscard]] bool Holds(VLMSpecAttrKey key, ValueKind wanted) const {
+    const Attribute* const attribute = Doc().FindAttribute(Self(), key.Name());
+    return attribute != nullptr && attribute->value.Kind() == wanted;
   }
 
   static Value EmptyValue(VLMAttributeType type) {

@@ -57,7 +57,7 @@ class MotionAdapter final : public FeatureAdapter<HVXIMotionBC> {
     if (const HRESULT entered = Enter("HVXIMotionBC::SetActivity", name); Failed(entered)) return entered;
     Feature* const component = FindComponent(Self(), name);
     if (component == nullptr) return E_FAIL;
-    return WriteAttribute(*component, kComponentIsActive, std::int32_t{active != 0 ? 1 : 0});
+    return ReplaceAttribute(*component, kComponentIsActive, std::int32_t{active != 0 ? 1 : 0});
   }
 
  private:

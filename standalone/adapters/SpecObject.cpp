@@ -59,34 +59,31 @@ HRESULT Feature::QueryInterface(const VLMInterfaceId& interface, void** out) {
 }
 
 VLMUnicodeString Feature::GetLateType() {
-  if (Failed(Checkpoint::Pass("VLMISpecObject::GetLateType", this))) return {};
+  if (Failed(EnterOn(*this, "VLMISpecObject::GetLateType"))) return {};
   return type->Text();
 }
 
 VLMUnicodeString Feature::GetName() {
-  if (Failed(Checkpoint::Pass("VLMISpecObject::GetName", this))) return {};
+  if (Failed(EnterOn(*this, "VLMISpecObject::GetName"))) return {};
   return name;
 }
 
 HRESULT Feature::SetUpToDate(int flag) {
-  if (const HRESULT entered = Checkpoint::Pass("VLMISpecObject::SetUpToDate", this); Failed(entered))
-    return entered;
+  if (const HRESULT entered = EnterOn(*this, "VLMISpecObject::SetUpToDate"); Failed(entered)) return entered;
   document->SetUpToDate(*this, flag != 0);
   return S_OK;
 }
 
 HRESULT Feature::GetFather(VLMISpecObject_var& found) {
   found = NULL_var;
-  if (const HRESULT entered = Checkpoint::Pass("VLMISpecObject::GetFather", this); Failed(entered))
-    return entered;
+  if (const HRESULT entered = EnterOn(*this, "VLMISpecObject::GetFather"); Failed(entered)) return entered;
   found = HandleOn<VLMISpecObject>(father);
   return found == NULL_var ? E_FAIL : S_OK;
 }
 
 HRESULT Feature::GetContainer(VLMIContainer_var& found) {
   found = NULL_var;
-  if (const HRESULT entered = Checkpoint::Pass("VLMISpecObject::GetContainer", this); Failed(entered))
-    return entered;
+  if (const HRESULT entered = EnterOn(*this, "VLMISpecObject::GetContainer"); Failed(entered)) return entered;
   found = HandleOn<VLMIContainer>(Container());
   return found == NULL_var ? E_FAIL : S_OK;
 }
@@ -94,8 +91,7 @@ HRESULT Feature::GetContainer(VLMIContainer_var& found) {
 HRESULT Feature::RemoveSon(const VLMISpecObject_var& son, int option) {
   Feature* const feature = FeatureOf(son);
   const std::string_view sonName = feature == nullptr ? std::string_view() : feature->name;
-  if (const HRESULT entered = Checkpoint::Pass("VLMISpecObject::RemoveSon", this, sonName, option);
-      Failed(entered))
+  if (const HRESULT entered = EnterOn(*this, "VLMISpecObject::RemoveSon", sonName, option); Failed(entered))
     return entered;
   if (feature == nullptr || feature->removed) return E_FAIL;
   if (feature->father == this) {
@@ -110,7 +106,7 @@ HRESULT Feature::RemoveSon(const VLMISpecObject_var& son, int option) {
 }
 
 int Feature::IsReadyInDomain(const VLMUnicodeString& domain) {
-  if (Failed(Checkpoint::Pass("VLMISpecObject::IsReadyInDomain", this, domain.View()))) return 0;
+  if (Failed(EnterOn(*this, "VLMISpecObject::IsReadyInDomain", domain.View()))) return 0;
   const Attribute* const notReady = document->FindAttribute(*this, kNotReadyIn.Id());
   if (notReady == nullptr || notReady->value.Kind() != ValueKind::kList) return 1;
   const std::span<const Value> domains = notReady->value.Entries();

@@ -1,5 +1,7 @@
 // Springs and dampers, the designs of their connections, and virtual parts.
 
+#include <algorithm>
+
 #include "adapters/HostLibrary.h"
 #include "analysis/MeshParts.h"
 #include "analysis/Supports.h"
@@ -29,16 +31,16 @@ class SpringAdapter final : public FeatureAdapter<HVXISpring> {
 
   int GetConnectionDesignCount() override {
     if (Failed(Enter("HVXISpring::GetConnectionDesignCount"))) return 0;
-    return static_cast<int>(LinkedFeatures(Self(), kConnectionDesigns).size());
+    return static_cast<int>(LinkEntries(Self(), kConnectionDesigns).size());
   }
 
   HRESULT GetConnectionDesign(int index, VLMBaseUnknown_var& design) override {
     design = NULL_var;
     if (const HRESULT entered = Enter("HVXISpring::GetConnectionDesign"); Failed(entered)) return entered;
-    const std::vector<Feature*> designs = LinkedFeatures(Self(), kConnectionDesigns);
+    const std::vector<Feature*> designs = LinkEntries(Self(), kConnectionDesigns);
     if (index < 1 || static_cast<std::size_t>(index) > designs.size()) return E_FAIL;
     design = HandleOn<VLMBaseUnknown>(designs[static_cast<std::size_t>(index) - 1]);
-    return S_OK;
+    return design == NULL_var ? E_FAIL : S_OK;
   }
 };
 
@@ -89,11 +91,27 @@ class ConnectionDesignAdapter final : public FeatureAdapter<HVXISamAnalysisConne
       first.push_back(LinkedFeature(*connector, kFirstObject));
       second.push_back(LinkedFeature(*connector, kSecondObject));
     }
-    WriteLinks(Self(), kPoints, first);
-    WriteLinks(Self(), kProducts, second);
-    AppendHandles(first, points);
-    AppendHandles(second, products);
+    if (MayFill(kPoints, kFirstObject, first.empty()) && MayFill(kProducts, kSecondObject, first.empty())) {
+      WriteLinks(Self(), kPoints, first);
+      WriteLinks(Self(), kProducts, second);
+    }
+    AppendHandles(LinkEntries(Self(), kPoints), points);
+    AppendHandles(LinkEntries(Self(), kProducts), products);
     return S_OK;
+  }
+
+  // What is stored gives way to what was found, but not to nothing, nor when no support knows it: it would be
+  // lost.
+  [[nodiscard]] bool MayFill(const Key& key, const Key& object, bool nothingFound) const {
+    if (!CanHoldList(Self(), key)) return false;
+    const std::vector<Feature*> stored = LinkEntries(Self(), key);
+    if (nothingFound) return stored.empty();
+    const std::vector<Feature*> supports = LinkedFeatures(Self(), kSupports);
+    return std::ranges::all_of(stored, [&](const Feature* each) {
+      return each == nullptr || std::ranges::any_of(supports, [&](Feature* connector) {
+               return LinkedFeature(*connector, object) == each;
+             });
+    });
   }
 };
 

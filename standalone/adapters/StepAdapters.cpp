@@ -36,9 +36,11 @@ class IncrementedStepAdapter : public FeatureAdapter<Interface> {
     Feature* const component = FindComponent(this->Self(), quantity);
     Feature* const parameter = component == nullptr ? nullptr : LinkedFeature(*component, kParameter);
     if (parameter == nullptr) return E_FAIL;
-    if (const HRESULT written = WriteComponent(this->Self(), quantity, value); Failed(written))
+    double current = 0.0;  // of the component, which is not written when the parameter cannot be
+    if (const HRESULT read = ReadComponent(this->Self(), quantity, current); Failed(read)) return read;
+    if (const HRESULT written = ReplaceAttribute(*parameter, kParameterValue, value); Failed(written))
       return written;
-    return WriteAttribute(*parameter, kParameterValue, value);
+    return WriteComponent(this->Self(), quantity, value);
   }
 
   /// The parameter comes to stand beneath the step; the one that it replaces goes, unless it stands beneath
@@ -49,8 +51,10 @@ class IncrementedStepAdapter : public FeatureAdapter<Interface> {
     Feature* const owned = FeatureOf(parameter);
     if (owned == nullptr || owned->removed || owned->document != &this->Doc()) return E_FAIL;
     Feature* const component = FindComponent(this->Self(), quantity);
-    if (component == nullptr || !this->Doc().PlaceBeneath(*owned, this->Self())) return E_FAIL;
+    if (component == nullptr) return E_FAIL;
     Feature* const before = LinkedFeature(*component, kParameter);
+    if (before == nullptr && HasValue(*component, kParameter)) return E_FAIL;
+    if (!this->Doc().PlaceBeneath(*owned, this->Self())) return E_FAIL;
     WriteLink(*component, kParameter, owned);
     if (before == nullptr || before == owned || before->father != &this->Self()) return S_OK;
     if (!this->Doc().IsLinkedFromElsewhere(*before, *component)) this->Doc().Remove(*before);

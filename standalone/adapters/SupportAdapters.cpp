@@ -71,7 +71,7 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
       return entered;
     }
     for (Feature* const connector : Supports()) {
-      Feature* const object = LinkedFeature(*connector, kFirstObject);
+      Feature* const object = connector == nullptr ? nullptr : LinkedFeature(*connector, kFirstObject);
       if (object != nullptr && Offers(*object, id)) supports.Append(HandleOn<VLMBaseUnknown>(connector));
     }
     return S_OK;
@@ -159,6 +159,10 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
   HRESULT SetMode(std::int32_t mode, std::uint32_t kinds) override {
     if (const HRESULT entered = Enter("VLMISamAnalysisSupport::SetMode"); Failed(entered)) return entered;
     if (mode != kGroupsAsThemselves && mode != 0) return E_FAIL;
+    std::int32_t modeBefore = 0;
+    std::int64_t kindsBefore = 0;
+    if (HasValue(Self(), kListMode) && Failed(ReadAttribute(Self(), kListMode, modeBefore))) return E_FAIL;
+    if (HasValue(Self(), kListKinds) && Failed(ReadAttribute(Self(), kListKinds, kindsBefore))) return E_FAIL;
     if (mode == kGroupsAsThemselves && kinds == kAllKinds) {  // the default is not written down
       Doc().RemoveAttribute(Self(), kListMode.Id());
       Doc().RemoveAttribute(Self(), kListKinds.Id());
@@ -169,9 +173,10 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
   }
 
  private:
-  // As the list mode wants them: a group as the support that it is, or by its members.
+  // As the list mode wants them: a group as the support that it is, or by its members. Null for an entry that
+  // holds nothing.
   [[nodiscard]] std::vector<Feature*> Supports() const {
-    std::vector<Feature*> listed = LinkedFeatures(Self(), kSupports);
+    std::vector<Feature*> listed = LinkEntries(Self(), kSupports);
     std::int32_t mode = kGroupsAsThemselves;
     std::int64_t kinds = kAllKinds;
     static_cast<void>(ReadAttribute(Self(), kListMode, mode));
@@ -180,12 +185,12 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
       return listed;
     std::vector<Feature*> expanded;
     for (Feature* const connector : listed) {
-      Feature* const object = LinkedFeature(*connector, kFirstObject);
+      Feature* const object = connector == nullptr ? nullptr : LinkedFeature(*connector, kFirstObject);
       if (object == nullptr || !IsGroup(*object)) {
         expanded.push_back(connector);
         continue;
       }
-      const std::vector<Feature*> members = LinkedFeatures(*object, kMembers);
+      const std::vector<Feature*> members = LinkEntries(*object, kMembers);
       expanded.insert(expanded.end(), members.begin(), members.end());
     }
     return expanded;
@@ -230,7 +235,7 @@ class GroupAdapter final : public FeatureAdapter<HVXISamGroupExt> {
   HRESULT ListMembers(VLMListValVLMBaseUnknown_var& members) override {
     members.RemoveAll();
     if (const HRESULT entered = Enter("HVXISamGroupExt::ListMembers"); Failed(entered)) return entered;
-    AppendHandles(LinkedFeatures(Self(), kMembers), members);
+    AppendHandles(LinkEntries(Self(), kMembers), members);
     return S_OK;
   }
 };

@@ -209,6 +209,16 @@ std::vector<std::string_view> LackingComponents(Feature& feature) {
   return lacking;
 }
 
+bool DiffersFromLayout(Feature& feature) {
+  return std::ranges::any_of(LayoutOf(*feature.type), [&feature](const ComponentLayout& layout) {
+    const Place place = PlaceOf(feature, layout.name);
+    if (Lacks(place)) return true;
+    VLMUnicodeString type;
+    static_cast<void>(ReadAttribute(*FindComponent(*place.holder, place.name), kComponentType, type));
+    return type.View() != layout.type;
+  });
+}
+
 void CompleteComponents(Feature& feature) {
   for (const ComponentLayout& layout : LayoutOf(*feature.type)) {
     const Place place = PlaceOf(feature, layout.name);

@@ -25,6 +25,8 @@ std::span<const ComponentLayout> LayoutOf(const LateType& type);
 bool LacksComponents(Feature& feature);
 /// The names of those that it lacks.
 std::vector<std::string_view> LackingComponents(Feature& feature);
+/// Whether it lacks one, or has one that is of another type than the layout's.
+bool DiffersFromLayout(Feature& feature);
 /// Makes the components that it lacks. Those that are there keep what they hold.
 void CompleteComponents(Feature& feature);
 

@@ -7,7 +7,7 @@
 namespace standalone {
 
 // The value of a feature's component `name`. E_FAIL, and nothing changes, while the feature lacks the
-// component or the component is of another type.
+// component, or while the component or the value that it holds is of another type.
 
 namespace detail {
 
@@ -37,7 +37,7 @@ HRESULT ReadComponent(Feature& feature, std::string_view name, T& value) {
 template <detail::ComponentValue T>
 HRESULT WriteComponent(Feature& feature, std::string_view name, T value) {
   Feature* const component = detail::FindComponentOfType<T>(feature, name);
-  return component == nullptr ? E_FAIL : WriteAttribute(*component, kComponentValues, value);
+  return component == nullptr ? E_FAIL : ReplaceAttribute(*component, kComponentValues, value);
 }
 
 }  // namespace standalone

@@ -9,7 +9,7 @@ const Key kMeshPart("MeshPart");
 HRESULT CreateConnectionMeshPart(Feature& owner) {
   static const LateType& meshPartType = LateType::Of("MSHMeshPart");
   static const Key meshType("MeshType");
-  if (LinkedFeature(owner, kMeshPart) != nullptr) return E_FAIL;
+  if (HasValue(owner, kMeshPart)) return E_FAIL;
   Document& document = *owner.document;
   Feature* const meshPart = document.Create(
       meshPartType, fmt::format("{}.{}", meshPartType.Name(), document.NextId()), &owner, owner.container);

@@ -8,7 +8,8 @@ namespace standalone {
 
 extern const Key kMeshPart;
 
-/// Gives `owner` a connection mesh part without supports. E_FAIL when it has a mesh part, or was removed.
+/// Gives `owner` a connection mesh part without supports. E_FAIL when it has a mesh part, or a value
+/// of another kind in its place, or was removed.
 HRESULT CreateConnectionMeshPart(Feature& owner);
 
 }  // namespace standalone

@@ -21,6 +21,7 @@ void GiveDefaultPropagationData(Feature& feature) {
 
 HRESULT PropagateToLaterSteps(Feature& feature) {
   if (feature.document->FindAttribute(feature, kPropagatedTo.Id()) == nullptr) return E_FAIL;
+  if (!CanHoldList(feature, kPropagatedTo)) return E_FAIL;
   const Feature* const analysisCase = CaseAbove(feature);
   std::vector<Feature*> steps;
   if (analysisCase != nullptr) steps = StepsOf(*analysisCase);

@@ -15,7 +15,7 @@ void GiveDefaultPropagationData(Feature& feature);
 
 /// Notes the steps that follow the one that the feature stands beneath, without perturbation steps; for a
 /// feature of the case's own set, every step after the initial one. E_FAIL for a feature without propagation
-/// data.
+/// data, or with what is no list of steps among them.
 HRESULT PropagateToLaterSteps(Feature& feature);
 
 }  // namespace standalone

@@ -74,7 +74,7 @@ constexpr std::string_view kJobs = "HVXJobLT HVXJobContainerLT";
 constexpr ConformityRule kRules[] = {
     {kJobs, "UpgradeJobRestartData", "its restart settings are not those of its case and frequency", Restart},
     {kJobs, "UpgradeJobForFromInputFile", "jobs run no input files any more", FromInputFile},
-    {kJobs, "UpgradeJobMemoryUnit", "its memory is not given in megabytes", MemoryUnit},
+    {kJobs, "UpgradeJobMemoryUnit", "the code of its memory unit is not 1", MemoryUnit},
     {"HVXHacAnaStepSolLT", "UpgradeThermalSolutionStep", "a thermal solution has another physical type",
      ThermalStep},
     {"HVXHacSolutionLT", "UpgradeAnalysisCase", "its analysis case is missing", WithoutCase},

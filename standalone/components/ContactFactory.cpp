@@ -44,7 +44,7 @@ class ContactFactory final : public Component<HVXISurfaceToSurfaceContactFact> {
     if (!IsThere(feature) || !IsContactPair(*feature)) return E_FAIL;
     if (!IsOfKind(*feature, kStandardPair) || LinkedFeature(*feature, kInterferenceFit) != nullptr)
       return S_OK;
-    return MakeInterferenceFit(*feature) ? S_OK : E_FAIL;
+    return !HasValue(*feature, kInterferenceFit) && MakeInterferenceFit(*feature) ? S_OK : E_FAIL;
   }
 
   HRESULT CreateContactControl(const VLMBaseUnknown_var& contact) override {
@@ -55,7 +55,7 @@ class ContactFactory final : public Component<HVXISurfaceToSurfaceContactFact> {
       return entered;
     }
     if (!IsThere(feature) || !IsContactPair(*feature)) return E_FAIL;
-    if (LinkedFeature(*feature, kContactControl) != nullptr) return E_FAIL;
+    if (HasValue(*feature, kContactControl)) return E_FAIL;
     return MakeContactControl(*feature) ? S_OK : E_FAIL;
   }
 

@@ -92,7 +92,8 @@ HRESULT HVXAnalysisDocUtils::GetWorkingCase(VLMISamAnalysisCase_var& analysisCas
   if (const HRESULT entered = Checkpoint::Pass("HVXAnalysisDocUtils::GetWorkingCase", own); Failed(entered)) {
     return entered;
   }
-  if (document == NULL_var || own == nullptr || own->document != DocumentOf(document)) return E_FAIL;
+  if (document == NULL_var || own == nullptr || own->removed || own->document != DocumentOf(document))
+    return E_FAIL;
   Feature* const working = LinkedFeature(*own, kWorkingCase);
   analysisCase = HandleOn<VLMISamAnalysisCase>(working != nullptr ? working : CaseAbove(*own));
   return analysisCase == NULL_var ? E_FAIL : S_OK;
@@ -122,7 +123,7 @@ HRESULT HVXAnalysisDocUtils::GetFeatureListFromSet(const VLMUnicodeString& setTy
       Failed(entered)) {
     return entered;
   }
-  if (own == nullptr) return E_FAIL;
+  if (own == nullptr || own->removed) return E_FAIL;
   const Feature* const set = FirstSonOfKind(*own, setType.View());
   if (set == nullptr) return S_OK;
   for (Feature* son = set->firstSon; son != nullptr; son = son->nextSibling) {
@@ -139,7 +140,7 @@ HRESULT HVXAnalysisDocUtils::GetInteractionSet(const VLMBaseUnknown_var& holder,
       Failed(entered)) {
     return entered;
   }
-  if (own == nullptr) return E_FAIL;
+  if (own == nullptr || own->removed) return E_FAIL;
   interactionSet = HandleOn<VLMISamAnalysisSet>(FirstSonOfKind(*own, "HVXInteractionContainerLT"));
   return interactionSet == NULL_var ? E_FAIL : S_OK;
 }
@@ -152,7 +153,7 @@ HRESULT HVXAnalysisDocUtils::GetAllSiblingFeatures(const VLMBaseUnknown_var& fea
       Failed(entered)) {
     return entered;
   }
-  if (own == nullptr) return E_FAIL;
+  if (own == nullptr || own->removed) return E_FAIL;
   if (own->father == nullptr) return S_OK;
   for (Feature* son = own->father->firstSon; son != nullptr; son = son->nextSibling) {
     if (son != own) siblings.Append(HandleOn<VLMISpecObject>(son));
@@ -163,7 +164,7 @@ HRESULT HVXAnalysisDocUtils::GetAllSiblingFeatures(const VLMBaseUnknown_var& fea
 VLMISpecObject_var HVXAnalysisDocUtils::GetPartAsSpecObject(const VLMILinkableObject_var& object) {
   const Feature* const own = FeatureOf(object);
   if (Failed(Checkpoint::Pass("HVXAnalysisDocUtils::GetPartAsSpecObject", own))) return {};
-  if (own == nullptr || own->Container() == nullptr) return {};
+  if (own == nullptr || own->removed || own->Container() == nullptr) return {};
   return HandleOn<VLMISpecObject>(LinkedFeature(*own->Container(), kPart));
 }
 

@@ -34,7 +34,7 @@ HRESULT HVXAnalysisEntityUtils::GetParentCaseFromObject(const VLMBaseUnknown_var
       Failed(entered)) {
     return entered;
   }
-  if (own != nullptr) analysisCase = HandleOn<VLMISpecObject>(CaseAbove(*own));
+  if (own != nullptr && !own->removed) analysisCase = HandleOn<VLMISpecObject>(CaseAbove(*own));
   return analysisCase == NULL_var ? E_FAIL : S_OK;
 }
 

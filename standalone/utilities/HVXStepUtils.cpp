@@ -11,7 +11,7 @@ HRESULT HVXStepUtils::GetAllSteps(VLMListValVLMBaseUnknown_var& steps,
   const Feature* const own = FeatureOf(analysisCase);
   if (const HRESULT entered = Checkpoint::Pass("HVXStepUtils::GetAllSteps", own); Failed(entered))
     return entered;
-  if (own == nullptr) return E_FAIL;
+  if (own == nullptr || own->removed) return E_FAIL;
   for (Feature* const step : StepsOf(*own)) steps.Append(HandleOn<VLMBaseUnknown>(step));
   return S_OK;
 }
@@ -22,7 +22,7 @@ HRESULT HVXStepUtils::GetStepByIndex(const VLMISamAnalysisCase_var& analysisCase
   const Feature* const own = FeatureOf(analysisCase);
   if (const HRESULT entered = Checkpoint::Pass("HVXStepUtils::GetStepByIndex", own); Failed(entered))
     return entered;
-  if (own == nullptr || index < 1) return E_FAIL;
+  if (own == nullptr || own->removed || index < 1) return E_FAIL;
   const std::vector<Feature*> steps = StepsOf(*own);
   if (static_cast<std::size_t>(index) > steps.size()) return E_FAIL;
   step = HandleOn<VLMISpecObject>(steps[static_cast<std::size_t>(index) - 1]);
@@ -36,7 +36,7 @@ HRESULT HVXStepUtils::GetSimulationHistory(const VLMBaseUnknown_var& caseOrStep,
   if (const HRESULT entered = Checkpoint::Pass("HVXStepUtils::GetSimulationHistory", own); Failed(entered)) {
     return entered;
   }
-  Feature* const analysisCase = own == nullptr ? nullptr : CaseAbove(*own);
+  Feature* const analysisCase = own == nullptr || own->removed ? nullptr : CaseAbove(*own);
   if (analysisCase == nullptr) return E_FAIL;
   history = HandleOn<VLMISpecObject>(FirstSonOfKind(*analysisCase, "HVXSimulationHistoryLT"));
   return history == NULL_var ? E_FAIL : S_OK;

@@ -22,16 +22,15 @@ class StoredTangentialBehavior final : public HVXTangentialBehavior {
 
   [[nodiscard]] bool IsUserSubroutine() const override {
     bool isUserSubroutine = false;
-    if (Failed(Checkpoint::Pass("HVXTangentialBehavior::IsUserSubroutine", &feature_))) return false;
+    if (Failed(EnterOn(feature_, "HVXTangentialBehavior::IsUserSubroutine"))) return false;
     static_cast<void>(ReadAttribute(feature_, kUserSubroutine, isUserSubroutine));
     return isUserSubroutine;
   }
 
   HRESULT SetFrictionTable(const HVXCftArrayHVXCftArrayDouble& table) override {
-    if (const HRESULT entered = Checkpoint::Pass("HVXTangentialBehavior::SetFrictionTable", &feature_);
-        Failed(entered)) {
+    if (const HRESULT entered = EnterOn(feature_, "HVXTangentialBehavior::SetFrictionTable"); Failed(entered))
       return entered;
-    }
+    if (!CanHoldList(feature_, kFrictionTable)) return E_FAIL;
     std::vector<Value> rows;
     for (const HVXCftArraydouble& row : table) {
       std::vector<Value> numbers;
@@ -48,11 +47,11 @@ class StoredTangentialBehavior final : public HVXTangentialBehavior {
   }
 
   HRESULT SetFrictionFormulation(frictionFormulationEnm formulation) override {
-    if (const HRESULT entered = Checkpoint::Pass("HVXTangentialBehavior::SetFrictionFormulation", &feature_);
+    if (const HRESULT entered = EnterOn(feature_, "HVXTangentialBehavior::SetFrictionFormulation");
         Failed(entered)) {
       return entered;
     }
-    return WriteAttribute(feature_, kFrictionFormulation, static_cast<std::int32_t>(formulation));
+    return ReplaceAttribute(feature_, kFrictionFormulation, static_cast<std::int32_t>(formulation));
   }
 
  private:

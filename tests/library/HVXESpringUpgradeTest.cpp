@@ -115,6 +115,14 @@ TEST_F(HVXESpringUpgradeTest, WithoutAConnectionAtItsPointsTheSpringIsNotMeshedA
   }
 }
 
+TEST_F(HVXESpringUpgradeTest, AFillThatWouldLoseAPointChangesNothing) {
+  const std::string design =
+      R"({"id":40,"type":"SAMGenericConnDesign","attributes":{"Points":[{"ref":2},{"ref":4}],"Supports":[]}})";
+  GivenSpring(R"([{"ref":40}])", design);
+  EXPECT_EQ(Upgrade(10, {"UpgradeSpringMeshOnOrphanPoint"}), S_OK);
+  EXPECT_EQ(Line(40), design);
+}
+
 TEST_F(HVXESpringUpgradeTest, ADesignThatIsNoneEndsTheRoutine) {
   GivenSpring(R"([{"ref":20},{"ref":2},{"ref":20}])");
   EXPECT_EQ(UpgradeUnder(Recording(), 10, {"UpgradeSpringMeshOnOrphanPoint"}), S_OK);

@@ -1,6 +1,7 @@
 #include <array>
 #include <limits>
 
+#include "analysis/VLMISamUpgrade.h"
 #include "support/UpgradeFixture.h"
 #include "workbench/HVXIGravity.h"
 #include "workbench/HVXIHeatFlux.h"
@@ -59,6 +60,15 @@ TEST_F(ConditionAdaptersTest, AValueGoesOnlyIntoAComponentOfItsType) {
     EXPECT_EQ(As<HVXITemperature>(id)->GetMagnitude(value), E_FAIL);
     EXPECT_EQ(value, 7.0);
   }
+}
+
+TEST_F(ConditionAdaptersTest, AComponentOfAnotherTypeDiffersFromTheLayoutAndStays) {
+  Given(R"({"id":1,"type":"HVXPressure"}
+           {"id":2,"type":"SAMBasicComponent","name":"Pressure","father":{"ref":1},"attributes":{"Type":"SAMInteger","Values":3}})");
+  const std::string before = Lines();
+  EXPECT_EQ(As<VLMISamUpgrade>(1)->NeedToUpgrade(), 1);
+  EXPECT_EQ(As<VLMISamUpgrade>(1)->Upgrade(), S_OK);
+  EXPECT_EQ(Lines(), before);
 }
 
 TEST_F(ConditionAdaptersTest, GravityIsSetWholeOrNotAtAll) {

@@ -17,21 +17,41 @@ using Group = HVXElementFlagGroup;
 
 class ElementAssignmentHostTest : public testing_support::UpgradeTest {};
 
-TEST_F(ElementAssignmentHostTest, AssignmentsThatAreNoLongerListedGo) {
+// #3 is what #4 holds, with section controls of its own; #5 has another shape, #6 a name, #7 a son, and #8 is
+// listed elsewhere.
+TEST_F(ElementAssignmentHostTest, AssignmentsThatAreNoLongerListedGoOnlyWhenAListedOneHoldsThemWhole) {
   Given(
-      R"({"id":1,"type":"HVXLocalElemAsgnLT","attributes":{"ElementAssignments":[{"ref":2}],"HVXListElementAsgnSpec":[{"ref":3},{"ref":4}]}}
-           {"id":2,"type":"HVXElementAssignmentLT","father":{"ref":1}}
-           {"id":3,"type":"HVXElementAssignmentLT","father":{"ref":1}}
-           {"id":4,"type":"HVXElementAssignmentLT","father":{"ref":1}})");
+      R"({"id":1,"type":"HVXLocalElemAsgnLT","attributes":{"ElementAssignments":[{"ref":5},{"ref":6}],"HVXListElementAsgnSpec":[{"ref":3},{"ref":4},{"ref":7},{"ref":8}]}}
+           {"id":2,"type":"HVXLocalElemAsgnLT","attributes":{"ElementAssignments":[{"ref":8}]}}
+           {"id":3,"type":"HVXElementAssignmentLT","father":{"ref":1},"attributes":{"ElementShape":7,"ElementOptionValues":[0,0.5],"SectionControlsSpec":{"ref":10}}}
+           {"id":4,"type":"HVXElementAssignmentLT","father":{"ref":1},"attributes":{"ElementShape":7,"ElementOptionValues":[0.0,0.5],"Formulation":1,"SectionControlsSpec":{"ref":11}}}
+           {"id":5,"type":"HVXElementAssignmentLT","father":{"ref":1},"attributes":{"ElementShape":5}}
+           {"id":6,"type":"HVXElementAssignmentLT","alias":"Mine","father":{"ref":1},"attributes":{"ElementShape":7}}
+           {"id":7,"type":"HVXElementAssignmentLT","father":{"ref":1}}
+           {"id":8,"type":"HVXElementAssignmentLT","father":{"ref":1},"attributes":{"SectionControlsSpec":null}}
+           {"id":9,"type":"SAMBasicComponent","father":{"ref":7}}
+           {"id":10,"type":"HVXSectionControlsLT","father":{"ref":3},"attributes":{"LengthRatio":0.12,"SecondOrderAccuracy":1}}
+           {"id":11,"type":"HVXSectionControlsLT","father":{"ref":4},"attributes":{"LengthRatio":0.12,"SecondOrderAccuracy":true}})");
   const HVXILocalElemAssignment_var local = As<HVXILocalElemAssignment>(1);
   const std::string before = Lines();
-  EXPECT_EQ(local->SetElementAssignments({As<VLMBaseUnknown>(4), NULL_var}), E_FAIL);
+  EXPECT_EQ(local->SetElementAssignments({As<VLMBaseUnknown>(5), As<VLMBaseUnknown>(6)}), S_OK);
   EXPECT_EQ(Lines(), before);
-  EXPECT_EQ(local->SetElementAssignments({As<VLMBaseUnknown>(4)}), S_OK);
-  EXPECT_EQ(Line(1), R"({"id":1,"type":"HVXLocalElemAsgnLT","attributes":{"ElementAssignments":[{"ref":4}],)"
-                     R"("HVXListElementAsgnSpec":[{"ref":4}]}})");
-  EXPECT_EQ(Line(2), "removed");
-  EXPECT_EQ(Line(3), "removed");
+  EXPECT_EQ(local->SetElementAssignments({As<VLMBaseUnknown>(4), NULL_var}), S_OK);
+  EXPECT_EQ(Line(1),
+            R"({"id":1,"type":"HVXLocalElemAsgnLT","attributes":{"ElementAssignments":[{"ref":4},null],)"
+            R"("HVXListElementAsgnSpec":[{"ref":4},{"ref":7},{"ref":8}]}})");
+  for (const standalone::FeatureId id : {3, 10}) EXPECT_EQ(Line(id), "removed");
+  for (const standalone::FeatureId id : {5, 6, 7, 8, 9}) EXPECT_NE(Line(id), "removed") << id;
+}
+
+TEST_F(ElementAssignmentHostTest, AnEntryThatHoldsNothingCounts) {
+  Given(
+      R"({"id":1,"type":"HVXLocalElemAsgnLT","attributes":{"HVXListElementAsgnSpec":[null,{"ref":2},{"ref":3}]}}
+           {"id":2,"type":"HVXElementAssignmentLT","father":{"ref":1}}
+           {"id":3,"type":"HVXElementAssignmentLT","father":{"ref":1}})");
+  const std::string before = Lines();
+  EXPECT_EQ(Upgrade(1, {"UpgradeLocalElementAssignment"}), S_OK);
+  EXPECT_EQ(Lines(), before);
 }
 
 TEST_F(ElementAssignmentHostTest, FlagGroupIsReadAndWrittenWhole) {

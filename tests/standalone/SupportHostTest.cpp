@@ -1,9 +1,11 @@
 #include <gmock/gmock.h>
 
 #include "analysis/VLMISamAnalysisConnector.h"
+#include "analysis/VLMISamAnalysisModel.h"
 #include "analysis/VLMISamAnalysisSupport.h"
 #include "compare/FeatureDifference.h"
 #include "support/UpgradeFixture.h"
+#include "workbench/HVXIPressureLoad.h"
 
 namespace {
 
@@ -89,6 +91,37 @@ TEST_F(SupportHostTest, WhatIsNoListIsNotReplacedByOne) {
   EXPECT_EQ(Add(odd, 3), E_FAIL);
   EXPECT_EQ(odd->AddSupports({As<VLMBaseUnknown>(4)}, 2), E_FAIL);
   EXPECT_EQ(Lines(), before);
+}
+
+TEST_F(SupportHostTest, ATieThatRestsOnTheContainerDoesNotTakeItAway) {
+  Given(R"({"id":1,"type":"SAMContainer"}
+           {"id":64,"type":"SAMFaceFaceFastened"}
+           {"id":92,"type":"AnalysisCase"}
+           {"id":191,"type":"HVXInteractionContainerLT","father":{"ref":92}}
+           {"id":202,"type":"HVXTiedContactLT","attributes":{"connectionProperty":{"ref":64},"Supports":[{"ref":1}]}}
+           {"id":192,"type":"HVXSurfaceToSurfaceContactLT","father":{"ref":191},"container":{"ref":1}})");
+  const standalone::VersionManager manager({&testing_support::Library()});
+  const standalone::DocumentPtr document(&Doc());
+  static_cast<void>(manager.Run(document, manager.Pending(Doc())));
+  EXPECT_NE(Line(1), "removed");
+  EXPECT_EQ(testing_support::LinesOf(*testing_support::DocumentOf(Lines()).Get()), Lines());
+}
+
+TEST_F(SupportHostTest, AParameterThatTwoConditionsShareIsReadByBoth) {
+  Given(R"({"id":1,"type":"AnalysisModel","attributes":{"FeatList":[]}}
+           {"id":2,"type":"HVXPressure","father":{"ref":1},"attributes":{"pressure_param":{"ref":4}}}
+           {"id":3,"type":"HVXPressure","father":{"ref":1},"attributes":{"pressure_param":{"ref":4}}}
+           {"id":4,"type":"Parameter","father":{"ref":2},"attributes":{"Magnitude":"PRESSURE","Value":2500.0}}
+           {"id":5,"type":"SAMContainer"})");
+  for (const standalone::FeatureId id : {2, 3}) {
+    EXPECT_EQ(Upgrade(id, {"UpgradePressureBasicComponents"}), S_OK);
+    double magnitude = 0.0;
+    EXPECT_EQ(As<HVXIPressureLoad>(id)->GetMagnitude(magnitude), S_OK);
+    EXPECT_EQ(magnitude, 2500.0);
+  }
+  const VLMISamAnalysisModel_var model = As<VLMISamAnalysisModel>(1);
+  for (const standalone::FeatureId id : {1, 5})
+    EXPECT_EQ(model->RemoveObject(As<VLMBaseUnknown>(id), 0), E_FAIL);
 }
 
 TEST_F(SupportHostTest, SonsThatAreOnlyListedStayWithTheirFather) {

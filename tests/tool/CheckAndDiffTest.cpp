@@ -17,7 +17,7 @@ TEST_F(CheckAndDiffTest, CheckTellsWhatAnUpgradeWouldChange) {
                             "  pending: an upgrade that the document has not been through yet changes this\n"
                             "    jobs run no input files any more (UpgradeJobForFromInputFile)\n"
                             "      3 HVXJobLT \"Job.1\"\n"
-                            "    its memory is not given in megabytes (UpgradeJobMemoryUnit)\n"
+                            "    the code of its memory unit is not 1 (UpgradeJobMemoryUnit)\n"
                             "      3 HVXJobLT \"Job.1\"\n");
   ASSERT_EQ(Run({"upgrade", file, "--in-place"}).code, 0);
   const Ended after = Run({"check", file});
