@@ -40,7 +40,8 @@ _hvxupgrade() {
         options+=" --output --output-dir --in-place --backup --dry-run --force --only --until --report --trace"
         options+=" --language --timeout --quiet"
         ;;
-      check | diff | identifiers) options+=" --json" ;;
+      check) options+=" --all --json" ;;
+      diff | identifiers) options+=" --json" ;;
       show) options+=" --attributes --type --id --depth" ;;
       *) options+=" --version" ;;
     esac

@@ -15,7 +15,8 @@ constexpr double kLongestTimeout = 1e9;
 
 constexpr const char* kExitCodes = R"(Exit codes:
   0  done, or nothing to do
-  1  finished, but some feature failed or some document was given up; diff: the documents differ
+  1  finished, but some feature failed or some document was given up; check: something takes a person;
+     diff: the documents differ
   2  wrong usage
   3  some input is unreadable or invalid
   4  some document is newer than this program

@@ -53,7 +53,7 @@ struct Checked {
   }
   [[nodiscard]] ExitCode Code() const {
     if (!unknown.empty()) return ExitCode::kNewer;
-    if (NeedsPerson()) return ExitCode::kFailedFeatures;
+    if (NeedsPerson()) return ExitCode::kNeedsPerson;
     return HasPending() ? ExitCode::kUpgradeNeeded : ExitCode::kDone;
   }
 };

@@ -7,6 +7,7 @@ enum class ExitCode {
   kDone = 0,            ///< Done, or nothing to do.
   kFailedFeatures = 1,  ///< Something needs a person: left behind, failed, held back, or given up.
   kDifferent = 1,       ///< The documents differ (`diff` only).
+  kNeedsPerson = 1,     ///< Something that no pending upgrade changes (`check` only).
   kUsage = 2,           ///< Wrong usage.
   kBadInput = 3,        ///< Some input is unreadable or invalid.
   kNewer = 4,           ///< Some document is newer than this program.

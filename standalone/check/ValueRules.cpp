@@ -1,6 +1,241 @@
+// Values of another kind than the one that is read: the readers take them for missing.
+
+#include <algorithm>
+#include <limits>
+
+#include "analysis/Components.h"
+#include "analysis/MeshNumbers.h"
 #include "check/Rules.h"
+
 namespace standalone {
-std::span<const ConformityRule> ValueRules() {
-  return {};
+namespace {
+
+enum class Stored : std::uint8_t {
+  kText,
+  kInteger,  // of 32 bits
+  kCount,    // of mesh objects
+  kNumber,   // real or integer
+  kFlag,     // boolean, or 0 or 1
+  kLink,
+  kLinks,    // a list of them
+  kNumbers,  // a list of them
+  kList,
+};
+
+constexpr DamageKind kNoText{"{} holds no text", "Give {} a text"};
+constexpr DamageKind kNoInteger{"{} holds no integer within 32 bits", "Give {} an integer"};
+constexpr DamageKind kNoCount{"{} holds no count of mesh objects", "Mesh the part anew"};
+constexpr DamageKind kNoNumber{"{} holds no number", "Give {} a number"};
+constexpr DamageKind kNoFlag{"{} holds neither true nor false", "Give {} the value true or false"};
+constexpr DamageKind kNoLink{"{} holds no link", "Make {} a link"};
+constexpr DamageKind kNoLinks{"{} holds other than links", "Make {} a list of links"};
+constexpr DamageKind kNoNumbers{"{} holds other than numbers", "Make {} a list of numbers"};
+constexpr DamageKind kNoList{"{} holds no list", "Make {} a list"};
+constexpr DamageKind kNoType{"its \"Type\" is none of the five of components, so {} cannot be read",
+                             "Give the component the \"Type\" that belongs to its {}"};
+
+bool IsNumber(const Value& value) {
+  return value.Kind() == ValueKind::kReal || value.Kind() == ValueKind::kInteger;
 }
+
+bool IsInteger(const Value& value, std::int64_t least, std::int64_t most) {
+  return value.Kind() == ValueKind::kInteger && value.AsInteger() >= least && value.AsInteger() <= most;
+}
+
+bool IsInteger32(const Value& value) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  return IsInteger(value, Limits::min(), Limits::max());
+}
+
+bool IsFlag(const Value& value) {
+  return value.Kind() == ValueKind::kBoolean || IsInteger(value, 0, 1);
+}
+
+template <class Predicate>
+bool IsListOf(const Value& value, Predicate predicate) {
+  return value.Kind() == ValueKind::kList && std::ranges::all_of(value.Entries(), predicate);
+}
+
+// Null when the value is what is to be stored.
+const DamageKind* FaultOf(const Value& value, Stored stored) {
+  const auto unless = [](bool sound, const DamageKind& kind) { return sound ? nullptr : &kind; };
+  switch (stored) {
+    case Stored::kText:
+      return unless(value.Kind() == ValueKind::kString, kNoText);
+    case Stored::kInteger:
+      return unless(IsInteger32(value), kNoInteger);
+    case Stored::kCount:
+      return unless(IsInteger(value, 0, kMostMeshObjects), kNoCount);
+    case Stored::kNumber:
+      return unless(IsNumber(value), kNoNumber);
+    case Stored::kFlag:
+      return unless(IsFlag(value), kNoFlag);
+    case Stored::kLink:
+      return unless(value.Kind() == ValueKind::kLink, kNoLink);
+    case Stored::kLinks:
+      return unless(IsListOf(value, [](const Value& each) { return each.Kind() == ValueKind::kLink; }),
+                    kNoLinks);
+    case Stored::kNumbers:
+      return unless(IsListOf(value, IsNumber), kNoNumbers);
+    case Stored::kList:
+      return unless(value.Kind() == ValueKind::kList, kNoList);
+  }
+  return nullptr;
+}
+
+struct StoredAs {
+  std::string_view lateType;  // or kind
+  Stored stored;
+  std::initializer_list<std::string_view> keys;
+};
+
+// docs/data-model.md describes them.
+const StoredAs kStored[] = {
+    {kind::kParameter, Stored::kNumber, {"Value"}},
+    {kind::kConnector, Stored::kLink, {"FirstObject", "SecondObject"}},
+    {kind::kAnalysisModel, Stored::kLinks, {"FeatList"}},
+    {kind::kAnalysisModel, Stored::kFlag, {"ExplicitModel", "CreatesParameters"}},
+    {kind::kAnalysisCase, Stored::kText, {"Solver"}},
+    {kind::kAnalysisCase, Stored::kInteger, {"AnalysisType", "CaseKind"}},
+    {kind::kAnalysisEntity, Stored::kLinks, {"Supports", "SonsList"}},
+    {kind::kAnalysisEntity, Stored::kInteger, {"SupportListMode"}},
+    {kind::kAnalysisEntity,
+     Stored::kLink,
+     {"pressure_param", "magnitude_param", "refTemperature_param", "velocity_param", "acceleration_param",
+      "component1_param", "component2_param", "component3_param", "adjustTolVal_param", "RotationAxis",
+      "connectionProperty"}},
+    {kind::kStep,
+     Stored::kLink,
+     {"StepTimePeriod_param", "StepInitialIncrement_param", "StepMaximumIncrement_param",
+      "StepMinimumIncrement_param", "StepStabilizationFactor_param", "StepMinimumTemperatureChange_param",
+      "StepMaximumTemperatureChange_param"}},
+    {kind::kGroup, Stored::kInteger, {"GroupKind"}},
+    {kind::kGroup, Stored::kFlag, {"DefinedOnMeshPart"}},
+    {kind::kGroup, Stored::kLinks, {"Members"}},
+    {kind::kMeshPart, Stored::kCount, {"ElementCount", "NodeCount"}},
+    {kind::kMeshPart, Stored::kNumbers, {"ElementUserNumbers", "NodeUserNumbers"}},
+    {kind::kMeshPart, Stored::kText, {"MeshType"}},
+    {"HVXJobLT", Stored::kText, {"RunType"}},
+    {"HVXJobLT",
+     Stored::kInteger,
+     {"RestartFrequency", "MemoryUnit", "RestartMode", "RestartInterval", "RestartFlag", "InputFileFlag"}},
+    {"HVXJobLT", Stored::kLink, {"AnalysisCase"}},
+    {"HVXJobContainerLT", Stored::kText, {"RunType"}},
+    {"HVXJobContainerLT",
+     Stored::kInteger,
+     {"RestartFrequency", "MemoryUnit", "RestartMode", "RestartInterval", "RestartFlag", "InputFileFlag"}},
+    {"HVXHacSolutionLT", Stored::kLink, {"AnalysisCase", "WorkingCase"}},
+    {"HVXHacAnaStepSolLT", Stored::kInteger, {"ResultStepType"}},
+    {"SAMFaceFaceContact", Stored::kInteger, {"ContactKind"}},
+    {"SAMFaceFaceContact", Stored::kFlag, {"ClearanceFlag"}},
+    {"SAMFaceFaceContact", Stored::kNumber, {"Clearance"}},
+    {"SAMFaceFaceContact", Stored::kLink, {"InterferenceFit"}},
+    {"HVXInterferenceFitLT", Stored::kInteger, {"FitType", "Definition"}},
+    {"HVXInterferenceFitLT", Stored::kNumber, {"Value"}},
+    {"HVXSurfaceToSurfaceContactLT",
+     Stored::kFlag,
+     {"surfacesSwapped", "firstSurfaceReversed", "secondSurfaceReversed", "thicknessOption"}},
+    {"HVXSurfaceToSurfaceContactLT",
+     Stored::kInteger,
+     {"slidingFormulation", "adjustment", "constraintEnforcement"}},
+    {"HVXSurfaceToSurfaceContactLT", Stored::kLink, {"interactionProperty", "adjustmentGroup"}},
+    {"HVXContactConnectionEnhancementStdLT", Stored::kLink, {"ContactControl", "InterferenceFit"}},
+    {"HVXContactConnectionEnhancementExplicitLT", Stored::kLink, {"ContactControl"}},
+    {kind::kAnalysisEntity, Stored::kInteger, {"PropagationState"}},
+    {kind::kAnalysisEntity, Stored::kLink, {"MeshPart", "ReferenceConnector"}},
+    {kind::kAnalysisEntity, Stored::kLinks, {"ExclusionRegions", "ConnectionDesigns"}},
+    {"HVXRigidBodyConstraintLT", Stored::kInteger, {"CenterOfMass"}},
+    {"HVXInteractionPropertyLT", Stored::kLink, {"tangentialBehavior"}},
+    {"HVXTangentialBehaviorLT", Stored::kFlag, {"UserSubroutine"}},
+    {"HVXTangentialBehaviorLT", Stored::kNumbers, {"frictionValList"}},
+    {"HVXTangentialBehaviorLT", Stored::kList, {"FrictionTable"}},
+    {"HVXTangentialBehaviorLT", Stored::kInteger, {"FrictionFormulation"}},
+    {"HVXShellSectionEnhLT", Stored::kLink, {"MaterialOrientation"}},
+    {"HVXMatOrientationLT", Stored::kNumber, {"Angle"}},
+    {"HVXNewFieldOutputLT", Stored::kInteger, {"FrequencyType", "Frequency", "VariableSelection"}},
+    {"HVXNewFieldOutputLT", Stored::kText, {"PreselectedVariableList"}},
+    {"HVXFieldOutputLT", Stored::kInteger, {"FrequencyType", "Frequency"}},
+    {"HVXGlobalElemAsgnLT", Stored::kLinks, {"Entries"}},
+    {"HVXGlobalElemAsgnEntryLT", Stored::kInteger, {"Kind"}},
+    {"HVXGlobalElemAsgnEntryLT", Stored::kLinks, {"ElementAssignments"}},
+    {"HVXLocalElemAsgnLT", Stored::kLinks, {"ElementAssignments", "HVXListElementAsgnSpec"}},
+    {"HVXElementAssignmentLT", Stored::kInteger, {"ElementShape", "ElementOrder", "Formulation"}},
+    {"HVXElementAssignmentLT", Stored::kNumbers, {"ElementOptionValues"}},
+    {"HVXElementAssignmentLT", Stored::kLink, {"SectionControlsSpec"}},
+    {"HVXSectionControlsLT", Stored::kInteger, {"DistortionContol", "HourglassControl"}},
+    {"HVXSectionControlsLT", Stored::kFlag, {"SecondOrderAccuracy"}},
+    {"HVXSectionControlsLT",
+     Stored::kNumber,
+     {"LengthRatio", "StiffnessViscousWtFactor", "DispHourglassScalingFactor", "RotHourglassScalingFactor",
+      "OutOfPlaneHourglassScalingFactor"}},
+};
+
+struct KnownKey {
+  NameId key;
+  Stored stored;
+};
+
+// What is known of the late type's keys; looked up once for each late type.
+const std::vector<KnownKey>& KeysOf(const LateType& type) {
+  struct Entry {
+    bool isKnown = false;
+    std::vector<KnownKey> keys;
+  };
+  static std::vector<Entry> byType;
+  if (type.Id() >= byType.size()) byType.resize(type.Id() + std::size_t{1});
+  Entry& entry = byType[type.Id()];
+  if (entry.isKnown) return entry.keys;
+  for (const StoredAs& each : kStored) {
+    if (!type.MetaClass().IsAKindOf(each.lateType)) continue;
+    for (const std::string_view key : each.keys) entry.keys.push_back({NameTable::Intern(key), each.stored});
+  }
+  entry.isKnown = true;
+  return entry.keys;
+}
+
+Verdict Unreadable(Feature& feature, const Survey& /*survey*/) {
+  const std::vector<KnownKey>& keys = KeysOf(*feature.type);
+  Verdict verdict;
+  if (keys.empty()) return verdict;
+  for (const Attribute& attribute : feature.Attributes()) {
+    const auto known = std::ranges::find(keys, attribute.key, &KnownKey::key);
+    if (known == keys.end()) continue;
+    if (const DamageKind* const fault = FaultOf(attribute.value, known->stored)) {
+      verdict.state = Verdict::State::kBeyond;
+      verdict.damage.push_back({fault, std::string(NameTable::Text(attribute.key))});
+    }
+  }
+  return verdict;
+}
+
+// A component's value is what its type says.
+Verdict UnreadableComponent(Feature& feature, const Survey& /*survey*/) {
+  const Attribute* const values = feature.document->FindAttribute(feature, kComponentValues.Id());
+  if (values == nullptr) return Conforms();
+  const std::string_view type = check::TextOf(feature, kComponentType);
+  const DamageKind* fault = &kNoType;
+  if (type == "SAMDouble") fault = FaultOf(values->value, Stored::kNumber);
+  if (type == "SAMInteger") fault = FaultOf(values->value, Stored::kInteger);
+  if (type == "SAMBoolean") fault = FaultOf(values->value, Stored::kFlag);
+  if (type == "SAMString") fault = FaultOf(values->value, Stored::kText);
+  if (type == "SAMComposite") fault = nullptr;
+  return fault == nullptr ? Conforms() : Beyond(*fault, kComponentValues.Text());
+}
+
+constexpr std::string_view kUnreadable = "a value is of a kind that cannot be read";
+
+constexpr ConformityRule kRules[] = {
+    {"VLMKpeParm VLMSamAnalysisConnector VLMSamAnalysisModel VLMSamAnalysisSet VLMSamAnalysisEntity",
+     {},
+     kUnreadable,
+     Unreadable},
+    {"VLMSamBasicComponent", {}, kUnreadable, UnreadableComponent},
+};
+
+}  // namespace
+
+std::span<const ConformityRule> ValueRules() {
+  return kRules;
+}
+
 }  // namespace standalone

@@ -5,6 +5,7 @@
 
 namespace {
 
+using standalone::FindingKind;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -134,6 +135,115 @@ TEST_F(ConformityTest, NodalTemperatureIsOldInCasesThatAreNotThermal) {
   EXPECT_THAT(found("NT", ""), ElementsAre("#4 - damaged"));
   EXPECT_THAT(found("NT11,S", ""), IsEmpty());
   EXPECT_THAT(found("S,NT", R"(,"PropagationState":0)"), IsEmpty());
+}
+
+// The kind depends on whether the document has been through the upgrade.
+TEST_F(ConformityTest, KindsTellWhatCanBecomeOfAFinding) {
+  GivenCaseWith(R"({"id":4,"type":"HVXGravity","alias":"HALVEX Gravity","father":{"ref":3},)"
+                R"("attributes":{"component1_param":{"ref":5},"component3_param":null}}
+                   {"id":5,"type":"Parameter","father":{"ref":4}}
+                   {"id":6,"type":"HVXFieldOutputLT","father":{"ref":3}}
+                   {"id":7,"type":"HVXClmp"})");
+  const auto found = [this](std::size_t position) { return standalone::CheckConformity(Doc()).at(position); };
+  EXPECT_EQ(found(0).kind, FindingKind::kPending);
+  EXPECT_EQ(found(0).key, "component1_param, component2_param, component3_param");
+  EXPECT_EQ(
+      found(0).Explanation(),
+      "its value is not in the current basic components: the parameter behind \"component1_param\" has no "
+      "value; \"component2_param\" is missing; \"component3_param\" leads to no parameter");
+  EXPECT_TRUE(found(0).NextStep().ends_with(", then run hvxupgrade upgrade"));
+  Doc().RecordUpgrade("UpgradeGravityBasicComponents");
+  EXPECT_EQ(found(0).kind, FindingKind::kLeftBehind);
+  EXPECT_EQ(found(0).visited, &At(4));
+  EXPECT_TRUE(found(0).NextStep().ends_with(", then run hvxupgrade upgrade --retry"));
+  EXPECT_EQ(found(1).identifier, "UpgradeAnalysisCaseExternalName");
+  EXPECT_EQ(found(1).visited, &At(2));  // the case renames what stands beneath it
+  EXPECT_EQ(found(2).kind, FindingKind::kBeyondUpgrades);
+  EXPECT_EQ(found(2).visited, nullptr);
+  EXPECT_EQ(found(3).kind, FindingKind::kUnknown);
+  EXPECT_EQ(found(3).key, "HVXClamp");
+}
+
+// Running the upgrade again would append element assignments, or would not come to the local assignment.
+TEST_F(ConformityTest, SectionControlsAreAddedOnce) {
+  const auto kindOf = [this](standalone::FeatureId id, std::string_view locals) {
+    GivenCaseWith(
+        R"({"id":10,"type":"HVXGlobalElemAsgnLT","father":{"ref":2},"attributes":{"Entries":[{"ref":11}]}}
+        {"id":11,"type":"HVXGlobalElemAsgnEntryLT","father":{"ref":10},"attributes":{"Kind":1,"ElementAssignments":[{"ref":12}]}}
+        {"id":12,"type":"HVXElementAssignmentLT","father":{"ref":11},"attributes":{"ElementShape":8,"SectionControlsSpec":null}}
+        )" +
+        std::string(locals));
+    Doc().RecordUpgrade("UpgradeGlobalAndLocalElemAssgnToContainSectionControls");
+    for (const standalone::Finding& finding : standalone::CheckConformity(Doc())) {
+      if (finding.feature == &At(id)) return finding.kind;
+    }
+    return FindingKind::kUnknown;
+  };
+  constexpr std::string_view kLocal =
+      R"({"id":20,"type":"HVXLocalElemAsgnLT","father":{"ref":10},"attributes":{"ElementAssignments":[{"ref":21}]}}
+         {"id":21,"type":"HVXElementAssignmentLT","father":{"ref":20},"attributes":{"SectionControlsSpec":null}})";
+  EXPECT_EQ(kindOf(12, ""), FindingKind::kLeftBehind);
+  EXPECT_EQ(kindOf(12, kLocal), FindingKind::kBeyondUpgrades);
+  EXPECT_EQ(kindOf(21, kLocal), FindingKind::kBeyondUpgrades);
+}
+
+// Every list of up to five sons of four sorts. What is told to have no end is not run; that all others come
+// to an end is what this test ends by.
+TEST_F(ConformityTest, ForcesWhoseUpgradeWouldNeverEndAreToldBeforehand) {
+  constexpr std::string_view kNames[] = {"AxisSystemType", "ConcForce", "ConcForceMoment", "Stray"};
+  std::size_t endless = 0;
+  for (std::size_t size = 0; size <= 5; ++size) {
+    for (std::size_t code = 0; code < std::size_t{1} << (2 * size); ++code) {
+      std::string sons;
+      std::string lines;
+      std::string label;
+      for (std::size_t i = 0; i < size; ++i) {
+        const std::string id = std::to_string(10 + i);
+        const std::string_view name = kNames[code >> (2 * i) & 3U];
+        label += std::string(name) + ' ';
+        sons += (i == 0 ? "" : ",") + (R"({"ref":)" + id + "}");
+        lines += R"({"id":)" + id + R"(,"type":"SAMBasicComponent","name":")" + std::string(name) +
+                 R"(","father":{"ref":4}})"
+                 "\n";
+      }
+      SCOPED_TRACE(label);
+      GivenCaseWith(R"({"id":4,"type":"HVXConcentratedForce","father":{"ref":3},"attributes":{"SonsList":[)" +
+                    sons + "]}}\n" + lines);
+      const standalone::Finding before = standalone::CheckConformity(Doc()).at(0);
+      if (before.damage.find("--timeout") != std::string::npos) {
+        ++endless;
+        continue;
+      }
+      static_cast<void>(Upgrade(4, {"UpgradeConcForceBasicComponents"}));
+      EXPECT_EQ(standalone::CheckConformity(Doc()).empty(), before.damage.empty());
+    }
+  }
+  EXPECT_GT(endless, 100U);
+  Doc().RecordUpgrade("UpgradeConcForceBasicComponents");
+  EXPECT_EQ(standalone::CheckConformity(Doc()).at(0).kind, FindingKind::kBeyondUpgrades);
+}
+
+TEST_F(ConformityTest, SupportsThatConnectNothing) {
+  GivenCaseWith(R"({"id":4,"type":"HVXClamp","attributes":{"Supports":[{"ref":5},{"ref":7}]}}
+                   {"id":5,"type":"GeometrySmartConnector","father":{"ref":4}}
+                   {"id":6,"type":"GeometrySmartConnector","father":{"ref":4}}
+                   {"id":7,"type":"Surface"}
+                   {"id":8,"type":"HVXTiedContactLT","attributes":{"connectionProperty":{"ref":9},"Supports":[]}}
+                   {"id":9,"type":"SAMFaceFaceFastened"}
+                   {"id":10,"type":"HVXTiedContactLT","attributes":{"connectionProperty":null}})");
+  EXPECT_THAT(Found(),
+              ElementsAre("#4 - damaged", "#5 - damaged", "#8 UpgCCPToGACOrConstraintAsSupp damaged"));
+}
+
+TEST_F(ConformityTest, ValuesOfAnotherKindCannotBeRead) {
+  GivenCaseWith(R"({"id":4,"type":"HVXMatOrientationLT","attributes":{"Angle":"30"}}
+                   {"id":5,"type":"SAMBasicComponent","attributes":{"Type":"SAMInteger","Values":1.5}}
+                   {"id":6,"type":"MSHMeshPart","attributes":{"NodeCount":-1,"ElementCount":3}}
+                   {"id":7,"type":"HVXTangentialBehaviorLT","attributes":{"frictionValList":[0.1,"x"],"Other":"x"}}
+                   {"id":8,"type":"HVXMatOrientationLT"}
+                   {"id":9,"type":"HVXMatOrientationLT","attributes":{"Angle":30}})");
+  EXPECT_THAT(Found(),
+              ElementsAre("#4 - damaged", "#5 - damaged", "#6 - damaged", "#7 - damaged", "#8 - damaged"));
 }
 
 }  // namespace
