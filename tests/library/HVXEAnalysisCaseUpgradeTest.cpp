@@ -5,6 +5,7 @@
 
 namespace {
 
+using testing_support::Failing;
 using testing_support::Recording;
 using testing_support::Withholding;
 
@@ -67,6 +68,43 @@ TEST_F(HVXEAnalysisCaseUpgradeTest, InAnotherLanguageBothItsNamesAndTheDefaultsA
   // The defaults are looked for first, so a product word within a longer translated name is safe.
   EXPECT_EQ(Renamed({"Halvex-Analysefall Explizite Dynamik", "Halvex-Analysefall Lösung", "", ""}),
             (Names{"Analysefall Explizite Dynamik", "Lösung des Analysefalls", "", ""}));
+}
+
+TEST_F(HVXEAnalysisCaseUpgradeTest, DefaultTextsAreReplacedInEveryLanguage) {
+  const testing_support::GermanMessages german;
+  struct Row {
+    std::size_t feature;
+    const char* old;
+    const char* now;
+    const char* key;
+    const char* germanOld;
+  };
+  for (const Row& row : {
+           Row{0, "Halvex-Structural-Case", "Nonlinear Structural Case", "Nonlinear.Structural.Case",
+               "Halvex-Struktur-Analysefall"},
+           Row{0, "Halvex-Explicit-Dynamics-Case", "Explicit Dynamics Case", "Explicit.Dynamics.Case",
+               "Halvex-Analysefall Explizite Dynamik"},
+           Row{0, "Halvex-Thermal-Case", "Thermal Case", "Thermal.Case", "Halvex-Thermischer-Analysefall"},
+           Row{1, "Halvex Simulation History", "Simulation History", "Simulation.History",
+               "Halvex Simulationsverlauf"},
+           Row{1, "Halvex Jobs", "Jobs", "Jobs", "Halvex Rechenaufträge"},
+           Row{1, "Halvex Display Groups", "Display Groups", "Display.Groups", "Halvex Anzeigegruppen"},
+           Row{1, "Halvex-Analysis-Case Solution", "Analysis Case Solution", "Analysis.Case.Solution",
+               "Halvex-Analysefall Lösung"},
+           Row{1, "Halvex Solution Sensors", "Solution Sensors", "Solution.Sensors",
+               "Halvex Lösungssensoren"},
+       }) {
+    Names names(4);
+    names[row.feature] = row.old;
+    EXPECT_EQ(Renamed(names)[row.feature], row.now);
+    // What the catalog lacks is the default text.
+    names[row.feature] = row.germanOld;
+    GivenNames(names);
+    EXPECT_EQ(
+        UpgradeUnder(Failing("VLMMsgCatalog::BuildMessage", row.key), 1, {"UpgradeFeaturesExternalName"}),
+        S_OK);
+    EXPECT_EQ(NamesNow()[row.feature], row.now);
+  }
 }
 
 TEST_F(HVXEAnalysisCaseUpgradeTest, CatalogKeysInTheirOrder) {

@@ -255,6 +255,20 @@ TEST_F(HVXSectionControlsUpgradeTest, ALocalAssignmentWithTwoEndsTheWalk) {
   EXPECT_NE(Controls(7), 0);  // the global ones have theirs whatever becomes of the local ones
 }
 
+TEST_F(HVXSectionControlsUpgradeTest, AnEmptyLocalAssignmentEndsTheWalkButAFailureOfTheGlobalOneDoesNot) {
+  const std::string local =
+      Local(12, R"([{"ref":13}])") + Assignment(13, 12, R"("SectionControlsSpec":null)");
+  GivenCaseWith(Local(10, "[]") + local);
+  EXPECT_EQ(AddControls(), S_OK);
+  EXPECT_NE(Controls(7), 0);
+  EXPECT_EQ(Controls(13), 0);
+
+  GivenCaseWith(local);
+  EXPECT_EQ(AddControls(Failing("HVXIGlobalElemAssignment::GetEntry")), S_OK);
+  EXPECT_EQ(Controls(7), 0);
+  EXPECT_NE(Controls(13), 0);
+}
+
 TEST_F(HVXSectionControlsUpgradeTest, FailuresEndTheWalkWhereTheyHappen) {
   const std::string local =
       Local(10, R"([{"ref":11}])") + Assignment(11, 10, R"("SectionControlsSpec":null)") +

@@ -208,6 +208,27 @@ TEST_F(HVXGenericUpgradesTest, PairWithClearanceGoesIntoTheFirstStepThatIsNoPert
   EXPECT_EQ(pairs[1]->father->id, 21);  // the second property has no clearance
   EXPECT_EQ(All("HVXContactConnectionEnhancementExplicitLT")[0]->father->id,
             41);  // its case keeps none in steps
+
+  GivenProperties("true");
+  standalone::Feature& ofOtherKind = At(20);
+  Doc().SetAttribute(ofOtherKind, standalone::NameTable::Intern("CaseKind"), standalone::Value::Integer(2));
+  EXPECT_EQ(Run({kReplaceProperties}), S_OK);
+  EXPECT_EQ(All(kPair)[0]->father->id, 21);
+}
+
+TEST_F(HVXGenericUpgradesTest, FitsAreCopiedForStandardPropertiesOnlyAlsoWithoutSupports) {
+  const auto valueOfLastFit = [this](int kind, bool supported) {
+    GivenProperties();
+    Doc().SetAttribute(At(12), standalone::NameTable::Intern("ContactKind"), standalone::Value::Integer(kind));
+    if (!supported) Doc().Remove(At(13));
+    EXPECT_EQ(Run({kReplaceProperties}), S_OK);
+    const std::string fit = Line(All("HVXInterferenceFitLT").back()->id);
+    return fit.substr(fit.find("attributes"));
+  };
+  const std::string copied = R"(attributes":{"FitType":1,"Definition":1,"Value":0.125}})";
+  EXPECT_EQ(valueOfLastFit(1, true), copied);
+  EXPECT_EQ(valueOfLastFit(1, false), copied);
+  EXPECT_NE(valueOfLastFit(2, true), copied);
 }
 
 TEST_F(HVXGenericUpgradesTest, CaseOfAnotherProductKeepsThePropertiesAndASecondRunMakesNothing) {

@@ -1,3 +1,6 @@
+#include <array>
+#include <span>
+
 #include "HVXSupportUpgrades.h"
 #include "support/UpgradeFixture.h"
 
@@ -167,6 +170,12 @@ TEST_F(TopologicalBodyTest, ABodyThatNothingProducesIsLeftAlone) {
   EXPECT_EQ(Lines(), before);
 }
 
+TEST_F(TopologicalBodyTest, TheWalkGoesOnBehindAMatch) {
+  Doc().SetAttribute(At(6), standalone::NameTable::Intern("Body"), standalone::Value::Link(&At(9)));
+  EXPECT_EQ(Move(9), E_FAIL);  // of the second body, for which no support is left
+  EXPECT_NE(Line(22).find(R"("FirstObject":{"ref":4})"), std::string::npos);
+}
+
 TEST_F(TopologicalBodyTest, AFailedTakeOutPutsNothingIn) {
   {
     const standalone::CheckpointScope scope(Failing("VLMISamAnalysisSupport::TakeOut", "", -77));
@@ -213,6 +222,16 @@ TEST_F(GroupToSupportTest, AGroupOfNMembersBecomesNSupportsOnTheLast) {
         Line(id).find(R"("father":{"ref":20},"container":{"ref":1},"attributes":{"FirstObject":{"ref":3})"),
         std::string::npos)
         << Line(id);
+}
+
+TEST_F(GroupToSupportTest, AGroupWhoseLastMemberIsNoConnectorIsTakenOutOnly) {
+  GivenGroup("SAMGroup", R"(,"GroupKind":1)");
+  const std::array members{standalone::Value::Link(&At(11)), standalone::Value::Link(&At(3))};
+  Doc().SetAttribute(At(10), standalone::NameTable::Intern("Members"),
+                     standalone::Value::List(Doc().Keep(std::span<const standalone::Value>(members))));
+  EXPECT_EQ(Convert(), S_OK);
+  EXPECT_EQ(Line(21), "removed");
+  EXPECT_NE(Line(20).find(R"("Supports":[])"), std::string::npos);
 }
 
 TEST_F(GroupToSupportTest, OtherGroupsStayAndSucceed) {
