@@ -35,7 +35,7 @@ class RulesByType {
   RulesByType() {
     for (const std::span<const ConformityRule> subject :
          {ConditionRules(), SupportRules(), ContactRules(), ConstraintRules(), StepRules(), PropertyRules(),
-          ElementRules(), JobRules(), NameRules(), ValueRules()}) {
+          ElementRules(), JobRules(), ValueRules()}) {
       for (const ConformityRule& rule : subject) all_.push_back(&rule);
     }
   }
@@ -111,16 +111,20 @@ class Check {
     UnknownTypes unknown;
     for (Feature* feature = survey_.Of().First(); feature != nullptr; feature = feature->next) {
       unknown.Note(*feature);
-      for (const ConformityRule* const rule : rules_.Of(*feature->type)) {
-        Verdict verdict = rule->judge(*feature, survey_);
-        if (verdict.state != Verdict::State::kConforms) Add(*feature, *rule, std::move(verdict));
-      }
+      for (const ConformityRule* const rule : rules_.Of(*feature->type)) Judge(*feature, *rule);
+      if (feature->externalName.empty()) continue;
+      for (const ConformityRule& rule : NameRules()) Judge(*feature, rule);
     }
     unknown.AppendTo(findings_);
     return std::move(findings_);
   }
 
  private:
+  void Judge(Feature& feature, const ConformityRule& rule) {
+    Verdict verdict = rule.judge(feature, survey_);
+    if (verdict.state != Verdict::State::kConforms) Add(feature, rule, std::move(verdict));
+  }
+
   void Add(Feature& feature, const ConformityRule& rule, Verdict verdict) {
     const bool hasIdentifier = !rule.identifier.empty() && verdict.state != Verdict::State::kBeyond;
     const FindingKind kind = KindOf(verdict, hasIdentifier, recorded_.contains(rule.identifier));

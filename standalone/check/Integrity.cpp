@@ -15,6 +15,9 @@
 namespace standalone {
 namespace {
 
+const NameId kFather = NameTable::Intern("father");
+const NameId kContainer = NameTable::Intern("container");
+
 bool IsUtf8(std::string_view text) {
   // Most texts are ASCII, and too short for a call to be worth its while.
   constexpr std::uint64_t kHighBits = 0x8080808080808080U;
@@ -114,11 +117,11 @@ class Integrity {
     CheckText(feature, feature.name, "name");
     CheckText(feature, feature.externalName, "external name");
     if (feature.father != nullptr) {
-      CheckTarget(feature, *feature.father, "father");
+      CheckTarget(feature, *feature.father, kFather);
       fatherFollowsSon_ =
           fatherFollowsSon_ || feature.father == &feature || !met_.Contains(feature.father->id);
     }
-    if (feature.container != nullptr) CheckTarget(feature, *feature.container, "container");
+    if (feature.container != nullptr) CheckTarget(feature, *feature.container, kContainer);
     CheckAttributes(feature);
   }
 
@@ -172,7 +175,7 @@ class Integrity {
         if (!std::isfinite(value.AsReal())) AddOf(feature, "\"{}\" is not finite", NameTable::Text(key));
         break;
       case ValueKind::kLink:
-        if (value.Target() != nullptr) CheckTarget(feature, *value.Target(), NameTable::Text(key));
+        if (value.Target() != nullptr) CheckTarget(feature, *value.Target(), key);
         break;
       case ValueKind::kList:
         if (depth == format::kMaxListDepth) {
@@ -186,11 +189,11 @@ class Integrity {
     }
   }
 
-  void CheckTarget(const Feature& feature, const Feature& target, std::string_view as) {
+  void CheckTarget(const Feature& feature, const Feature& target, NameId as) {
     if (target.removed) {
-      AddOf(feature, "\"{}\" leads to feature {}, which was removed", as, target.id);
+      AddOf(feature, "\"{}\" leads to feature {}, which was removed", NameTable::Text(as), target.id);
     } else if (target.document != &document_) {
-      AddOf(feature, "\"{}\" leads to a feature of another document", as);
+      AddOf(feature, "\"{}\" leads to a feature of another document", NameTable::Text(as));
     }
   }
 

@@ -9,6 +9,8 @@
 namespace standalone {
 namespace {
 
+const Key kPropertySet("HVXHalvexPropertySetLT");
+
 constexpr std::string_view kWord = "Halvex";
 constexpr std::string_view kWordInCapitals = "HALVEX";
 
@@ -43,27 +45,23 @@ Verdict ProductName(Feature& feature, const Survey& /*survey*/) {
   const std::string_view name = feature.externalName;
   if (!Holds(name, kWord)) return Conforms();
   if (check::IsA(feature, analysisCase) && HoldsOneOf(name, kCases)) return Outdated();
+  if (check::IsA(feature, kPropertySet)) return OutdatedIf(name.find("Halvex Properties") != name.npos);
   const bool isBeneath = feature.father != nullptr && CaseAbove(*feature.father) != nullptr;
   return OutdatedIf(isBeneath && HoldsOneOf(name, kBeneathCases));
 }
 
-Verdict ProductProperties(Feature& feature, const Survey& /*survey*/) {
-  return OutdatedIf(feature.externalName.find("Halvex Properties") != std::string_view::npos);
-}
-
-// A sub-feature is renamed along with the case that it stands beneath.
+// A property set is renamed by itself, all else along with the case that it stands beneath.
 Feature* RenamedWith(Feature& feature) {
-  static const Key analysisCase("AnalysisCase");
-  const bool isCase = check::IsA(feature, analysisCase);
-  return isCase ? &feature : CaseAbove(feature);
+  return check::IsA(feature, kPropertySet) ? &feature : CaseAbove(feature);
 }
 
 constexpr ConformityRule kRules[] = {
-    {"*", "UpgradeAnalysisCaseExternalName", "its name holds the product word in capitals", ProductInCapitals,
-     RenamedWith},
-    {"*", "UpgradeFeaturesExternalName", "its name mentions the product", ProductName, RenamedWith},
-    {"HVXHalvexPropertySetLT", "UpgradeFeaturesExternalName", "its name mentions the product",
-     ProductProperties},
+    {{},
+     "UpgradeAnalysisCaseExternalName",
+     "its name holds the product word in capitals",
+     ProductInCapitals,
+     check::VisitCase},
+    {{}, "UpgradeFeaturesExternalName", "its name mentions the product", ProductName, RenamedWith},
 };
 
 }  // namespace

@@ -87,8 +87,8 @@ class Survey {
 
 /// One thing that tells old storage from current storage, or sound storage from damaged.
 struct ConformityRule {
-  /// The late types that it concerns, separated by blanks: a late type or a kind, or "*" for all. One that
-  /// ends in "*" stands for all late types that begin so.
+  /// The late types that it concerns, separated by blanks: a late type or a kind. One that ends in "*"
+  /// stands for all late types that begin so.
   std::string_view lateTypes;
   std::string_view identifier;  ///< The upgrade that would change the feature; empty for none.
   std::string_view reason;
@@ -106,7 +106,8 @@ std::span<const ConformityRule> StepRules();
 std::span<const ConformityRule> PropertyRules();
 std::span<const ConformityRule> ElementRules();
 std::span<const ConformityRule> JobRules();
-std::span<const ConformityRule> NameRules();
 std::span<const ConformityRule> ValueRules();
+// Of any feature that has an external name; their late types are not looked at.
+std::span<const ConformityRule> NameRules();
 
 }  // namespace standalone

@@ -41,14 +41,18 @@ Verdict StepValues(Feature& feature, const Survey& survey) {
 }
 
 // Told by the late type too: the container's name is in the language of the session that made it.
-Verdict WithoutConnections(Feature& feature, const Survey& survey) {
+bool HoldsConnections(const Feature& beneath) {
   static const Key container("HVXInteractionContainerLT");
-  const Feature* beneath = NextBeneath(feature, feature);
-  while (beneath != nullptr && !IsA(*beneath, container) &&
-         !(beneath->externalName == "Connections" && beneath->type->IsAnalysisSet())) {
-    beneath = NextBeneath(feature, *beneath);
-  }
-  if (beneath != nullptr) return Conforms();
+  return IsA(beneath, container) || (beneath.externalName == "Connections" && beneath.type->IsAnalysisSet());
+}
+
+Verdict WithoutConnections(Feature& feature, const Survey& survey) {
+  // It mostly is a son of the step; what stands beneath the sons is many times as much.
+  const Feature* found = feature.firstSon;
+  while (found != nullptr && !HoldsConnections(*found)) found = found->nextSibling;
+  if (found == nullptr) found = NextBeneath(feature, feature);
+  while (found != nullptr && !HoldsConnections(*found)) found = NextBeneath(feature, *found);
+  if (found != nullptr) return Conforms();
   return survey.Of().AnalysisModel() == nullptr ? Damaged(kNoModel) : Outdated();
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <limits>
+#include <memory>
+#include <optional>
 
 #include "analysis/Components.h"
 #include "analysis/MeshNumbers.h"
@@ -170,37 +172,37 @@ const StoredAs kStored[] = {
       "OutOfPlaneHourglassScalingFactor"}},
 };
 
-struct KnownKey {
-  NameId key;
-  Stored stored;
-};
+// How a late type's attributes are stored, by the number of their key.
+using StoredByKey = std::vector<std::optional<Stored>>;
 
-// What is known of the late type's keys; looked up once for each late type.
-const std::vector<KnownKey>& KeysOf(const LateType& type) {
-  struct Entry {
-    bool isKnown = false;
-    std::vector<KnownKey> keys;
-  };
-  static std::vector<Entry> byType;
-  if (type.Id() >= byType.size()) byType.resize(type.Id() + std::size_t{1});
-  Entry& entry = byType[type.Id()];
-  if (entry.isKnown) return entry.keys;
+StoredByKey KeysOf(const LateType& type) {
+  StoredByKey keys;
   for (const StoredAs& each : kStored) {
     if (!type.MetaClass().IsAKindOf(each.lateType)) continue;
-    for (const std::string_view key : each.keys) entry.keys.push_back({NameTable::Intern(key), each.stored});
+    for (const std::string_view text : each.keys) {
+      const NameId key = NameTable::Intern(text);
+      if (key >= keys.size()) keys.resize(key + std::size_t{1});
+      keys[key] = each.stored;
+    }
   }
-  entry.isKnown = true;
-  return entry.keys;
+  return keys;
+}
+
+// Looked up once for each late type.
+const StoredByKey& KnownKeysOf(const LateType& type) {
+  static std::vector<std::unique_ptr<StoredByKey>> byType;
+  if (type.Id() >= byType.size()) byType.resize(type.Id() + std::size_t{1});
+  std::unique_ptr<StoredByKey>& keys = byType[type.Id()];
+  if (keys == nullptr) keys = std::make_unique<StoredByKey>(KeysOf(type));
+  return *keys;
 }
 
 Verdict Unreadable(Feature& feature, const Survey& /*survey*/) {
-  const std::vector<KnownKey>& keys = KeysOf(*feature.type);
+  const StoredByKey& keys = KnownKeysOf(*feature.type);
   Verdict verdict;
-  if (keys.empty()) return verdict;
   for (const Attribute& attribute : feature.Attributes()) {
-    const auto known = std::ranges::find(keys, attribute.key, &KnownKey::key);
-    if (known == keys.end()) continue;
-    if (const DamageKind* const fault = FaultOf(attribute.value, known->stored)) {
+    if (attribute.key >= keys.size() || !keys[attribute.key]) continue;
+    if (const DamageKind* const fault = FaultOf(attribute.value, *keys[attribute.key])) {
       verdict.state = Verdict::State::kBeyond;
       verdict.damage.push_back({fault, std::string(NameTable::Text(attribute.key))});
     }

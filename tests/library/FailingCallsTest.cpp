@@ -66,8 +66,8 @@ Outcome RunUnder(CheckpointPlan plan, const Start& start) {
   Outcome outcome;
   try {
     outcome.result = NameOf(start.run(*document.Get()));
-  } catch (const VLMFatalAssertion&) {
-    outcome.result = "assertion";
+  } catch (const VLMFatalAssertion& assertion) {
+    outcome.result = assertion.what();
   } catch (const VLMNullVarError&) {
     outcome.result = "null handle";
   } catch (const CallLimitReached&) {

@@ -125,6 +125,26 @@ TEST_F(HVXERigidBodyConstraintUpgradeTest, GroupsOfSupportsBecomeSupports) {
                 "VLMISamAnalysisSupport::AddSupports #20", "VLMISamAnalysisSupport::RemoveSupport #20"}));
 }
 
+// A support that is no connector, points at nothing, or has no context is passed over wherever it stands.
+TEST_F(HVXERigidBodyConstraintUpgradeTest, ASupportThatIsPassedOverDoesNotEndTheWalk) {
+  const std::string group =
+      R"({"id":30,"type":"SAMGroup","attributes":{"GroupKind":1,"Members":[{"ref":31}]}}
+         {"id":31,"type":"GeometrySmartConnector","father":{"ref":30},"attributes":{"FirstObject":{"ref":4}}})";
+  for (const std::string& first : {On(4), On(7, "null"), std::string(R"({"FirstObject":null})")}) {
+    const auto supportsAfter = [&](const char* identifier, int second) {
+      GivenConstraintOn({first, On(second)}, group);
+      EXPECT_EQ(UpgradeUnder(first == On(4) ? Withholding("VLMISamAnalysisConnector", 21) : Recording(), 20,
+                             {identifier}),
+                S_OK);
+      return Line(22);
+    };
+    EXPECT_EQ(supportsAfter("UpgradeBodySupport", 7), "removed") << first;
+    EXPECT_EQ(supportsAfter("UpgradeGroupToSupport", 30), "removed") << first;
+    static_cast<void>(supportsAfter("UpgradeToConnMeshPart", 7));
+    EXPECT_EQ(Calls("VLMIMSHMeshPart::AddSupport").size(), 1U) << first;
+  }
+}
+
 TEST_F(HVXERigidBodyConstraintUpgradeTest, CenterOfMassIsUsedWithoutAReference) {
   GivenConstraintOn({On(7)}, "", R"(,"CenterOfMass":0)");
   EXPECT_EQ(Upgrade(20, {"AddCenterOfMassToRBC"}), S_OK);

@@ -57,6 +57,20 @@ TEST_F(HVXERigidCouplingUpgradeTest, GroupsBecomeSupportsWithoutAContextAndWitho
   EXPECT_EQ(Calls("VLMISamAnalysisConnector::GetSecondObject"), CallList{});
 }
 
+TEST_F(HVXERigidCouplingUpgradeTest, ASupportThatIsPassedOverDoesNotEndTheWalk) {
+  for (const int first : {2, 0}) {
+    GivenCoupling(R"("Supports":[{"ref":40},{"ref":41}],"ExclusionRegions":[{"ref":40},{"ref":41}])",
+                  Connector(40, first) + Connector(41, 20));
+    const auto plan = [first] {
+      return first == 2 ? Withholding("VLMISamAnalysisConnector", 40) : Recording();
+    };
+    EXPECT_EQ(UpgradeUnder(plan(), 10, {"UpdateGroupToExclusionRegion"}), S_OK);
+    EXPECT_THAT(Line(10), testing::HasSubstr(R"("ExclusionRegions":[{"ref":31},{"ref":32}])"));
+    EXPECT_EQ(UpgradeUnder(plan(), 10, {"UpgradeGroupToSupport"}), S_OK);
+    EXPECT_EQ(Line(41), "removed");
+  }
+}
+
 TEST_F(HVXERigidCouplingUpgradeTest, ExclusionRegionsAreHandedToTheMeshPart) {
   GivenCoupling(R"("MeshPart":{"ref":11},"ExclusionRegions":[{"ref":41},{"ref":40}])",
                 Connector(40, 2) + Connector(41, 2));

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "analysis/VLMISamAnalysisSupport.h"
 #include "support/References.h"
 #include "support/UpgradeFixture.h"
 
@@ -173,6 +174,28 @@ TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, OutputRequestsOnTheContactAreMade
                    "HVXAnalysisDocUtils::GetFeatureListFromSet #18 HVXFieldOutputRequestContainerLT"}));
 }
 
+TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, ASupportOnAnotherContactStaysAndDoesNotEndTheWalk) {
+  GivenContact({});
+  const standalone::FeatureId other =
+      Doc().Create(standalone::LateType::Of("HVXSurfaceToSurfaceContactLT"), "", &At(12), nullptr).id;
+  ASSERT_EQ(As<VLMISamAnalysisSupport>(31)->AddSupport(As<VLMILinkableObject>(other), As<VLMBaseUnknown>(2),
+                                                       "GeometrySmartConnector", 1),
+            S_OK);
+  EXPECT_EQ(Upgrade(20, {kIdentifier}), S_OK);
+  EXPECT_EQ(SupportOf(31, 0), Id(other, 2));
+  EXPECT_EQ(SupportOf(31, 1), Id(20, 20));
+}
+
+TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, TheFirstOldNameAnywhereIsReplaced) {
+  for (const auto& [old, now] : {std::pair{"My Contact Connection Enhancement-3", "My Contact Pair-3"},
+                                 {"Contact Connection Enhancement-3, Contact Connection Enhancement-4",
+                                  "Contact Pair-3, Contact Connection Enhancement-4"}}) {
+    GivenContact({.name = old});
+    EXPECT_EQ(Upgrade(20, {kIdentifier}), S_OK);
+    EXPECT_EQ(At(20).externalName, now);
+  }
+}
+
 TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, NamesWithoutTheOldPrefixStay) {
   for (const char* const name : {"Contact Pair-3", "Contact", ""}) {
     GivenContact({.name = name});
@@ -247,6 +270,9 @@ TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, EnforcementIsInvertedAndUnknownCo
     EXPECT_EQ(Upgrade(20, {kIdentifier}), S_OK);
     EXPECT_EQ(Setting("CnstEnfMethod"), value) << code;
   }
+  GivenContact({.attributes = R"("connectionProperty":null,"slidingFormulation":0,"adjustment":0)"});
+  EXPECT_EQ(Upgrade(20, {kIdentifier}), S_OK);
+  EXPECT_THAT(Line(20), testing::HasSubstr(R"("SlidingFormulation":0,"Adjustment":0)"));
   GivenContact({.attributes = R"("connectionProperty":null,"slidingFormulation":2,"adjustment":3)"});
   EXPECT_EQ(UpgradeUnder(Recording(), 20, {kIdentifier}), S_OK);
   EXPECT_EQ(Calls("HVXIContactConnectionEnhancementStd::SetSliding"), CallList{});

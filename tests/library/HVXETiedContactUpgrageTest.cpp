@@ -84,6 +84,18 @@ TEST_F(HVXETiedContactUpgrageTest, PreparationOfTheSupportsIsNotLookedAt) {
   EXPECT_EQ(At(10).externalName, "Fastened Pair-2");
 }
 
+TEST_F(HVXETiedContactUpgrageTest, TheFirstOldNameAnywhereIsReplaced) {
+  for (const auto& [old, now] :
+       {std::pair{"My Fastened Connection Enhancement-2", "My Fastened Pair-2"},
+        {"Fastened Connection Enhancement-2, Fastened Connection Enhancement-2",
+         "Fastened Pair-2, Fastened Connection Enhancement-2"},
+        {"fastened connection enhancement-2", "fastened connection enhancement-2"}}) {
+    GivenTie("ConstraintASM", old, kProperty);
+    EXPECT_EQ(Upgrade(10, {kIdentifier}), S_OK);
+    EXPECT_EQ(At(10).externalName, now);
+  }
+}
+
 TEST_F(HVXETiedContactUpgrageTest, NameIsWrittenBackEvenWhenItStays) {
   GivenTie("ConstraintASM", "Bolt Tie", kProperty);
   EXPECT_EQ(UpgradeUnder(Recording(), 10, {kIdentifier}), S_OK);

@@ -129,6 +129,13 @@ TEST_F(HVXEGlobalElementUpgradeTest, FirstEntryOfItsKindGetsTheDefaultsOfBothQue
                 "HVXIElementAssignment::GetFormulationFlags #7", "HVXIElementAssignment::SetFlagGroup #7"}));
 }
 
+TEST_F(HVXEGlobalElementUpgradeTest, OneEntryIsEnough) {
+  GivenGlobal();
+  for (const standalone::FeatureId other : {2, 3, 5}) Doc().Remove(At(other));
+  EXPECT_EQ(AddDefault(), S_OK);
+  EXPECT_THAT(Line(4), HasSubstr(R"("ElementAssignments":[{"ref":6},{"ref":7}])"));
+}
+
 TEST_F(HVXEGlobalElementUpgradeTest, EveryFailureLeavesTheListsAsTheyWere) {
   for (const char* const operation :
        {"HVXIGlobalElemAssignment::GetEntries", "HVXIGlobalElemAsgnEntry::GetKind",

@@ -219,7 +219,8 @@ TEST_F(HVXGenericUpgradesTest, PairWithClearanceGoesIntoTheFirstStepThatIsNoPert
 TEST_F(HVXGenericUpgradesTest, FitsAreCopiedForStandardPropertiesOnlyAlsoWithoutSupports) {
   const auto valueOfLastFit = [this](int kind, bool supported) {
     GivenProperties();
-    Doc().SetAttribute(At(12), standalone::NameTable::Intern("ContactKind"), standalone::Value::Integer(kind));
+    Doc().SetAttribute(At(12), standalone::NameTable::Intern("ContactKind"),
+                       standalone::Value::Integer(kind));
     if (!supported) Doc().Remove(At(13));
     EXPECT_EQ(Run({kReplaceProperties}), S_OK);
     const std::string fit = Line(All("HVXInterferenceFitLT").back()->id);

@@ -147,6 +147,7 @@ TEST_F(HVXEFORUpgradeTest, NodalTemperatureLeavesTheList) {
                                                        {"S,NT,NT,U", "S,NT,U"},
                                                        {"NT,NT,S", "S"},
                                                        {"NT,NT", "NT"},
+                                                       {"S,NTX,NT", "S,NTX"},
                                                        {"NTX,NT,S", "NTX,S"},
                                                        {"NTX,SNT,S", "NTX,SS"},
                                                        {"XY", "XY"},

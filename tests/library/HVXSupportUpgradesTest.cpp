@@ -83,6 +83,17 @@ TEST_F(BodySupportTest, ASolidThatCannotBeReplacedDoesNotKeepTheNextFromIt) {
   EXPECT_EQ(UpgradeUnder(Failing("VLMISamAnalysisConnector::GetSecondObject"), 20, {"UpgradeBodySupport"}),
             S_OK);
   EXPECT_EQ(Calls("VLMISpecObject::GetLateType"), CallList{});
+
+  // Nor does what is passed over: no connector, no context, no feature, no solid.
+  const std::string both = ConditionOn(R"([{"ref":21},{"ref":22}])");
+  for (const auto& [first, plan] : {std::pair{Support(21, 6), Withholding("VLMISamAnalysisConnector", 21)},
+                                    {Support(21, 6), Withholding("VLMISpecObject", 6)},
+                                    {Support(21, 5, "null"), Recording()},
+                                    {Support(21, 8), Recording()}}) {
+    GivenPartAnd(both + first + Support(22, 5));
+    EXPECT_EQ(UpgradeUnder(plan, 20, {"UpgradeBodySupport"}), S_OK);
+    EXPECT_TRUE(At(22).removed) << first;
+  }
 }
 
 TEST_F(BodySupportTest, ReplacingASolidNeedsEveryLinkToTheMainBody) {
