@@ -38,7 +38,7 @@ _hvxupgrade() {
       status) options+=" --check --json" ;;
       upgrade)
         options+=" --output --output-dir --in-place --backup --dry-run --force --only --until --report --trace"
-        options+=" --language --timeout --quiet"
+        options+=" --language --timeout --quiet --strict --accept-failures --retry --fail-on-drop"
         ;;
       check) options+=" --all --json" ;;
       diff | identifiers) options+=" --json" ;;

@@ -1,5 +1,8 @@
 #include "Installation.h"
 
+#include "session/FeatureCatalogs.h"
+#include "session/Messages.h"
+
 namespace tool {
 namespace {
 
@@ -20,6 +23,8 @@ fs::path DefaultLibrary() {
 }  // namespace
 
 Installation::Installation(const Places& places) {
+  standalone::FeatureCatalogs::Use(DataFolder(places) / "catalogs");
+  standalone::Messages::RequireComplete(DataFolder(places) / "messages", "en");
   std::vector<fs::path> files = places.libraries;
   if (files.empty()) files.push_back(DefaultLibrary());
   std::vector<const HVXUpgradeLibrary*> descriptions;

@@ -15,10 +15,12 @@ struct Places {
   std::filesystem::path data;
 };
 
-/// The loaded upgrade libraries and what they know.
+/// The loaded upgrade libraries and what they know. While there is one, the catalogs are in use.
 class Installation {
  public:
-  /// Throws `std::runtime_error`, which names the file, when a library cannot be loaded.
+  /// Loads all that upgrades need, so that whatever is missing is known before any document is touched.
+  /// Throws `std::runtime_error`, which names the file and the remedy, when a library cannot be loaded or
+  /// does not fit this program, or a catalog is missing, broken or incomplete.
   explicit Installation(const Places& places);
 
   [[nodiscard]] const standalone::VersionManager& Manager() const { return *manager_; }

@@ -11,7 +11,6 @@
 #include "Progress.h"
 #include "Terminal.h"
 #include "UsageError.h"
-#include "session/FeatureCatalogs.h"
 #include "session/Messages.h"
 
 namespace tool {
@@ -25,6 +24,7 @@ void UseLanguage(const std::string& language, const fs::path& folder) {
     throw UsageError(fmt::format("there are no messages in language \"{}\"; choose one of: {}", language,
                                  fmt::join(languages, ", ")));
   }
+  standalone::Messages::RequireComplete(folder, language);
   standalone::Messages::Use(folder, language);
 }
 
@@ -36,7 +36,6 @@ class UpgradeCommand {
         selection_(installation_.Manager(), arguments.only, arguments.until),
         destinations_(DestinationsOf(arguments)) {
     UseLanguage(arguments.language, DataFolder(places) / "messages");
-    standalone::FeatureCatalogs::Use(DataFolder(places) / "catalogs");
     MakeFolderForOthers();
     if (!arguments.trace.empty()) trace_.emplace(arguments.trace, arguments.force);
     if (!arguments.report.empty()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 
 #include "base/VLMMetaClass.h"
@@ -71,6 +72,9 @@ struct HVXUpgradeOrder {
 
 /// What an upgrade library offers.
 struct HVXUpgradeLibrary {
+  /// The layout of this description and of the interfaces that a library is built with. It stands first for
+  /// ever, so that a library of another layout is told before anything else of it is read.
+  std::uint64_t layout = kLayout;
   const char* name;
   std::span<const VLMUnicodeString> identifiers;  ///< All that it knows of, oldest first.
   std::span<const HVXUpgradeClass* const> classes;
@@ -79,6 +83,12 @@ struct HVXUpgradeLibrary {
   /// Where a version manager puts the observer of the library's dispatch, and null when it is done; null for
   /// a library that cannot be observed.
   HVXUpgradeObserver** observer = nullptr;
+
+  /// Another number for every change of what a library and its host share: the revision, and the sizes of the
+  /// tables.
+  static constexpr std::uint64_t kLayout =
+      (std::uint64_t{2} << 48U) | (std::uint64_t{sizeof(HVXUpgradeBinding)} << 32U) |
+      (std::uint64_t{sizeof(HVXUpgradeClass)} << 16U) | std::uint64_t{sizeof(HVXDocumentUpgrade)};
 };
 
 /// The type of `HVXGetUpgradeLibrary`, which every upgrade library exports under C linkage. The description

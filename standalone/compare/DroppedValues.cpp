@@ -17,13 +17,15 @@ namespace {
 struct Leaf {
   std::uint64_t number = 0;
   std::string_view text;
+  const Feature* near = nullptr;  // for integers: a feature near which it was written
 
   friend bool operator==(const Leaf&, const Leaf&) = default;
 };
 
 struct HashOfLeaf {
   std::size_t operator()(const Leaf& leaf) const {
-    return std::hash<std::uint64_t>()(leaf.number) ^ std::hash<std::string_view>()(leaf.text);
+    return std::hash<std::uint64_t>()(leaf.number) ^ std::hash<std::string_view>()(leaf.text) ^
+           std::hash<const Feature*>()(leaf.near);
   }
 };
 
@@ -32,15 +34,15 @@ using Leaves = std::unordered_map<Leaf, std::size_t, HashOfLeaf>;
 Leaf LeafOf(double number) {
   const auto narrow = static_cast<float>(number);
   // What single precision cannot hold, or would make 0, is told by its own bits.
-  if (!std::isfinite(narrow) || narrow == 0.0F) return {std::bit_cast<std::uint64_t>(number), {}};
-  return {std::uint64_t{1} << 32U | std::bit_cast<std::uint32_t>(narrow), {}};
+  if (!std::isfinite(narrow) || narrow == 0.0F) return {std::bit_cast<std::uint64_t>(number), {}, nullptr};
+  return {std::uint64_t{1} << 32U | std::bit_cast<std::uint32_t>(narrow), {}, nullptr};
 }
 
 // Nothing for flags, links and defaults.
 std::optional<Leaf> LeafOf(const Value& value) {
   switch (value.Kind()) {
     case ValueKind::kString:
-      return value.AsString().empty() ? std::nullopt : std::optional(Leaf{0, value.AsString()});
+      return value.AsString().empty() ? std::nullopt : std::optional(Leaf{0, value.AsString(), nullptr});
     case ValueKind::kInteger:
       return value.AsInteger() == 0 ? std::nullopt
                                     : std::optional(LeafOf(static_cast<double>(value.AsInteger())));
@@ -127,8 +129,28 @@ class Search {
     for (const Attribute& attribute : feature.Attributes()) {
       const Attribute* const old = before == nullptr ? nullptr : FindIn(*before, attribute.key);
       VisitAdded(old == nullptr ? nullptr : &old->value, attribute.value,
-                 [this](const Leaf& leaf, const Value&) { ++written_[leaf]; });
+                 [&](const Leaf& leaf, const Value& value) { NoteWritten(feature, leaf, value); });
     }
+  }
+
+  void NoteWritten(const Feature& feature, Leaf leaf, const Value& value) {
+    if (value.Kind() != ValueKind::kInteger) ++written_[leaf];
+    if (value.Kind() == ValueKind::kString) return;
+    // A number that an integer became may be a real.
+    constexpr int kLevels = 3;  // the feature, what it stands beneath, and the brothers of that
+    const Feature* near = &feature;
+    for (int level = 0; near != nullptr && level < kLevels; ++level, near = near->father) {
+      leaf.near = near;
+      ++written_[leaf];
+    }
+  }
+
+  bool WasWritten(const Feature& feature, const FeatureState& before, Leaf leaf, const Value& value) {
+    if (value.Kind() != ValueKind::kInteger) return Takes(written_, leaf) || TakesInRadians(value);
+    leaf.near = &feature;
+    if (written_.contains(leaf)) return true;
+    leaf.near = before.father;
+    return (before.father != nullptr && written_.contains(leaf)) || TakesInRadians(value);
   }
 
   DroppedValues Of(const Feature& feature, const FeatureState& before, const Attribute& attribute) {

@@ -18,11 +18,12 @@ struct DroppedValues {
 };
 
 /// Looks for each number and text that a changed or removed feature does not hold any more, the defaults 0
-/// and "" apart, among what the upgrade wrote anywhere; each occurrence there answers for one. A number
-/// counts as the same as its single-precision form, as the equal number of the other type, and as itself in
-/// radians where it was in degrees. A repeated value stands where a brother of its feature, or the father,
-/// still holds it under that key. Flags and names are not looked at. In the order of the first changes; the
-/// document must have no dead links.
+/// and "" apart, among what the upgrade wrote. There each occurrence answers for one; an integer, which is
+/// mostly a code that stands in many places, only when it was written to the same feature, to what stands
+/// beneath it, or to a brother of it. A real counts as the same as its single-precision form, and as itself
+/// in radians where it was in degrees. A repeated value also stands where a brother of the same name still
+/// holds it. Flags and names are not looked at. In the order of the first changes; the document must have no
+/// dead links.
 [[nodiscard]] std::vector<DroppedValues> FindDroppedValues(const Document& document);
 
 }  // namespace standalone

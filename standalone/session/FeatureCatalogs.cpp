@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <new>
+#include <stdexcept>
 #include <string>
 
 namespace standalone {
@@ -18,24 +20,54 @@ struct FeatureCatalog {
 
 namespace {
 
-struct State {
-  std::filesystem::path folder;
-  std::map<std::string, std::unique_ptr<FeatureCatalog>, std::less<>> catalogs;
-};
+using Catalogs = std::map<std::string, std::unique_ptr<FeatureCatalog>, std::less<>>;
 
-State& Current() {
-  static State state;
-  return state;
+Catalogs& Current() {
+  static Catalogs catalogs;
+  return catalogs;
 }
 
-const FeatureCatalog* Find(std::string_view name) {
-  State& state = Current();
-  const auto known = state.catalogs.find(name);
-  if (known != state.catalogs.end()) return known->second.get();
+// What upgrades make features from.
+struct NeededLateType {
+  std::string_view catalog;
+  std::string_view lateType;
+};
+constexpr NeededLateType kNeeded[] = {
+    {"HVXAnalysisStepCatalog.VLMfct", "HVXInteractionContainerLT"},
+    {"HVXElementPropertiesCatalog.VLMfct", "HVXElementAssignmentLT"},
+    {"HVXElementPropertiesCatalog.VLMfct", "HVXSectionControlsLT"},
+};
+
+[[noreturn]] void Refuse(const std::filesystem::path& file, std::string_view why) {
+  throw std::runtime_error(fmt::format(
+      "{}: {}. Reinstall the program, or name the right data folder with --data", file.string(), why));
+}
+
+// Attributes are made from these as they stand; nothing else could be stored.
+bool IsStorable(simdjson::dom::element value) {
+  simdjson::dom::array entries;
+  if (value.get_array().get(entries) != simdjson::SUCCESS)
+    return !value.is_object() && value.type() != simdjson::dom::element_type::UINT64;
+  return std::all_of(entries.begin(), entries.end(), IsStorable);
+}
+
+std::unique_ptr<FeatureCatalog> Read(const std::filesystem::path& file) {
   auto catalog = std::make_unique<FeatureCatalog>();
-  const std::string file = (state.folder / name).string();
-  if (catalog->parser.load(file).get_object().get(catalog->lateTypes) != simdjson::SUCCESS) return nullptr;
-  return state.catalogs.emplace(name, std::move(catalog)).first->second.get();
+  const auto read = catalog->parser.load(file.string()).get_object().get(catalog->lateTypes);
+  if (read == simdjson::MEMALLOC) throw std::bad_alloc();
+  if (read != simdjson::SUCCESS)
+    Refuse(file, fmt::format("the feature catalog cannot be read ({})", simdjson::error_message(read)));
+  for (const auto& [lateType, value] : catalog->lateTypes) {
+    simdjson::dom::object attributes;
+    if (value.get_object().get(attributes) != simdjson::SUCCESS)
+      Refuse(file, fmt::format("\"{}\" of the feature catalog must be an object", lateType));
+    for (const auto& [key, attribute] : attributes) {
+      if (!IsStorable(attribute))
+        Refuse(file,
+               fmt::format("\"{}\" of \"{}\" in the feature catalog cannot be an attribute", key, lateType));
+    }
+  }
+  return catalog;
 }
 
 Value ValueOf(simdjson::dom::element element, Document& document) {
@@ -63,13 +95,27 @@ Value ValueOf(simdjson::dom::element element, Document& document) {
 }  // namespace
 
 void FeatureCatalogs::Use(const std::filesystem::path& folder) {
-  Current().folder = folder;
+  Catalogs catalogs;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+    if (entry.path().extension() == ".VLMfct")
+      catalogs.emplace(entry.path().filename().string(), Read(entry.path()));
+  }
+  if (error)
+    Refuse(folder, fmt::format("the folder of the feature catalogs cannot be read ({})", error.message()));
+  for (const auto& [name, lateType] : kNeeded) {
+    const auto found = catalogs.find(name);
+    if (found == catalogs.end()) Refuse(folder / name, "the feature catalog is missing");
+    if (found->second->lateTypes[lateType].error() != simdjson::SUCCESS)
+      Refuse(folder / name, fmt::format("the feature catalog lacks \"{}\"", lateType));
+  }
+  Current() = std::move(catalogs);
 }
 
 HRESULT FeatureCatalogs::Load(std::string_view name, Document& document) {
-  const FeatureCatalog* const catalog = Find(name);
-  if (catalog == nullptr) return E_FAIL;
-  document.LoadCatalog(*catalog);
+  const auto known = Current().find(name);
+  if (known == Current().end()) return E_FAIL;
+  document.LoadCatalog(*known->second);
   return S_OK;
 }
 

@@ -15,11 +15,14 @@ class FeatureCatalogs {
  public:
   FeatureCatalogs() = delete;
 
-  /// Catalogs are read from `folder` from now on.
+  /// Reads all catalogs of `folder`, whose late types documents can be given from now on. All at once, so
+  /// that a catalog which cannot be had is known before any document is touched. Throws `std::runtime_error`,
+  /// which names the file and the remedy, when one that upgrades need is missing, or one is broken; the
+  /// catalogs from before are then still in use.
   static void Use(const std::filesystem::path& folder);
 
   /// Makes the late types of catalog `name` (its file's name) available in the document. E_FAIL when there is
-  /// no such file or it is broken. Loading one twice changes nothing.
+  /// no such catalog. Loading one twice changes nothing.
   static HRESULT Load(std::string_view name, Document& document);
 
   /// Makes a feature of a late type that a catalog loaded into the document offers, with the attributes that

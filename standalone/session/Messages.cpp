@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <map>
+#include <new>
 #include <stdexcept>
 
 #include "base/VLMMsgCatalog.h"
@@ -21,13 +22,20 @@ std::map<std::string, Catalog, std::less<>>& Catalogs() {
   return catalogs;
 }
 
+constexpr std::string_view kRemedy = "Reinstall the program, or name the right data folder with --data";
+constexpr const char* kReference = "en";
+// What upgrades and the host take texts from.
+constexpr const char* kNeeded[] = {"HVXAnalysisStep", "HVXHacCatalogNLS", "HVXVersionManager"};
+
 Catalog Load(const std::filesystem::path& file) {
   Catalog catalog;
   simdjson::dom::parser parser;
   simdjson::dom::object keys;
-  if (const auto error = parser.load(file.string()).get_object().get(keys); error != simdjson::SUCCESS) {
-    throw std::runtime_error(fmt::format("{}: the message catalog is not a JSON object ({}). Reinstall it",
-                                         file.string(), simdjson::error_message(error)));
+  const auto error = parser.load(file.string()).get_object().get(keys);
+  if (error == simdjson::MEMALLOC) throw std::bad_alloc();
+  if (error != simdjson::SUCCESS) {
+    throw std::runtime_error(fmt::format("{}: the message catalog cannot be read ({}). {}", file.string(),
+                                         simdjson::error_message(error), kRemedy));
   }
   for (const auto& [key, value] : keys) {
     std::string_view text;
@@ -38,6 +46,34 @@ Catalog Load(const std::filesystem::path& file) {
     catalog.emplace(key, text);
   }
   return catalog;
+}
+
+using CatalogsOfLanguage = std::map<std::string, Catalog, std::less<>>;
+
+CatalogsOfLanguage LoadAll(const std::filesystem::path& folder) {
+  CatalogsOfLanguage catalogs;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    if (entry.path().extension() == ".json")
+      catalogs.emplace(entry.path().stem().string(), Load(entry.path()));
+  }
+  return catalogs;
+}
+
+void RefuseIncomplete(const CatalogsOfLanguage& catalogs, const CatalogsOfLanguage& reference,
+                      const std::filesystem::path& folder) {
+  const auto refuse = [&folder](const std::string& name, const std::string& why) {
+    throw std::runtime_error(fmt::format("{}: {}. {}", (folder / (name + ".json")).string(), why, kRemedy));
+  };
+  for (const char* const name : kNeeded) {
+    if (!catalogs.contains(name)) refuse(name, "the message catalog is missing");
+  }
+  for (const auto& [name, texts] : reference) {
+    const auto found = catalogs.find(name);
+    if (found == catalogs.end()) refuse(name, "the message catalog is missing");
+    for (const auto& [key, text] : texts) {
+      if (!found->second.contains(key)) refuse(name, fmt::format("the message catalog lacks \"{}\"", key));
+    }
+  }
 }
 
 }  // namespace
@@ -58,12 +94,16 @@ void Messages::Use(const std::filesystem::path& folder, std::string_view languag
     throw std::runtime_error(fmt::format("{}: there are no messages in language \"{}\". Choose one of: {}",
                                          folder.string(), language, fmt::join(languages, ", ")));
   }
-  std::map<std::string, Catalog, std::less<>> catalogs;
-  for (const auto& entry : std::filesystem::directory_iterator(folder / language)) {
-    if (entry.path().extension() == ".json")
-      catalogs.emplace(entry.path().stem().string(), Load(entry.path()));
-  }
-  Catalogs() = std::move(catalogs);
+  Catalogs() = LoadAll(folder / language);
+}
+
+void Messages::RequireComplete(const std::filesystem::path& folder, std::string_view language) {
+  const std::filesystem::path own = folder / language;
+  if (!std::filesystem::is_directory(own))
+    throw std::runtime_error(
+        fmt::format("{}: the folder of the messages is missing. {}", own.string(), kRemedy));
+  const CatalogsOfLanguage catalogs = LoadAll(own);
+  RefuseIncomplete(catalogs, language == kReference ? catalogs : LoadAll(folder / kReference), own);
 }
 
 const std::string* Messages::Find(std::string_view catalog, std::string_view key) {

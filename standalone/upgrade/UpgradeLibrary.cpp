@@ -21,6 +21,14 @@ UpgradeLibrary::UpgradeLibrary(const std::filesystem::path& file)
         file.string()));
   }
   description_ = entry();
+  if (description_->layout != HVXUpgradeLibrary::kLayout) {
+    dlclose(handle_);
+    throw std::runtime_error(
+        fmt::format("{}: the upgrade library was built for another version of this program. Install the one "
+                    "that belongs to "
+                    "this version, or build it anew with its headers",
+                    file.string()));
+  }
 }
 
 UpgradeLibrary::~UpgradeLibrary() {

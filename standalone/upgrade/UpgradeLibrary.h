@@ -10,7 +10,8 @@ namespace standalone {
 /// outlive it.
 class UpgradeLibrary {
  public:
-  /// Throws `std::runtime_error`, which names the file, when it cannot be loaded or is no upgrade library.
+  /// Throws `std::runtime_error`, which names the file, when it cannot be loaded, is no upgrade library, or
+  /// was built for another version of the host.
   explicit UpgradeLibrary(const std::filesystem::path& file);
   ~UpgradeLibrary();
   UpgradeLibrary(const UpgradeLibrary&) = delete;

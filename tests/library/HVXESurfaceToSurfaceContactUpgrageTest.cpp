@@ -177,7 +177,7 @@ TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, OutputRequestsOnTheContactAreMade
 TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, ASupportOnAnotherContactStaysAndDoesNotEndTheWalk) {
   GivenContact({});
   const standalone::FeatureId other =
-      Doc().Create(standalone::LateType::Of("HVXSurfaceToSurfaceContactLT"), "", &At(12), nullptr).id;
+      Doc().Create(standalone::LateType::Of("HVXSurfaceToSurfaceContactLT"), "", &At(12), nullptr)->id;
   ASSERT_EQ(As<VLMISamAnalysisSupport>(31)->AddSupport(As<VLMILinkableObject>(other), As<VLMBaseUnknown>(2),
                                                        "GeometrySmartConnector", 1),
             S_OK);

@@ -54,7 +54,7 @@ class IntegrityTest : public testing::Test {
     document.SetAttribute(At(document, 100), NameTable::Intern("Planted"), value);
   }
   static Feature& Removed(Document& document) {
-    Feature& feature = document.Create(LateType::Of("HVXClamp"), "gone", nullptr, nullptr);
+    Feature& feature = *document.Create(LateType::Of("HVXClamp"), "gone", nullptr, nullptr);
     document.Remove(feature);
     return feature;
   }
@@ -69,7 +69,7 @@ TEST_F(IntegrityTest, FindsWhatCannotBeReadBack) {
       {"removed container", [](Document& d) { At(d, 100).container = &Removed(d); }},
       {"link to a removed feature",
        [](Document& d) {
-         Feature& gone = d.Create(LateType::Of("HVXClamp"), "gone", nullptr, nullptr);
+         Feature& gone = *d.Create(LateType::Of("HVXClamp"), "gone", nullptr, nullptr);
          Put(d, ListOf(d, Value::Link(&gone)));
          d.Remove(gone);
          At(d, 100).hasDeadLinks = false;
@@ -149,7 +149,7 @@ TEST_F(IntegrityTest, FindsNothingInWhatIsOnlyOdd) {
        }},
       {"a father that follows",
        [](Document& d) {
-         Feature& father = d.Create(LateType::Of("HVXLoadContainerLT"), "late", nullptr, nullptr);
+         Feature& father = *d.Create(LateType::Of("HVXLoadContainerLT"), "late", nullptr, nullptr);
          At(d, 100).father = &father;
        }},
       {"a gap of ids", [](Document& d) { d.AppendRead(format::kMaxId, LateType::Of("HVXClamp")); }},

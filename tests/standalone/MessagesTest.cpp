@@ -3,12 +3,16 @@
 #include <sstream>
 
 #include "base/VLMMsgCatalog.h"
+#include "session/FeatureCatalogs.h"
 #include "session/Messages.h"
 #include "support/GermanMessages.h"
 #include "support/TempFolder.h"
 
 namespace {
 
+using standalone::Document;
+using standalone::DocumentPtr;
+using standalone::FeatureCatalogs;
 using standalone::Messages;
 
 VLMUnicodeString Text(const char* catalog, const char* key) {
@@ -71,6 +75,61 @@ TEST(MessagesTest, AMissingLanguageOrABrokenCatalogIsRefusedAndTheTextsStay) {
   EXPECT_THAT(refusalOf("aa"), testing::StartsWith(broken.string() + ": "));
   EXPECT_THAT(refusalOf("bb"), testing::HasSubstr(R"("key" must be a text)"));
   EXPECT_EQ(Text("HVXVersionManager", "Jobs"), "Rechenaufträge");
+}
+
+TEST(MessagesTest, CatalogsThatAreNotCompleteAreRefusedWithFileAndRemedy) {
+  const std::filesystem::path installed = HVX_SOURCE_DIR "/standalone/messages";
+  EXPECT_NO_THROW(Messages::RequireComplete(installed, "de"));
+  const testing_support::TempFolder folder;
+  const auto refusalOf = [&folder](const char* language) -> std::string {
+    try {
+      Messages::RequireComplete(folder / "", language);
+    } catch (const std::runtime_error& error) {
+      return error.what();
+    }
+    return "";
+  };
+  EXPECT_THAT(refusalOf("en"), testing::HasSubstr("en: the folder of the messages is missing. Reinstall"));
+  std::filesystem::copy(installed, folder / "", std::filesystem::copy_options::recursive);
+  EXPECT_EQ(refusalOf("de"), "");
+  static_cast<void>(folder.Put("de/HVXAnalysisStep.json", "{}"));
+  EXPECT_THAT(
+      refusalOf("de"),
+      testing::HasSubstr(R"(de/HVXAnalysisStep.json: the message catalog lacks "PreSelDefault.Title")"));
+  std::filesystem::remove(folder / "en/HVXVersionManager.json");
+  EXPECT_THAT(refusalOf("en"),
+              testing::HasSubstr("en/HVXVersionManager.json: the message catalog is missing"));
+}
+
+TEST(FeatureCatalogsTest, WhatUpgradesMakeFeaturesFromMustBeThereAndSound) {
+  const std::filesystem::path installed = HVX_SOURCE_DIR "/standalone/catalogs";
+  const testing_support::TempFolder folder;
+  std::filesystem::copy(installed, folder / "");
+  const auto refusal = [&folder]() -> std::string {
+    try {
+      FeatureCatalogs::Use(folder / "");
+    } catch (const std::runtime_error& error) {
+      return error.what();
+    }
+    return "";
+  };
+  EXPECT_EQ(refusal(), "");
+  for (const auto& [text, complaint] : {
+           std::pair{"{\"HVXElementAssignmentLT\":{", "cannot be read"},
+           std::pair{"{\"HVXElementAssignmentLT\":1}", "must be an object"},
+           std::pair{"{\"HVXElementAssignmentLT\":{\"a\":{}}}", "cannot be an attribute"},
+           std::pair{"{\"HVXElementAssignmentLT\":{}}", "lacks \"HVXSectionControlsLT\""},
+       }) {
+    static_cast<void>(folder.Put("HVXElementPropertiesCatalog.VLMfct", text));
+    EXPECT_THAT(refusal(), testing::AllOf(testing::HasSubstr("HVXElementPropertiesCatalog.VLMfct: "),
+                                          testing::HasSubstr(complaint), testing::HasSubstr("Reinstall")));
+  }
+  std::filesystem::remove(folder / "HVXElementPropertiesCatalog.VLMfct");
+  EXPECT_THAT(refusal(),
+              testing::HasSubstr("HVXElementPropertiesCatalog.VLMfct: the feature catalog is missing"));
+  // What was in use before still is.
+  const DocumentPtr document = Document::Create("");
+  EXPECT_EQ(FeatureCatalogs::Load("HVXElementPropertiesCatalog.VLMfct", *document.Get()), S_OK);
 }
 
 }  // namespace

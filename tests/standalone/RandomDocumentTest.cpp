@@ -116,6 +116,19 @@ class RandomDocumentTest : public testing_support::UpgradeTest {
     }
   }
 
+  // Split after any identifier, with a file in between.
+  void ExpectTheSameInTwoRuns(const std::string& old, Document& atOnce, std::mt19937& random) {
+    DocumentPtr document = testing_support::DocumentOf(old);
+    const FeatureId made = document->NextId();
+    std::vector<std::string> first = manager_.Pending(*document.Get());
+    first.resize(random() % first.size());
+    document = testing_support::RunAndSave(manager_, document, first);
+    static_cast<void>(manager_.Run(document, manager_.Pending(*document.Get())));
+    EXPECT_TRUE(testing_support::LinesNumberedAnew(*document.Get(), made) ==
+                testing_support::LinesNumberedAnew(atOnce, made))
+        << "in two runs, the first up to " << (first.empty() ? "none" : first.back());
+  }
+
   VersionManager manager_{{&testing_support::Library()}};
 };
 
@@ -135,6 +148,7 @@ TEST_F(RandomDocumentTest, DamagedDocumentsComeOutSoundAndMoreCurrentThanTheyWer
     const std::string current = testing_support::LinesOf(*document.Get());
     const DocumentPtr again = testing_support::DocumentOf(current);
     EXPECT_EQ(testing_support::LinesOf(*again.Get()), current);
+    ExpectTheSameInTwoRuns(old, *document.Get(), random);
   }
 }
 
@@ -142,13 +156,15 @@ TEST_F(RandomDocumentTest, DocumentsWithOddValuesComeOutReadable) {
   std::mt19937 random(20240301);
   for (int i = 0; i < kDocuments / 4; ++i) {
     SCOPED_TRACE(fmt::format("document {}", i));
-    const DocumentPtr document = testing_support::DocumentOf(OddExample(random));
+    const std::string old = OddExample(random);
+    const DocumentPtr document = testing_support::DocumentOf(old);
     static_cast<void>(manager_.Run(document, manager_.Pending(*document.Get())));
     EXPECT_EQ(FindFaults(*document.Get()), std::vector<std::string>());
     const std::string current = testing_support::LinesOf(*document.Get());
     const DocumentPtr again = testing_support::DocumentOf(current);
     EXPECT_EQ(testing_support::LinesOf(*again.Get()), current);
     EXPECT_EQ(document->FeatureCount(), again->FeatureCount());
+    ExpectTheSameInTwoRuns(old, *document.Get(), random);
   }
 }
 

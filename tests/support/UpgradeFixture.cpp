@@ -116,6 +116,16 @@ std::string LinesNumberedAnew(Document& document, FeatureId firstMade) {
   return renumbered;
 }
 
+DocumentPtr RunAndSave(const VersionManager& manager, const DocumentPtr& document,
+                       std::vector<std::string> identifiers) {
+  for (const VersionManager::Needed& needed : manager.NeededBy(identifiers, manager.Pending(*document.Get())))
+    identifiers.push_back(needed.identifier);
+  static_cast<void>(manager.Run(document, identifiers));
+  DocumentPtr read = DocumentOf(LinesOf(*document.Get()));
+  for (const std::string& identifier : document->Upgrades()) read->RecordUpgrade(identifier);
+  return read;
+}
+
 UpgradeTest::UpgradeTest() {
   FeatureCatalogs::Use(HVX_SOURCE_DIR "/standalone/catalogs");
   Messages::Use(HVX_SOURCE_DIR "/standalone/messages", "en");

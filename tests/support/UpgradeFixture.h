@@ -39,6 +39,12 @@ std::string LinesOf(standalone::Document& document);
 /// made in several runs may bear other ids than what was made in one.
 std::string LinesNumberedAnew(standalone::Document& document, standalone::FeatureId firstMade);
 
+/// Runs the identifiers, and those that must come along, and gives the document as it is when it is saved and
+/// read again.
+standalone::DocumentPtr RunAndSave(const standalone::VersionManager& manager,
+                                   const standalone::DocumentPtr& document,
+                                   std::vector<std::string> identifiers);
+
 /// A small document to upgrade. A test states the old state as lines of a document, runs identifiers on a
 /// feature, and states the new state as lines.
 class UpgradeTest : public testing::Test {

@@ -50,6 +50,7 @@ extern "C" __attribute__((visibility("default"))) const HVXUpgradeLibrary* HVXGe
   static const HVXUpgradeLibrary library = {.name = "TroubleUpgrades",
                                             .identifiers = kIdentifiers,
                                             .classes = {},
-                                            .documentUpgrades = kDocumentUpgrades};
+                                            .documentUpgrades = kDocumentUpgrades,
+                                            .orders = {}};
   return &library;
 }

@@ -1,0 +1,150 @@
+// What the program says of results that need a person, what it then writes, and how such a document is
+// mended.
+
+#include "ToolRun.h"
+
+namespace tool_testing {
+namespace {
+
+bool Has(const std::string& text, std::string_view part) {
+  return text.find(part) != std::string::npos;
+}
+
+// A film condition whose upgrade lacks what it reads, in a document that is fine otherwise.
+constexpr std::string_view kFilmLines =
+    R"({"id":1,"type":"AnalysisModel","name":"Model","attributes":{"FeatList":[]}}
+{"id":2,"type":"AnalysisCase","alias":"Thermal Case","father":{"ref":1},"attributes":{"Solver":"Halvex","AnalysisType":2}}
+{"id":3,"type":"HVXLoadContainerLT","alias":"Loads","father":{"ref":2}}
+{"id":4,"type":"HVXFilmCondition","alias":"Film","father":{"ref":3},"attributes":{"refTemperature_param":null}}
+)";
+
+class VerdictTest : public ToolTest {
+ protected:
+  // What a person does: gives the condition the parameter that it lacks.
+  static void Correct(const std::string& file) {
+    std::string text = Content(file);
+    const std::string_view lacking = R"("refTemperature_param":null)";
+    text.replace(text.find(lacking), lacking.size(), R"("refTemperature_param":{"ref":900})");
+    text +=
+        R"({"id":900,"type":"Parameter","father":{"ref":4},"attributes":{"Magnitude":"TEMPRTRE","Value":293.5}})"
+        "\n";
+    const std::string_view count = "\"features\":";
+    const std::size_t at = text.find(count) + count.size();
+    std::size_t digits = 0;
+    const int features = std::stoi(text.substr(at), &digits);
+    Put(file, text.replace(at, digits, std::to_string(features + 1)));
+  }
+};
+
+TEST_F(VerdictTest, WhatWasLeftBehindIsToldWithOwnerKeyAndNextStep) {
+  const std::string file = Document("film.hvxdoc", kFilmLines);
+  const Ended ended = Run({"upgrade", file, "-o", Path("new.hvxdoc"), "--report", Path("report.json")});
+  EXPECT_EQ(ended.code, 1);
+  EXPECT_TRUE(Has(ended.out, "upgraded, 1 thing needs a person")) << ended.out;
+  EXPECT_TRUE(Has(ended.out, R"(HVXFilmCondition "Film" (id 4) in "Thermal Case / Loads", left behind: )"))
+      << ended.out;
+  EXPECT_TRUE(Has(ended.out, R"("refTemperature_param")"));
+  EXPECT_TRUE(Has(ended.out, "(UpgradeFilmConditionBasicComponents: 0x80004005 (E_FAIL))")) << ended.out;
+  EXPECT_TRUE(Has(ended.out, "then run hvxupgrade upgrade --retry."));
+  const std::string report = Content(Path("report.json"));
+  for (const char* const part :
+       {R"("problem":"leftBehind")", R"("owner":"Thermal Case / Loads")", R"("key":"refTemperature_param")",
+        R"("identifier":"UpgradeFilmConditionBasicComponents")", R"("codeName":"E_FAIL")", R"("nextStep":")"})
+    EXPECT_TRUE(Has(report, part)) << part;
+  // The document itself keeps the verdict, whoever asks.
+  EXPECT_EQ(Run({"check", Path("new.hvxdoc")}).code, 1);
+  const Ended again = Run({"upgrade", Path("new.hvxdoc"), "--dry-run"});
+  EXPECT_EQ(again.code, 1);
+  EXPECT_TRUE(Has(again.out, "already current, 1 thing needs a person")) << again.out;
+}
+
+TEST_F(VerdictTest, InPlaceSuchAResultReplacesNothingUnlessTheOldOneIsSafe) {
+  const std::string file = Document("film.hvxdoc", kFilmLines);
+  const std::string before = Content(file);
+  const Ended held = Run({"upgrade", file, "--in-place", "--report", Path("report.json")});
+  EXPECT_EQ(held.code, 1);
+  EXPECT_TRUE(Has(held.out, "NOT WRITTEN")) << held.out;
+  EXPECT_TRUE(Has(held.out, "give --backup SUFFIX, or --accept-failures"));
+  EXPECT_TRUE(Has(Content(Path("report.json")), R"("verdict":"heldBack")"));
+  EXPECT_EQ(Content(file), before);
+
+  EXPECT_EQ(Run({"upgrade", file, "--in-place", "--backup", ".old", "--strict"}).code, 1);
+  EXPECT_EQ(Run({"upgrade", file, "-o", Path("new.hvxdoc"), "--strict"}).code, 1);
+  EXPECT_EQ(Names(), "film.hvxdoc report.json");
+  EXPECT_EQ(Content(file), before);
+
+  EXPECT_EQ(Run({"upgrade", file, "--in-place", "--accept-failures", "--dry-run"}).code, 1);
+  EXPECT_EQ(Content(file), before);
+  EXPECT_EQ(Run({"upgrade", file, "--in-place", "--accept-failures"}).code, 1);
+  EXPECT_NE(Content(file), before);
+  EXPECT_EQ(Run({"upgrade", file, "--strict", "--in-place", "--accept-failures"}).code, 2);
+  EXPECT_EQ(Run({"upgrade", file, "-o", Path("new.hvxdoc"), "--accept-failures"}).code, 2);
+}
+
+TEST_F(VerdictTest, RetryCompletesWhatAPersonCorrectedAndNothingElse) {
+  const std::string file = Document("film.hvxdoc", kFilmLines);
+  ASSERT_EQ(Run({"upgrade", file, "--in-place", "--accept-failures"}).code, 1);
+  Correct(file);
+  const Ended mended = Run({"upgrade", file, "--retry", "--in-place", "--report", Path("report.json")});
+  EXPECT_EQ(mended.code, 0) << mended.out << mended.err;
+  EXPECT_TRUE(Has(mended.out, ", 1 identifier\n")) << mended.out;
+  EXPECT_TRUE(Has(Content(file), "293.5"));
+  EXPECT_EQ(Run({"check", file}).code, 0);
+
+  const std::string complete = Content(file);
+  const Ended again = Run({"upgrade", file, "--retry", "--in-place"});
+  EXPECT_EQ(again.code, 0);
+  EXPECT_TRUE(Has(again.out, "already current")) << again.out;
+  EXPECT_EQ(Content(file), complete);
+}
+
+TEST_F(VerdictTest, DroppedValuesAreListedAndMayBeAFailure) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  const Ended told = Run({"upgrade", file, "--dry-run", "--report", Path("report.json")});
+  EXPECT_EQ(told.code, 0);
+  EXPECT_TRUE(Has(told.out, "Dropped: 1 attribute of the old document")) << told.out;
+  EXPECT_TRUE(Has(
+      Content(Path("report.json")),
+      R"("key":"RunType","values":["From InputFile"],"instead":"Full Analysis","by":["UpgradeJobForFromInputFile"])"))
+      << Content(Path("report.json"));
+  EXPECT_EQ(Run({"upgrade", file, "--dry-run", "--fail-on-drop"}).code, 1);
+}
+
+TEST_F(VerdictTest, WhatMustHaveRunBeforeComesAlongAndIsTold) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  const Ended ended =
+      Run({"upgrade", file, "-o", Path("new.hvxdoc"), "--only", "UpgCCPToGACOrConstraintAsSupp"});
+  EXPECT_EQ(ended.code, 0);
+  EXPECT_TRUE(Has(ended.out,
+                  "UpgMapCCPClearanceToInterference came along, because "
+                  "UpgCCPToGACOrConstraintAsSupp must not run before it: "))
+      << ended.out;
+  EXPECT_TRUE(Has(ended.out, ", 4 identifiers\n")) << ended.out;
+}
+
+TEST_F(VerdictTest, ADefectiveInstallationTouchesNoDocument) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  const std::string before = Content(file);
+  std::filesystem::create_directory(Path("data"));
+  std::filesystem::copy(HVX_SOURCE_DIR "/standalone/catalogs", Path("data/catalogs"),
+                        std::filesystem::copy_options::recursive);
+  std::filesystem::copy(HVX_SOURCE_DIR "/standalone/messages", Path("data/messages"),
+                        std::filesystem::copy_options::recursive);
+  const auto refusal = [&] {
+    const Ended ended = Run({"--data", Path("data"), "upgrade", file, "--in-place"});
+    EXPECT_EQ(ended.code, 3);
+    EXPECT_EQ(Content(file), before);
+    return ended.err;
+  };
+  Put(Path("data/catalogs/HVXAnalysisStepCatalog.VLMfct"), "{\"HVXInteraction");
+  EXPECT_TRUE(Has(refusal(), "HVXAnalysisStepCatalog.VLMfct: the feature catalog cannot be read"));
+  std::filesystem::remove(Path("data/catalogs/HVXAnalysisStepCatalog.VLMfct"));
+  EXPECT_TRUE(Has(refusal(), "HVXAnalysisStepCatalog.VLMfct: the feature catalog is missing. Reinstall"));
+  std::filesystem::copy(HVX_SOURCE_DIR "/standalone/catalogs/HVXAnalysisStepCatalog.VLMfct",
+                        Path("data/catalogs"));
+  std::filesystem::remove(Path("data/messages/en/HVXHacCatalogNLS.json"));
+  EXPECT_TRUE(Has(refusal(), "HVXHacCatalogNLS.json: the message catalog is missing. Reinstall"));
+}
+
+}  // namespace
+}  // namespace tool_testing
