@@ -214,6 +214,11 @@ TEST_F(HVXGenericUpgradesTest, PairWithClearanceGoesIntoTheFirstStepThatIsNoPert
   Doc().SetAttribute(ofOtherKind, standalone::NameTable::Intern("CaseKind"), standalone::Value::Integer(2));
   EXPECT_EQ(Run({kReplaceProperties}), S_OK);
   EXPECT_EQ(All(kPair)[0]->father->id, 21);
+
+  GivenProperties("true");
+  Doc().Create(standalone::LateType::Of("HVXInteractionContainerLT"), "", &At(27), nullptr);
+  EXPECT_EQ(Run({kReplaceProperties}), S_OK);
+  EXPECT_EQ(All(kPair)[0]->father->id, 28);  // the first of the step's sets
 }
 
 TEST_F(HVXGenericUpgradesTest, FitsAreCopiedForStandardPropertiesOnlyAlsoWithoutSupports) {
