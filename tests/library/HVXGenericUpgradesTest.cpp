@@ -250,6 +250,22 @@ TEST_F(HVXGenericUpgradesTest, CaseOfAnotherProductKeepsThePropertiesAndASecondR
   EXPECT_EQ(Lines(), once);
 }
 
+TEST_F(HVXGenericUpgradesTest, RequestsAndSupportsThatArePassedOverDoNotEndTheWalk) {
+  GivenProperties();
+  EXPECT_EQ(RunUnder(testing_support::Withholding("VLMISamAnalysisConnector", 32), {kReplaceProperties}),
+            S_OK);
+  EXPECT_THAT(RestsOn(At(31)), testing::Contains(All(kPair)[1]));
+
+  GivenProperties();
+  standalone::Feature& later =
+      Doc().Create(standalone::LateType::Of("HVXHistoryOutputLT"), "", &At(30), nullptr);
+  ASSERT_EQ(
+      As<VLMISamAnalysisSupport>(later.id)->AddSupport(As<VLMILinkableObject>(10), As<VLMBaseUnknown>(1), ""),
+      S_OK);
+  EXPECT_EQ(RunUnder(testing_support::Withholding("VLMISamAnalysisSupport", 31), {kReplaceProperties}), S_OK);
+  EXPECT_THAT(RestsOn(later), ElementsAre(All(kPair)[0]));
+}
+
 TEST_F(HVXGenericUpgradesTest, PairThatExistsAlreadyIsUsed) {
   GivenProperties();
   standalone::Feature& old = Doc().Create(standalone::LateType::Of(kPair), "", &At(28), nullptr);
