@@ -164,8 +164,13 @@ Place PlaceOf(Feature& feature, std::string_view path) {
   return {FindComponent(feature, path.substr(0, slash)), path.substr(slash + 1)};
 }
 
+// Null where it lacks.
+const Feature* ComponentAt(const Place& place) {
+  return place.holder == nullptr ? nullptr : FindComponent(*place.holder, place.name);
+}
+
 bool Lacks(const Place& place) {
-  return place.holder == nullptr || FindComponent(*place.holder, place.name) == nullptr;
+  return ComponentAt(place) == nullptr;
 }
 
 void Make(const Place& place, const ComponentLayout& layout) {
@@ -196,8 +201,13 @@ std::span<const ComponentLayout> LayoutOf(const LateType& type) {
 }
 
 bool LacksComponents(Feature& feature) {
-  return std::ranges::any_of(LayoutOf(*feature.type), [&feature](const ComponentLayout& layout) {
-    return Lacks(PlaceOf(feature, layout.name));
+  // They mostly stand in the order of the layout, so each is looked for behind the one before.
+  const Feature* next = feature.firstSon;
+  return std::ranges::any_of(LayoutOf(*feature.type), [&](const ComponentLayout& layout) {
+    const bool isNext = next != nullptr && next->name == layout.name && IsComponent(*next);
+    const Feature* const found = isNext ? next : ComponentAt(PlaceOf(feature, layout.name));
+    if (found != nullptr && found->father == &feature) next = found->nextSibling;
+    return found == nullptr;
   });
 }
 

@@ -70,9 +70,10 @@ std::string Filled(std::string_view text, std::string_view keys) {
 void Tell(const std::vector<Damage>& damage, Finding& finding) {
   for (std::size_t i = 0; i < damage.size(); ++i) {
     const Damage& each = damage[i];
-    const std::string quoted = fmt::format("\"{}\"", each.key);
-    if (!finding.damage.empty()) finding.damage += "; ";
-    finding.damage += Filled(each.kind->text, quoted);
+    if (!each.kind->text.empty()) {
+      if (!finding.damage.empty()) finding.damage += "; ";
+      finding.damage += Filled(each.kind->text, fmt::format("\"{}\"", each.key));
+    }
     if (each.key.empty()) continue;
     if (!finding.key.empty()) finding.key += ", ";
     finding.key += each.key;
@@ -133,7 +134,7 @@ class Check {
                                                       hasIdentifier ? rule.identifier : std::string_view(),
                                                       rule.reason,
                                                       {},
-                                                      std::move(verdict.key),
+                                                      {},
                                                       {},
                                                       nullptr});
     if (kind == FindingKind::kBeyondUpgrades && verdict.onceItRan != nullptr)
@@ -151,12 +152,12 @@ class Check {
 
 }  // namespace
 
-Survey::Survey(Document& document) : document_(document) {
+Survey::Survey(Document& document)
+    : document_(document), registered_(document.NextId(), document.FeatureCount()) {
   if (Feature* const model = document.AnalysisModel()) {
     const Attribute* const list = document.FindAttribute(*model, kFeatList.Id());
     canRegister_ = list != nullptr && list->value.Kind() == ValueKind::kList;
-    const std::vector<Feature*> registered = LinkedFeatures(*model, kFeatList);
-    registered_.insert(registered.begin(), registered.end());
+    for (const Feature* const feature : LinkedFeatures(*model, kFeatList)) registered_.Insert(feature->id);
     static_cast<void>(ReadAttribute(*model, kCreatesParameters, createsParameters_));
   }
   cases_ = document.AnalysisSets(kind::kAnalysisCase);

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <unordered_set>
 
+#include "check/IdSet.h"
 #include "file/DocumentFormat.h"
 #include "file/DocumentReader.h"
 #include "file/FeatureText.h"
@@ -33,38 +34,6 @@ bool IsUtf8(std::string_view text) {
   }
   return true;
 }
-
-// Ids that were met. Those of most documents are dense enough for one bit each.
-class IdSet {
- public:
-  IdSet(FeatureId highest, std::size_t count)
-      : isDense_(highest < 64 * static_cast<FeatureId>(count) + 4096) {
-    if (isDense_) bits_.resize(static_cast<std::size_t>(highest) / 64 + 1);
-  }
-
-  /// False when the id was met before.
-  bool Insert(FeatureId id) {
-    if (!FitsBits(id)) return others_.insert(id).second;
-    std::uint64_t& word = bits_[static_cast<std::size_t>(id) / 64];
-    const std::uint64_t bit = std::uint64_t{1} << (static_cast<std::uint64_t>(id) % 64);
-    if ((word & bit) != 0) return false;
-    word |= bit;
-    return true;
-  }
-  [[nodiscard]] bool Contains(FeatureId id) const {
-    if (!FitsBits(id)) return others_.contains(id);
-    return (bits_[static_cast<std::size_t>(id) / 64] >> (static_cast<std::uint64_t>(id) % 64) & 1U) != 0;
-  }
-
- private:
-  [[nodiscard]] bool FitsBits(FeatureId id) const {
-    return isDense_ && id >= 0 && static_cast<std::size_t>(id) / 64 < bits_.size();
-  }
-
-  bool isDense_;
-  std::vector<std::uint64_t> bits_;
-  std::unordered_set<FeatureId> others_;
-};
 
 class Integrity {
  public:
@@ -189,7 +158,9 @@ class Integrity {
     }
   }
 
+  // Most links lead to what was met before: that much is told by what lies at the front of the target.
   void CheckTarget(const Feature& feature, const Feature& target, NameId as) {
+    if (target.document == &document_ && met_.Contains(target.id)) return;
     if (target.removed) {
       AddOf(feature, "\"{}\" leads to feature {}, which was removed", NameTable::Text(as), target.id);
     } else if (target.document != &document_) {

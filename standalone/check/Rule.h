@@ -4,9 +4,9 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
+#include "check/IdSet.h"
 #include "model/Document.h"
 
 /// \file
@@ -16,7 +16,7 @@ namespace standalone {
 
 /// A way in which a feature can be damaged. In both texts "{}" stands for the keys.
 struct DamageKind {
-  std::string_view text;    ///< Such as "{} is missing"; for one key.
+  std::string_view text;  ///< Such as "{} is missing"; for one key. Empty where the rule's reason tells all.
   std::string_view remedy;  ///< What a person can do; for several keys as well. Empty for nothing.
 };
 
@@ -36,7 +36,6 @@ struct Verdict {
 
   State state = State::kConforms;
   std::vector<Damage> damage = {};
-  std::string key = {};  ///< As in `Finding`, where there is no damage.
   /// Why an upgrade that ran must not run again, if that is another damage.
   const DamageKind* onceItRan = nullptr;
 };
@@ -68,7 +67,7 @@ class Survey {
   [[nodiscard]] Document& Of() const { return document_; }
   /// Whether the analysis model has the list in which conditions are registered.
   [[nodiscard]] bool CanRegister() const { return canRegister_; }
-  [[nodiscard]] bool IsRegistered(const Feature& feature) const { return registered_.contains(&feature); }
+  [[nodiscard]] bool IsRegistered(const Feature& feature) const { return registered_.Contains(feature.id); }
   /// Whether steps can be given parameters: documents may do without.
   [[nodiscard]] bool CreatesParameters() const { return createsParameters_; }
   /// The analysis cases, in document order.
@@ -78,7 +77,7 @@ class Survey {
 
  private:
   Document& document_;
-  std::unordered_set<const Feature*> registered_;
+  IdSet registered_;
   std::vector<Feature*> cases_;
   bool canRegister_ = false;
   bool createsParameters_ = true;

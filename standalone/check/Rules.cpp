@@ -15,6 +15,7 @@ const Key kGroupKind("GroupKind");
 const Key kDefinedOnMeshPart("DefinedOnMeshPart");
 const Key kSolver("Solver");
 
+constexpr DamageKind kMadeAnew{};  // the upgrade makes what is missing
 constexpr std::string_view kGiveParameter = "Let {} link to a parameter that has a number as its value";
 constexpr DamageKind kNoKey{"{} is missing", kGiveParameter};
 constexpr DamageKind kNoParameter{"{} leads to no parameter", kGiveParameter};
@@ -89,10 +90,8 @@ void AppendParameterDamage(Feature& feature, const Key& key, std::vector<Damage>
 Verdict LacksLayout(Feature& feature, const Survey& /*survey*/) {
   if (!LacksComponents(feature)) return Conforms();
   Verdict verdict = Outdated();
-  for (const std::string_view name : LackingComponents(feature)) {
-    if (!verdict.key.empty()) verdict.key += ", ";
-    verdict.key += name;
-  }
+  for (const std::string_view name : LackingComponents(feature))
+    verdict.damage.push_back({&kMadeAnew, std::string(name)});
   return verdict;
 }
 

@@ -60,6 +60,13 @@ TEST_F(HVXConnectionContainerTest, EveryKindOfStepGetsAContainerBehindItsLoads) 
   }
 }
 
+TEST_F(HVXConnectionContainerTest, OfSeveralLoadsTheFirstCounts) {
+  GivenStep("HVXRiksStepLT", R"({"id":5,"type":"HVXLoadContainerLT","alias":"Loads","father":{"ref":3}}
+                                {"id":6,"type":"HVXLoadContainerLT","alias":"Loads","father":{"ref":3}})");
+  EXPECT_EQ(Upgrade(3, {"AddConnectionContainer"}), S_OK);
+  EXPECT_EQ(SonsOfStep(), (Ids{4, 5, 7, 6}));
+}
+
 TEST_F(HVXConnectionContainerTest, AContainerIsKnownByItsFixedNameAtAnyDepth) {
   GivenStep("HVXRiksStepLT",
             R"({"id":5,"type":"HVXLoadContainerLT","alias":"Loads","father":{"ref":3}}

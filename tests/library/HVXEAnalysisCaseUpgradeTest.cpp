@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include "support/GermanMessages.h"
+#include "support/TempFolder.h"
 #include "support/UpgradeFixture.h"
 
 namespace {
@@ -105,6 +106,15 @@ TEST_F(HVXEAnalysisCaseUpgradeTest, DefaultTextsAreReplacedInEveryLanguage) {
         S_OK);
     EXPECT_EQ(NamesNow()[row.feature], row.now);
   }
+}
+
+TEST_F(HVXEAnalysisCaseUpgradeTest, DefaultTextsComeBeforeTheCatalogs) {
+  const testing_support::TempFolder folder;
+  std::filesystem::create_directory(folder / "xx");
+  folder.Put("xx/HVXVersionManager.json", R"({"Halvex.Jobs":"Halvex","Jobs":"Tasks"})");
+  standalone::Messages::Use(folder / "", "xx");
+  EXPECT_EQ(Renamed({"", "Halvex Jobs of Halvex", "", ""})[1], "Jobs of Tasks");
+  standalone::Messages::Use(HVX_SOURCE_DIR "/standalone/messages", "en");
 }
 
 TEST_F(HVXEAnalysisCaseUpgradeTest, CatalogKeysInTheirOrder) {

@@ -92,6 +92,10 @@ TEST_F(HVXESpringUpgradeTest, OrphanPointsOnAConnectionMeshTheSpringAgain) {
   EXPECT_EQ(Calls("VLMIMSHConnectionMesher::ListMeshPartsAtPoint").size(), 2U);
   EXPECT_EQ(Calls("VLMIMSHMeshPart::IsOfType"),
             (CallList{"VLMIMSHMeshPart::IsOfType #5 Connection", "VLMIMSHMeshPart::IsOfType #6 Connection"}));
+
+  GivenSpring();  // what is no mesh part does not end the search
+  EXPECT_EQ(UpgradeUnder(Withholding("VLMIMSHMeshPart", 5), 10, {"UpgradeSpringMeshOnOrphanPoint"}), S_OK);
+  EXPECT_EQ(OutOfDate(), (Ids{11}));
 }
 
 TEST_F(HVXESpringUpgradeTest, WithoutAConnectionAtItsPointsTheSpringIsNotMeshedAgain) {

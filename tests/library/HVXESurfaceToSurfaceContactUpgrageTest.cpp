@@ -226,6 +226,10 @@ TEST_F(HVXESurfaceToSurfaceContactUpgrageTest,
     EXPECT_EQ(At(20).TypeName(), kPairType);
     EXPECT_EQ(At(20).father->id, father);
   }
+  GivenContact({.caseKind = "1"});
+  Doc().Create(standalone::LateType::Of("HVXInteractionContainerLT"), "", &At(15), nullptr);
+  EXPECT_EQ(Upgrade(20, {kIdentifier}), S_OK);
+  EXPECT_EQ(At(20).father->id, 16);  // the first of the step's containers
 }
 
 TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, ConversionStopsWithoutDocumentCaseOrSet) {

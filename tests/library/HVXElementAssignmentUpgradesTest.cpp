@@ -207,6 +207,14 @@ TEST_F(HVXSectionControlsUpgradeTest, GlobalAssignmentsWithoutControlsGetThem) {
   EXPECT_THAT(Line(9), HasSubstr(R"x("alias":"Section Controls(NLS Error)")x"));
 }
 
+TEST_F(HVXSectionControlsUpgradeTest, OfSeveralGlobalAssignmentsTheFirstCounts) {
+  GivenCaseWith(Local(10, R"([{"ref":11}])") + Assignment(11, 10, R"("SectionControlsSpec":null)") +
+                R"({"id":12,"type":"HVXGlobalElemAsgnLT","father":{"ref":2}})");
+  EXPECT_EQ(AddControls(), S_OK);
+  EXPECT_NE(Controls(7), 0);
+  EXPECT_NE(Controls(11), 0);
+}
+
 TEST_F(HVXSectionControlsUpgradeTest, OneLocalAssignmentBecomesTwoWithTheSettingsOfTheFirst) {
   GivenCaseWith(
       Local(10, R"([{"ref":11}])") +

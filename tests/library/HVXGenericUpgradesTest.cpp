@@ -214,6 +214,11 @@ TEST_F(HVXGenericUpgradesTest, PairWithClearanceGoesIntoTheFirstStepThatIsNoPert
   Doc().SetAttribute(ofOtherKind, standalone::NameTable::Intern("CaseKind"), standalone::Value::Integer(2));
   EXPECT_EQ(Run({kReplaceProperties}), S_OK);
   EXPECT_EQ(All(kPair)[0]->father->id, 21);
+
+  GivenProperties("true");
+  Doc().Create(standalone::LateType::Of("HVXInteractionContainerLT"), "", &At(27), nullptr);
+  EXPECT_EQ(Run({kReplaceProperties}), S_OK);
+  EXPECT_EQ(All(kPair)[0]->father->id, 28);  // the first of the step's sets
 }
 
 TEST_F(HVXGenericUpgradesTest, FitsAreCopiedForStandardPropertiesOnlyAlsoWithoutSupports) {
@@ -243,6 +248,22 @@ TEST_F(HVXGenericUpgradesTest, CaseOfAnotherProductKeepsThePropertiesAndASecondR
   const std::string once = Lines();
   EXPECT_EQ(Run({kReplaceProperties}), S_OK);
   EXPECT_EQ(Lines(), once);
+}
+
+TEST_F(HVXGenericUpgradesTest, RequestsAndSupportsThatArePassedOverDoNotEndTheWalk) {
+  GivenProperties();
+  EXPECT_EQ(RunUnder(testing_support::Withholding("VLMISamAnalysisConnector", 32), {kReplaceProperties}),
+            S_OK);
+  EXPECT_THAT(RestsOn(At(31)), testing::Contains(All(kPair)[1]));
+
+  GivenProperties();
+  standalone::Feature& later =
+      Doc().Create(standalone::LateType::Of("HVXHistoryOutputLT"), "", &At(30), nullptr);
+  ASSERT_EQ(
+      As<VLMISamAnalysisSupport>(later.id)->AddSupport(As<VLMILinkableObject>(10), As<VLMBaseUnknown>(1), ""),
+      S_OK);
+  EXPECT_EQ(RunUnder(testing_support::Withholding("VLMISamAnalysisSupport", 31), {kReplaceProperties}), S_OK);
+  EXPECT_THAT(RestsOn(later), ElementsAre(All(kPair)[0]));
 }
 
 TEST_F(HVXGenericUpgradesTest, PairThatExistsAlreadyIsUsed) {
