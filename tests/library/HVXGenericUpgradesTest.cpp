@@ -258,7 +258,7 @@ TEST_F(HVXGenericUpgradesTest, RequestsAndSupportsThatArePassedOverDoNotEndTheWa
 
   GivenProperties();
   standalone::Feature& later =
-      Doc().Create(standalone::LateType::Of("HVXHistoryOutputLT"), "", &At(30), nullptr);
+      *Doc().Create(standalone::LateType::Of("HVXHistoryOutputLT"), "", &At(30), nullptr);
   ASSERT_EQ(
       As<VLMISamAnalysisSupport>(later.id)->AddSupport(As<VLMILinkableObject>(10), As<VLMBaseUnknown>(1), ""),
       S_OK);
