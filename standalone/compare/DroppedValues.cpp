@@ -157,9 +157,10 @@ class Search {
     const Attribute* const now = feature.removed ? nullptr : FindIn(feature, attribute.key);
     DroppedValues dropped{&feature, attribute.key, {}, now == nullptr ? nullptr : &now->value};
     VisitAdded(dropped.instead, attribute.value, [&](const Leaf& leaf, const Value& value) {
-      if (!Takes(written_, leaf) && !TakesInRadians(value) &&
-          !FamilyHolds(feature, before, attribute.key, leaf))
-        dropped.values.push_back(value);
+      const bool isOverwrittenCode = value.Kind() == ValueKind::kInteger && dropped.instead != nullptr;
+      const bool stands = !isOverwrittenCode && (WasWritten(feature, before, leaf, value) ||
+                                                 FamilyHolds(feature, before, attribute.key, leaf));
+      if (!stands) dropped.values.push_back(value);
     });
     return dropped;
   }

@@ -61,7 +61,9 @@ TEST_F(ContainmentTest, AFailedConversionOfTheDocumentIsReportedAndTheResultWrit
   const Ended ended =
       Run({"--library", TROUBLE_LIBRARY, "upgrade", file, "-o", Path("new.hvxdoc"), "--only", "Fail"});
   EXPECT_EQ(ended.code, 1);
-  EXPECT_NE(ended.out.find("Fail on the whole document: 0x80001234"), std::string::npos) << ended.out;
+  EXPECT_NE(ended.out.find("the conversion of the whole document failed (Fail: 0x80001234)"),
+            std::string::npos)
+      << ended.out;
   EXPECT_NE(Content(Path("new.hvxdoc")), "");
 }
 

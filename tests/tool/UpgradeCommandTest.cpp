@@ -65,14 +65,13 @@ TEST_F(UpgradeCommandTest, FailedFeaturesAreNamedAndTheResultIsWritten) {
   const std::string file = Document("job.hvxdoc", std::string(kJobLines) + std::string(kBrokenJobLine));
   const Ended ended = Run({"upgrade", file, "-o", Path("new.hvxdoc")});
   EXPECT_EQ(ended.code, 1);
-  EXPECT_TRUE(
-      Has(ended.out, "HVXJobLT \"Stray Job\" (id 4): 0x80004005 (E_FAIL) in UpgradeJobRestartData or "))
-      << ended.out;
+  EXPECT_TRUE(Has(ended.out, "HVXJobLT \"Stray Job\" (id 4), left behind: ")) << ended.out;
+  EXPECT_TRUE(Has(ended.out, "(UpgradeJobRestartData: 0x80004005 (E_FAIL))")) << ended.out;
   EXPECT_TRUE(Has(Content(Path("new.hvxdoc")), R"("RunType":"Full Analysis")"));
 
   const Ended quiet = Run({"upgrade", file, "-o", Path("new.hvxdoc"), "--force", "--quiet"});
   EXPECT_EQ(quiet.out, "");
-  EXPECT_TRUE(Has(quiet.err, "1 failure")) << quiet.err;
+  EXPECT_TRUE(Has(quiet.err, "1 thing needs a person")) << quiet.err;
 }
 
 TEST_F(UpgradeCommandTest, AnExistingFileIsReplacedOnlyWhenForced) {
@@ -221,7 +220,9 @@ TEST_F(UpgradeCommandTest, TraceTellsEveryHostCallInOrder) {
   const std::string file = Document("job.hvxdoc", kJobLines);
   ASSERT_EQ(Run({"upgrade", file, "--dry-run", "--only", "UpgradeJobMemoryUnit", "--trace", Path("t")}).code,
             0);
-  EXPECT_EQ(Content(Path("t")), "# " + file + "\nHVXIJob::SetMemoryUnit 3 HVXJobLT \"MemoryUnit\"\n");
+  EXPECT_EQ(Content(Path("t")), "# " + file +
+                                    "\n# UpgradeJobMemoryUnit on 3 HVXJobLT"
+                                    "\nHVXIJob::SetMemoryUnit 3 HVXJobLT \"MemoryUnit\"\n");
 }
 
 }  // namespace

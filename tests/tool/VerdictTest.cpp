@@ -102,7 +102,7 @@ TEST_F(VerdictTest, DroppedValuesAreListedAndMayBeAFailure) {
   const std::string file = Document("job.hvxdoc", kJobLines);
   const Ended told = Run({"upgrade", file, "--dry-run", "--report", Path("report.json")});
   EXPECT_EQ(told.code, 0);
-  EXPECT_TRUE(Has(told.out, "Dropped: 1 attribute of the old document")) << told.out;
+  EXPECT_TRUE(Has(told.out, "Dropped: 2 attributes of the old document")) << told.out;
   EXPECT_TRUE(Has(
       Content(Path("report.json")),
       R"("key":"RunType","values":["From InputFile"],"instead":"Full Analysis","by":["UpgradeJobForFromInputFile"])"))

@@ -14,11 +14,11 @@ std::size_t CountOf(const std::string& text, std::string_view part) {
 }
 
 TEST_F(ViewCommandsTest, StatusTellsPendingAndDone) {
-  const std::string file = Document("job.hvxdoc", kJobLines, R"("UpgradeJobMemoryUnit")");
+  const std::string file = Document("job.hvxdoc", kJobLines, R"("MakeOutOfdateARS")");
   const Ended ended = Run({"status", file});
   EXPECT_EQ(ended.code, 0);
   EXPECT_TRUE(ended.out.starts_with(file + ": upgrade needed, ")) << ended.out;
-  EXPECT_NE(ended.out.find("  Done:\n    UpgradeJobMemoryUnit\n"), std::string::npos) << ended.out;
+  EXPECT_NE(ended.out.find("  Done:\n    MakeOutOfdateARS\n"), std::string::npos) << ended.out;
   EXPECT_NE(ended.out.find("    UpgradeJobRestartData\n"), std::string::npos);
   EXPECT_EQ(Run({"status", "--check", file}).code, 6);
 
