@@ -66,13 +66,21 @@ std::string Filled(std::string_view text, std::string_view keys) {
   return fmt::format("{}{}{}", text.substr(0, place), keys, text.substr(place + 2));
 }
 
+// A key or name is quoted, the number of a feature is not.
+std::string Quoted(std::string_view key) {
+  constexpr std::string_view kNumber = "feature ";
+  const std::size_t number = key.rfind(kNumber);
+  if (number == 0) return std::string(key);
+  if (number == std::string_view::npos || key[number - 1] != '(') return fmt::format("\"{}\"", key);
+  return fmt::format("\"{}\" {}", key.substr(0, number - 2), key.substr(number - 1));
+}
+
 // A text for each key; the remedy once for all keys of a kind.
 void Tell(const std::vector<Damage>& damage, Finding& finding) {
-  for (std::size_t i = 0; i < damage.size(); ++i) {
-    const Damage& each = damage[i];
+  for (const Damage& each : damage) {
     if (!each.kind->text.empty()) {
       if (!finding.damage.empty()) finding.damage += "; ";
-      finding.damage += Filled(each.kind->text, fmt::format("\"{}\"", each.key));
+      finding.damage += Filled(each.kind->text, Quoted(each.key));
     }
     if (each.key.empty()) continue;
     if (!finding.key.empty()) finding.key += ", ";
@@ -85,7 +93,7 @@ void Tell(const std::vector<Damage>& damage, Finding& finding) {
     if (kind->remedy.empty() || std::any_of(damage.begin(), begin, isOfKind)) continue;
     std::string keys;
     for (const Damage& each : damage) {
-      if (isOfKind(each)) keys += fmt::format("{}\"{}\"", keys.empty() ? "" : " and ", each.key);
+      if (isOfKind(each)) keys += (keys.empty() ? "" : " and ") + Quoted(each.key);
     }
     std::string remedy = Filled(kind->remedy, keys);
     if (!finding.remedy.empty()) {

@@ -19,13 +19,13 @@ const Key kExclusionRegions("ExclusionRegions");
 const Key kSupportListMode("SupportListMode");
 const Key kCenterOfMass("CenterOfMass");
 
-constexpr DamageKind kNoContext{"support {} has no \"SecondObject\"",
-                                "Give support {} the product it is used in as its \"SecondObject\""};
+constexpr DamageKind kNoContext{"its support, {}, has no \"SecondObject\"",
+                                "Give {} the product it is used in as its \"SecondObject\""};
 constexpr DamageKind kByMembers{"it lists groups by their members, so that its upgrade does not see them",
                                 "Take \"SupportListMode\" and \"SupportListKinds\" away from the feature"};
 constexpr DamageKind kOtherThanMeshPart{"{} leads to no mesh part", "Take {} away from the feature"};
-constexpr DamageKind kNoProduct{"the \"SecondObject\" of support {} is no product",
-                                "Give support {} the product it is used in as its \"SecondObject\""};
+constexpr DamageKind kNoProduct{"the \"SecondObject\" of its support, {}, is no product",
+                                "Give {} the product it is used in as its \"SecondObject\""};
 constexpr DamageKind kNoMeshPart{"{} is missing, and no support has two objects to make one from",
                                  "Give the feature a support, and mesh it"};
 

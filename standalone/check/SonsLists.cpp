@@ -56,7 +56,7 @@ class Sons {
 };
 
 std::string LabelOf(const Feature* son) {
-  return son == nullptr ? std::string("an empty entry") : fmt::format("{} (feature {})", son->name, son->id);
+  return son == nullptr ? std::string("null") : fmt::format("{} (feature {})", son->name, son->id);
 }
 
 Trim Outcome(const Sons& sons, std::size_t sizeBefore, std::string_view redundant) {

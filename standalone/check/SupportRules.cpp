@@ -15,8 +15,8 @@ using check::IsA;
 const Key kMembers("Members");
 const Key kConnectionProperty("connectionProperty");
 
-constexpr DamageKind kNoContext{"support {} has no \"SecondObject\"",
-                                "Give support {} the product it is used in as its \"SecondObject\""};
+constexpr DamageKind kNoContext{"its support, {}, has no \"SecondObject\"",
+                                "Give {} the product it is used in as its \"SecondObject\""};
 constexpr DamageKind kNoMainBody{"the part of {} has no \"MainBody\"",
                                  "Give the part of {} its \"MainBody\""};
 constexpr DamageKind kNoPart{"{} stands in no part's container", "Put {} in the container of its part"};
