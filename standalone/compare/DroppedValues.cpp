@@ -17,7 +17,9 @@ namespace {
 struct Leaf {
   std::uint64_t number = 0;
   std::string_view text;
-  const Feature* near = nullptr;  // for integers: a feature near which it was written
+  // For integers: what they were written near to, or what of which kind of feature they were written to.
+  const void* place = nullptr;
+  NameId key = kNoName;
 
   friend bool operator==(const Leaf&, const Leaf&) = default;
 };
@@ -25,7 +27,7 @@ struct Leaf {
 struct HashOfLeaf {
   std::size_t operator()(const Leaf& leaf) const {
     return std::hash<std::uint64_t>()(leaf.number) ^ std::hash<std::string_view>()(leaf.text) ^
-           std::hash<const Feature*>()(leaf.near);
+           std::hash<const void*>()(leaf.place) ^ leaf.key;
   }
 };
 
@@ -34,15 +36,15 @@ using Leaves = std::unordered_map<Leaf, std::size_t, HashOfLeaf>;
 Leaf LeafOf(double number) {
   const auto narrow = static_cast<float>(number);
   // What single precision cannot hold, or would make 0, is told by its own bits.
-  if (!std::isfinite(narrow) || narrow == 0.0F) return {std::bit_cast<std::uint64_t>(number), {}, nullptr};
-  return {std::uint64_t{1} << 32U | std::bit_cast<std::uint32_t>(narrow), {}, nullptr};
+  if (!std::isfinite(narrow) || narrow == 0.0F) return {std::bit_cast<std::uint64_t>(number), {}};
+  return {std::uint64_t{1} << 32U | std::bit_cast<std::uint32_t>(narrow), {}};
 }
 
 // Nothing for flags, links and defaults.
 std::optional<Leaf> LeafOf(const Value& value) {
   switch (value.Kind()) {
     case ValueKind::kString:
-      return value.AsString().empty() ? std::nullopt : std::optional(Leaf{0, value.AsString(), nullptr});
+      return value.AsString().empty() ? std::nullopt : std::optional(Leaf{0, value.AsString()});
     case ValueKind::kInteger:
       return value.AsInteger() == 0 ? std::nullopt
                                     : std::optional(LeafOf(static_cast<double>(value.AsInteger())));
@@ -128,28 +130,39 @@ class Search {
     const FeatureState* const before = document_.Before(feature);
     for (const Attribute& attribute : feature.Attributes()) {
       const Attribute* const old = before == nullptr ? nullptr : FindIn(*before, attribute.key);
-      VisitAdded(old == nullptr ? nullptr : &old->value, attribute.value,
-                 [&](const Leaf& leaf, const Value& value) { NoteWritten(feature, leaf, value); });
+      VisitAdded(
+          old == nullptr ? nullptr : &old->value, attribute.value,
+          [&](const Leaf& leaf, const Value& value) { NoteWritten(feature, attribute.key, leaf, value); });
     }
   }
 
-  void NoteWritten(const Feature& feature, Leaf leaf, const Value& value) {
+  void NoteWritten(const Feature& feature, NameId key, Leaf leaf, const Value& value) {
     if (value.Kind() != ValueKind::kInteger) ++written_[leaf];
     if (value.Kind() == ValueKind::kString) return;
     // A number that an integer became may be a real.
+    ++written_[OfKind(leaf, feature, key)];
     constexpr int kLevels = 3;  // the feature, what it stands beneath, and the brothers of that
     const Feature* near = &feature;
     for (int level = 0; near != nullptr && level < kLevels; ++level, near = near->father) {
-      leaf.near = near;
+      leaf.place = near;
       ++written_[leaf];
     }
   }
 
-  bool WasWritten(const Feature& feature, const FeatureState& before, Leaf leaf, const Value& value) {
+  static Leaf OfKind(const Leaf& leaf, const FeatureState& feature, NameId key) {
+    // Components and parameters are told apart by their names; those of others are nothing but numbered.
+    const bool isNamed = feature.type->MetaClass().IsAKindOf(kind::kBasicComponent) ||
+                         feature.type->MetaClass().IsAKindOf(kind::kParameter);
+    return {leaf.number, isNamed ? KindOfName(feature.name) : std::string_view(), feature.type, key};
+  }
+
+  bool WasWritten(const Feature& feature, const FeatureState& before, NameId key, Leaf leaf,
+                  const Value& value) {
     if (value.Kind() != ValueKind::kInteger) return Takes(written_, leaf) || TakesInRadians(value);
-    leaf.near = &feature;
+    if (written_.contains(OfKind(leaf, before, key))) return true;
+    leaf.place = &feature;
     if (written_.contains(leaf)) return true;
-    leaf.near = before.father;
+    leaf.place = before.father;
     return (before.father != nullptr && written_.contains(leaf)) || TakesInRadians(value);
   }
 
@@ -158,7 +171,7 @@ class Search {
     DroppedValues dropped{&feature, attribute.key, {}, now == nullptr ? nullptr : &now->value};
     VisitAdded(dropped.instead, attribute.value, [&](const Leaf& leaf, const Value& value) {
       const bool isOverwrittenCode = value.Kind() == ValueKind::kInteger && dropped.instead != nullptr;
-      const bool stands = !isOverwrittenCode && (WasWritten(feature, before, leaf, value) ||
+      const bool stands = !isOverwrittenCode && (WasWritten(feature, before, attribute.key, leaf, value) ||
                                                  FamilyHolds(feature, before, attribute.key, leaf));
       if (!stands) dropped.values.push_back(value);
     });

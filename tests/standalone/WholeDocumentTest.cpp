@@ -10,6 +10,7 @@
 
 #include "adapters/Attributes.h"
 #include "check/Conformity.h"
+#include "compare/DroppedValues.h"
 #include "file/DocumentReader.h"
 #include "file/DocumentWriter.h"
 #include "support/References.h"
@@ -26,6 +27,37 @@ std::string TextOf(const std::filesystem::path& file) {
   text << std::ifstream(file).rdbuf();
   return text.str();
 }
+
+// What upgrades are there to take away: the number of attributes, the upgrade, where, and the key.
+constexpr const char* kDroppedOfPipe =
+    "1 RemoveConsisChkAttr HVXFilmCondition ListOfRuleNames\n"
+    "1 RemoveConsisChkAttr HVXInitialTemperatureLT ListOfRuleNames\n"
+    "1 RemoveConsisChkAttr HVXInteractionPropertyLT ListOfRuleNames\n"
+    "1 RemoveConsisChkAttr HVXTemperatureLT ListOfRuleNames\n"
+    "2 RestNodeAndElementUserNumber MSHMeshPart ElementUserNumbers\n"
+    "2 RestNodeAndElementUserNumber MSHMeshPart NodeUserNumbers\n"
+    "2 UpgradeEndIncrementOption EndIncrement Values\n"
+    "1 UpgradeJobForFromInputFile HVXJobLT InputFileFlag\n"
+    "1 UpgradeJobForFromInputFile HVXJobLT RunType\n"
+    "1 UserSubRoutineAttrUpgrade HVXTangentialBehaviorLT FrictionFormulation\n";
+constexpr const char* kDroppedOfBracket =
+    "1 RemoveConsisChkAttr HVXClamp ListOfRuleNames\n"
+    "1 RemoveConsisChkAttr HVXContactConnectionEnhancementStdLT ListOfRuleNames\n"
+    "1 RemoveConsisChkAttr HVXGaskPropertyLT ListOfRuleNames\n"
+    "1 RemoveConsisChkAttr HVXGeneralStaticStepLT ListOfRuleNames\n"
+    "1 RemoveConsisChkAttr HVXInteractionPropertyLT ListOfRuleNames\n"
+    "1 RemoveConsisChkAttr HVXPressure ListOfRuleNames\n"
+    "1 RemoveConsisChkAttr HVXSurfaceToSurfaceContactLT ListOfRuleNames\n"
+    "4 RestNodeAndElementUserNumber MSHMeshPart ElementUserNumbers\n"
+    "4 RestNodeAndElementUserNumber MSHMeshPart NodeUserNumbers\n"
+    "2 UpgDocumentForCCPRemoval SAMFaceFaceContact Clearance\n"
+    "6 UpgDocumentForCCPRemoval SAMFaceFaceContact ContactKind\n"
+    "1 UpgradeAcclnBCBasicComponents HVXTranslationalVelocity_1 Values\n"
+    "4 UpgradeFORPreselectedVarListAttr HVXNewFieldOutputLT PreselectedVariableList\n"
+    "1 UpgradeJobForFromInputFile HVXJobLT InputFileFlag\n"
+    "1 UpgradeJobForFromInputFile HVXJobLT RunType\n"
+    "2 UpgradeJobMemoryUnit HVXJobLT MemoryUnit\n"
+    "1 UserSubRoutineAttrUpgrade HVXTangentialBehaviorLT FrictionFormulation\n";
 
 class WholeDocumentTest : public testing_support::UpgradeTest,
                           public testing::WithParamInterface<const char*> {
@@ -115,6 +147,29 @@ TEST_P(WholeDocumentTest, ComesOutTheSameWhicheverWayItGoes) {
     EXPECT_TRUE(testing_support::LinesNumberedAnew(*document.Get(), made) == expected) << "one by one";
     EXPECT_EQ(document->Upgrades(), atOnce->Upgrades());
   }
+}
+
+// Each of these is what the upgrade that took it away is for; nothing else may go.
+TEST_P(WholeDocumentTest, OnlyWhatUpgradesTakeAwayIsDropped) {
+  const DocumentPtr document = ReadDocument(Example());
+  document->Changes().Start();
+  const UpgradeRun run = Run(document, manager_.Pending(*document.Get()));
+  document->DropAllDeadLinks();
+  std::map<std::string, int> dropped;
+  for (const DroppedValues& each : FindDroppedValues(*document.Get())) {
+    const FeatureState& before = *document->Before(*each.feature);
+    const auto& notes = document->Changes().Notes();
+    const auto last = std::ranges::find_if(notes.rbegin(), notes.rend(), [&each](const ChangeNote& note) {
+      return note.feature == each.feature && (note.part == ChangedPart::kRemoved || note.key == each.key);
+    });
+    ASSERT_NE(last, notes.rend());
+    const std::string name(before.TypeName() == "SAMBasicComponent" ? before.name : before.TypeName());
+    ++dropped[fmt::format("{} {} {}", run.works[last->work].upgrade->identifier, name,
+                          NameTable::Text(each.key))];
+  }
+  std::string text;
+  for (const auto& [what, count] : dropped) text += fmt::format("{} {}\n", count, what);
+  EXPECT_EQ(text, std::string_view(GetParam()) == "heated_pipe" ? kDroppedOfPipe : kDroppedOfBracket);
 }
 
 TEST_P(WholeDocumentTest, WhatIsCurrentStaysAsItIs) {
