@@ -25,6 +25,9 @@ constexpr DamageKind kNoValue{"the component {} has no number as its \"Values\" 
 constexpr DamageKind kOtherType{"the component {} is of another \"Type\"",
                                 "Delete the component {}, which the upgrade makes anew"};
 
+constexpr DamageKind kShared{"another feature links to the parameter behind {} too",
+                             "Give the feature a parameter of its own as {}, beneath it"};
+
 // A condition is registered when its migration has succeeded.
 Verdict Unregistered(const Survey& survey, std::vector<Damage> damage = {}) {
   if (!survey.CanRegister()) damage.push_back({&kNoList, "FeatList"});
@@ -38,10 +41,22 @@ std::vector<Damage> ParameterDamage(Feature& feature, const Keys&... keys) {
   return damage;
 }
 
+// A parameter that is moved is taken away, which the host refuses where others read it as well.
+void AppendSharing(Feature& feature, const Key& key, std::vector<Damage>& damage) {
+  Feature* const parameter = LinkedFeature(feature, key);
+  if (parameter == nullptr || parameter->father == nullptr) return;
+  if (parameter->document->IsLinkedFromElsewhere(*parameter, *parameter->father))
+    damage.push_back({&kShared, std::string(key.Text())});
+}
+
 template <class... Keys>
 Verdict MovedFrom(Feature& feature, const Survey& survey, const Keys&... keys) {
-  if (!survey.IsRegistered(feature)) return Unregistered(survey, ParameterDamage(feature, keys...));
-  if ((HasAttribute(feature, keys) || ...)) return Damaged(ParameterDamage(feature, keys...));
+  const bool isRegistered = survey.IsRegistered(feature);
+  if (!isRegistered || (HasAttribute(feature, keys) || ...)) {
+    std::vector<Damage> damage = ParameterDamage(feature, keys...);
+    (AppendSharing(feature, keys, damage), ...);
+    return isRegistered ? Damaged(std::move(damage)) : Unregistered(survey, std::move(damage));
+  }
   return check::LacksLayout(feature, survey);
 }
 

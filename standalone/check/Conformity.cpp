@@ -124,6 +124,7 @@ class Check {
       if (feature->externalName.empty()) continue;
       for (const ConformityRule& rule : NameRules()) Judge(*feature, rule);
     }
+    for (Finding& finding : findings_) TellWhatIsInTheWay(finding);
     unknown.AppendTo(findings_);
     return std::move(findings_);
   }
@@ -150,12 +151,39 @@ class Check {
     if (kind != FindingKind::kBeyondUpgrades)
       finding.visited = rule.visited == nullptr ? &feature : rule.visited(feature);
     Tell(verdict.damage, finding);
+    const std::span<const ConformityRule> values = ValueRules();
+    if (&rule >= values.data() && &rule < values.data() + values.size()) NoteUnreadable(feature);
+  }
+
+  // A value of another kind than is read is in the way of what works on the feature, or on what it is a part
+  // of.
+  void NoteUnreadable(const Feature& feature) {
+    constexpr int kLevels = 3;  // such as a component of a contact's control
+    const Feature* owner = &feature;
+    for (int level = 0; owner != nullptr && level < kLevels; ++level, owner = owner->father)
+      unreadable_.try_emplace(owner, findings_.size() - 1);
+  }
+
+  // No setter replaces what its getter cannot read: that is why an upgrade that nothing else hindered did not
+  // change the feature.
+  void TellWhatIsInTheWay(Finding& finding) {
+    if (finding.kind != FindingKind::kLeftBehind || !finding.damage.empty()) return;
+    auto found = unreadable_.find(finding.feature);
+    if (found == unreadable_.end()) found = unreadable_.find(finding.visited);
+    if (found == unreadable_.end()) return;
+    const Finding& value = findings_[found->second];
+    finding.damage = value.damage.empty() ? std::string(value.reason) : value.damage;
+    if (value.feature != finding.feature)
+      finding.damage += fmt::format(" (feature {}, {})", value.feature->id, value.feature->TypeName());
+    finding.key = value.key;
+    finding.remedy = value.remedy;
   }
 
   Survey survey_;
   RulesByType rules_;
   std::unordered_set<std::string_view> recorded_;
   std::vector<Finding> findings_;
+  std::unordered_map<const Feature*, std::size_t> unreadable_;  // where the finding about the value stands
 };
 
 }  // namespace

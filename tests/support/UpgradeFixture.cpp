@@ -5,12 +5,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <map>
 #include <span>
-#include <unordered_map>
 
 #include "file/DocumentReader.h"
 #include "file/FeatureText.h"
@@ -93,27 +93,34 @@ std::string LinesOf(Document& document) {
 }
 
 std::string LinesNumberedAnew(Document& document, FeatureId firstMade) {
-  std::unordered_map<std::string, std::string> numbers;
-  FeatureId next = firstMade;
-  for (const Feature* feature = document.First(); feature != nullptr; feature = feature->next) {
-    if (feature->id >= firstMade) numbers[std::to_string(feature->id)] = std::to_string(next++);
-  }
-  // Ids stand behind these, and at the end of the names that the host gives ("TYPE.ID").
+  std::map<std::string, std::string, std::less<>> numbers;
   const std::string lines = LinesOf(document);
-  std::string renumbered;
-  std::size_t at = 0;
-  while (at < lines.size()) {
-    const bool isNumber = std::isdigit(static_cast<unsigned char>(lines[at])) != 0;
-    const std::string_view before(lines.data(), at);
-    const std::size_t end = isNumber ? lines.find_first_not_of("0123456789", at) : at + 1;
-    const std::string text = lines.substr(at, end - at);
-    const bool isId = isNumber && (before.ends_with("\"id\":") || before.ends_with("\"ref\":") ||
-                                   (before.ends_with('.') && lines[end] == '"'));
-    const auto known = isId ? numbers.find(text) : numbers.end();
-    renumbered += known == numbers.end() ? text : known->second;
-    at = end;
+  const std::string_view view = lines;
+  FeatureId next = firstMade;
+  bool isAlready = true;
+  for (const Feature* feature = document.First(); feature != nullptr; feature = feature->next) {
+    if (feature->id < firstMade) continue;
+    isAlready = isAlready && feature->id == next;
+    numbers[std::to_string(feature->id)] = std::to_string(next++);
   }
-  return renumbered;
+  if (isAlready) return lines;
+  // Ids stand behind these, and at the end of the names that the host gives ("TYPE.ID").
+  std::string renumbered;
+  renumbered.reserve(lines.size());
+  std::size_t copied = 0;
+  for (std::size_t at = view.find_first_of("0123456789"); at != std::string_view::npos;) {
+    const std::size_t end = view.find_first_not_of("0123456789", at);
+    const std::string_view before = view.substr(0, at);
+    const bool isId = before.ends_with("\"id\":") || before.ends_with("\"ref\":") ||
+                      (before.ends_with('.') && view[end] == '"');
+    const auto known = isId ? numbers.find(view.substr(at, end - at)) : numbers.end();
+    if (known != numbers.end()) {
+      renumbered.append(view.substr(copied, at - copied)).append(known->second);
+      copied = end;
+    }
+    at = view.find_first_of("0123456789", end);
+  }
+  return renumbered.append(view.substr(copied));
 }
 
 DocumentPtr RunAndSave(const VersionManager& manager, const DocumentPtr& document,
