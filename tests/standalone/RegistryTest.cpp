@@ -143,6 +143,8 @@ TEST(LibraryTest, WhatIsNoUpgradeLibraryIsRefusedByName) {
   EXPECT_THAT(messageFor("/nowhere/lib.so"),
               testing::StartsWith("/nowhere/lib.so: the upgrade library cannot be"));
   EXPECT_THAT(messageFor(HVX_SOURCE_DIR "/CMakeLists.txt"), testing::HasSubstr("cannot be loaded"));
+  EXPECT_THAT(messageFor(HVX_OTHER_LAYOUT_LIBRARY),
+              testing::HasSubstr("was built for another version of this program. Install the one"));
   EXPECT_THAT(messageFor("libm.so.6"),
               testing::HasSubstr("cannot be loaded"));  // a path, not a name to search
 }
