@@ -52,9 +52,9 @@ Causes::Causes(const standalone::Document& document, const standalone::UpgradeRu
 template <class Predicate>
 std::vector<const UpgradeWork*> Causes::Behind(const Feature& feature, const Predicate& counts) const {
   std::vector<const UpgradeWork*> works;
-  const auto notes = std::ranges::equal_range(notes_, &feature, std::less<>(), &ChangeNote::feature);
-  for (const ChangeNote& note : notes) {
-    const UpgradeWork* const work = counts(note) ? &run_.works[note.work] : nullptr;
+  auto note = std::ranges::lower_bound(notes_, &feature, std::less<>(), &ChangeNote::feature);
+  for (; note != notes_.end() && note->feature == &feature; ++note) {
+    const UpgradeWork* const work = counts(*note) ? &run_.works[note->work] : nullptr;
     if (work != nullptr && (works.empty() || works.back() != work)) works.push_back(work);
   }
   return works;

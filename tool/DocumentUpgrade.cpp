@@ -1,6 +1,8 @@
 #include "DocumentUpgrade.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <iterator>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -164,7 +166,9 @@ class DocumentUpgrade {
                       "it with the document",
                       faults.front()));
     }
-    return AttentionTo(standalone::CheckConformity(document), run.failures);
+    std::vector<Finding> findings = standalone::CheckConformity(document);
+    std::ranges::move(standalone::FindReplacedUnreadable(document), std::back_inserter(findings));
+    return AttentionTo(findings, run.failures);
   }
 
   // Empty when the result may be written.
@@ -172,7 +176,13 @@ class DocumentUpgrade {
     if (task_.dryRun || result_.IsComplete()) return {};
     if (task_.strict) return "--strict";
     const Destination& destination = task_.destination;
-    if (!destination.inPlace || !destination.backupSuffix.empty() || task_.acceptFailures) return {};
+    std::error_code error;  // a result that is not there yet is no document
+    const bool replacesDocument =
+        destination.inPlace ||
+        (destination.file && std::filesystem::equivalent(task_.input, *destination.file, error));
+    if (!replacesDocument || !destination.backupSuffix.empty() || task_.acceptFailures) return {};
+    if (!destination.inPlace)
+      return "it would replace the only copy of the old document; write it to another file";
     return "in place, the only copy of the old document would go; give --backup SUFFIX, or --accept-failures";
   }
 

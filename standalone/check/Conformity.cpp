@@ -60,6 +60,8 @@ class RulesByType {
   std::vector<Entry> byType_;  // by the number of the late type's name
 };
 
+constexpr std::string_view kReplaced = "an upgrade took a default for a value that could not be read";
+
 std::string Filled(std::string_view text, std::string_view keys) {
   const std::size_t place = text.find("{}");
   if (place == std::string_view::npos) return std::string(text);
@@ -73,6 +75,11 @@ std::string Quoted(std::string_view key) {
   if (number == 0) return std::string(key);
   if (number == std::string_view::npos || key[number - 1] != '(') return fmt::format("\"{}\"", key);
   return fmt::format("\"{}\" {}", key.substr(0, number - 2), key.substr(number - 1));
+}
+
+std::string LowerFirst(std::string text) {
+  if (!text.empty()) text.front() = static_cast<char>(std::tolower(static_cast<unsigned char>(text.front())));
+  return text;
 }
 
 // A text for each key; the remedy once for all keys of a kind.
@@ -95,12 +102,8 @@ void Tell(const std::vector<Damage>& damage, Finding& finding) {
     for (const Damage& each : damage) {
       if (isOfKind(each)) keys += (keys.empty() ? "" : " and ") + Quoted(each.key);
     }
-    std::string remedy = Filled(kind->remedy, keys);
-    if (!finding.remedy.empty()) {
-      finding.remedy += ", ";
-      remedy.front() = static_cast<char>(std::tolower(static_cast<unsigned char>(remedy.front())));
-    }
-    finding.remedy += remedy;
+    const std::string remedy = Filled(kind->remedy, keys);
+    finding.remedy += finding.remedy.empty() ? remedy : ", " + LowerFirst(remedy);
   }
 }
 
@@ -125,6 +128,7 @@ class Check {
       for (const ConformityRule& rule : NameRules()) Judge(*feature, rule);
     }
     for (Finding& finding : findings_) TellWhatIsInTheWay(finding);
+    for (Finding& finding : findings_) TellWhereToCorrect(finding);
     unknown.AppendTo(findings_);
     return std::move(findings_);
   }
@@ -179,6 +183,16 @@ class Check {
     finding.remedy = value.remedy;
   }
 
+  // Upgrades that ran took the value for missing, and do not run again when it is corrected here.
+  void TellWhereToCorrect(Finding& finding) const {
+    if (finding.reason != kUnreadableReason || recorded_.empty()) return;
+    finding.remedy = fmt::format(
+        "Correct it in the document as it was before its upgrades, and upgrade that again; where there is "
+        "none, {} "
+        "here, and see to what follows from it",
+        finding.remedy.empty() ? "correct it" : LowerFirst(finding.remedy));
+  }
+
   Survey survey_;
   RulesByType rules_;
   std::unordered_set<std::string_view> recorded_;
@@ -200,6 +214,28 @@ Survey::Survey(Document& document)
   casesOfThisProductOnly_ = !cases_.empty() && std::ranges::all_of(cases_, [](Feature* each) {
     return check::IsOfThisProduct(*each);
   });
+}
+
+std::vector<Finding> FindReplacedUnreadable(Document& document) {
+  std::vector<Finding> findings;
+  for (Feature* const feature : document.Touched()) {
+    const FeatureState* const before = document.Before(*feature);
+    if (before == nullptr) continue;
+    std::vector<Damage> damage = UnreadableIn(*before);
+    // What is still there is found in the document as it is.
+    if (!damage.empty() && !feature->removed && feature->type == before->type) {
+      const std::vector<Damage> now = UnreadableIn(*feature);
+      std::erase_if(damage, [&now](const Damage& each) {
+        return std::ranges::find(now, each.key, &Damage::key) != now.end();
+      });
+    }
+    if (damage.empty()) continue;
+    Finding& finding = findings.emplace_back(
+        Finding{feature, FindingKind::kBeyondUpgrades, {}, kReplaced, {}, {}, {}, nullptr});
+    Tell(damage, finding);
+    finding.remedy = "Correct it in the document as it was before, and upgrade that again";
+  }
+  return findings;
 }
 
 std::vector<Finding> CheckConformity(Document& document) {

@@ -40,8 +40,11 @@ constexpr DamageKind kNoCase{"it stands beneath no analysis case",
                              "Move the feature beneath an analysis case"};
 constexpr DamageKind kNoContainer{"the analysis case has no {}", "Give the analysis case an {}"};
 constexpr DamageKind kNoContact{"no contact pair links to it as its {}", "Delete it: no contact uses it"};
+constexpr DamageKind kFitMayBeLost{
+    "the contact pair that was made for it may lack its interference fit, which a second run would delete",
+    "Give the pair the fit where it lacks it, and delete the property"};
 constexpr DamageKind kUnreadableFit{
-    "{} of its interference fit cannot be read",
+    "a value of its interference fit could not be read",
     "Give the contact pair that was made for the property its fit, and delete "
     "the property"};
 constexpr DamageKind kUnreadableFitYet{"{} of its interference fit cannot be read",
@@ -216,6 +219,7 @@ Verdict ContactProperty(Feature& feature, const Survey& survey) {
     verdict.onceItRan = &kUnreadableFit;
     return verdict;
   }
+  if (LinkedFeature(feature, kPropertyFit) != nullptr) return {Verdict::State::kOnce, {}, &kFitMayBeLost};
   return Outdated();
 }
 

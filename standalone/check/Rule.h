@@ -96,6 +96,10 @@ struct ConformityRule {
   Feature* (*visited)(Feature& feature) = nullptr;
 };
 
+/// What of a feature's attributes cannot be read, in one state of it.
+[[nodiscard]] std::vector<Damage> UnreadableIn(const FeatureState& state);
+inline constexpr std::string_view kUnreadableReason = "a value is of a kind that cannot be read";
+
 // The rules, by subject.
 std::span<const ConformityRule> ConditionRules();
 std::span<const ConformityRule> SupportRules();

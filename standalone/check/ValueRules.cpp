@@ -198,16 +198,8 @@ const StoredByKey& KnownKeysOf(const LateType& type) {
 }
 
 Verdict Unreadable(Feature& feature, const Survey& /*survey*/) {
-  const StoredByKey& keys = KnownKeysOf(*feature.type);
-  Verdict verdict;
-  for (const Attribute& attribute : feature.Attributes()) {
-    if (attribute.key >= keys.size() || !keys[attribute.key]) continue;
-    if (const DamageKind* const fault = FaultOf(attribute.value, *keys[attribute.key])) {
-      verdict.state = Verdict::State::kBeyond;
-      verdict.damage.push_back({fault, std::string(NameTable::Text(attribute.key))});
-    }
-  }
-  return verdict;
+  std::vector<Damage> damage = UnreadableIn(feature);
+  return damage.empty() ? Conforms() : Verdict{Verdict::State::kBeyond, std::move(damage)};
 }
 
 // A component's value is what its type says.
@@ -224,17 +216,26 @@ Verdict UnreadableComponent(Feature& feature, const Survey& /*survey*/) {
   return fault == nullptr ? Conforms() : Beyond(*fault, kComponentValues.Text());
 }
 
-constexpr std::string_view kUnreadable = "a value is of a kind that cannot be read";
-
 constexpr ConformityRule kRules[] = {
     {"VLMKpeParm VLMSamAnalysisConnector VLMSamAnalysisModel VLMSamAnalysisSet VLMSamAnalysisEntity",
      {},
-     kUnreadable,
+     kUnreadableReason,
      Unreadable},
-    {"VLMSamBasicComponent", {}, kUnreadable, UnreadableComponent},
+    {"VLMSamBasicComponent", {}, kUnreadableReason, UnreadableComponent},
 };
 
 }  // namespace
+
+std::vector<Damage> UnreadableIn(const FeatureState& state) {
+  const StoredByKey& keys = KnownKeysOf(*state.type);
+  std::vector<Damage> damage;
+  for (const Attribute& attribute : state.Attributes()) {
+    if (attribute.key >= keys.size() || !keys[attribute.key]) continue;
+    if (const DamageKind* const fault = FaultOf(attribute.value, *keys[attribute.key]))
+      damage.push_back({fault, std::string(NameTable::Text(attribute.key))});
+  }
+  return damage;
+}
 
 std::span<const ConformityRule> ValueRules() {
   return kRules;

@@ -23,9 +23,34 @@ std::map<std::string, Catalog, std::less<>>& Catalogs() {
 }
 
 constexpr std::string_view kRemedy = "Reinstall the program, or name the right data folder with --data";
-constexpr const char* kReference = "en";
-// What upgrades and the host take texts from.
-constexpr const char* kNeeded[] = {"HVXAnalysisStep", "HVXHacCatalogNLS", "HVXVersionManager"};
+// What upgrades and the host take.
+struct NeededText {
+  const char* catalog;
+  const char* key;
+};
+constexpr NeededText kNeeded[] = {
+    {"HVXAnalysisStep", "PreSelDefault.Title"},
+    {"HVXHacCatalogNLS", "HVXInteractionContainerLT"},
+    {"HVXHacCatalogNLS", "HVXSectionControls"},
+    {"HVXVersionManager", "Halvex.Structural.Case"},
+    {"HVXVersionManager", "Nonlinear.Structural.Case"},
+    {"HVXVersionManager", "Halvex.Explicit.Dynamics.Case"},
+    {"HVXVersionManager", "Explicit.Dynamics.Case"},
+    {"HVXVersionManager", "Halvex.Thermal.Case"},
+    {"HVXVersionManager", "Thermal.Case"},
+    {"HVXVersionManager", "Halvex.Simulation.History"},
+    {"HVXVersionManager", "Simulation.History"},
+    {"HVXVersionManager", "Halvex.Jobs"},
+    {"HVXVersionManager", "Jobs"},
+    {"HVXVersionManager", "Halvex.Display.Groups"},
+    {"HVXVersionManager", "Display.Groups"},
+    {"HVXVersionManager", "Halvex.Analysis.Case.Solution"},
+    {"HVXVersionManager", "Analysis.Case.Solution"},
+    {"HVXVersionManager", "Halvex.Solution.Sensors"},
+    {"HVXVersionManager", "Solution.Sensors"},
+    {"HVXVersionManager", "Halvex.Properties"},
+    {"HVXVersionManager", "Nonlinear.Thermal.Properties"},
+};
 
 Catalog Load(const std::filesystem::path& file) {
   Catalog catalog;
@@ -59,20 +84,16 @@ CatalogsOfLanguage LoadAll(const std::filesystem::path& folder) {
   return catalogs;
 }
 
-void RefuseIncomplete(const CatalogsOfLanguage& catalogs, const CatalogsOfLanguage& reference,
-                      const std::filesystem::path& folder) {
+void RefuseIncomplete(const CatalogsOfLanguage& catalogs, const std::filesystem::path& folder) {
   const auto refuse = [&folder](const std::string& name, const std::string& why) {
     throw std::runtime_error(fmt::format("{}: {}. {}", (folder / (name + ".json")).string(), why, kRemedy));
   };
-  for (const char* const name : kNeeded) {
-    if (!catalogs.contains(name)) refuse(name, "the message catalog is missing");
-  }
-  for (const auto& [name, texts] : reference) {
+  for (const auto& [name, key] : kNeeded) {
     const auto found = catalogs.find(name);
     if (found == catalogs.end()) refuse(name, "the message catalog is missing");
-    for (const auto& [key, text] : texts) {
-      if (!found->second.contains(key)) refuse(name, fmt::format("the message catalog lacks \"{}\"", key));
-    }
+    const auto text = found->second.find(key);
+    if (text == found->second.end() || text->second.empty())
+      refuse(name, fmt::format("the message catalog lacks \"{}\"", key));
   }
 }
 
@@ -102,8 +123,7 @@ void Messages::RequireComplete(const std::filesystem::path& folder, std::string_
   if (!std::filesystem::is_directory(own))
     throw std::runtime_error(
         fmt::format("{}: the folder of the messages is missing. {}", own.string(), kRemedy));
-  const CatalogsOfLanguage catalogs = LoadAll(own);
-  RefuseIncomplete(catalogs, language == kReference ? catalogs : LoadAll(folder / kReference), own);
+  RefuseIncomplete(LoadAll(own), own);
 }
 
 const std::string* Messages::Find(std::string_view catalog, std::string_view key) {

@@ -17,9 +17,9 @@ class Messages {
   /// broken.
   static void Use(const std::filesystem::path& folder, std::string_view language);
 
-  /// Throws `std::runtime_error`, which names the file and the remedy, when a catalog that upgrades take
-  /// texts from is missing in `folder`, or one of `language` lacks a text that the English one holds:
-  /// upgrades would make names of two languages, or leave old ones as they are.
+  /// Throws `std::runtime_error`, which names the file and the remedy, when a catalog of `language` is
+  /// missing in `folder`, or lacks a text that upgrades take: they would make names of two languages, or
+  /// leave old ones as they are.
   static void RequireComplete(const std::filesystem::path& folder, std::string_view language);
 
   /// The text of a message, as it stands in its catalog; null when there is none. For the host's own use: the

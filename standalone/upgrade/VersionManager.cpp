@@ -118,6 +118,7 @@ UpgradeRun VersionManager::RunAgain(const DocumentPtr& document, const std::vect
                                     const std::vector<std::string>& identifiers,
                                     const UpgradeWatch& watch) const {
   std::vector<std::string> recorded;
+  recorded.reserve(upgrades.size());
   for (const Again& again : upgrades) recorded.push_back(again.identifier);
   const auto knownOnes = [this](const std::vector<std::string>& wanted) {
     std::vector<const KnownUpgrade*> known;

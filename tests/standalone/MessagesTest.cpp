@@ -96,6 +96,10 @@ TEST(MessagesTest, CatalogsThatAreNotCompleteAreRefusedWithFileAndRemedy) {
   EXPECT_THAT(
       refusalOf("de"),
       testing::HasSubstr(R"(de/HVXAnalysisStep.json: the message catalog lacks "PreSelDefault.Title")"));
+  static_cast<void>(folder.Put("en/HVXHacCatalogNLS.json", R"({"HVXInteractionContainerLT":""})"));
+  EXPECT_THAT(refusalOf("en"), testing::HasSubstr(R"(lacks "HVXInteractionContainerLT")"));
+  std::filesystem::copy(installed / "en/HVXHacCatalogNLS.json", folder / "en/HVXHacCatalogNLS.json",
+                        std::filesystem::copy_options::overwrite_existing);
   std::filesystem::remove(folder / "en/HVXVersionManager.json");
   EXPECT_THAT(refusalOf("en"),
               testing::HasSubstr("en/HVXVersionManager.json: the message catalog is missing"));
