@@ -155,6 +155,7 @@ class Check {
     if (kind != FindingKind::kBeyondUpgrades)
       finding.visited = rule.visited == nullptr ? &feature : rule.visited(feature);
     Tell(verdict.damage, finding);
+    if (kind == FindingKind::kLeftBehind && finding.remedy.empty()) finding.remedy = rule.remedy;
     const std::span<const ConformityRule> values = ValueRules();
     if (&rule >= values.data() && &rule < values.data() + values.size()) NoteUnreadable(feature);
   }

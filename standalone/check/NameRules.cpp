@@ -11,10 +11,6 @@ namespace {
 
 const Key kPropertySet("HVXHalvexPropertySetLT");
 
-// Property sets are renamed in the language of the upgrade alone.
-constexpr DamageKind kInEnglish{"it is changed in its own language only",
-                                "Choose English with --language en"};
-
 constexpr std::string_view kWord = "Halvex";
 constexpr std::string_view kWordInCapitals = "HALVEX";
 
@@ -49,8 +45,7 @@ Verdict ProductName(Feature& feature, const Survey& /*survey*/) {
   const std::string_view name = feature.externalName;
   if (!Holds(name, kWord)) return Conforms();
   if (check::IsA(feature, analysisCase) && HoldsOneOf(name, kCases)) return Outdated();
-  if (check::IsA(feature, kPropertySet))
-    return name.find("Halvex Properties") == name.npos ? Conforms() : Damaged(kInEnglish);
+  if (check::IsA(feature, kPropertySet)) return OutdatedIf(name.find("Halvex Properties") != name.npos);
   const bool isBeneath = feature.father != nullptr && CaseAbove(*feature.father) != nullptr;
   return OutdatedIf(isBeneath && HoldsOneOf(name, kBeneathCases));
 }
@@ -66,7 +61,12 @@ constexpr ConformityRule kRules[] = {
      "its name holds the product word in capitals",
      ProductInCapitals,
      check::VisitCase},
-    {{}, "UpgradeFeaturesExternalName", "its name mentions the product", ProductName, RenamedWith},
+    {{},
+     "UpgradeFeaturesExternalName",
+     "its name mentions the product",
+     ProductName,
+     RenamedWith,
+     "Choose the language that the name is in with --language"},
 };
 
 }  // namespace

@@ -94,6 +94,8 @@ struct ConformityRule {
   Verdict (*judge)(Feature& feature, const Survey& survey);
   /// As in `Finding`. May be null for the feature itself.
   Feature* (*visited)(Feature& feature) = nullptr;
+  /// What a person can do when the upgrade ran and changed nothing, though nothing is damaged. May be empty.
+  std::string_view remedy = {};
 };
 
 /// What of a feature's attributes cannot be read, in one state of it.
