@@ -15,9 +15,9 @@ namespace {
 using namespace standalone;
 
 #ifdef __SANITIZE_ADDRESS__
-constexpr int kDocuments = 400;  // a run takes several times as long
+constexpr int kDocuments = 160;  // a run takes several times as long
 #else
-constexpr int kDocuments = 4000;
+constexpr int kDocuments = 2400;
 #endif
 constexpr int kMissing = 12;  // features, each with what stands beneath it
 constexpr int kOdd = 30;      // attributes
