@@ -6,6 +6,7 @@
 #include <new>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include "Attention.h"
 #include "Interruption.h"
@@ -18,6 +19,7 @@
 #include "file/DocumentError.h"
 #include "file/DocumentReader.h"
 #include "file/DocumentWriter.h"
+#include "upgrade/LeftBehind.h"
 
 namespace tool {
 namespace {
@@ -39,7 +41,9 @@ class DocumentUpgrade {
     RefuseNewer(*document.Get());
     const std::vector<std::string> pending = task_.manager.Pending(*document.Get());
     const Selection::Chosen chosen = task_.selection.Of(pending);
-    const std::vector<VersionManager::Again> again = ToRunAgain(*document.Get());
+    standalone::LeftBehind leftBehind(*document.Get());
+    std::vector<VersionManager::Again> again;
+    if (task_.retry) again = leftBehind.Next();
     result_.features = document->FeatureCount();
     result_.failsOnDrop = task_.failOnDrop;
     if (chosen.identifiers.empty() && again.empty()) {
@@ -47,7 +51,10 @@ class DocumentUpgrade {
       PassUnchanged(*document.Get());
     } else {
       result_.verdict = Verdict::kUpgraded;
-      RunChosen(document, chosen, again);
+      RunChosen(document, chosen, [&] {
+        if (!again.empty() || !task_.retry) return std::exchange(again, {});
+        return leftBehind.Next();
+      });
     }
     return std::move(result_);
   }
@@ -72,22 +79,6 @@ class DocumentUpgrade {
                         "Use a newer release of this program");
   }
 
-  // What earlier runs left behind and a person may have corrected since, by identifier.
-  [[nodiscard]] std::vector<VersionManager::Again> ToRunAgain(standalone::Document& document) const {
-    std::vector<VersionManager::Again> upgrades;
-    if (!task_.retry) return upgrades;
-    for (const Finding& finding : standalone::CheckConformity(document)) {
-      if (finding.kind != FindingKind::kLeftBehind || finding.identifier.empty()) continue;
-      auto again = std::ranges::find(upgrades, finding.identifier, &VersionManager::Again::identifier);
-      if (again == upgrades.end())
-        again = upgrades.insert(upgrades.end(), {std::string(finding.identifier), {}});
-      std::vector<standalone::Feature*>& features = again->features;
-      const bool isNew = features.empty() || features.back() != finding.visited;
-      if (finding.visited != nullptr && isNew) features.push_back(finding.visited);
-    }
-    return upgrades;
-  }
-
   void PassUnchanged(standalone::Document& document) {
     const std::vector<AttentionItem> attention = AttentionTo(standalone::CheckConformity(document), {});
     result_.needsPerson = attention.size();
@@ -108,7 +99,7 @@ class DocumentUpgrade {
   }
 
   standalone::UpgradeRun RunWatched(const DocumentPtr& document, const Selection::Chosen& chosen,
-                                    const std::vector<VersionManager::Again>& again) {
+                                    const VersionManager::NextRound& again) {
     standalone::UpgradeWatch watch;
     std::optional<standalone::CheckpointScope> tracing;
     if (task_.trace != nullptr) {
@@ -121,7 +112,7 @@ class DocumentUpgrade {
   }
 
   void RunChosen(const DocumentPtr& document, const Selection::Chosen& chosen,
-                 const std::vector<VersionManager::Again>& again) {
+                 const VersionManager::NextRound& again) {
     if (task_.report != nullptr || task_.failOnDrop) document->Changes().Start();
     const standalone::UpgradeRun run = RunWatched(document, chosen, again);
     document->DropAllDeadLinks();

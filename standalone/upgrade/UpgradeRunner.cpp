@@ -57,16 +57,12 @@ UpgradeRunner::UpgradeRunner(Document& document, const std::vector<HVXUpgradeObs
                              const std::vector<const KnownUpgrade*>& upgrades, const UpgradeWatch& watch)
     : document_(document), observers_(observers), watch_(watch), lists_(document, TypesOf(upgrades)) {
   for (HVXUpgradeObserver** const place : observers_) *place = this;
-  std::map<std::string_view, std::size_t> countOfType;
   for (const KnownUpgrade* const upgrade : upgrades) {
     for (const NameId type : TypesOf(*upgrade)) {
-      const auto [known, isNew] = countOfType.try_emplace(NameTable::Text(type), 0);
+      const auto [known, isNew] = concerned_.try_emplace(NameTable::Text(type), 0);
       if (isNew) known->second = lists_.Of({type}).size();
       expectedVisits_ += known->second;
     }
-  }
-  for (const auto& [type, count] : countOfType) {
-    if (count != 0) run_.concerned.emplace_back(&LateType::Of(type), count);
   }
   TellProgress();
 }
@@ -77,6 +73,14 @@ UpgradeRunner::~UpgradeRunner() {
 
 void UpgradeRunner::Run(const KnownUpgrade& upgrade) {
   RunOn(upgrade, lists_.Of(TypesOf(upgrade)));
+}
+
+void UpgradeRunner::RunAgain(const KnownUpgrade& upgrade, const std::vector<Feature*>& features) {
+  for (const Feature* const feature : features) {
+    if (!concerned_.contains(feature->type->Name())) runAgain_[feature->type->Name()].insert(feature);
+  }
+  expectedVisits_ += features.size();
+  RunOn(upgrade, features);
 }
 
 void UpgradeRunner::RunOn(const KnownUpgrade& upgrade, const std::vector<Feature*>& features) {
@@ -97,6 +101,10 @@ void UpgradeRunner::RunOn(const KnownUpgrade& upgrade, const std::vector<Feature
 }
 
 UpgradeRun UpgradeRunner::Finish() {
+  for (const auto& [type, features] : runAgain_) concerned_.emplace(type, features.size());
+  for (const auto& [type, count] : concerned_) {
+    if (count != 0) run_.concerned.emplace_back(&LateType::Of(type), count);
+  }
   run_.harmless.assign(harmless_.begin(), harmless_.end());
   expectedVisits_ = visits_;
   TellProgress();

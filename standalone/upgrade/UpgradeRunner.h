@@ -1,6 +1,8 @@
 #pragma once
 
 #include <map>
+#include <string_view>
+#include <unordered_set>
 
 #include "upgrade/UpgradeRun.h"
 #include "upgrade/VisitLists.h"
@@ -11,16 +13,16 @@ namespace standalone {
 /// of the libraries for as long as it lives.
 class UpgradeRunner final : private HVXUpgradeObserver {
  public:
-  /// `observers`: where the libraries want their observer; `upgrades`: all that will be run. All arguments
-  /// must outlive the runner.
+  /// `observers`: where the libraries want their observer; `upgrades`: all that will be run for the first
+  /// time. All arguments must outlive the runner.
   UpgradeRunner(Document& document, const std::vector<HVXUpgradeObserver**>& observers,
                 const std::vector<const KnownUpgrade*>& upgrades, const UpgradeWatch& watch);
   ~UpgradeRunner();
 
   /// Takes all features that the upgrade concerns through it, and the document as a whole.
   void Run(const KnownUpgrade& upgrade);
-  /// Takes only those features through it; the document as a whole as well.
-  void RunOn(const KnownUpgrade& upgrade, const std::vector<Feature*>& features);
+  /// Takes only those features through it, which it left behind; the document as a whole as well.
+  void RunAgain(const KnownUpgrade& upgrade, const std::vector<Feature*>& features);
 
   /// The account, without the identifiers. Call it once, at the end.
   [[nodiscard]] UpgradeRun Finish();
@@ -30,6 +32,7 @@ class UpgradeRunner final : private HVXUpgradeObserver {
   void BeforeRoutine(const VLMBaseUnknown_var& feature, const HVXUpgradeBinding& row) override;
   void AfterRoutine(const VLMBaseUnknown_var& feature, const HVXUpgradeBinding& row, HRESULT result) override;
 
+  void RunOn(const KnownUpgrade& upgrade, const std::vector<Feature*>& features);
   void Visit(const KnownUpgrade& upgrade, const VLMListValVLMUnicodeString& identifiers, Feature& feature);
   void Convert(const KnownUpgrade& upgrade, const VLMListValVLMUnicodeString& identifiers);
   void PropagateHandedOver(const KnownUpgrade& upgrade);
@@ -44,6 +47,8 @@ class UpgradeRunner final : private HVXUpgradeObserver {
   const UpgradeWatch& watch_;
   VisitLists lists_;
   UpgradeRun run_;
+  std::map<std::string_view, std::size_t> concerned_;                        // by late type
+  std::map<std::string_view, std::unordered_set<const Feature*>> runAgain_;  // of other late types
   std::map<const HVXUpgradeBinding*, std::size_t> harmless_;
   const UpgradeWork* work_ = nullptr;  // at hand
   std::vector<UpgradeFailure> told_;   // of the visit at hand: routines that failed

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 
 #include "session/Session.h"
 #include "upgrade/UpgradeRunner.h"
@@ -109,34 +110,38 @@ std::vector<VersionManager::Needed> VersionManager::NeededBy(const std::vector<s
   return needed;
 }
 
-UpgradeRun VersionManager::Run(const DocumentPtr& document, const std::vector<std::string>& identifiers,
-                               const UpgradeWatch& watch) const {
-  return RunAgain(document, {}, identifiers, watch);
+std::vector<const KnownUpgrade*> VersionManager::KnownOnes(
+    const std::vector<std::string>& identifiers) const {
+  std::vector<const KnownUpgrade*> known;
+  for (const std::size_t position : InOrderOfRunning(identifiers)) known.push_back(&known_[position]);
+  return known;
 }
 
-UpgradeRun VersionManager::RunAgain(const DocumentPtr& document, const std::vector<Again>& upgrades,
+UpgradeRun VersionManager::Run(const DocumentPtr& document, const std::vector<std::string>& identifiers,
+                               const UpgradeWatch& watch) const {
+  return RunAgain(
+      document, [] { return std::vector<Again>(); }, identifiers, watch);
+}
+
+UpgradeRun VersionManager::RunAgain(const DocumentPtr& document, const NextRound& nextRound,
                                     const std::vector<std::string>& identifiers,
                                     const UpgradeWatch& watch) const {
-  std::vector<std::string> recorded;
-  recorded.reserve(upgrades.size());
-  for (const Again& again : upgrades) recorded.push_back(again.identifier);
-  const auto knownOnes = [this](const std::vector<std::string>& wanted) {
-    std::vector<const KnownUpgrade*> known;
-    for (const std::size_t position : InOrderOfRunning(wanted)) known.push_back(&known_[position]);
-    return known;
-  };
-  const std::vector<const KnownUpgrade*> once = knownOnes(identifiers);
-  const std::vector<const KnownUpgrade*> more = knownOnes(recorded);
-  std::vector<const KnownUpgrade*> all = more;
-  all.insert(all.end(), once.begin(), once.end());
-
+  const std::vector<const KnownUpgrade*> once = KnownOnes(identifiers);
   const CurrentDocumentScope current(document);
-  UpgradeRunner runner(*document.Get(), observers_, all, watch);
-  for (const KnownUpgrade* const upgrade : more)
-    runner.RunOn(*upgrade, std::ranges::find(upgrades, upgrade->identifier, &Again::identifier)->features);
+  UpgradeRunner runner(*document.Get(), observers_, once, watch);
+  std::set<std::string> again;
+  for (std::vector<Again> round = nextRound(); !round.empty(); round = nextRound()) {
+    std::vector<std::string> wanted;
+    wanted.reserve(round.size());
+    for (const Again& each : round) wanted.push_back(each.identifier);
+    again.insert(wanted.begin(), wanted.end());
+    for (const KnownUpgrade* const upgrade : KnownOnes(wanted))
+      runner.RunAgain(*upgrade, std::ranges::find(round, upgrade->identifier, &Again::identifier)->features);
+  }
   for (const KnownUpgrade* const upgrade : once) runner.Run(*upgrade);
   UpgradeRun run = runner.Finish();
-  for (const std::size_t position : Sorted(recorded)) run.identifiers.push_back(known_[position].identifier);
+  for (const std::size_t position : Sorted({again.begin(), again.end()}))
+    run.identifiers.push_back(known_[position].identifier);
   for (const std::size_t position : Sorted(identifiers)) {
     run.identifiers.push_back(known_[position].identifier);
     document->RecordUpgrade(known_[position].identifier);

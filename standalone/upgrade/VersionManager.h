@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -59,9 +60,12 @@ class VersionManager {
     std::string identifier;
     std::vector<Feature*> features;
   };
-  /// Runs recorded identifiers again on features that they left behind, each identifier given once, and then
+  /// Asked before each round of what runs again; ends the rounds with nothing. An answer gives each
+  /// identifier once.
+  using NextRound = std::function<std::vector<Again>()>;
+  /// Runs recorded identifiers again on features that they left behind, round after round, and then
   /// `identifiers` as `Run` does, whose account holds both.
-  UpgradeRun RunAgain(const DocumentPtr& document, const std::vector<Again>& upgrades,
+  UpgradeRun RunAgain(const DocumentPtr& document, const NextRound& nextRound,
                       const std::vector<std::string>& identifiers, const UpgradeWatch& watch = {}) const;
 
  private:
@@ -78,6 +82,8 @@ class VersionManager {
   [[nodiscard]] std::vector<std::size_t> Sorted(const std::vector<std::string>& identifiers) const;
   /// The same, but each behind those that must have run before it.
   [[nodiscard]] std::vector<std::size_t> InOrderOfRunning(const std::vector<std::string>& identifiers) const;
+  /// The same.
+  [[nodiscard]] std::vector<const KnownUpgrade*> KnownOnes(const std::vector<std::string>& identifiers) const;
 
   std::vector<KnownUpgrade> known_;
   std::vector<Order> orders_;

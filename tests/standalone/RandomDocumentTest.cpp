@@ -8,7 +8,7 @@
 #include "check/Integrity.h"
 #include "support/References.h"
 #include "support/UpgradeFixture.h"
-#include "workbench/HVXIUpgrade.h"
+#include "upgrade/LeftBehind.h"
 
 namespace {
 
@@ -92,30 +92,6 @@ class RandomDocumentTest : public testing_support::UpgradeTest {
 
   static std::size_t Findings(Document& document) { return CheckConformity(document).size(); }
 
-  // Those that are a feature's; conversions of the whole document have none to be handed to.
-  static std::vector<Finding> LeftBehindUndamaged(Document& document) {
-    std::vector<Finding> findings = CheckConformity(document);
-    std::erase_if(findings, [](const Finding& finding) {
-      return finding.kind != FindingKind::kLeftBehind || !finding.damage.empty() ||
-             finding.visited == nullptr;
-    });
-    return findings;
-  }
-
-  // Oldest first, each identifier handed to each feature by itself.
-  void RunAgain(const DocumentPtr& document, const std::vector<Finding>& findings) {
-    const CurrentDocumentScope current(document);
-    for (const KnownUpgrade& known : manager_.Known()) {
-      for (const Finding& finding : findings) {
-        if (finding.identifier != known.identifier || finding.visited->removed) continue;
-        VLMListValVLMUnicodeString alone;
-        alone.Append(VLMUnicodeString(known.identifier.c_str()));
-        const HVXIUpgrade_var spUpgrade = HandleOn<HVXIUpgrade>(finding.visited);
-        if (!(spUpgrade == NULL_var)) static_cast<void>(spUpgrade->Upgrade(alone));
-      }
-    }
-  }
-
   // Split after any identifier, with a file in between.
   void ExpectTheSameInTwoRuns(const std::string& old, Document& atOnce, std::mt19937& random) {
     DocumentPtr document = testing_support::DocumentOf(old);
@@ -176,9 +152,12 @@ TEST_F(RandomDocumentTest, WhatIsLeftBehindUndamagedGoesWhenItsUpgradeRunsAgain)
     const DocumentPtr document =
         testing_support::DocumentOf(i % 2 == 0 ? DamagedExample(random) : OddExample(random));
     static_cast<void>(manager_.Run(document, manager_.Pending(*document.Get())));
-    RunAgain(document, LeftBehindUndamaged(*document.Get()));
-    for (const Finding& finding : LeftBehindUndamaged(*document.Get()))
+    LeftBehind again(*document.Get());
+    static_cast<void>(manager_.RunAgain(document, [&again] { return again.Next(); }, {}));
+    for (const Finding& finding : CheckConformity(*document.Get())) {
+      if (finding.kind != FindingKind::kLeftBehind || !finding.damage.empty()) continue;
       ADD_FAILURE() << "#" << finding.feature->id << " " << finding.identifier << ": " << finding.reason;
+    }
   }
 }
 

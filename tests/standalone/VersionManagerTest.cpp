@@ -173,9 +173,17 @@ TEST_F(VersionManagerTest, RunningAgainConcernsTheGivenFeaturesOnly) {
   Doc().RecordUpgrade("ProbeA");
   Doc().RecordUpgrade("ProbeC");
   const CheckpointScope scope(testing_support::Recording());
+  std::vector<std::vector<VersionManager::Again>> rounds{
+      {}, {{"ProbeA", {&At(1)}}}, {{"ProbeC", {&At(2)}}, {"ProbeA", {&At(2), &At(3)}}}};
   const UpgradeRun run = manager_.RunAgain(DocumentPtr(&Doc()),
-                                           {{"ProbeC", {&At(2)}}, {"ProbeA", {&At(2), &At(3)}}}, {"ProbeB"});
-  EXPECT_EQ(Ran(), "A2 A3 C2 B1 B2 B3");
+                                           [&rounds] {
+                                             std::vector<VersionManager::Again> round =
+                                                 std::move(rounds.back());
+                                             rounds.pop_back();
+                                             return round;
+                                           },
+                                           {"ProbeB"});
+  EXPECT_EQ(Ran(), "A2 A3 C2 A1 B1 B2 B3");
   EXPECT_THAT(run.identifiers, ElementsAre("ProbeA", "ProbeC", "ProbeB"));
   EXPECT_THAT(Doc().Upgrades(), ElementsAre("ProbeA", "ProbeC", "ProbeB"));  // once
 }

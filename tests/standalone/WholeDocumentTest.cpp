@@ -16,6 +16,7 @@
 #include "support/References.h"
 #include "support/TempFolder.h"
 #include "support/UpgradeFixture.h"
+#include "upgrade/LeftBehind.h"
 
 namespace {
 
@@ -204,19 +205,9 @@ TEST_P(WholeDocumentTest, WhatAPersonCorrectsIsCompletedByRunningAgain) {
   };
   const std::vector<Finding> before = leftBehind();
   ASSERT_GE(before.size(), 4U);
-  std::vector<VersionManager::Again> again;
-  for (const Finding& finding : before) {
-    Correct(*finding.feature, finding.key);
-    ASSERT_NE(finding.visited, nullptr);
-    again.push_back({std::string(finding.identifier), {finding.visited}});
-  }
-  std::map<std::string, std::vector<Feature*>> byIdentifier;
-  for (const VersionManager::Again& each : again)
-    byIdentifier[each.identifier].push_back(each.features.front());
-  again.clear();
-  for (const auto& [identifier, features] : byIdentifier) again.push_back({identifier, features});
-
-  const UpgradeRun run = manager_.RunAgain(document, again, {});
+  for (const Finding& finding : before) Correct(*finding.feature, finding.key);
+  LeftBehind again(*document.Get());
+  const UpgradeRun run = manager_.RunAgain(document, [&again] { return again.Next(); }, {});
   EXPECT_TRUE(run.failures.empty());
   for (const Finding& finding : leftBehind()) {
     ADD_FAILURE() << finding.feature->externalName << ": " << finding.Explanation();
