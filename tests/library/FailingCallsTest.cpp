@@ -2,8 +2,9 @@
 // tests/golden/failing_calls.txt. scripts/renew-golden writes the table anew.
 //
 // A section of the table is a class. A row beneath a feature and an identifier is one call that fails with
-// -77, or one interface that a feature seems not to offer; behind the bar stand the result, how many host
-// calls follow, and the document: "untouched", "done" (as without the failure), or a sum over its lines.
+// -77, or one interface that a feature seems not to offer; behind the bar stand the result (with the
+// routine's own, where the class gives another), how many host calls follow, and the document: "untouched",
+// "done" (as without the failure), or a sum over its lines.
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 #include <functional>
 #include <iostream>
 #include <map>
+#include <optional>
 #include <set>
 #include <sstream>
 
@@ -54,6 +56,27 @@ std::string NameOf(HRESULT result) {
   return std::to_string(result);
 }
 
+// Keeps what the last routine gave.
+class RoutineResult final : public HVXUpgradeObserver {
+ public:
+  RoutineResult() { *Library().observer = this; }
+  ~RoutineResult() { *Library().observer = nullptr; }
+
+  void BeforeRoutine(const VLMBaseUnknown_var& /*feature*/, const HVXUpgradeBinding& /*row*/) override {}
+  void AfterRoutine(const VLMBaseUnknown_var& /*feature*/, const HVXUpgradeBinding& /*row*/,
+                    HRESULT result) override {
+    last_ = result;
+  }
+
+  [[nodiscard]] std::string Beside(HRESULT reported) const {
+    const std::string text = NameOf(reported);
+    return !last_ || *last_ == reported ? text : fmt::format("{} for {}", text, NameOf(*last_));
+  }
+
+ private:
+  std::optional<HRESULT> last_;
+};
+
 Outcome RunUnder(CheckpointPlan plan, const Start& start) {
   const DocumentPtr document = start.document();
   const CurrentDocumentScope current(document);
@@ -64,8 +87,9 @@ Outcome RunUnder(CheckpointPlan plan, const Start& start) {
   plan.failure = kFailure;
   const CheckpointScope scope(std::move(plan));
   Outcome outcome;
+  const RoutineResult routine;
   try {
-    outcome.result = NameOf(start.run(*document.Get()));
+    outcome.result = routine.Beside(start.run(*document.Get()));
   } catch (const VLMFatalAssertion& assertion) {
     outcome.result = assertion.what();
   } catch (const VLMNullVarError&) {
