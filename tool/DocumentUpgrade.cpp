@@ -15,6 +15,7 @@
 #include "Terminal.h"
 #include "check/Conformity.h"
 #include "check/Integrity.h"
+#include "check/Losses.h"
 #include "compare/DroppedValues.h"
 #include "file/DocumentError.h"
 #include "file/DocumentReader.h"
@@ -158,7 +159,7 @@ class DocumentUpgrade {
                       faults.front()));
     }
     std::vector<Finding> findings = standalone::CheckConformity(document);
-    std::ranges::move(standalone::FindReplacedUnreadable(document), std::back_inserter(findings));
+    std::ranges::move(standalone::FindLosses(document), std::back_inserter(findings));
     return AttentionTo(findings, run.failures);
   }
 

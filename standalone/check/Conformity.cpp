@@ -60,53 +60,6 @@ class RulesByType {
   std::vector<Entry> byType_;  // by the number of the late type's name
 };
 
-constexpr std::string_view kReplaced = "an upgrade took a default for a value that could not be read";
-
-std::string Filled(std::string_view text, std::string_view keys) {
-  const std::size_t place = text.find("{}");
-  if (place == std::string_view::npos) return std::string(text);
-  return fmt::format("{}{}{}", text.substr(0, place), keys, text.substr(place + 2));
-}
-
-// A key or name is quoted, the number of a feature is not.
-std::string Quoted(std::string_view key) {
-  constexpr std::string_view kNumber = "feature ";
-  const std::size_t number = key.rfind(kNumber);
-  if (number == 0) return std::string(key);
-  if (number == std::string_view::npos || key[number - 1] != '(') return fmt::format("\"{}\"", key);
-  return fmt::format("\"{}\" {}", key.substr(0, number - 2), key.substr(number - 1));
-}
-
-std::string LowerFirst(std::string text) {
-  if (!text.empty()) text.front() = static_cast<char>(std::tolower(static_cast<unsigned char>(text.front())));
-  return text;
-}
-
-// A text for each key; the remedy once for all keys of a kind.
-void Tell(const std::vector<Damage>& damage, Finding& finding) {
-  for (const Damage& each : damage) {
-    if (!each.kind->text.empty()) {
-      if (!finding.damage.empty()) finding.damage += "; ";
-      finding.damage += Filled(each.kind->text, Quoted(each.key));
-    }
-    if (each.key.empty()) continue;
-    if (!finding.key.empty()) finding.key += ", ";
-    finding.key += each.key;
-  }
-  for (std::size_t i = 0; i < damage.size(); ++i) {
-    const DamageKind* const kind = damage[i].kind;
-    const auto isOfKind = [kind](const Damage& each) { return each.kind == kind; };
-    const auto begin = damage.begin() + static_cast<std::ptrdiff_t>(i);
-    if (kind->remedy.empty() || std::any_of(damage.begin(), begin, isOfKind)) continue;
-    std::string keys;
-    for (const Damage& each : damage) {
-      if (isOfKind(each)) keys += (keys.empty() ? "" : " and ") + Quoted(each.key);
-    }
-    const std::string remedy = Filled(kind->remedy, keys);
-    finding.remedy += finding.remedy.empty() ? remedy : ", " + LowerFirst(remedy);
-  }
-}
-
 FindingKind KindOf(const Verdict& verdict, bool hasIdentifier, bool isRecorded) {
   if (!hasIdentifier || verdict.state == Verdict::State::kBeyond) return FindingKind::kBeyondUpgrades;
   if (!isRecorded) return FindingKind::kPending;
@@ -191,7 +144,7 @@ class Check {
         "Correct it in the document as it was before its upgrades, and upgrade that again; where there is "
         "none, {} "
         "here, and see to what follows from it",
-        finding.remedy.empty() ? "correct it" : LowerFirst(finding.remedy));
+        finding.remedy.empty() ? "correct it" : check::LowerFirst(finding.remedy));
   }
 
   Survey survey_;
@@ -215,28 +168,6 @@ Survey::Survey(Document& document)
   casesOfThisProductOnly_ = !cases_.empty() && std::ranges::all_of(cases_, [](Feature* each) {
     return check::IsOfThisProduct(*each);
   });
-}
-
-std::vector<Finding> FindReplacedUnreadable(Document& document) {
-  std::vector<Finding> findings;
-  for (Feature* const feature : document.Touched()) {
-    const FeatureState* const before = document.Before(*feature);
-    if (before == nullptr) continue;
-    std::vector<Damage> damage = UnreadableIn(*before);
-    // What is still there is found in the document as it is.
-    if (!damage.empty() && !feature->removed && feature->type == before->type) {
-      const std::vector<Damage> now = UnreadableIn(*feature);
-      std::erase_if(damage, [&now](const Damage& each) {
-        return std::ranges::find(now, each.key, &Damage::key) != now.end();
-      });
-    }
-    if (damage.empty()) continue;
-    Finding& finding = findings.emplace_back(
-        Finding{feature, FindingKind::kBeyondUpgrades, {}, kReplaced, {}, {}, {}, nullptr});
-    Tell(damage, finding);
-    finding.remedy = "Correct it in the document as it was before, and upgrade that again";
-  }
-  return findings;
 }
 
 std::vector<Finding> CheckConformity(Document& document) {

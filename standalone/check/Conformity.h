@@ -57,9 +57,4 @@ struct Finding {
 /// unknown late types, in the order of their first features.
 [[nodiscard]] std::vector<Finding> CheckConformity(Document& document);
 
-/// Values of the document as it was read that could not be read, of features that were changed or removed
-/// since and do not hold them any more: what upgrades took in their place is a default. In the order of the
-/// first changes; beyond upgrades, each with the feature as it is.
-[[nodiscard]] std::vector<Finding> FindReplacedUnreadable(Document& document);
-
 }  // namespace standalone

@@ -18,9 +18,12 @@ const Key kConstraint("HVXRigidBodyConstraintLT");
 const Key kExclusionRegions("ExclusionRegions");
 const Key kSupportListMode("SupportListMode");
 const Key kCenterOfMass("CenterOfMass");
+const Key kMembers("Members");
 
 constexpr DamageKind kNoContext{"its support, {}, has no \"SecondObject\"",
                                 "Give {} the product it is used in as its \"SecondObject\""};
+constexpr DamageKind kNoMembers{"the last member of the group that its support, {}, rests on holds nothing",
+                                "Give the group behind {} its members"};
 constexpr DamageKind kByMembers{"it lists groups by their members, so that its upgrade does not see them",
                                 "Take \"SupportListMode\" and \"SupportListKinds\" away from the feature"};
 constexpr DamageKind kOtherThanMeshPart{"{} leads to no mesh part", "Take {} away from the feature"};
@@ -33,8 +36,7 @@ std::string IdOf(const Feature& feature) {
   return fmt::format("feature {}", feature.id);
 }
 
-// The first support with both objects, from which a mesh part is begun. A feature without one is unfinished,
-// not old.
+// The first support with both objects, from which a mesh part is begun.
 Feature* FirstToMesh(Feature& feature) {
   for (Feature* const connector : LinkedFeatures(feature, kSupports)) {
     if (LinkedFeature(*connector, kFirstObject) != nullptr &&
@@ -48,11 +50,20 @@ bool IsMeshPart(const Feature& feature) {
   return IsOfKind(feature, kind::kMeshPart);
 }
 
+// A feature without supports, or with some that connect nothing yet, is unfinished, not old.
+Verdict WithoutContext(Feature& feature) {
+  std::vector<Damage> damage;
+  for (Feature* const connector : LinkedFeatures(feature, kSupports)) {
+    if (LinkedFeature(*connector, kFirstObject) != nullptr) damage.push_back({&kNoContext, IdOf(*connector)});
+  }
+  return damage.empty() ? Conforms() : Damaged(std::move(damage));
+}
+
 Verdict MeshPart(Feature& feature, const Survey& /*survey*/) {
   Feature* const meshPart = LinkedFeature(feature, kMeshPart);
   if (meshPart != nullptr && check::FirstSupport(*meshPart) != nullptr) return Conforms();
   Feature* const support = FirstToMesh(feature);
-  if (support == nullptr) return Conforms();
+  if (support == nullptr) return WithoutContext(feature);
   if (meshPart != nullptr && !IsMeshPart(*meshPart)) return Damaged(kOtherThanMeshPart, kMeshPart.Text());
   const bool hasProduct = IsOfKind(*LinkedFeature(*support, kSecondObject), kind::kProduct);
   return hasProduct ? Outdated() : Damaged(kNoProduct, IdOf(*support));
@@ -70,6 +81,8 @@ Verdict OnGroup(Feature& feature, const Survey& /*survey*/) {
     any = true;
     if (isConstraint && LinkedFeature(*connector, kSecondObject) == nullptr)
       damage.push_back({&kNoContext, IdOf(*connector)});
+    const std::vector<Feature*> members = LinkEntries(*first, kMembers);
+    if (members.empty() || members.back() == nullptr) damage.push_back({&kNoMembers, IdOf(*connector)});
   }
   if (!any) return Conforms();
   if (!isConstraint && check::IntegerOf(feature, kSupportListMode, 1) == 0) return Beyond(kByMembers);

@@ -39,7 +39,8 @@ constexpr DamageKind kLostProperty{"it lost them when it was moved off its conne
 constexpr DamageKind kNoCase{"it stands beneath no analysis case",
                              "Move the feature beneath an analysis case"};
 constexpr DamageKind kNoContainer{"the analysis case has no {}", "Give the analysis case an {}"};
-constexpr DamageKind kNoContact{"no contact pair links to it as its {}", "Delete it: no contact uses it"};
+constexpr DamageKind kNoContact{"no contact pair links to it as its {}",
+                                "Let its contact pair link to it as its {}, or delete it"};
 constexpr DamageKind kFitMayBeLost{
     "the contact pair that was made for it may lack its interference fit, which a second run would delete",
     "Give the pair the fit where it lacks it, and delete the property"};

@@ -15,25 +15,44 @@ constexpr DamageKind kNoStiffness{
     "it has neither an old nor a current stiffness",
     "Give the gasket a component \"StabilisationStiffnessValue\" with a number"};
 constexpr DamageKind kNoNumber{"the component {} holds no number", "Give the component {} a number"};
+constexpr DamageKind kNoBehavior{"its interaction property does not link to it as its {}",
+                                 "Let the interaction property link to it as its {}"};
 constexpr DamageKind kNoAngle{"{} is missing", "Give the orientation its angle in radians as {}"};
 
 // Only a list of numbers is a table's source, and an empty one holds none.
-Verdict FrictionValue(Feature& feature, const Survey& /*survey*/) {
+bool HasOldValue(Feature& behavior) {
   static const Key oldValues("frictionValList");
   static const Key table("FrictionTable");
-  Feature* const behavior = LinkedFeature(feature, kTangentialBehavior);
-  if (behavior == nullptr || HasAttribute(*behavior, table)) return Conforms();
   std::vector<double> values;
-  return OutdatedIf(Succeeded(ReadAttribute(*behavior, oldValues, values)) && !values.empty());
+  return !HasAttribute(behavior, table) && Succeeded(ReadAttribute(behavior, oldValues, values)) &&
+         !values.empty();
 }
 
-Verdict UserFriction(Feature& feature, const Survey& /*survey*/) {
+bool HasOldSubroutine(Feature& behavior) {
   static const Key userSubroutine("UserSubroutine");
   static const Key formulation("FrictionFormulation");
   constexpr std::int32_t kUserDefined = 3;
+  return check::FlagOf(behavior, userSubroutine) &&
+         check::IntegerOf(behavior, formulation, 0) != kUserDefined;
+}
+
+// Judged at the interaction property, which is what the upgrade is handed ...
+template <bool (*isOld)(Feature& behavior)>
+Verdict Friction(Feature& feature, const Survey& /*survey*/) {
   Feature* const behavior = LinkedFeature(feature, kTangentialBehavior);
-  return OutdatedIf(behavior != nullptr && check::FlagOf(*behavior, userSubroutine) &&
-                    check::IntegerOf(*behavior, formulation, 0) != kUserDefined);
+  return OutdatedIf(behavior != nullptr && isOld(*behavior));
+}
+
+// ... unless that has lost its link to the behavior beneath it.
+template <bool (*isOld)(Feature& behavior)>
+Verdict UnlinkedFriction(Feature& feature, const Survey& /*survey*/) {
+  static const Key interactionProperty("HVXInteractionPropertyLT");
+  Feature* const property = feature.father;
+  if (property == nullptr || !check::IsA(*property, interactionProperty) || !isOld(feature))
+    return Conforms();
+  return LinkedFeature(*property, kTangentialBehavior) == nullptr
+             ? Damaged(kNoBehavior, kTangentialBehavior.Text())
+             : Conforms();
 }
 
 // What the angle's unit is cannot be told, so it is never divided a second time.
@@ -56,11 +75,16 @@ Verdict AttributeOfOldCheck(Feature& feature, const Survey& /*survey*/) {
   return OutdatedIf(HasAttribute(feature, ruleNames));
 }
 
+constexpr std::string_view kOldSubroutine = "friction by user subroutine is not its friction formulation";
+constexpr std::string_view kOldValue = "the friction value is not in a friction table";
+
 constexpr ConformityRule kRules[] = {
-    {"HVXInteractionPropertyLT", "UserSubRoutineAttrUpgrade",
-     "friction by user subroutine is not its friction formulation", UserFriction},
-    {"HVXInteractionPropertyLT", "FrictionValueUpgrade", "the friction value is not in a friction table",
-     FrictionValue},
+    {"HVXInteractionPropertyLT", "UserSubRoutineAttrUpgrade", kOldSubroutine, Friction<HasOldSubroutine>},
+    {"HVXInteractionPropertyLT", "FrictionValueUpgrade", kOldValue, Friction<HasOldValue>},
+    {"HVXTangentialBehaviorLT", "UserSubRoutineAttrUpgrade", kOldSubroutine,
+     UnlinkedFriction<HasOldSubroutine>, check::VisitFather},
+    {"HVXTangentialBehaviorLT", "FrictionValueUpgrade", kOldValue, UnlinkedFriction<HasOldValue>,
+     check::VisitFather},
     {"HVXMatOrientationLT", {}, "the material orientation has no angle", WithoutAngle},
     {"HVXGaskPropertyLT", "UpgradeGasketStabilizationStiffnessUnit",
      "the stabilization stiffness is in a component of an old name", OldStiffness},

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "check/Conformity.h"
 #include "check/IdSet.h"
 #include "model/Document.h"
 
@@ -17,13 +18,17 @@ namespace standalone {
 /// A way in which a feature can be damaged. In both texts "{}" stands for the keys.
 struct DamageKind {
   std::string_view text;  ///< Such as "{} is missing"; for one key. Empty where the rule's reason tells all.
-  std::string_view remedy;  ///< What a person can do; for several keys as well. Empty for nothing.
+  std::string_view remedy;      ///< What a person can do; for several keys as well. Empty for nothing.
+  std::string_view place = {};  ///< The attribute to correct, where the texts name something else.
 };
 
 struct Damage {
   const DamageKind* kind;
   std::string key;  ///< Quoted in the texts.
 };
+
+/// Tells damage in a finding: its damage, key and remedy.
+void Tell(const std::vector<Damage>& damage, Finding& finding);
 
 /// What a rule says about one feature.
 struct Verdict {
@@ -98,9 +103,10 @@ struct ConformityRule {
   std::string_view remedy = {};
 };
 
-/// What of a feature's attributes cannot be read, in one state of it.
-[[nodiscard]] std::vector<Damage> UnreadableIn(const FeatureState& state);
-inline constexpr std::string_view kUnreadableReason = "a value is of a kind that cannot be read";
+/// What of a feature's attributes is read as something else than a person meant, in one state of it: values
+/// that cannot be read, and missing ones for which upgrades take 0.
+[[nodiscard]] std::vector<Damage> MisreadIn(const FeatureState& state);
+inline constexpr std::string_view kUnreadableReason = "a value cannot be read";
 
 // The rules, by subject.
 std::span<const ConformityRule> ConditionRules();

@@ -39,6 +39,8 @@ inline constexpr std::string_view kLacks = "a basic component of the current lay
 extern const DamageKind kMissing;    ///< An attribute without which nothing can be done.
 extern const DamageKind kNoInteger;  ///< An attribute that holds something else.
 
+std::string LowerFirst(std::string text);
+
 /// The case that stands above, which is handed what concerns the features beneath it.
 Feature* VisitCase(Feature& feature);
 Feature* VisitFather(Feature& feature);

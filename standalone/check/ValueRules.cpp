@@ -33,6 +33,8 @@ constexpr DamageKind kNoLink{"{} holds no link", "Make {} a link"};
 constexpr DamageKind kNoLinks{"{} holds other than links", "Make {} a list of links"};
 constexpr DamageKind kNoNumbers{"{} holds other than numbers", "Make {} a list of numbers"};
 constexpr DamageKind kNoList{"{} holds no list", "Make {} a list"};
+constexpr DamageKind kNoActivity{"{} holds neither an integer nor true or false", "Give {} the value 0 or 1"};
+constexpr DamageKind kTakenForZero{"{} is missing, for which upgrades take 0", "Give the feature its {}"};
 constexpr DamageKind kNoType{"its \"Type\" is none of the five of components, so {} cannot be read",
                              "Give the component the \"Type\" that belongs to its {}"};
 
@@ -141,6 +143,7 @@ const StoredAs kStored[] = {
      Stored::kInteger,
      {"slidingFormulation", "adjustment", "constraintEnforcement"}},
     {"HVXSurfaceToSurfaceContactLT", Stored::kLink, {"interactionProperty", "adjustmentGroup"}},
+    {"HVXContactConnectionEnhancementStdLT", Stored::kNumber, {"SearchTolerance", "OverclosureTolerance"}},
     {"HVXContactConnectionEnhancementStdLT", Stored::kLink, {"ContactControl", "InterferenceFit"}},
     {"HVXContactConnectionEnhancementExplicitLT", Stored::kLink, {"ContactControl"}},
     {kind::kAnalysisEntity, Stored::kInteger, {"PropagationState"}},
@@ -172,6 +175,22 @@ const StoredAs kStored[] = {
       "OutOfPlaneHourglassScalingFactor"}},
 };
 
+// What a routine reads as 0 where it is missing, though 0 means something.
+struct NeverMissing {
+  std::string_view lateType;
+  std::string_view key;
+  std::string_view onlyWith;  // a flag that must be set; empty for always
+};
+
+constexpr NeverMissing kNeverMissing[] = {
+    {"HVXSectionControlsLT", "LengthRatio", {}},
+    {"HVXSectionControlsLT", "StiffnessViscousWtFactor", {}},
+    {"HVXSectionControlsLT", "DispHourglassScalingFactor", {}},
+    {"HVXSectionControlsLT", "RotHourglassScalingFactor", {}},
+    {"HVXSectionControlsLT", "OutOfPlaneHourglassScalingFactor", {}},
+    {"SAMFaceFaceContact", "Clearance", "ClearanceFlag"},
+};
+
 // How a late type's attributes are stored, by the number of their key.
 using StoredByKey = std::vector<std::optional<Stored>>;
 
@@ -197,8 +216,26 @@ const StoredByKey& KnownKeysOf(const LateType& type) {
   return *keys;
 }
 
-Verdict Unreadable(Feature& feature, const Survey& /*survey*/) {
-  std::vector<Damage> damage = UnreadableIn(feature);
+const Value* ValueIn(const FeatureState& state, std::string_view key) {
+  const NameId id = NameTable::Intern(key);
+  const auto found = std::ranges::find(state.Attributes(), id, &Attribute::key);
+  return found == state.Attributes().end() ? nullptr : &found->value;
+}
+
+bool IsSet(const Value* flag) {
+  return flag != nullptr && (*flag == Value::Boolean(true) || *flag == Value::Integer(1));
+}
+
+void AppendMissing(const FeatureState& state, std::vector<Damage>& damage) {
+  for (const NeverMissing& each : kNeverMissing) {
+    if (state.TypeName() != each.lateType || ValueIn(state, each.key) != nullptr) continue;
+    if (each.onlyWith.empty() || IsSet(ValueIn(state, each.onlyWith)))
+      damage.push_back({&kTakenForZero, std::string(each.key)});
+  }
+}
+
+Verdict Misread(Feature& feature, const Survey& /*survey*/) {
+  std::vector<Damage> damage = MisreadIn(feature);
   return damage.empty() ? Conforms() : Verdict{Verdict::State::kBeyond, std::move(damage)};
 }
 
@@ -213,20 +250,23 @@ Verdict UnreadableComponent(Feature& feature, const Survey& /*survey*/) {
   if (type == "SAMBoolean") fault = FaultOf(values->value, Stored::kFlag);
   if (type == "SAMString") fault = FaultOf(values->value, Stored::kText);
   if (type == "SAMComposite") fault = nullptr;
-  return fault == nullptr ? Conforms() : Beyond(*fault, kComponentValues.Text());
+  if (fault != nullptr) return Beyond(*fault, kComponentValues.Text());
+  const Attribute* const active = feature.document->FindAttribute(feature, kComponentIsActive.Id());
+  if (active == nullptr || IsInteger32(active->value) || IsFlag(active->value)) return Conforms();
+  return Beyond(kNoActivity, kComponentIsActive.Text());
 }
 
 constexpr ConformityRule kRules[] = {
     {"VLMKpeParm VLMSamAnalysisConnector VLMSamAnalysisModel VLMSamAnalysisSet VLMSamAnalysisEntity",
      {},
      kUnreadableReason,
-     Unreadable},
+     Misread},
     {"VLMSamBasicComponent", {}, kUnreadableReason, UnreadableComponent},
 };
 
 }  // namespace
 
-std::vector<Damage> UnreadableIn(const FeatureState& state) {
+std::vector<Damage> MisreadIn(const FeatureState& state) {
   const StoredByKey& keys = KnownKeysOf(*state.type);
   std::vector<Damage> damage;
   for (const Attribute& attribute : state.Attributes()) {
@@ -234,6 +274,7 @@ std::vector<Damage> UnreadableIn(const FeatureState& state) {
     if (const DamageKind* const fault = FaultOf(attribute.value, *keys[attribute.key]))
       damage.push_back({fault, std::string(NameTable::Text(attribute.key))});
   }
+  AppendMissing(state, damage);
   return damage;
 }
 

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "check/Conformity.h"
+#include "check/Losses.h"
 #include "support/UpgradeFixture.h"
 
 namespace {
@@ -241,9 +242,45 @@ TEST_F(ConformityTest, ValuesOfAnotherKindCannotBeRead) {
                    {"id":6,"type":"MSHMeshPart","attributes":{"NodeCount":-1,"ElementCount":3}}
                    {"id":7,"type":"HVXTangentialBehaviorLT","attributes":{"frictionValList":[0.1,"x"],"Other":"x"}}
                    {"id":8,"type":"HVXMatOrientationLT"}
-                   {"id":9,"type":"HVXMatOrientationLT","attributes":{"Angle":30}})");
-  EXPECT_THAT(Found(),
-              ElementsAre("#4 - damaged", "#5 - damaged", "#6 - damaged", "#7 - damaged", "#8 - damaged"));
+                   {"id":9,"type":"HVXMatOrientationLT","attributes":{"Angle":30}}
+                   {"id":10,"type":"SAMBasicComponent","attributes":{"Type":"SAMDouble","Values":1.5,"IsActive":"x"}}
+                   {"id":11,"type":"SAMFaceFaceContact","attributes":{"ClearanceFlag":true}})");
+  EXPECT_THAT(Found(), ElementsAre("#4 - damaged", "#5 - damaged", "#6 - damaged", "#7 - damaged",
+                                   "#8 - damaged", "#10 - damaged", "#11 - damaged"));
+}
+
+// A link that is gone keeps the upgrade from what stands beneath the feature, or from what it rests on.
+TEST_F(ConformityTest, WhatAnUpgradeCannotReachIsDamaged) {
+  GivenCaseWith(R"({"id":4,"type":"HVXInteractionPropertyLT","attributes":{"tangentialBehavior":null}}
+                   {"id":5,"type":"HVXTangentialBehaviorLT","father":{"ref":4},"attributes":{"UserSubroutine":true,"frictionValList":[0.2]}}
+                   {"id":6,"type":"HVXRigidCouplingLT","attributes":{"Supports":[{"ref":7}]}}
+                   {"id":7,"type":"GeometrySmartConnector","father":{"ref":6},"attributes":{"FirstObject":{"ref":9},"SecondObject":null}}
+                   {"id":9,"type":"SAMGroup","attributes":{"GroupKind":1,"Members":[{"ref":10},null]}}
+                   {"id":10,"type":"GeometrySmartConnector","father":{"ref":9},"attributes":{"FirstObject":{"ref":1}}})");
+  EXPECT_THAT(Found(), ElementsAre("#5 UserSubRoutineAttrUpgrade damaged", "#5 FrictionValueUpgrade damaged",
+                                   "#6 UpgradeToConnMeshPart damaged", "#6 UpgradeGroupToSupport damaged"));
+}
+
+TEST_F(ConformityTest, WhatAnUpgradeReplacedByNothingIsALoss) {
+  GivenCaseWith(R"({"id":4,"type":"HVXRigidCouplingLT","attributes":{"Supports":[{"ref":5},{"ref":6}]}}
+                   {"id":5,"type":"GeometrySmartConnector","father":{"ref":4},"attributes":{"FirstObject":{"ref":7},"SecondObject":{"ref":1}}}
+                   {"id":6,"type":"GeometrySmartConnector","father":{"ref":4},"attributes":{"FirstObject":{"ref":8},"SecondObject":{"ref":1}}}
+                   {"id":7,"type":"SAMGroup","attributes":{"GroupKind":1,"Members":[]}}
+                   {"id":8,"type":"Surface"}
+                   {"id":10,"type":"HVXLocalElemAsgnLT","father":{"ref":2},"attributes":{"HVXListElementAsgnSpec":[{"ref":11},{"ref":12}]}}
+                   {"id":11,"type":"HVXElementAssignmentLT","father":{"ref":10},"attributes":{"SectionControlsSpec":{"ref":13}}}
+                   {"id":12,"type":"HVXElementAssignmentLT","father":{"ref":10},"attributes":{"SectionControlsSpec":{"ref":14}}}
+                   {"id":13,"type":"HVXSectionControlsLT","father":{"ref":11},"attributes":{"LengthRatio":"x","StiffnessViscousWtFactor":0.5}}
+                   {"id":14,"type":"HVXSectionControlsLT","father":{"ref":12}})");
+  static_cast<void>(Upgrade(4, {"UpgradeGroupToSupport"}));
+  static_cast<void>(Upgrade(10, {"UpgradeLocalElementAssignment"}));
+  std::vector<std::string> found;
+  for (const standalone::Finding& finding : standalone::FindLosses(Doc()))
+    found.push_back('#' + std::to_string(finding.feature->id) + ' ' + finding.key);
+  // What could not be copied (#13) stays where it is.
+  EXPECT_THAT(found, ElementsAre("#4 Supports",
+                                 "#14 LengthRatio, StiffnessViscousWtFactor, DispHourglassScalingFactor, "
+                                 "RotHourglassScalingFactor, OutOfPlaneHourglassScalingFactor"));
 }
 
 }  // namespace
