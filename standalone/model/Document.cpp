@@ -9,33 +9,9 @@
 namespace standalone {
 namespace {
 
-// Stands in `Feature::referrer` for more than one feature.
-Feature severalReferrers;
-Feature* const kSeveral = &severalReferrers;
-
 // The room that a list of `size` entries has. A function of the size alone, so that it need not be stored.
 std::size_t RoomFor(std::size_t size) {
   return size == 0 ? 0 : std::bit_ceil(size);
-}
-
-bool IsDeadLink(const Value& value) {
-  return value.Kind() == ValueKind::kLink && value.Target() != nullptr && value.Target()->removed;
-}
-
-// The link itself, or a list that holds such a one at any depth.
-bool HoldsDeadLink(const Value& value) {
-  if (value.Kind() != ValueKind::kList) return IsDeadLink(value);
-  return std::ranges::any_of(value.Entries(), HoldsDeadLink);
-}
-
-bool IsLink(const Value& value) {
-  return value.Kind() == ValueKind::kLink && value.Target() != nullptr;
-}
-
-bool LinksTo(const Value& value, const Feature& target) {
-  if (value.Kind() != ValueKind::kList) return IsLink(value) && value.Target() == &target;
-  return std::ranges::any_of(value.Entries(),
-                             [&target](const Value& entry) { return LinksTo(entry, target); });
 }
 
 }  // namespace
@@ -98,34 +74,12 @@ std::span<const Attribute> Document::AttributesOf(Feature& feature) {
   return feature.Attributes();
 }
 
-bool Document::IsLinkedFromElsewhere(const Feature& target, const Feature& feature) {
-  const auto links = [&target, &feature](const Feature* referrer) {
-    return referrer != &feature && !referrer->removed &&
-           std::ranges::any_of(referrer->Attributes(), [&target](const Attribute& attribute) {
-             return LinksTo(attribute.value, target);
-           });
-  };
-  if (target.referrer == nullptr) return false;
-  if (target.referrer != kSeveral) return links(target.referrer);
-  if (!sharedReferrersIndexed_) IndexSharedReferrers();
-  return std::ranges::any_of(sharedReferrers_[&target], links);
-}
-
 std::size_t Document::CountBeneath(const Feature& feature) {
   std::size_t count = 0;
   for (const Feature* each = NextBeneath(feature, feature); each != nullptr;
        each = NextBeneath(feature, *each))
     ++count;
   return count;
-}
-
-void Document::DropAllDeadLinks() {
-  if (companion_ != nullptr) companion_->WriteBack();
-  RestoreListsSetAside();
-  for (Feature* const feature : withDeadLinks_) {
-    if (feature->hasDeadLinks && !feature->removed) DropDeadLinks(*feature);
-  }
-  withDeadLinks_.clear();
 }
 
 Feature* Document::Create(const LateType& type, std::string_view name, Feature* father, Feature* container) {
@@ -240,68 +194,6 @@ void Document::AppendToList(Feature& feature, NameId key, const Value& entry) {
   NoteLinks(feature, entry);
 }
 
-void Document::SetListAside(Feature& feature, NameId key) {
-  const Attribute* const attribute = FindAttribute(feature, key);
-  if (attribute == nullptr || attribute->value.Kind() != ValueKind::kList) return;
-  const Value list = attribute->value;
-  std::vector<Value> rest;
-  std::ranges::remove_copy_if(list.Entries(), std::back_inserter(rest), IsLink);
-  if (rest.size() == list.Entries().size()) return;
-  listsSetAside_.push_back({&feature, key, list});
-  SetAttribute(feature, key, Value::List(Keep(rest)));
-}
-
-std::vector<Feature*> Document::ReplaceListSetAside(const Feature& feature, NameId key) {
-  std::vector<Feature*> targets;
-  std::erase_if(listsSetAside_, [&](const ListSetAside& each) {
-    if (each.feature != &feature || each.key != key) return false;
-    for (const Value& entry : each.list.Entries()) {
-      if (IsLink(entry)) targets.push_back(entry.Target());
-    }
-    return true;
-  });
-  return targets;
-}
-
-void Document::RestoreListsSetAside() {
-  for (const auto& [feature, key, list] : std::exchange(listsSetAside_, {})) {
-    const Attribute* const attribute = feature->removed ? nullptr : FindAttribute(*feature, key);
-    if (attribute == nullptr || attribute->value.Kind() != ValueKind::kList) continue;
-    if (std::ranges::none_of(attribute->value.Entries(), IsLink)) SetAttribute(*feature, key, list);
-  }
-}
-
-void Document::PlaceBeside(Feature& feature, Feature& other, bool after) {
-  Feature* const anchor = after ? &other : other.previousSibling;
-  if (&feature == &other || anchor == &feature || feature.previousSibling == anchor) return;
-  Touch(feature, ChangedPart::kFather);
-
-  Feature* const father = feature.father;
-  UnlinkSon(feature);
-  feature.father = father;
-  feature.previousSibling = after ? &other : other.previousSibling;
-  feature.nextSibling = after ? other.nextSibling : &other;
-  (feature.previousSibling != nullptr ? feature.previousSibling->nextSibling : father->firstSon) = &feature;
-  (feature.nextSibling != nullptr ? feature.nextSibling->previousSibling : father->lastSon) = &feature;
-
-  MoveBeside(feature, other, after);
-}
-
-bool Document::PlaceBeneath(Feature& feature, Feature& father) {
-  if (feature.removed || father.removed) return false;
-  for (const Feature* above = &father; above != nullptr; above = above->father) {
-    if (above == &feature) return false;
-  }
-  if (father.lastSon == &feature) return true;
-  Touch(feature, ChangedPart::kFather);
-  UnlinkSon(feature);
-  Feature* const last = father.lastSon;
-  LinkLastSon(feature, father);
-  feature.nextSibling = nullptr;
-  if (last != nullptr) MoveBeside(feature, *last, true);
-  return true;
-}
-
 std::string_view Document::Keep(std::string_view text) {
   if (text.empty()) return {};
   std::string_view& place = recentTexts_.PlaceOf(text);
@@ -383,47 +275,6 @@ void Document::Touch(Feature& feature, ChangedPart part, NameId key) {
   feature.HoldAttributes(copy, before.attributeCount, room);
 }
 
-void Document::LinkLast(Feature& feature) {
-  feature.previous = last_;
-  feature.next = nullptr;
-  (last_ != nullptr ? last_->next : first_) = &feature;
-  last_ = &feature;
-  ++count_;
-}
-
-void Document::LinkLastSon(Feature& feature, Feature& father) {
-  feature.father = &father;
-  feature.previousSibling = father.lastSon;
-  (father.lastSon != nullptr ? father.lastSon->nextSibling : father.firstSon) = &feature;
-  father.lastSon = &feature;
-}
-
-void Document::Unlink(Feature& feature) {
-  (feature.previous != nullptr ? feature.previous->next : first_) = feature.next;
-  (feature.next != nullptr ? feature.next->previous : last_) = feature.previous;
-  --count_;
-}
-
-void Document::UnlinkSon(Feature& feature) {
-  if (feature.father == nullptr) return;
-  (feature.previousSibling != nullptr ? feature.previousSibling->nextSibling : feature.father->firstSon) =
-      feature.nextSibling;
-  (feature.nextSibling != nullptr ? feature.nextSibling->previousSibling : feature.father->lastSon) =
-      feature.previousSibling;
-}
-
-// The document's order follows that of the sons, because a reader takes the sons in the order of their lines.
-void Document::MoveBeside(Feature& feature, Feature& other, bool after) {
-  sets_.NoteDisturbed(feature);
-  rearranged_.push_back(&feature);
-  Unlink(feature);
-  feature.previous = after ? &other : other.previous;
-  feature.next = after ? other.next : &other;
-  (feature.previous != nullptr ? feature.previous->next : first_) = &feature;
-  (feature.next != nullptr ? feature.next->previous : last_) = &feature;
-  ++count_;
-}
-
 Attribute& Document::AddAttribute(Feature& feature, NameId key) {
   if (feature.attributeCount == feature.attributeCapacity) {
     ReserveAttributes(feature, std::max<std::uint32_t>(4, feature.attributeCapacity * 2));
@@ -432,98 +283,6 @@ Attribute& Document::AddAttribute(Feature& feature, NameId key) {
   ++feature.attributeCount;
   added->key = key;
   return *added;
-}
-
-void Document::NoteLinks(Feature& referrer, const Value& value) {
-  if (value.Kind() == ValueKind::kList) {
-    for (const Value& entry : value.Entries()) NoteLinks(referrer, entry);
-    return;
-  }
-  if (value.Kind() == ValueKind::kLink && value.Target() != nullptr) NoteLink(referrer, *value.Target());
-}
-
-void Document::NoteLink(Feature& referrer, Feature& target) {
-  if (target.removed) {
-    MarkDeadLinks(referrer);
-    return;
-  }
-  if (target.referrer == &referrer) return;
-  if (target.referrer == nullptr) {
-    target.referrer = &referrer;
-    return;
-  }
-  if (sharedReferrersIndexed_) {
-    std::vector<Feature*>& all = sharedReferrers_[&target];
-    if (target.referrer != kSeveral) all.push_back(target.referrer);
-    all.push_back(&referrer);
-  }
-  target.referrer = kSeveral;
-}
-
-void Document::MarkReferrers(Feature& target) {
-  if (target.referrer == nullptr) return;
-  if (target.referrer != kSeveral) {
-    MarkDeadLinks(*target.referrer);
-    return;
-  }
-  if (!sharedReferrersIndexed_) IndexSharedReferrers();
-  for (Feature* const referrer : sharedReferrers_[&target]) MarkDeadLinks(*referrer);
-}
-
-void Document::MarkDeadLinks(Feature& referrer) {
-  if (!referrer.hasDeadLinks) withDeadLinks_.push_back(&referrer);
-  referrer.hasDeadLinks = true;
-}
-
-void Document::IndexSharedReferrers() {
-  sharedReferrersIndexed_ = true;
-  const auto index = [this](Feature& referrer, const Value& value, const auto& self) -> void {
-    if (value.Kind() == ValueKind::kList) {
-      for (const Value& entry : value.Entries()) self(referrer, entry, self);
-    } else if (value.Kind() == ValueKind::kLink && value.Target() != nullptr &&
-               value.Target()->referrer == kSeveral) {
-      sharedReferrers_[value.Target()].push_back(&referrer);
-    }
-  };
-  // What was removed earlier is not reached: links out of it hold nobody any more.
-  for (Feature* feature = first_; feature != nullptr; feature = feature->next) {
-    for (const Attribute& attribute : feature->Attributes()) index(*feature, attribute.value, index);
-    index(*feature, Value::Link(feature->container), index);
-  }
-}
-
-void Document::Settle(Feature& feature) {
-  if (feature.isBehind) companion_->WriteBack();
-  if (feature.hasDeadLinks) DropDeadLinks(feature);
-}
-
-void Document::DropDeadLinks(Feature& feature) {
-  feature.hasDeadLinks = false;
-  if (feature.container != nullptr && feature.container->removed) {
-    Touch(feature, ChangedPart::kContainer);
-    feature.container = nullptr;
-  }
-  const auto holdsDeadLink = [](const Attribute& attribute) { return HoldsDeadLink(attribute.value); };
-  for (const Attribute& attribute : feature.Attributes()) {
-    if (holdsDeadLink(attribute)) Touch(feature, ChangedPart::kAttribute, attribute.key);
-  }
-  std::uint32_t kept = 0;
-  for (const Attribute& attribute : feature.Attributes()) {
-    if (IsDeadLink(attribute.value)) continue;  // the attribute goes with its link
-    const Value value = holdsDeadLink(attribute) ? WithoutDeadLinks(attribute.value) : attribute.value;
-    feature.attributes[kept] = attribute;
-    feature.attributes[kept++].value = value;
-  }
-  feature.attributeCount = kept;
-}
-
-Value Document::WithoutDeadLinks(const Value& value) {
-  if (value.Kind() != ValueKind::kList) return value;
-  std::vector<Value> alive;
-  for (const Value& entry : value.Entries()) {
-    if (!IsDeadLink(entry)) alive.push_back(WithoutDeadLinks(entry));
-  }
-  return Value::List(Keep(alive));
 }
 
 }  // namespace standalone
