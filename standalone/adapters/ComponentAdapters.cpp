@@ -136,22 +136,26 @@ class BasicComponentAdapter final : public FeatureAdapter<VLMISamBasicComponent>
 
   HRESULT SetInteger(std::int32_t value, int index, const VLMString& unit, int row, int column,
                      int layer) override {
-    const bool single = index == 0 && unit.IsNull() && row == 0 && column == 0 && layer == 0;
-    return SetValue("VLMISamBasicComponent::SetInteger", "SAMInteger", single, value);
+    return SetSingle("VLMISamBasicComponent::SetInteger", "SAMInteger", index | row | column | layer, unit,
+                     value);
   }
 
   HRESULT SetBoolean(unsigned char value, int index, const VLMString& unit, int row, int column,
                      int layer) override {
-    const bool single = index == 0 && unit.IsNull() && row == 0 && column == 0 && layer == 0;
-    return SetValue("VLMISamBasicComponent::SetBoolean", "SAMBoolean", single, value);
+    return SetSingle("VLMISamBasicComponent::SetBoolean", "SAMBoolean", index | row | column | layer, unit,
+                     value);
   }
 
  private:
+  // A component holds one value: no place within it but 0 exists, and no unit belongs to it.
   template <class T>
-  HRESULT SetValue(std::string_view operation, std::string_view type, bool single, const T& value) const {
-    if (const HRESULT entered = Enter(operation, Self().name); Failed(entered)) return entered;
+  HRESULT SetSingle(std::string_view operation, std::string_view type, int place, const VLMString& unit,
+                    const T& value) const {
+    if (const HRESULT entered = Enter(operation, Self().name, place); Failed(entered)) return entered;
     VLMUnicodeString own;
-    if (!single || Failed(ReadAttribute(Self(), kComponentType, own)) || own.View() != type) return E_FAIL;
+    if (place != 0 || !unit.IsNull() || Failed(ReadAttribute(Self(), kComponentType, own)) ||
+        own.View() != type)
+      return E_FAIL;
     return ReplaceAttribute(Self(), kComponentValues, value);
   }
 };

@@ -138,7 +138,8 @@ const std::string* Messages::Find(std::string_view catalog, std::string_view key
 VLMUnicodeString VLMMsgCatalog::BuildMessage(const VLMString& catalog, const VLMString& key,
                                              const VLMUnicodeString* parameters, int parameterCount,
                                              const VLMUnicodeString& defaultText) {
-  if (Failed(standalone::Checkpoint::Pass("VLMMsgCatalog::BuildMessage", nullptr, key.View())))
+  if (Failed(
+          standalone::Checkpoint::Pass("VLMMsgCatalog::BuildMessage", nullptr, key.View(), parameterCount)))
     return defaultText;
   const std::string* const text = standalone::Messages::Find(catalog.View(), key.View());
   if (text == nullptr) return defaultText;

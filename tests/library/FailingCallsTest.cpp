@@ -124,16 +124,25 @@ std::string TextOf(const HostCall& call) {
   return text;
 }
 
-// Of calls of one operation, or casts to one interface: what comes round again and again fails alike.
-std::set<std::size_t> FirstTwoAndLast(const std::vector<HostCall>& calls) {
-  std::map<std::string, std::vector<std::size_t>> positions;
-  for (std::size_t i = 0; i < calls.size(); ++i) positions[calls[i].operation].push_back(i);
+// Of calls of one operation, or casts to one interface, on features of one late type: what comes round again
+// and again fails alike.
+std::set<std::size_t> FirstTwoAndLast(const std::vector<HostCall>& calls, const Document& document) {
+  std::map<std::pair<std::string, std::string_view>, std::vector<std::size_t>> positions;
+  for (std::size_t i = 0; i < calls.size(); ++i) {
+    const Feature* const feature = document.Find(calls[i].feature);
+    const std::string_view type = feature == nullptr ? std::string_view() : feature->TypeName();
+    positions[{calls[i].operation, type}].push_back(i);
+  }
   std::set<std::size_t> chosen;
   for (const auto& [operation, all] : positions) {
     chosen.insert({all.front(), all.back()});
     if (all.size() > 1) chosen.insert(all[1]);
   }
   return chosen;
+}
+
+std::string TitleOf(const Start& start, const Outcome& normal, const std::string& done) {
+  return fmt::format("{}: {}, {}\n", start.title, normal.result, SumOf(done));
 }
 
 std::string RowsOf(const Start& start) {
@@ -146,8 +155,8 @@ std::string RowsOf(const Start& start) {
     return fmt::format("  {} | {}, {}, {}\n", failing, outcome.result, outcome.calls.size() - callsBefore,
                        state);
   };
-  std::string rows = fmt::format("{}: {}, {}\n", start.title, normal.result, SumOf(done));
-  for (const std::size_t i : FirstTwoAndLast(normal.calls)) {
+  std::string rows = TitleOf(start, normal, done);
+  for (const std::size_t i : FirstTwoAndLast(normal.calls, *normal.document.Get())) {
     CheckpointPlan plan;
     plan.failNth = static_cast<std::int64_t>(i) + 1;
     rows += row(TextOf(normal.calls[i]), RunUnder(plan, start), i + 1);
@@ -158,7 +167,7 @@ std::string RowsOf(const Start& start) {
         std::ranges::find(casts, cast) == casts.end())
       casts.push_back(cast);
   }
-  for (const std::size_t i : FirstTwoAndLast(casts)) {
+  for (const std::size_t i : FirstTwoAndLast(casts, *normal.document.Get())) {
     CheckpointPlan plan;
     plan.withholdInterface = casts[i].operation;
     plan.withholdFrom = casts[i].feature;
@@ -180,10 +189,12 @@ std::filesystem::path FileOf(const std::string& example) {
   return file;
 }
 
-// The first feature that a routine runs on, and each later one on which it makes a call that it made on none.
+// The first feature that a routine runs on, and each later one on which it makes a call that it made on none;
+// without failures also those on which it makes so many calls, or gives such a result, as on none.
 std::string RowsOf(const HVXUpgradeClass& upgradeClass, const VLMUnicodeString& identifier) {
   std::string rows;
   std::set<std::string> met;
+  std::set<std::pair<std::string, std::size_t>> outcomes;
   for (const char* const example : {"bolted_bracket", "heated_pipe"}) {
     const std::filesystem::path file = FileOf(example);
     const auto read = [file] { return ReadDocument(file); };
@@ -195,8 +206,14 @@ std::string RowsOf(const HVXUpgradeClass& upgradeClass, const VLMUnicodeString& 
           read, [id = each->id, identifier](Document& on) { return Upgrade(on, id, identifier); },
           fmt::format("{} on {} #{} of {}", identifier.View(), each->TypeName(), each->id, example)};
       bool isNew = met.empty();
-      for (const HostCall& call : RunUnder({}, start).calls) isNew |= met.insert(call.operation).second;
-      if (isNew) rows += RowsOf(start);
+      const Outcome normal = RunUnder({}, start);
+      for (const HostCall& call : normal.calls) isNew |= met.insert(call.operation).second;
+      const bool endsAnew = outcomes.emplace(normal.result, normal.calls.size()).second;
+      if (isNew) {
+        rows += RowsOf(start);
+      } else if (endsAnew) {
+        rows += TitleOf(start, normal, LinesOf(*normal.document.Get()) + normal.printed);
+      }
     }
   }
   return rows;
