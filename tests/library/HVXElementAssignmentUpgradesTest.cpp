@@ -215,6 +215,14 @@ TEST_F(HVXSectionControlsUpgradeTest, OfSeveralGlobalAssignmentsTheFirstCounts) 
   EXPECT_NE(Controls(11), 0);
 }
 
+TEST_F(HVXSectionControlsUpgradeTest, TheGlobalAssignmentMayStandAtAnyDepthBeneathTheCase) {
+  GivenCaseWith("");
+  Given(Lines() + R"({"id":20,"type":"HVXInteractionContainerLT","father":{"ref":2}})");
+  EXPECT_TRUE(Doc().PlaceBeneath(At(4), At(20)));
+  EXPECT_EQ(AddControls(), S_OK);
+  EXPECT_NE(Controls(7), 0);
+}
+
 TEST_F(HVXSectionControlsUpgradeTest, OneLocalAssignmentBecomesTwoWithTheSettingsOfTheFirst) {
   GivenCaseWith(
       Local(10, R"([{"ref":11}])") +
@@ -321,9 +329,11 @@ TEST_F(HVXSectionControlsUpgradeTest, ControlsThatCannotBeMadeOrStoredStopTheGlo
   EXPECT_EQ(AddControls(), S_OK);
   EXPECT_EQ(Controls(6), 0);
   EXPECT_EQ(Controls(7), 0);  // behind one that failed
-  GivenCaseWith(Local(10, R"([{"ref":11}])") + Assignment(11, 10, R"("ElementShape":7)"));  // a missing key
+  GivenCaseWith(Local(10, R"([{"ref":11}])") + Assignment(11, 10, R"("ElementShape":7)") +  // a missing key
+                Local(12, R"([{"ref":13}])") + Assignment(13, 12, R"("SectionControlsSpec":null)"));
   EXPECT_EQ(AddControls(), S_OK);
   EXPECT_EQ(Controls(11), 0);
+  EXPECT_EQ(Controls(13), 0);
 }
 
 TEST_F(HVXSectionControlsUpgradeTest, ACaseWithoutAGlobalAssignmentIsLeftUnchanged) {
