@@ -15,6 +15,7 @@ import time
 from mutation.paths import LIBRARY, ROOT, TREE, WORK
 
 TOO_SLOW = "-*FaultSweepTest*:*RandomDocumentTest*:DocumentFileTest*:DocumentRandomTest*:MeshNumbersTest*"
+ACCOUNT = "*.DISABLED_Account"  # tests that write down what documents and failing calls come to
 TEST_TARGETS = ["bin/hvx_tests", "lib/libHVXTestUpgradeLibrary.so"]  # what is built of the library's sources
 
 
@@ -87,6 +88,9 @@ class Bench:
         if noticed is not None:
             sys.exit(f"The tests fail on the library as it is: {noticed}")
         self.test_seconds = time.monotonic() - started
+        self.account = self.original.account(600)
+        if self.account is None:
+            sys.exit("The tests' account of the library as it is cannot be made")
 
     @staticmethod
     def copy_tree():
@@ -202,6 +206,17 @@ class Workshop:
             return failed[0] if failed else f"crashed ({code})"
         return None
 
+    def account(self, seconds):
+        """What random documents and failing calls come to; None when that cannot be told."""
+        tests, plug_in = (str(self.linked[target]) for target in TEST_TARGETS)
+        file = self.folder / "account"
+        file.unlink(missing_ok=True)
+        env = {**os.environ, "HVX_LIBRARY": str(self.folder / "library.so"), "HVX_TEST_LIBRARY": plug_in,
+               "TEST_TMPDIR": str(self.folder), "HVX_ACCOUNT": str(file)}
+        command = [tests, "--gtest_also_run_disabled_tests", f"--gtest_filter={ACCOUNT}"]
+        code, _ = self.bench.runner.run(command, self.folder, seconds, env)
+        return file.read_bytes() if code == 0 and file.exists() else None
+
     def dependents(self, file):
         """The sources that a changed file is compiled into."""
         if file.startswith("src/"):
@@ -236,7 +251,10 @@ class Workshop:
             filters = [":".join(likely), TOO_SLOW]
             noticed = self.test(filters, 5 * self.bench.test_seconds + 5)
             if noticed is None:
-                return ("equivalent" if self.is_same_optimised(mutated) else "survived"), ""
+                if self.is_same_optimised(mutated):
+                    return "equivalent", ""
+                same = self.account(10 * self.bench.test_seconds + 60) == self.bench.account
+                return ("without effect" if same else "survived"), ""
             if "." in noticed:
                 known = self.bench.last_noticed[mutant.file]
                 self.bench.last_noticed[mutant.file] = [noticed, *[name for name in known if name != noticed]]

@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <functional>
@@ -127,6 +128,7 @@ std::string TextOf(const HostCall& call) {
 // Of calls of one operation, or casts to one interface, on features of one late type: what comes round again
 // and again fails alike.
 std::set<std::size_t> FirstTwoAndLast(const std::vector<HostCall>& calls, const Document& document) {
+  static const std::size_t first = std::getenv("HVX_ACCOUNT") == nullptr ? 2 : 4;
   std::map<std::pair<std::string, std::string_view>, std::vector<std::size_t>> positions;
   for (std::size_t i = 0; i < calls.size(); ++i) {
     const Feature* const feature = document.Find(calls[i].feature);
@@ -135,8 +137,8 @@ std::set<std::size_t> FirstTwoAndLast(const std::vector<HostCall>& calls, const 
   }
   std::set<std::size_t> chosen;
   for (const auto& [operation, all] : positions) {
-    chosen.insert({all.front(), all.back()});
-    if (all.size() > 1) chosen.insert(all[1]);
+    chosen.insert(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(std::min(first, all.size())));
+    chosen.insert(all.back());
   }
   return chosen;
 }
@@ -296,6 +298,13 @@ TEST_F(FailingCallsTableTest, HasASectionForEveryClass) {
   }
   const std::map<std::string, std::string> table = Table();
   for (const auto& [name, rows] : Sections()) EXPECT_TRUE(table.contains(name)) << name;
+}
+
+// What scripts/mutate compares: the table with more calls.
+TEST_F(FailingCallsTableTest, DISABLED_Account) {
+  ASSERT_NE(std::getenv("HVX_ACCOUNT"), nullptr);
+  std::ofstream account(std::getenv("HVX_ACCOUNT"), std::ios::app);
+  for (const auto& [name, rows] : Sections()) account << "== " << name << '\n' << rows();
 }
 
 }  // namespace

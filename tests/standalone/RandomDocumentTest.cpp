@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <cstdlib>
+#include <fstream>
 #include <random>
 
 #include "check/Conformity.h"
@@ -158,6 +160,23 @@ TEST_F(RandomDocumentTest, WhatIsLeftBehindUndamagedGoesWhenItsUpgradeRunsAgain)
       if (finding.kind != FindingKind::kLeftBehind || !finding.damage.empty()) continue;
       ADD_FAILURE() << "#" << finding.feature->id << " " << finding.identifier << ": " << finding.reason;
     }
+  }
+}
+
+// What scripts/mutate compares: a sum of each result, and what failed on the way.
+TEST_F(RandomDocumentTest, DISABLED_Account) {
+  ASSERT_NE(std::getenv("HVX_ACCOUNT"), nullptr);
+  std::ofstream account(std::getenv("HVX_ACCOUNT"), std::ios::app);
+  std::mt19937 random(20240303);
+  for (int i = 0; i < 40; ++i) {
+    const DocumentPtr document =
+        testing_support::DocumentOf(i % 2 == 0 ? DamagedExample(random) : OddExample(random));
+    const UpgradeRun run = manager_.Run(document, manager_.Pending(*document.Get()));
+    account << std::hash<std::string>()(testing_support::LinesOf(*document.Get()));
+    for (const UpgradeFailure& failure : run.failures)
+      account << ' ' << (failure.work.feature == nullptr ? 0 : failure.work.feature->id) << ':'
+              << failure.code;
+    account << '\n';
   }
 }
 
