@@ -27,7 +27,7 @@ _hvxupgrade() {
       mapfile -t COMPREPLY < <(compgen -d -- "$cur")
       return
       ;;
-    --backup | --timeout | --language | --type | --id | --depth)
+    --backup | --timeout | --limit-features | --limit-memory | --language | --type | --id | --depth)
       return
       ;;
   esac
@@ -38,7 +38,7 @@ _hvxupgrade() {
       status) options+=" --check --json" ;;
       upgrade)
         options+=" --output --output-dir --in-place --backup --dry-run --force --only --until --report --trace"
-        options+=" --language --timeout --quiet --strict --accept-failures --retry --fail-on-drop"
+        options+=" --language --timeout --limit-features --limit-memory --quiet --strict --accept-failures --retry --fail-on-drop"
         ;;
       check) options+=" --all --json" ;;
       diff | identifiers) options+=" --json" ;;

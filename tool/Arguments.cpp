@@ -145,8 +145,19 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
       ->group(told);
   verb->add_flag("-q,--quiet", upgrade.quiet, "Print errors only")->group(told);
 
-  verb->add_option("--timeout", upgrade.timeout, "Give a document up after this many seconds; its file stays")
-      ->type_name("SECONDS");
+  const auto limits = "When a document is given up; its file stays as it is (0: never)";
+  verb->add_option("--timeout", upgrade.limits.seconds,
+                   "After this many seconds (default: 120, and 2 for each MB of the document)")
+      ->type_name("SECONDS")
+      ->group(limits);
+  verb->add_option("--limit-features", upgrade.limits.features,
+                   "When upgrades made this many features (default: 1000000, and 10 for each feature)")
+      ->type_name("N")
+      ->group(limits);
+  verb->add_option("--limit-memory", upgrade.limits.megabytes,
+                   "When it needs more memory than this many MB (default: what is available)")
+      ->type_name("MB")
+      ->group(limits);
   verb->footer(kUpgradeExamples);
 }
 
@@ -205,8 +216,9 @@ void Check(const UpgradeArguments& upgrade, const CLI::App& verb) {
       (upgrade.backupSuffix.empty() || upgrade.backupSuffix.find('/') != std::string::npos)) {
     throw UsageError("the suffix of --backup must be a part of a file name, such as .old");
   }
-  if (upgrade.timeout && !(*upgrade.timeout > 0 && *upgrade.timeout <= kLongestTimeout))
-    throw UsageError("--timeout must be a number of seconds above 0");
+  if (const auto& seconds = upgrade.limits.seconds;
+      seconds && !(*seconds >= 0 && *seconds <= kLongestTimeout))
+    throw UsageError("--timeout must be a number of seconds, or 0 for no limit");
 }
 
 // What is wrong when the parser met words that it did not expect.

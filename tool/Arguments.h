@@ -9,6 +9,7 @@
 
 #include "ExitCode.h"
 #include "Installation.h"
+#include "Limits.h"
 
 namespace tool {
 
@@ -36,7 +37,7 @@ struct UpgradeArguments {
   std::string language = "en";
   std::string trace;
   bool quiet = false;
-  std::optional<double> timeout;  ///< In seconds, per document.
+  Limits limits;  ///< Of each document.
 };
 
 struct IdentifiersArguments {

@@ -38,7 +38,9 @@ class FailureIndex {
          {static_cast<const Feature*>(finding.visited), static_cast<const Feature*>(finding.feature)}) {
       const auto [begin, end] = byFeature_.equal_range(feature);
       for (auto each = begin; each != end; ++each) {
-        if (finding.identifier != each->second->work.upgrade->identifier) continue;
+        // What a damaged value stands in the way of is told with the value.
+        const bool isCause = finding.identifier.empty() && !finding.damage.empty();
+        if (!isCause && finding.identifier != each->second->work.upgrade->identifier) continue;
         explained_.insert(each->second);
         if (found == nullptr) found = each->second;
       }

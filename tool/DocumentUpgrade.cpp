@@ -40,6 +40,7 @@ class DocumentUpgrade {
     task_.destination.Check();
     const DocumentPtr document = standalone::ReadDocument(task_.input, {.onProgress = Telling("reading")});
     RefuseNewer(*document.Get());
+    document->LimitCreation(FeatureLimit(task_.limits, document->FeatureCount()));
     const std::vector<std::string> pending = task_.manager.Pending(*document.Get());
     const Selection::Chosen chosen = task_.selection.Of(pending);
     standalone::LeftBehind leftBehind(*document.Get());
@@ -219,13 +220,14 @@ DocumentResult UpgradeDocument(const UpgradeTask& task, const AnnounceCommit& an
         fmt::format("{}: the upgrade was given up: {}. Nothing was written", task.input, why));
   };
   try {
+    LimitMemory(task.limits);
     return DocumentUpgrade(task, announceCommit).Run();
   } catch (const Interrupted&) {
     throw;
   } catch (const DocumentError& error) {
     return WithoutResult(VerdictOf(error.GetKind()), error.what());
   } catch (const std::bad_alloc&) {
-    return aborted("there is not enough memory");
+    return aborted("there is not enough memory" + MemoryLimitText());
   } catch (const std::exception& error) {  // also what a routine lets out
     return aborted(error.what());
   }

@@ -2,6 +2,7 @@
 
 #include "Destination.h"
 #include "DocumentResult.h"
+#include "Limits.h"
 #include "Report.h"
 #include "Selection.h"
 #include "Trace.h"
@@ -21,7 +22,8 @@ struct UpgradeTask {
   bool acceptFailures = false;  ///< Replace a document by such a result also without a backup.
   bool failOnDrop = false;      ///< Look for dropped values, and fail when there are any.
   bool retry = false;           ///< Run again what left features behind.
-  Report* report = nullptr;     ///< Null when none is wanted.
+  const Limits& limits;
+  Report* report = nullptr;  ///< Null when none is wanted.
   const Trace* trace = nullptr;
 };
 

@@ -1,15 +1,22 @@
 #include "Interruption.h"
 
+#include <unistd.h>
+
 namespace tool {
 namespace {
 
+constexpr int kGraceSeconds = 3;
 constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 volatile std::sig_atomic_t requested = 0;
 sigset_t whileWaiting;
 
+volatile std::sig_atomic_t graceSeconds = 0;  // 0 for as long as it takes
+
+// What does not notice the request, such as a routine that does not end, is ended by the alarm.
 void Note(int /*signal*/) {
   requested = 1;
+  if (graceSeconds != 0) alarm(static_cast<unsigned>(graceSeconds));
 }
 
 }  // namespace
@@ -35,7 +42,16 @@ const sigset_t& Interruption::WhileWaiting() {
 
 void Interruption::LetIn() {
   requested = 0;
+  graceSeconds = kGraceSeconds;
+  struct sigaction action {};
+  action.sa_handler = &Note;
+  sigaction(kParentDied, &action, nullptr);
   sigprocmask(SIG_SETMASK, &whileWaiting, nullptr);
+}
+
+void Interruption::GoOnToTheEnd() {
+  graceSeconds = 0;
+  alarm(0);
 }
 
 bool Interruption::Requested() {

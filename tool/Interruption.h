@@ -21,8 +21,13 @@ class Interruption {
   static void HoldBack();
   [[nodiscard]] static const sigset_t& WhileWaiting();
 
-  /// In a fresh child process: lets the signals in at any time, and forgets those that the parent got.
+  /// In a fresh child process: lets the signals in at any time, and forgets those that the parent got. From
+  /// now on a request that is not noticed within some seconds ends the process. `kParentDied` is such a
+  /// request too, whatever is ignored.
   static void LetIn();
+  static constexpr int kParentDied = SIGUSR1;
+  /// What is left is short, and must not be cut off: requests are noticed, but do not end the process.
+  static void GoOnToTheEnd();
 
   [[nodiscard]] static bool Requested();
   /// Throws `Interrupted` when a stop was requested.

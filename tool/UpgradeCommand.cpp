@@ -11,6 +11,7 @@
 #include "Progress.h"
 #include "Terminal.h"
 #include "UsageError.h"
+#include "file/DocumentError.h"
 #include "session/Messages.h"
 
 namespace tool {
@@ -55,13 +56,28 @@ class UpgradeCommand {
     }
     if (code == ExitCode::kInterrupted) return code;  // a report of half the documents would mislead
     const std::string verdict = VerdictOnAll();
-    if (report_) report_->Finish(results_, verdict, code, arguments_.dryRun);
     if (!arguments_.quiet && arguments_.files.size() > 1) Say(verdict + "\n");
-    if (!arguments_.quiet && report_) Say(fmt::format("  Report: {}\n", Printable(arguments_.report)));
-    return code;
+    return report_ ? FinishReport(verdict, code) : code;
   }
 
  private:
+  // By now the documents are done, whatever becomes of the report.
+  ExitCode FinishReport(const std::string& verdict, ExitCode code) {
+    try {
+      report_->Finish(results_, verdict, code, arguments_.dryRun);
+    } catch (const standalone::DocumentError& error) {
+      const bool wrote = !arguments_.dryRun && std::ranges::any_of(results_, &DocumentResult::Succeeded);
+      Complain(
+          fmt::format("{}: {}. The report is missing; {}", arguments_.report, error.Problem(),
+                      wrote ? "what is said above of the documents holds, and results that were written are "
+                              "in place"
+                            : "no document was changed"));
+      return MoreSerious(code, ExitCode::kUnwritable);
+    }
+    if (!arguments_.quiet) Say(fmt::format("  Report: {}\n", Printable(arguments_.report)));
+    return code;
+  }
+
   // The folder of the results is made with the first of them, but a report or trace in it comes earlier.
   void MakeFolderForOthers() const {
     if (arguments_.dryRun || arguments_.outputDirectory.empty()) return;
@@ -87,10 +103,10 @@ class UpgradeCommand {
                            .acceptFailures = arguments_.acceptFailures,
                            .failOnDrop = arguments_.failOnDrop,
                            .retry = arguments_.retry,
+                           .limits = arguments_.limits,
                            .report = report_ ? &*report_ : nullptr,
                            .trace = trace_ ? &*trace_ : nullptr};
-    std::optional<std::chrono::duration<double>> timeout;
-    if (arguments_.timeout) timeout.emplace(*arguments_.timeout);
+    const auto timeout = TimeLimit(arguments_.limits, input);
     const WorkerEnd end = RunInWorker(
         [&task](const AnnounceCommit& announceCommit) { return Pack(UpgradeDocument(task, announceCommit)); },
         timeout);
@@ -100,20 +116,26 @@ class UpgradeCommand {
     } else {
       Progress::ClearLine();
       if (destination.file) RemoveLeftovers(*destination.file, end.process);
-      TellEnd(input, end, result);
+      TellEnd(input, end, timeout, result);
     }
     if (report_ && result.verdict != Verdict::kInterrupted) AddToReport(input, destination, result);
     return result;
   }
 
   // What the worker could not say itself.
-  void TellEnd(const std::string& input, const WorkerEnd& end, DocumentResult& result) const {
+  static void TellEnd(const std::string& input, const WorkerEnd& end,
+                      std::optional<std::chrono::duration<double>> timeout, DocumentResult& result) {
     if (end.kind == WorkerEnd::Kind::kTimedOut) {
       result.verdict = Verdict::kTimedOut;
       result.problem = fmt::format(
-          "{}: the upgrade was stopped after {} s (--timeout). Nothing was written; --trace shows where it "
-          "was",
-          input, *arguments_.timeout);
+          "{}: the upgrade was stopped after {:.6g} s (--timeout raises the limit). Nothing was written; "
+          "--trace shows where it was",
+          input, timeout->count());
+    } else if (end.kind == WorkerEnd::Kind::kNotStarted) {
+      result.verdict = Verdict::kAborted;
+      result.problem =
+          fmt::format("{}: not begun, since {}. Run the same command again when there are fewer processes",
+                      input, end.cause);
     } else if (end.kind == WorkerEnd::Kind::kInterrupted) {
       result.verdict = Verdict::kInterrupted;
       result.problem = fmt::format("{}: interrupted. Nothing was written", input);

@@ -15,7 +15,6 @@
 #include <cstring>
 #include <iostream>
 #include <string_view>
-#include <system_error>
 
 #include "Interruption.h"
 
@@ -48,12 +47,15 @@ void Send(int pipe, std::string_view bytes) {
 
 // An exception that the work lets out ends the process, as a crash does.
 [[noreturn]] void BeWorker(const Work& work, int pipe, pid_t parent) noexcept {
-  prctl(PR_SET_PDEATHSIG, SIGTERM);
-  if (getppid() != parent) _exit(EXIT_FAILURE);  // it died before it could be tied to this process
   Interruption::LetIn();
+  prctl(PR_SET_PDEATHSIG, Interruption::kParentDied);
+  if (getppid() != parent) _exit(EXIT_FAILURE);  // it died before it could be tied to this process
   // Never returns: objects that this process has from its parent, such as temporary files, are the parent's.
   try {
-    const std::string result = work([pipe] { Send(pipe, {&kCommitting, 1}); });
+    const std::string result = work([pipe] {
+      Interruption::GoOnToTheEnd();
+      Send(pipe, {&kCommitting, 1});
+    });
     FlushAll();
     Send(pipe, {&kResult, 1});
     Send(pipe, result);
@@ -62,6 +64,13 @@ void Send(int pipe, std::string_view bytes) {
     FlushAll();
     _exit(kStoppedOnRequest);
   }
+}
+
+WorkerEnd NotStarted(std::string_view what) {
+  WorkerEnd end;
+  end.kind = WorkerEnd::Kind::kNotStarted;
+  end.cause = fmt::format("{} ({})", what, std::strerror(errno));
+  return end;
 }
 
 class Supervisor {
@@ -173,15 +182,15 @@ class Supervisor {
 
 WorkerEnd RunInWorker(const Work& work, std::optional<std::chrono::duration<double>> timeout) {
   std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0)
-    throw std::system_error(errno, std::generic_category(), "a pipe cannot be made");
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) return NotStarted("a pipe cannot be made");
   FlushAll();  // or the worker would write what is still in the buffers a second time
   const pid_t self = getpid();
   const pid_t worker = fork();
   if (worker < 0) {
+    WorkerEnd end = NotStarted("a worker process cannot be started");
     close(ends[0]);
     close(ends[1]);
-    throw std::system_error(errno, std::generic_category(), "a worker process cannot be started");
+    return end;
   }
   if (worker == 0) {
     close(ends[0]);

@@ -16,6 +16,7 @@ struct WorkerEnd {
     kTimedOut,     ///< It was stopped for taking too long.
     kCrashed,      ///< The process died; `cause` says of what.
     kInterrupted,  ///< It was stopped because the user asked this process to stop.
+    kNotStarted,   ///< There was no process to be had; `cause` says why.
   };
 
   Kind kind = Kind::kCrashed;
@@ -33,8 +34,9 @@ using Work = std::function<std::string(const AnnounceCommit& announceCommit)>;
 /// this one. Call it from a single-threaded process, after `Interruption::HoldBack`.
 ///
 /// A work that must end early gets a moment to notice (`Interruption::StopIfRequested`) before it is killed.
-/// Once it has announced its commit it is never stopped: its output is there whole or not at all, and the end
-/// reported is the true one. Exceptions of the work other than `Interrupted` count as a crash.
+/// When this process dies, it gets the same moment. Once it has announced its commit it is never stopped: its
+/// output is there whole or not at all, and the end reported is the true one. Exceptions of the work other
+/// than `Interrupted` count as a crash.
 [[nodiscard]] WorkerEnd RunInWorker(const Work& work, std::optional<std::chrono::duration<double>> timeout);
 
 }  // namespace tool

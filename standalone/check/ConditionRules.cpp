@@ -17,6 +17,13 @@ const Key kSonsList("SonsList");
 
 constexpr DamageKind kNoList{"the analysis model has no {} to register it in",
                              "Give the analysis model an empty list {}"};
+constexpr DamageKind kHadNoList{"the analysis model had no \"FeatList\" to register it in",
+                                "Give the analysis model an empty list \"FeatList\" in the document as it "
+                                "was before, and upgrade that again"};
+constexpr DamageKind kMaybeMoved{
+    "it was not registered, and its parameters are gone: they were moved, or were never there",
+    "Compare the values of its components with the document as it was before, and enter the feature in the "
+    "\"FeatList\" of the analysis model"};
 constexpr DamageKind kNoMotion{"the component {} is missing",
                                "Give the feature the components {} with the \"Values\" and \"IsActive\" of "
                                "those degrees of freedom"};
@@ -28,10 +35,23 @@ constexpr DamageKind kOtherType{"the component {} is of another \"Type\"",
 constexpr DamageKind kShared{"another feature links to the parameter behind {} too",
                              "Give the feature a parameter of its own as {}, beneath it"};
 
-// A condition is registered when its migration has succeeded.
+// A condition is registered when its migration has succeeded. One that could not be registered has lost its
+// old values: no second run finds them.
 Verdict Unregistered(const Survey& survey, std::vector<Damage> damage = {}) {
-  if (!survey.CanRegister()) damage.push_back({&kNoList, "FeatList"});
-  return Damaged(std::move(damage));
+  if (survey.CanRegister()) return Damaged(std::move(damage));
+  damage.push_back({&kNoList, "FeatList"});
+  return {Verdict::State::kOnce, std::move(damage), &kHadNoList};
+}
+
+// Where nothing is registered the list was missing, and given to the document later: what lacks its
+// parameters had them moved, as far as one can tell.
+Verdict WithoutParameters(Feature& feature, const Survey& survey, std::vector<Damage> damage) {
+  Verdict verdict = Unregistered(survey, std::move(damage));
+  if (survey.CanRegister() && !survey.HasRegistered() && !LacksComponents(feature)) {
+    verdict.state = Verdict::State::kOnce;
+    verdict.onceItRan = &kMaybeMoved;
+  }
+  return verdict;
 }
 
 template <class... Keys>
@@ -55,6 +75,7 @@ Verdict MovedFrom(Feature& feature, const Survey& survey, const Keys&... keys) {
   if (!isRegistered || (HasAttribute(feature, keys) || ...)) {
     std::vector<Damage> damage = ParameterDamage(feature, keys...);
     (AppendSharing(feature, keys, damage), ...);
+    if (!(HasAttribute(feature, keys) || ...)) return WithoutParameters(feature, survey, std::move(damage));
     return isRegistered ? Damaged(std::move(damage)) : Unregistered(survey, std::move(damage));
   }
   return check::LacksLayout(feature, survey);

@@ -161,7 +161,10 @@ Survey::Survey(Document& document)
   if (Feature* const model = document.AnalysisModel()) {
     const Attribute* const list = document.FindAttribute(*model, kFeatList.Id());
     canRegister_ = list != nullptr && list->value.Kind() == ValueKind::kList;
-    for (const Feature* const feature : LinkedFeatures(*model, kFeatList)) registered_.Insert(feature->id);
+    for (const Feature* const feature : LinkedFeatures(*model, kFeatList)) {
+      registered_.Insert(feature->id);
+      hasRegistered_ = true;
+    }
     static_cast<void>(ReadAttribute(*model, kCreatesParameters, createsParameters_));
   }
   cases_ = document.AnalysisSets(kind::kAnalysisCase);

@@ -155,8 +155,15 @@ Verdict UnmappedClearance(Feature& feature, const Survey& /*survey*/) {
   return OutdatedIf(!isMapped);
 }
 
+// Whether what should be a link is something else, which is told as such.
+bool IsUnreadableLink(Feature& feature, const Key& key) {
+  const Attribute* const attribute = feature.document->FindAttribute(feature, key.Id());
+  return attribute != nullptr && attribute->value.Kind() != ValueKind::kLink;
+}
+
 Verdict WithoutControl(Feature& feature, const Survey& /*survey*/) {
-  return OutdatedIf(LinkedFeature(feature, kContactControl) == nullptr);
+  return OutdatedIf(LinkedFeature(feature, kContactControl) == nullptr &&
+                    !IsUnreadableLink(feature, kContactControl));
 }
 
 // The components are made along with the contact control.
@@ -182,6 +189,9 @@ Feature* ContactOf(Feature& control) {
 Verdict OldControl(Feature& feature, const Survey& survey) {
   Verdict verdict = check::LacksLayout(feature, survey);
   if (verdict.state == Verdict::State::kConforms || ContactOf(feature) != nullptr) return verdict;
+  if (feature.father != nullptr && IsContactPair(*feature.father) &&
+      IsUnreadableLink(*feature.father, kContactControl))
+    return Conforms();
   return Beyond(kNoContact, "ContactControl");
 }
 

@@ -26,7 +26,7 @@ const Key kControls("SectionControlsSpec");
 
 constexpr DamageKind kNoPlace{"{} is missing", "Give the element assignment an empty link {}"};
 constexpr DamageKind kNoLink{"{} is no link", "Make {} a link that holds nothing"};
-constexpr DamageKind kStopsBefore{"its upgrade stops at {}, which has no \"SectionControlsSpec\"",
+constexpr DamageKind kStopsBefore{"its upgrade stops at {}, which has no link \"SectionControlsSpec\"",
                                   "Give {} an empty link \"SectionControlsSpec\""};
 constexpr DamageKind kWouldAppend{
     "running its upgrade again would append another element assignment to each local assignment of the case",
@@ -68,11 +68,16 @@ Verdict NeverAgain(Verdict verdict, const DamageKind& why) {
   return verdict;
 }
 
+bool HasPlace(Feature& assignment) {
+  const Attribute* const place = assignment.document->FindAttribute(assignment, kControls.Id());
+  return place != nullptr && place->value.Kind() == ValueKind::kLink;
+}
+
 // The upgrade goes through the entry's list and stops where it cannot add controls.
 const Feature* InTheWay(const std::vector<Feature*>& assignments, const Feature& last) {
   for (Feature* const each : assignments) {
     if (each == &last) return nullptr;
-    if (!HasAttribute(*each, kControls)) return each;
+    if (!HasPlace(*each)) return each;
   }
   return nullptr;
 }
@@ -94,6 +99,8 @@ Verdict WithoutControls(Feature& feature, const Survey& /*survey*/) {
   if (EntryOf(owner->father, IntegerOf(*analysisCase, kAnalysisType, 0)) != owner) return Conforms();
   if (const Feature* const other = InTheWay(assignments, feature))
     verdict.damage.push_back({&kStopsBefore, fmt::format("feature {}", other->id)});
+  // Where controls have no place, each run makes some that nothing links to.
+  if (!verdict.damage.empty()) verdict.state = Verdict::State::kOnce;
   return WouldAppendAgain(*owner->father) ? NeverAgain(std::move(verdict), kWouldAppend) : verdict;
 }
 

@@ -1,6 +1,7 @@
 #include "check/Losses.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "adapters/Attributes.h"
 #include "analysis/Supports.h"
@@ -17,9 +18,11 @@ constexpr DamageKind kShorter{"{} lists fewer than before", {}};
 std::size_t LinksIn(const FeatureState& state, const Key& list) {
   for (const Attribute& attribute : state.Attributes()) {
     if (attribute.key != list.Id() || attribute.value.Kind() != ValueKind::kList) continue;
-    return static_cast<std::size_t>(std::ranges::count_if(attribute.value.Entries(), [](const Value& entry) {
-      return entry.Kind() == ValueKind::kLink && entry.Target() != nullptr;
-    }));
+    std::unordered_set<const Feature*> links;  // one that stands there twice is one
+    for (const Value& entry : attribute.value.Entries()) {
+      if (entry.Kind() == ValueKind::kLink && entry.Target() != nullptr) links.insert(entry.Target());
+    }
+    return links.size();
   }
   return 0;
 }

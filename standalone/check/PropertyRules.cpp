@@ -17,7 +17,6 @@ constexpr DamageKind kNoStiffness{
 constexpr DamageKind kNoNumber{"the component {} holds no number", "Give the component {} a number"};
 constexpr DamageKind kNoBehavior{"its interaction property does not link to it as its {}",
                                  "Let the interaction property link to it as its {}"};
-constexpr DamageKind kNoAngle{"{} is missing", "Give the orientation its angle in radians as {}"};
 
 // Only a list of numbers is a table's source, and an empty one holds none.
 bool HasOldValue(Feature& behavior) {
@@ -55,12 +54,6 @@ Verdict UnlinkedFriction(Feature& feature, const Survey& /*survey*/) {
              : Conforms();
 }
 
-// What the angle's unit is cannot be told, so it is never divided a second time.
-Verdict WithoutAngle(Feature& feature, const Survey& /*survey*/) {
-  static const Key angle("Angle");
-  return HasAttribute(feature, angle) ? Conforms() : Beyond(kNoAngle, "Angle");
-}
-
 Verdict OldStiffness(Feature& feature, const Survey& /*survey*/) {
   constexpr std::string_view kOldStiffness = "StabilisationStiffnessValue";
   Feature* const old = FindComponent(feature, kOldStiffness);
@@ -85,7 +78,6 @@ constexpr ConformityRule kRules[] = {
      UnlinkedFriction<HasOldSubroutine>, check::VisitFather},
     {"HVXTangentialBehaviorLT", "FrictionValueUpgrade", kOldValue, UnlinkedFriction<HasOldValue>,
      check::VisitFather},
-    {"HVXMatOrientationLT", {}, "the material orientation has no angle", WithoutAngle},
     {"HVXGaskPropertyLT", "UpgradeGasketStabilizationStiffnessUnit",
      "the stabilization stiffness is in a component of an old name", OldStiffness},
     {"HVXPreTensionPropertyLT", "UpgradeBasicComponents", check::kLacks, check::LacksLayout},

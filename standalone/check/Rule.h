@@ -72,6 +72,7 @@ class Survey {
   [[nodiscard]] Document& Of() const { return document_; }
   /// Whether the analysis model has the list in which conditions are registered.
   [[nodiscard]] bool CanRegister() const { return canRegister_; }
+  [[nodiscard]] bool HasRegistered() const { return hasRegistered_; }
   [[nodiscard]] bool IsRegistered(const Feature& feature) const { return registered_.Contains(feature.id); }
   /// Whether steps can be given parameters: documents may do without.
   [[nodiscard]] bool CreatesParameters() const { return createsParameters_; }
@@ -85,6 +86,7 @@ class Survey {
   IdSet registered_;
   std::vector<Feature*> cases_;
   bool canRegister_ = false;
+  bool hasRegistered_ = false;
   bool createsParameters_ = true;
   bool casesOfThisProductOnly_ = false;
 };

@@ -32,6 +32,9 @@ bool IsOfThisProduct(Feature& analysisCase);
 /// Appends what keeps the value of the parameter behind `key` from being read; nothing when it can be.
 void AppendParameterDamage(Feature& feature, const Key& key, std::vector<Damage>& damage);
 
+/// Appends what the feature lacks in that state though routines count on it.
+void AppendMissing(const FeatureState& state, std::vector<Damage>& damage);
+
 /// For late types whose host upgrade makes components.
 Verdict LacksLayout(Feature& feature, const Survey& survey);
 inline constexpr std::string_view kLacks = "a basic component of the current layout is missing";

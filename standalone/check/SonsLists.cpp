@@ -17,8 +17,8 @@ constexpr DamageKind kTooFew{"\"SonsList\" holds fewer than two sons",
 constexpr DamageKind kStray{"\"SonsList\" holds others than old releases made, such as {}",
                             "Take {} out of \"SonsList\"", "SonsList"};
 constexpr DamageKind kEndless{
-    "its upgrade would go on until --timeout stops it, since {} stands in \"SonsList\" "
-    "where it expects a redundant force",
+    "its upgrade would never come to an end, since {} stands in \"SonsList\" where it expects a redundant "
+    "force",
     "Take {} out of \"SonsList\"", "SonsList"};
 
 // The list while it is trimmed. Positions count from 0 here.

@@ -19,7 +19,9 @@ constexpr DamageKind kNoContext{"its support, {}, has no \"SecondObject\"",
                                 "Give {} the product it is used in as its \"SecondObject\""};
 constexpr DamageKind kNoMainBody{"the part of {} has no \"MainBody\"",
                                  "Give the part of {} its \"MainBody\""};
-constexpr DamageKind kNoPart{"{} stands in no part's container", "Put {} in the container of its part"};
+constexpr DamageKind kNoContainer{"{} stands in no part's container", "Put {} in the container of its part"};
+constexpr DamageKind kNoPart{"the container of {} has no \"Part\"", "Give the container of {} its \"Part\""};
+constexpr DamageKind kMeshOnOldBody{"{} does", "Mesh the feature anew in the workbench"};
 constexpr DamageKind kNotProduced{"no body of its part produces {}",
                                   "Let the support rest on a body of its part"};
 constexpr DamageKind kConnectsNothing{"{} is missing",
@@ -35,13 +37,20 @@ Feature* PartOf(const Feature& body) {
   return body.container == nullptr ? nullptr : LinkedFeature(*body.container, part);
 }
 
+// Why the part that the body stands in cannot be found.
+Damage WithoutPart(const Feature& body) {
+  static const Key partContainer("PrtContainer");
+  const bool hasContainer = body.container != nullptr && IsA(*body.container, partContainer);
+  return {hasContainer ? &kNoPart : &kNoContainer, IdOf(body)};
+}
+
 // A solid is taken out in the support's context, and replaced by the main body of the part that it stands in.
 void AppendSolidDamage(Feature& connector, const Feature& solid, std::vector<Damage>& damage) {
   static const Key mainBody("MainBody");
   if (LinkedFeature(connector, kSecondObject) == nullptr) damage.push_back({&kNoContext, IdOf(connector)});
   Feature* const part = PartOf(solid);
   if (part == nullptr) {
-    damage.push_back({&kNoPart, IdOf(solid)});
+    damage.push_back(WithoutPart(solid));
   } else if (LinkedFeature(*part, mainBody) == nullptr) {
     damage.push_back({&kNoMainBody, IdOf(solid)});
   }
@@ -67,7 +76,7 @@ void AppendBodyDamage(Feature& connector, const Feature& body, std::vector<Damag
   if (LinkedFeature(connector, kSecondObject) == nullptr) damage.push_back({&kNoContext, IdOf(connector)});
   Feature* const part = PartOf(body);
   if (part == nullptr) {
-    damage.push_back({&kNoPart, IdOf(body)});
+    damage.push_back(WithoutPart(body));
   } else if (!IsProduced(*part, body)) {
     damage.push_back({&kNotProduced, IdOf(body)});
   }
@@ -109,6 +118,16 @@ Verdict OnSolid(Feature& feature, const Survey& /*survey*/) {
 
 Verdict OnOldBody(Feature& feature, const Survey& /*survey*/) {
   return OnOldBodies(feature, true);
+}
+
+// A mesh part that was made while the support could not be moved keeps what the support rested on.
+Verdict MeshPartOnOldBody(Feature& feature, const Survey& /*survey*/) {
+  static const Key meshPartKey("MeshPart");
+  Feature* const meshPart = LinkedFeature(feature, meshPartKey);
+  if (meshPart == nullptr || OnOldBodies(feature, true).state != Verdict::State::kConforms) return Conforms();
+  return OnOldBodies(*meshPart, true).state == Verdict::State::kConforms
+             ? Conforms()
+             : Beyond(kMeshOnOldBody, IdOf(*meshPart));
 }
 
 // A tie or pair whose place for a property was left empty has not been told yet what it rests on.
@@ -153,6 +172,7 @@ constexpr ConformityRule kRules[] = {
     {"HVXBodyHeatFlux HVXGravity HVXInitialTemperatureLT HVXRotationalBodyForce HVXTemperatureHistoryLT",
      "UpgradeBodySupport", kOnSolid, OnSolid},
     {"HVXRigidBodyConstraintLT", "UpgradeBodySupport", "a support rests on a body of an old kind", OnOldBody},
+    {"HVXRigidBodyConstraintLT", {}, "its mesh part still rests on a body of an old kind", MeshPartOnOldBody},
     {"VLMSamAnalysisEntity", {}, "a support that it lists is no connector", ListsOthers},
     {"VLMSamAnalysisConnector", {}, "this support connects nothing", ConnectsNothing},
 };

@@ -22,6 +22,10 @@ enum class Stored : std::uint8_t {
   kLinks,    // a list of them
   kNumbers,  // a list of them
   kList,
+  kFlags,     // four of them
+  kPair,      // of numbers
+  kTwoCodes,  // 0 or 1
+  kThreeCodes,
 };
 
 constexpr DamageKind kNoText{"{} holds no text", "Give {} a text"};
@@ -34,7 +38,10 @@ constexpr DamageKind kNoLinks{"{} holds other than links", "Make {} a list of li
 constexpr DamageKind kNoNumbers{"{} holds other than numbers", "Make {} a list of numbers"};
 constexpr DamageKind kNoList{"{} holds no list", "Make {} a list"};
 constexpr DamageKind kNoActivity{"{} holds neither an integer nor true or false", "Give {} the value 0 or 1"};
-constexpr DamageKind kTakenForZero{"{} is missing, for which upgrades take 0", "Give the feature its {}"};
+constexpr DamageKind kNoCode{"{} holds none of its codes", "Give {} one of its codes"};
+constexpr DamageKind kNoFlags{"{} does not hold four times true or false",
+                              "Give {} four times true or false"};
+constexpr DamageKind kNoPair{"{} does not hold two numbers", "Give {} two numbers"};
 constexpr DamageKind kNoType{"its \"Type\" is none of the five of components, so {} cannot be read",
                              "Give the component the \"Type\" that belongs to its {}"};
 
@@ -83,6 +90,14 @@ const DamageKind* FaultOf(const Value& value, Stored stored) {
       return unless(IsListOf(value, IsNumber), kNoNumbers);
     case Stored::kList:
       return unless(value.Kind() == ValueKind::kList, kNoList);
+    case Stored::kFlags:
+      return unless(IsListOf(value, IsFlag) && value.Entries().size() == 4, kNoFlags);
+    case Stored::kPair:
+      return unless(IsListOf(value, IsNumber) && value.Entries().size() == 2, kNoPair);
+    case Stored::kTwoCodes:
+      return unless(IsInteger(value, 0, 1), kNoCode);
+    case Stored::kThreeCodes:
+      return unless(IsInteger(value, 0, 2), kNoCode);
   }
   return nullptr;
 }
@@ -139,9 +154,9 @@ const StoredAs kStored[] = {
     {"HVXSurfaceToSurfaceContactLT",
      Stored::kFlag,
      {"surfacesSwapped", "firstSurfaceReversed", "secondSurfaceReversed", "thicknessOption"}},
-    {"HVXSurfaceToSurfaceContactLT",
-     Stored::kInteger,
-     {"slidingFormulation", "adjustment", "constraintEnforcement"}},
+    {"HVXSurfaceToSurfaceContactLT", Stored::kTwoCodes, {"slidingFormulation"}},
+    {"HVXSurfaceToSurfaceContactLT", Stored::kInteger, {"constraintEnforcement"}},
+    {"HVXSurfaceToSurfaceContactLT", Stored::kThreeCodes, {"adjustment"}},
     {"HVXSurfaceToSurfaceContactLT", Stored::kLink, {"interactionProperty", "adjustmentGroup"}},
     {"HVXContactConnectionEnhancementStdLT", Stored::kNumber, {"SearchTolerance", "OverclosureTolerance"}},
     {"HVXContactConnectionEnhancementStdLT", Stored::kLink, {"ContactControl", "InterferenceFit"}},
@@ -165,7 +180,8 @@ const StoredAs kStored[] = {
     {"HVXGlobalElemAsgnEntryLT", Stored::kLinks, {"ElementAssignments"}},
     {"HVXLocalElemAsgnLT", Stored::kLinks, {"ElementAssignments", "HVXListElementAsgnSpec"}},
     {"HVXElementAssignmentLT", Stored::kInteger, {"ElementShape", "ElementOrder", "Formulation"}},
-    {"HVXElementAssignmentLT", Stored::kNumbers, {"ElementOptionValues"}},
+    {"HVXElementAssignmentLT", Stored::kFlags, {"ElementOptions"}},
+    {"HVXElementAssignmentLT", Stored::kPair, {"ElementOptionValues"}},
     {"HVXElementAssignmentLT", Stored::kLink, {"SectionControlsSpec"}},
     {"HVXSectionControlsLT", Stored::kInteger, {"DistortionContol", "HourglassControl"}},
     {"HVXSectionControlsLT", Stored::kFlag, {"SecondOrderAccuracy"}},
@@ -173,22 +189,6 @@ const StoredAs kStored[] = {
      Stored::kNumber,
      {"LengthRatio", "StiffnessViscousWtFactor", "DispHourglassScalingFactor", "RotHourglassScalingFactor",
       "OutOfPlaneHourglassScalingFactor"}},
-};
-
-// What a routine reads as 0 where it is missing, though 0 means something.
-struct NeverMissing {
-  std::string_view lateType;
-  std::string_view key;
-  std::string_view onlyWith;  // a flag that must be set; empty for always
-};
-
-constexpr NeverMissing kNeverMissing[] = {
-    {"HVXSectionControlsLT", "LengthRatio", {}},
-    {"HVXSectionControlsLT", "StiffnessViscousWtFactor", {}},
-    {"HVXSectionControlsLT", "DispHourglassScalingFactor", {}},
-    {"HVXSectionControlsLT", "RotHourglassScalingFactor", {}},
-    {"HVXSectionControlsLT", "OutOfPlaneHourglassScalingFactor", {}},
-    {"SAMFaceFaceContact", "Clearance", "ClearanceFlag"},
 };
 
 // How a late type's attributes are stored, by the number of their key.
@@ -216,24 +216,6 @@ const StoredByKey& KnownKeysOf(const LateType& type) {
   return *keys;
 }
 
-const Value* ValueIn(const FeatureState& state, std::string_view key) {
-  const NameId id = NameTable::Intern(key);
-  const auto found = std::ranges::find(state.Attributes(), id, &Attribute::key);
-  return found == state.Attributes().end() ? nullptr : &found->value;
-}
-
-bool IsSet(const Value* flag) {
-  return flag != nullptr && (*flag == Value::Boolean(true) || *flag == Value::Integer(1));
-}
-
-void AppendMissing(const FeatureState& state, std::vector<Damage>& damage) {
-  for (const NeverMissing& each : kNeverMissing) {
-    if (state.TypeName() != each.lateType || ValueIn(state, each.key) != nullptr) continue;
-    if (each.onlyWith.empty() || IsSet(ValueIn(state, each.onlyWith)))
-      damage.push_back({&kTakenForZero, std::string(each.key)});
-  }
-}
-
 Verdict Misread(Feature& feature, const Survey& /*survey*/) {
   std::vector<Damage> damage = MisreadIn(feature);
   return damage.empty() ? Conforms() : Verdict{Verdict::State::kBeyond, std::move(damage)};
@@ -242,8 +224,10 @@ Verdict Misread(Feature& feature, const Survey& /*survey*/) {
 // A component's value is what its type says.
 Verdict UnreadableComponent(Feature& feature, const Survey& /*survey*/) {
   const Attribute* const values = feature.document->FindAttribute(feature, kComponentValues.Id());
-  if (values == nullptr) return Conforms();
   const std::string_view type = check::TextOf(feature, kComponentType);
+  if (values == nullptr)
+    return type == "SAMComposite" || type.empty() ? Conforms()
+                                                  : Beyond(check::kMissing, kComponentValues.Text());
   const DamageKind* fault = &kNoType;
   if (type == "SAMDouble") fault = FaultOf(values->value, Stored::kNumber);
   if (type == "SAMInteger") fault = FaultOf(values->value, Stored::kInteger);
@@ -257,7 +241,8 @@ Verdict UnreadableComponent(Feature& feature, const Survey& /*survey*/) {
 }
 
 constexpr ConformityRule kRules[] = {
-    {"VLMKpeParm VLMSamAnalysisConnector VLMSamAnalysisModel VLMSamAnalysisSet VLMSamAnalysisEntity",
+    {"VLMKpeParm VLMSamAnalysisConnector VLMSamAnalysisModel VLMSamAnalysisSet VLMSamAnalysisEntity "
+     "PrtContainer",
      {},
      kUnreadableReason,
      Misread},
@@ -274,7 +259,7 @@ std::vector<Damage> MisreadIn(const FeatureState& state) {
     if (const DamageKind* const fault = FaultOf(attribute.value, *keys[attribute.key]))
       damage.push_back({fault, std::string(NameTable::Text(attribute.key))});
   }
-  AppendMissing(state, damage);
+  check::AppendMissing(state, damage);
   return damage;
 }
 

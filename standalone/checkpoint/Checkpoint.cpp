@@ -15,6 +15,11 @@ State& Current() {
   return state;
 }
 
+std::function<void()>& Lookout() {
+  static std::function<void()> lookout;
+  return lookout;
+}
+
 bool MustFail(const CheckpointPlan& plan, std::int64_t number, std::string_view operation,
               std::string_view detail) {
   if (plan.failNth > 0 && (plan.failFromNthOn ? number >= plan.failNth : number == plan.failNth)) return true;
@@ -25,14 +30,25 @@ bool MustFail(const CheckpointPlan& plan, std::int64_t number, std::string_view 
 }  // namespace
 
 bool Checkpoint::active_ = false;
+std::int64_t Checkpoint::untilLook_ = kNever;
+std::int64_t Checkpoint::lookoutCalls_ = kNever;
+std::int64_t Checkpoint::activeSinceLook_ = 0;
 
 void Checkpoint::Start(CheckpointPlan plan) {
   Current() = {std::move(plan), {}, {}, 0};
   active_ = true;
+  RestartLookout();
 }
 
 void Checkpoint::Stop() {
   active_ = false;
+  RestartLookout();
+}
+
+void Checkpoint::SetLookout(std::int64_t calls, std::function<void()> lookout) {
+  lookoutCalls_ = lookout ? calls : kNever;
+  Lookout() = std::move(lookout);
+  RestartLookout();
 }
 
 const std::vector<HostCall>& Checkpoint::Recorded() {
@@ -45,6 +61,17 @@ const std::vector<HostCall>& Checkpoint::RecordedCasts() {
 
 std::int64_t Checkpoint::CallCount() {
   return Current().calls;
+}
+
+HRESULT Checkpoint::PassSlowly(std::string_view operation, const Feature* feature, std::string_view detail,
+                               int option) {
+  if (!active_ || ++activeSinceLook_ >= lookoutCalls_) {
+    RestartLookout();
+    if (Lookout()) Lookout()();
+  }
+  if (!active_) return S_OK;
+  untilLook_ = 0;
+  return PassActive(operation, feature, detail, option);
 }
 
 HRESULT Checkpoint::PassActive(std::string_view operation, const Feature* feature, std::string_view detail,

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -48,9 +49,9 @@ class CallLimitReached : public std::runtime_error {
   const Feature* feature;  ///< What the call was made on; null for a static operation without one.
 };
 
-/// The one place that every host operation passes. Off, passing costs a test of one flag; on, it records
+/// The one place that every host operation passes. Off, passing costs one counting down; on, it records
 /// calls, makes chosen ones fail and withholds interfaces, which is how call order and fault handling are
-/// tested and traced.
+/// tested and traced. A lookout may be called now and then, whether a plan is at work or not.
 class Checkpoint {
  public:
   Checkpoint() = delete;
@@ -58,7 +59,7 @@ class Checkpoint {
   /// To be called first by every host operation; it must fail with the result when that is negative.
   static HRESULT Pass(std::string_view operation, const Feature* feature, std::string_view detail = {},
                       int option = 0) {
-    return active_ ? PassActive(operation, feature, detail, option) : S_OK;
+    return --untilLook_ > 0 ? S_OK : PassSlowly(operation, feature, detail, option);
   }
   /// To be called by every cast: whether `feature` must seem not to offer the interface.
   static bool Withholds(const VLMInterfaceId& id, const Feature& feature) {
@@ -69,6 +70,14 @@ class Checkpoint {
   static void Start(CheckpointPlan plan);
   static void Stop();
 
+  /// Has `lookout` called whenever so many calls were made since it was called last, or since
+  /// `RestartLookout`. It may throw: the call does not return then. An empty one ends it.
+  static void SetLookout(std::int64_t calls, std::function<void()> lookout);
+  static void RestartLookout() {
+    untilLook_ = active_ ? 0 : lookoutCalls_;
+    activeSinceLook_ = 0;
+  }
+
   /// The calls since `Start`; recorded ones, and how many there were.
   static const std::vector<HostCall>& Recorded();
   /// The interfaces that features were asked for meanwhile, when the plan records; as operations of that
@@ -77,11 +86,17 @@ class Checkpoint {
   static std::int64_t CallCount();
 
  private:
+  static HRESULT PassSlowly(std::string_view operation, const Feature* feature, std::string_view detail,
+                            int option);
   static HRESULT PassActive(std::string_view operation, const Feature* feature, std::string_view detail,
                             int option);
   static bool WithholdsActive(const VLMInterfaceId& id, const Feature& feature);
 
+  static constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
   static bool active_;
+  static std::int64_t untilLook_;  // calls that need not be looked at; none while a plan is at work
+  static std::int64_t lookoutCalls_;
+  static std::int64_t activeSinceLook_;
 };
 
 /// A plan at work for the life of this object.

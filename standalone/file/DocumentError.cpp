@@ -9,6 +9,7 @@ DocumentError::DocumentError(Kind kind, std::string_view file, std::size_t line,
     : std::runtime_error(line == 0 ? fmt::format("{}: {}. {}", file, problem, advice)
                                    : fmt::format("{}:{}: {}. {}", file, line, problem, advice)),
       kind_(kind),
-      line_(line) {}
+      line_(line),
+      problem_(problem) {}
 
 }  // namespace standalone

@@ -22,10 +22,13 @@ class DocumentError : public std::runtime_error {
 
   [[nodiscard]] Kind GetKind() const noexcept { return kind_; }
   [[nodiscard]] std::size_t Line() const noexcept { return line_; }
+  /// What went wrong, without the file and the advice.
+  [[nodiscard]] const std::string& Problem() const noexcept { return problem_; }
 
  private:
   Kind kind_;
   std::size_t line_;
+  std::string problem_;
 };
 
 }  // namespace standalone

@@ -84,6 +84,9 @@ std::size_t Document::CountBeneath(const Feature& feature) {
 
 Feature* Document::Create(const LateType& type, std::string_view name, Feature* father, Feature* container) {
   if (father != nullptr && father->removed) return nullptr;
+  if (createdCount_ >= mostCreated_) throw TooManyFeatures();
+  ++createdCount_;
+  ++changeCount_;
   Feature& feature = AppendRead(NextId(), type);
   feature.name = Keep(name);
   feature.created = true;
@@ -261,6 +264,7 @@ void Document::RelinkSonsRead() {
 }
 
 void Document::Touch(Feature& feature, ChangedPart part, NameId key) {
+  ++changeCount_;
   if (feature.created) return;
   changes_.Note(feature, part, key);
   if (feature.journalEntry != 0) return;

@@ -33,6 +33,12 @@ class DocumentCompanion {
   virtual void WriteBack() = 0;
 };
 
+/// What `Document::Create` throws beyond the limit that was set.
+class TooManyFeatures : public std::runtime_error {
+ public:
+  TooManyFeatures() : std::runtime_error("more features were made than the limit allows") {}
+};
+
 /// An analysis document in memory: the features, in order, and which upgrades the document has been through.
 ///
 /// All of a document's memory is one arena that goes with it; features never move. Every change of a feature
@@ -142,6 +148,15 @@ class Document final : public VLMDocument {
   /// it was created since. Links of that state may lead to features that are removed by now.
   [[nodiscard]] const FeatureState* Before(const Feature& feature) const;
 
+  /// Grows with every change, also of features that were made since: nothing was changed between two equal
+  /// answers.
+  [[nodiscard]] std::uint64_t ChangeCount() const { return changeCount_; }
+  /// How many features were made since.
+  [[nodiscard]] std::size_t CreatedCount() const { return createdCount_; }
+  /// From now on `Create` throws `TooManyFeatures` when more than `most` would have been made since the
+  /// document was read.
+  void LimitCreation(std::size_t most) { mostCreated_ = most; }
+
   /// Who made which change; see there.
   [[nodiscard]] ChangeLog& Changes() { return changes_; }
   [[nodiscard]] const ChangeLog& Changes() const { return changes_; }
@@ -210,6 +225,9 @@ class Document final : public VLMDocument {
   std::unique_ptr<DocumentCompanion> companion_;
 
   std::vector<Feature*> touched_;
+  std::uint64_t changeCount_ = 0;
+  std::size_t createdCount_ = 0;
+  std::size_t mostCreated_ = std::numeric_limits<std::size_t>::max();
   ChangeLog changes_;
   std::vector<Feature*> rearranged_;
   std::vector<Feature*> withDeadLinks_;

@@ -4,6 +4,7 @@
 #include <simdjson.h>
 
 #include <algorithm>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <new>
@@ -27,15 +28,40 @@ Catalogs& Current() {
   return catalogs;
 }
 
-// What upgrades make features from.
+using simdjson::dom::element_type;
+
+// What upgrades make features from, with what they need a new one to hold.
+struct NeededAttribute {
+  std::string_view key;
+  element_type type;
+  std::size_t entries = 0;                            // of a list
+  element_type entryType = element_type::NULL_VALUE;  // of a list
+};
 struct NeededLateType {
   std::string_view catalog;
   std::string_view lateType;
+  std::initializer_list<NeededAttribute> attributes;
 };
-constexpr NeededLateType kNeeded[] = {
-    {"HVXAnalysisStepCatalog.VLMfct", "HVXInteractionContainerLT"},
-    {"HVXElementPropertiesCatalog.VLMfct", "HVXElementAssignmentLT"},
-    {"HVXElementPropertiesCatalog.VLMfct", "HVXSectionControlsLT"},
+const NeededLateType kNeeded[] = {
+    {"HVXAnalysisStepCatalog.VLMfct", "HVXInteractionContainerLT", {}},
+    {"HVXElementPropertiesCatalog.VLMfct",
+     "HVXElementAssignmentLT",
+     {{"ElementShape", element_type::INT64},
+      {"ElementOrder", element_type::INT64},
+      {"Formulation", element_type::INT64},
+      {"ElementOptions", element_type::ARRAY, 4, element_type::BOOL},
+      {"ElementOptionValues", element_type::ARRAY, 2, element_type::DOUBLE},
+      {"SectionControlsSpec", element_type::NULL_VALUE}}},
+    {"HVXElementPropertiesCatalog.VLMfct",
+     "HVXSectionControlsLT",
+     {{"DistortionContol", element_type::INT64},
+      {"SecondOrderAccuracy", element_type::BOOL},
+      {"HourglassControl", element_type::INT64},
+      {"LengthRatio", element_type::DOUBLE},
+      {"StiffnessViscousWtFactor", element_type::DOUBLE},
+      {"DispHourglassScalingFactor", element_type::DOUBLE},
+      {"RotHourglassScalingFactor", element_type::DOUBLE},
+      {"OutOfPlaneHourglassScalingFactor", element_type::DOUBLE}}},
 };
 
 [[noreturn]] void Refuse(const std::filesystem::path& file, std::string_view why) {
@@ -68,6 +94,31 @@ std::unique_ptr<FeatureCatalog> Read(const std::filesystem::path& file) {
     }
   }
   return catalog;
+}
+
+bool Fits(simdjson::dom::element value, const NeededAttribute& needed) {
+  if (value.type() != needed.type) return false;
+  if (needed.type != element_type::ARRAY) return true;
+  const simdjson::dom::array entries(value);
+  return entries.size() == needed.entries &&
+         std::all_of(entries.begin(), entries.end(),
+                     [&](simdjson::dom::element each) { return each.type() == needed.entryType; });
+}
+
+// Throws when what upgrades make of the late type would not be what they need.
+void Require(const FeatureCatalog& catalog, const NeededLateType& needed, const std::filesystem::path& file) {
+  simdjson::dom::object attributes;
+  if (catalog.lateTypes[needed.lateType].get_object().get(attributes) != simdjson::SUCCESS)
+    Refuse(file, fmt::format("the feature catalog lacks \"{}\"", needed.lateType));
+  for (const NeededAttribute& attribute : needed.attributes) {
+    simdjson::dom::element value;
+    if (attributes[attribute.key].get(value) != simdjson::SUCCESS || !Fits(value, attribute)) {
+      Refuse(file,
+             fmt::format(
+                 "\"{}\" of \"{}\" in the feature catalog is missing, or of another kind than it must be",
+                 attribute.key, needed.lateType));
+    }
+  }
 }
 
 Value ValueOf(simdjson::dom::element element, Document& document) {
@@ -103,11 +154,10 @@ void FeatureCatalogs::Use(const std::filesystem::path& folder) {
   }
   if (error)
     Refuse(folder, fmt::format("the folder of the feature catalogs cannot be read ({})", error.message()));
-  for (const auto& [name, lateType] : kNeeded) {
-    const auto found = catalogs.find(name);
-    if (found == catalogs.end()) Refuse(folder / name, "the feature catalog is missing");
-    if (found->second->lateTypes[lateType].error() != simdjson::SUCCESS)
-      Refuse(folder / name, fmt::format("the feature catalog lacks \"{}\"", lateType));
+  for (const NeededLateType& needed : kNeeded) {
+    const auto found = catalogs.find(needed.catalog);
+    if (found == catalogs.end()) Refuse(folder / needed.catalog, "the feature catalog is missing");
+    Require(*found->second, needed, folder / needed.catalog);
   }
   Current() = std::move(catalogs);
 }

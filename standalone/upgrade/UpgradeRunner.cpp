@@ -51,11 +51,48 @@ std::string PlaceOf(const UpgradeWork& work) {
   return fmt::format("feature {} ({}), {}", work.feature->id, work.type->Name(), work.upgrade->identifier);
 }
 
+// Conversions of the whole document make a contact pair for each connection property in each case.
+std::string WhatWasMade(const Document& document, const UpgradeWork& work) {
+  std::size_t old = 0;
+  std::size_t properties = 0;
+  std::size_t cases = 0;
+  for (const Feature* feature = document.First(); feature != nullptr; feature = feature->next) {
+    if (feature->created) continue;
+    ++old;
+    properties += feature->TypeName() == "SAMFaceFaceContact" ? 1 : 0;
+    cases += feature->type->MetaClass().IsAKindOf(kind::kAnalysisCase) ? 1 : 0;
+  }
+  std::string text = fmt::format("it made {} features in a document of {}", document.CreatedCount(), old);
+  if (work.kind == UpgradeWork::Kind::kConversion && properties != 0)
+    text += fmt::format(" ({} connection properties in {} cases)", properties, cases);
+  return text + ", which is the limit; raise it with --limit-features";
+}
+
+// What was registered by the first run already stands in the list twice when its upgrade ran again.
+void RegisterOnce(Document& document) {
+  static const Key featList("FeatList");
+  Feature* const model = document.AnalysisModel();
+  const Attribute* const list = model == nullptr ? nullptr : document.FindAttribute(*model, featList.Id());
+  if (list == nullptr || list->value.Kind() != ValueKind::kList) return;
+  std::unordered_set<const Feature*> seen;
+  std::vector<Value> once;
+  for (const Value& entry : list->value.Entries()) {
+    const bool isLink = entry.Kind() == ValueKind::kLink && entry.Target() != nullptr;
+    if (!isLink || seen.insert(entry.Target()).second) once.push_back(entry);
+  }
+  if (once.size() != list->value.Entries().size())
+    document.SetAttribute(*model, featList.Id(), Value::List(document.Keep(std::span<const Value>(once))));
+}
+
 }  // namespace
 
 UpgradeRunner::UpgradeRunner(Document& document, const std::vector<HVXUpgradeObserver**>& observers,
                              const std::vector<const KnownUpgrade*>& upgrades, const UpgradeWatch& watch)
-    : document_(document), observers_(observers), watch_(watch), lists_(document, TypesOf(upgrades)) {
+    : document_(document),
+      observers_(observers),
+      watch_(watch),
+      lists_(document, TypesOf(upgrades)),
+      idle_(document) {
   for (HVXUpgradeObserver** const place : observers_) *place = this;
   for (const KnownUpgrade* const upgrade : upgrades) {
     for (const NameId type : TypesOf(*upgrade)) {
@@ -81,6 +118,7 @@ void UpgradeRunner::RunAgain(const KnownUpgrade& upgrade, const std::vector<Feat
   }
   expectedVisits_ += features.size();
   RunOn(upgrade, features);
+  RegisterOnce(document_);
 }
 
 void UpgradeRunner::RunOn(const KnownUpgrade& upgrade, const std::vector<Feature*>& features) {
@@ -177,6 +215,7 @@ void UpgradeRunner::Do(const UpgradeWork& work, const Action& action) {
   const std::size_t noted = changes.Notes().size();
   changes.SetWork(run_.works.size());
   work_ = &work;
+  idle_.Restart();
   try {
     action();
   } catch (const VLMFatalAssertion& assertion) {
@@ -184,6 +223,10 @@ void UpgradeRunner::Do(const UpgradeWork& work, const Action& action) {
         fmt::format("{}: {} in {}", PlaceOf(work), assertion.what(), assertion.SourcePath()));
   } catch (const VLMNullVarError& error) {
     throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), error.what()));
+  } catch (const IdleRun& error) {
+    throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), error.what()));
+  } catch (const TooManyFeatures&) {
+    throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), WhatWasMade(document_, work)));
   }
   work_ = nullptr;
   document_.RestoreListsSetAside();

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <unordered_set>
 
+#include "upgrade/IdleWatch.h"
 #include "upgrade/UpgradeRun.h"
 #include "upgrade/VisitLists.h"
 
@@ -46,6 +47,7 @@ class UpgradeRunner final : private HVXUpgradeObserver {
   const std::vector<HVXUpgradeObserver**>& observers_;
   const UpgradeWatch& watch_;
   VisitLists lists_;
+  IdleWatch idle_;
   UpgradeRun run_;
   std::map<std::string_view, std::size_t> concerned_;                        // by late type
   std::map<std::string_view, std::unordered_set<const Feature*>> runAgain_;  // of other late types

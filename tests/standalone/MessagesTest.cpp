@@ -122,7 +122,8 @@ TEST(FeatureCatalogsTest, WhatUpgradesMakeFeaturesFromMustBeThereAndSound) {
            std::pair{"{\"HVXElementAssignmentLT\":{", "cannot be read"},
            std::pair{"{\"HVXElementAssignmentLT\":1}", "must be an object"},
            std::pair{"{\"HVXElementAssignmentLT\":{\"a\":{}}}", "cannot be an attribute"},
-           std::pair{"{\"HVXElementAssignmentLT\":{}}", "lacks \"HVXSectionControlsLT\""},
+           std::pair{"{\"HVXElementAssignmentLT\":{}}", "\"ElementShape\" of \"HVXElementAssignmentLT\""},
+           std::pair{"{\"HVXSectionControlsLT\":{}}", "lacks \"HVXElementAssignmentLT\""},
        }) {
     static_cast<void>(folder.Put("HVXElementPropertiesCatalog.VLMfct", text));
     EXPECT_THAT(refusal(), testing::AllOf(testing::HasSubstr("HVXElementPropertiesCatalog.VLMfct: "),

@@ -1,8 +1,10 @@
 // What an upgrade library does wrong must not reach the documents.
 
 #include <signal.h>
+#include <sys/stat.h>
 
 #include <chrono>
+#include <fstream>
 #include <thread>
 
 #include "ToolRun.h"
@@ -81,6 +83,124 @@ TEST_F(ContainmentTest, AnInterruptionLeavesNothingBehind) {
     EXPECT_EQ(Content(file), before);
     EXPECT_EQ(Names(), "job.hvxdoc");
   }
+}
+
+// Whom signals cannot reach through its parent, since that was killed.
+TEST_F(ContainmentTest, AWorkerEndsWithItsParent) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  const pid_t program = Start({"--library", TROUBLE_LIBRARY, "upgrade", file, "--dry-run", "--only",
+                               "LoopForEver", "--timeout", "0"});
+  while (OutputSoFar() != "looping\n") std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  const std::string id = std::to_string(program);
+  const pid_t worker = std::stoi(Content("/proc/" + id + "/task/" + id + "/children"));
+  kill(program, SIGKILL);
+  static_cast<void>(Wait(program));
+  const auto begun = std::chrono::steady_clock::now();
+  while (kill(worker, 0) == 0 && std::chrono::steady_clock::now() - begun < std::chrono::seconds(20))
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  EXPECT_NE(kill(worker, 0), 0);
+}
+
+constexpr std::string_view kEndlessForce =
+    R"({"id":1,"type":"AnalysisModel","attributes":{"FeatList":[]}}
+{"id":4,"type":"HVXConcentratedForce","alias":"Force","father":{"ref":1},"attributes":{"SonsList":[{"ref":10},{"ref":11},{"ref":12}]}}
+{"id":10,"type":"SAMBasicComponent","name":"AxisSystemType","father":{"ref":4}}
+{"id":11,"type":"SAMBasicComponent","name":"Stray","father":{"ref":4}}
+{"id":12,"type":"SAMBasicComponent","name":"Stray","father":{"ref":4}}
+)";
+
+TEST_F(ContainmentTest, ARunThatChangesNothingAnyMoreIsEndedAndTheNextDocumentGoesOn) {
+  const std::string force = Document("force.hvxdoc", kEndlessForce);
+  const std::string job = Document("job.hvxdoc", kJobLines);
+  const auto begun = std::chrono::steady_clock::now();
+  const Ended ended = Run({"upgrade", force, job, "--output-dir", Path("new")});
+  EXPECT_EQ(ended.code, 1);
+  EXPECT_NE(
+      ended.err.find("feature 4 (HVXConcentratedForce), UpgradeConcForceBasicComponents: more than 1000500 "
+                     "calls of the host in a row changed nothing"),
+      std::string::npos)
+      << ended.err;
+  EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(60));
+  EXPECT_NE(Content(Path("new/job.hvxdoc")), "");
+  EXPECT_EQ(Content(Path("new/force.hvxdoc")), "");
+}
+
+TEST_F(ContainmentTest, LimitsAreToldWithWhatReachedThem) {
+  std::string lines = R"({"id":1,"type":"AnalysisModel"}
+{"id":2,"type":"PropertySet","father":{"ref":1}}
+{"id":3,"type":"Surface"}
+{"id":4,"type":"Surface"}
+)";
+  for (int id = 10; id < 50; id += 2) {
+    const std::string number = std::to_string(id);
+    const std::string son = std::to_string(id + 1);
+    lines +=
+        R"({"id":)" + number +
+        R"(,"type":"AnalysisCase","father":{"ref":1},"attributes":{"Solver":"Halvex","AnalysisType":1}})" +
+        "\n" + R"({"id":)" + son + R"(,"type":"HVXInteractionContainerLT","father":{"ref":)" + number +
+        "}}\n";
+  }
+  for (int id = 50; id < 60; id += 2) {
+    const std::string number = std::to_string(id);
+    const std::string son = std::to_string(id + 1);
+    lines += R"({"id":)" + number +
+             R"(,"type":"SAMFaceFaceContact","father":{"ref":2},"attributes":{"Supports":[{"ref":)" + son +
+             "}]}}\n" + R"({"id":)" + son + R"(,"type":"GeometrySmartConnector","father":{"ref":)" + number +
+             R"(},"attributes":{"FirstObject":{"ref":3},"SecondObject":{"ref":4}}})" + "\n";
+  }
+  const std::string file = Document("product.hvxdoc", lines);
+  const auto givenUp = [&](const std::vector<std::string>& limit) {
+    std::vector<std::string> arguments{"upgrade", file, "--dry-run"};
+    arguments.insert(arguments.end(), limit.begin(), limit.end());
+    const Ended ended = Run(arguments);
+    EXPECT_EQ(ended.code, 1);
+    return ended.err;
+  };
+  const std::string features = givenUp({"--limit-features", "60"});
+  EXPECT_NE(features.find("UpgDocumentForCCPRemoval: it made 60 features in a document of 54 (5 connection "
+                          "properties in 20 cases), which is the limit; raise it with --limit-features"),
+            std::string::npos)
+      << features;
+#ifndef __SANITIZE_ADDRESS__
+  const std::string memory = givenUp({"--limit-memory", "1"});
+  EXPECT_NE(memory.find("not enough memory (the limit is 1 MB; --limit-memory raises it)"), std::string::npos)
+      << memory;
+#endif
+}
+
+TEST_F(ContainmentTest, AWorkerThatCannotBeStartedConcernsItsDocumentAlone) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  LimitOpenFiles(6);  // the three streams, two of the report, and one end of a pipe
+  const Ended ended = Run({"upgrade", file, "--dry-run", "--report", Path("r.json")});
+  EXPECT_EQ(ended.code, 1);
+  EXPECT_NE(ended.err.find("not begun, since a pipe cannot be made (Too many open files)"), std::string::npos)
+      << ended.err;
+  EXPECT_NE(Content(Path("r.json")).find(R"("verdict":"aborted")"), std::string::npos);
+}
+
+TEST_F(ContainmentTest, AReportThatFailsAtTheEndSaysThatTheDocumentsAreDone) {
+  const std::string old = Document("job.hvxdoc", kJobLines);
+  std::filesystem::create_directory(Path("reports"));
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  const pid_t program =
+      Start({"upgrade", Path("pipe"), "-o", Path("new.hvxdoc"), "--report", Path("reports/r.json")});
+  const std::string content = Content(old);
+  std::ofstream pipe(Path("pipe"), std::ios::binary);  // by then the report was begun
+  std::filesystem::remove_all(Path("reports"));
+  pipe << content;
+  pipe.close();
+  const Ended ended = Wait(program);
+  EXPECT_EQ(ended.code, 5);
+  EXPECT_NE(Content(Path("new.hvxdoc")), "");
+  EXPECT_EQ(ended.err.find("nothing was changed"), std::string::npos) << ended.err;
+  EXPECT_NE(ended.err.find("results that were written are in place"), std::string::npos) << ended.err;
+}
+
+TEST_F(ContainmentTest, TwoLibrariesForOneLateTypeAreRefused) {
+  const Ended ended = Run({"--library", UPGRADE_LIBRARY, "--library", UPGRADE_LIBRARY, "identifiers"});
+  EXPECT_EQ(ended.code, 3);
+  EXPECT_NE(ended.err.find("both extend "), std::string::npos) << ended.err;
+  EXPECT_NE(ended.err.find("with HVXIUpgrade"), std::string::npos) << ended.err;
 }
 
 }  // namespace

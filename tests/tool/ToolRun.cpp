@@ -1,6 +1,7 @@
 #include "ToolRun.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -72,6 +73,11 @@ pid_t ToolTest::Start(const std::vector<std::string>& arguments, const fs::path&
     close(STDOUT_FILENO);
   } else {
     redirect(out.empty() ? streams_ / "out" : out, STDOUT_FILENO);
+  }
+  if (mostOpenFiles_ != 0) {
+    close_range(STDERR_FILENO + 1, ~0U, 0);
+    const rlimit limit{mostOpenFiles_, mostOpenFiles_};
+    setrlimit(RLIMIT_NOFILE, &limit);
   }
   execv(pointers.front(), pointers.data());
   _exit(127);

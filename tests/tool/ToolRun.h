@@ -37,11 +37,14 @@ class ToolTest : public testing::Test {
   [[nodiscard]] pid_t Start(const std::vector<std::string>& arguments,
                             const std::filesystem::path& out = {}) const;
   [[nodiscard]] Ended Wait(pid_t program) const;
+  /// Programs that are started from now on may have so many files open.
+  void LimitOpenFiles(unsigned most) { mostOpenFiles_ = most; }
   [[nodiscard]] std::string OutputSoFar() const { return Content(streams_ / "out"); }
 
  private:
   std::filesystem::path folder_;
   std::filesystem::path streams_;
+  unsigned mostOpenFiles_ = 0;  // 0 for no limit
 };
 
 /// A model with a job that upgrades change.

@@ -191,7 +191,7 @@ TEST_F(UpgradeCommandTest, WrongUsageIsExplained) {
   refused({"frob", file}, "there is no command \"frob\"");
   refused({"--data", Path("x"), "frob", file}, "there is no command \"frob\"");
   refused({"upgrade", file, "--dry-run", "--language", "xx"}, "choose one of: ");
-  refused({"upgrade", file, "--dry-run", "--timeout", "0"}, "--timeout");
+  refused({"upgrade", file, "--dry-run", "--timeout", "-1"}, "--timeout");
   EXPECT_EQ(Names(), "job.hvxdoc other.hvxdoc");
 }
 

@@ -1,0 +1,43 @@
+#include "upgrade/IdleWatch.h"
+
+#include <fmt/format.h>
+
+#include "checkpoint/Checkpoint.h"
+
+namespace standalone {
+namespace {
+
+// No routine goes through the whole document with so many calls for each feature.
+constexpr std::int64_t kCallsPerFeature = 100;
+constexpr std::int64_t kCallsOfSmallDocument = 1'000'000;
+
+}  // namespace
+
+IdleRun::IdleRun(std::int64_t calls)
+    : std::runtime_error(
+          fmt::format("more than {} calls of the host in a row changed nothing, so that it would "
+                      "go on for ever; hvxupgrade check tells what it stumbles over",
+                      calls)) {}
+
+IdleWatch::IdleWatch(const Document& document)
+    : document_(document),
+      calls_(kCallsOfSmallDocument + kCallsPerFeature * static_cast<std::int64_t>(document.FeatureCount())) {
+  Checkpoint::SetLookout(calls_, [this] { Look(); });
+  Restart();
+}
+
+IdleWatch::~IdleWatch() {
+  Checkpoint::SetLookout(0, nullptr);
+}
+
+void IdleWatch::Restart() {
+  changes_ = document_.ChangeCount();
+  Checkpoint::RestartLookout();
+}
+
+void IdleWatch::Look() {
+  if (document_.ChangeCount() == changes_) throw IdleRun(calls_);
+  changes_ = document_.ChangeCount();
+}
+
+}  // namespace standalone
