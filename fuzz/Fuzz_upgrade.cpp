@@ -1,0 +1,48 @@
+// Read, upgrade, verify, write, read again, run again what was left behind, upgrade again.
+
+#include "DocumentMutator.h"
+#include "Harness.h"
+#include "check/Integrity.h"
+#include "check/Losses.h"
+#include "upgrade/LeftBehind.h"
+
+extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t maxSize,
+                                               unsigned seed) {
+  return fuzzing::MutateDocument(data, size, maxSize, seed);
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace standalone;
+  const VersionManager& manager = fuzzing::Manager();
+  const DocumentPtr document = fuzzing::DocumentOf(data, size);
+  if (document.Get() == nullptr || !manager.Unknown(*document.Get()).empty()) return 0;
+  document->LimitCreation(100'000);
+  try {
+    static_cast<void>(manager.Run(document, manager.Pending(*document.Get())));
+  } catch (const UpgradeAborted&) {
+    return 0;  // such as a limit; the document is thrown away
+  }
+  static_cast<void>(FindLosses(*document.Get()));
+  static_cast<void>(CheckConformity(*document.Get()));
+  fuzzing::Require(FindFaults(*document.Get(), 1).empty(), "a result is sound");
+  const std::string text = fuzzing::TextOf(*document.Get());
+  const DocumentPtr again = fuzzing::DocumentOf(text);
+  fuzzing::Require(again.Get() != nullptr, "a result can be read");
+  fuzzing::Require(manager.Pending(*again.Get()).empty(), "nothing is pending in a result");
+  fuzzing::Require(fuzzing::TextOf(*again.Get()) == text, "a result is written the same again");
+
+  again->LimitCreation(100'000);
+  std::string retried;
+  for (int round = 0; round < 2; ++round) {
+    LeftBehind left(*again.Get());
+    try {
+      static_cast<void>(manager.RunAgain(again, [&left] { return left.Next(); }, {}));
+    } catch (const UpgradeAborted&) {
+      return 0;
+    }
+    const std::string now = fuzzing::TextOf(*again.Get());
+    fuzzing::Require(round == 0 || now == retried, "a second retry changes nothing");
+    retried = now;
+  }
+  return 0;
+}

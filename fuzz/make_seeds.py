@@ -1,0 +1,81 @@
+#!/usr/bin/python3
+"""Writes small documents to begin fuzzing with: pieces of the examples and of the damaged documents.
+
+  fuzz/make_seeds.py FOLDER [DICTIONARY]
+
+A piece is a feature with all that stands above it and beneath it and what those link to. DICTIONARY, where it
+is given, gets the late types and keys of all of them, as libFuzzer reads it.
+"""
+import json
+import pathlib
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[1]
+MOST_FEATURES = 40
+
+
+def links_of(value):
+    if isinstance(value, dict):
+        return [value["ref"]]
+    return [target for entry in value for target in links_of(entry)] if isinstance(value, list) else []
+
+
+def pieces_of(features):
+    sons = {}
+    for feature in features.values():
+        sons.setdefault(feature.get("father", {}).get("ref"), []).append(feature["id"])
+    for start in features:
+        wanted, waiting = set(), [start]
+        while waiting and len(wanted) < MOST_FEATURES:
+            each = waiting.pop(0)
+            if each in wanted or each not in features:
+                continue
+            wanted.add(each)
+            feature = features[each]
+            above = [feature[key]["ref"] for key in ("father", "container") if key in feature]
+            links = [target for value in feature.get("attributes", {}).values() for target in links_of(value)]
+            waiting += above + links + (sons.get(each, []) if each == start or len(above) > 1 else [])
+        yield start, wanted
+
+
+def without_links(value, kept):
+    if isinstance(value, dict):
+        return value if value["ref"] in kept else None
+    return [without_links(entry, kept) for entry in value] if isinstance(value, list) else value
+
+
+def text_of(features, wanted):
+    lines = [{"format": "hvxdoc", "version": 1, "upgrades": [], "features": len(wanted)}]
+    for each in sorted(wanted):
+        feature = dict(features[each])
+        for key in ("father", "container"):
+            if key in feature and feature[key]["ref"] not in wanted:
+                del feature[key]
+        if "attributes" in feature:
+            feature["attributes"] = {key: without_links(value, wanted)
+                                     for key, value in feature["attributes"].items()}
+        lines.append(feature)
+    return "".join(json.dumps(line, separators=(",", ":"), ensure_ascii=False) + "\n" for line in lines)
+
+
+def main():
+    folder = pathlib.Path(sys.argv[1])
+    folder.mkdir(parents=True, exist_ok=True)
+    words = set()
+    for source in sorted([*ROOT.glob("examples/*.hvxdoc"), *ROOT.glob("tests/damaged/*.hvxdoc")]):
+        lines = [json.loads(line) for line in source.read_text(encoding="utf-8").splitlines()[1:]]
+        features = {line["id"]: line for line in lines}
+        types = set()
+        for start, wanted in pieces_of(features):
+            words |= {features[start]["type"], *features[start].get("attributes", {})}
+            if features[start]["type"] in types:
+                continue  # one piece around a feature of each late type is enough
+            types.add(features[start]["type"])
+            name = f"{source.parent.name}-{source.stem}-{start}.hvxdoc"
+            (folder / name).write_text(text_of(features, wanted), encoding="utf-8")
+    if len(sys.argv) > 2:
+        entries = sorted(f'"{word}"\n' for word in words)
+        pathlib.Path(sys.argv[2]).write_text("".join(entries), encoding="utf-8")
+
+
+main()
