@@ -117,7 +117,7 @@ TEST_F(PlaceTest, TheNextRunRemovesWhatKilledOnesLeft) {
   const Ended ended = Run({"upgrade", file, "--in-place"});
   EXPECT_EQ(ended.code, 0);
   EXPECT_EQ(ended.err, "removed 2 temporary files (5 bytes) that earlier runs, which were killed, left in " +
-                           fs::canonical(Path("")).parent_path().string() + "\n");
+                           fs::canonical(fs::path(file).parent_path()).string() + "\n");
   EXPECT_EQ(Names(), fs::path(mine).filename().string() + " job.hvxdoc");
 }
 
@@ -166,7 +166,7 @@ TEST_F(PlaceTest, AFolderThatARunMadeInVainGoesAgain) {
 
 TEST_F(PlaceTest, AFileIsNoFolder) {
   const std::string file = Document("job.hvxdoc", kJobLines);
-  for (const std::string folder : {file, file + "/sub"}) {
+  for (const std::string& folder : {file, file + "/sub"}) {
     const Ended ended = Run({"upgrade", file, "--output-dir", folder});
     EXPECT_EQ(ended.code, 5);
     EXPECT_TRUE(Has(ended.err, "job.hvxdoc: this is a file, and results cannot be put into it")) << ended.err;
