@@ -105,8 +105,8 @@ void Destination::Check() const {
            "Choose another folder or change its permissions");
   }
   const bool isTaken = !backupSuffix.empty() && fs::exists(fs::symlink_status(Backup(), error));
-  if (isTaken &&
-      !standalone::IsBackupOf(Backup(), *file))  // one of this document is of a run that was killed
+  // One of this very document is of a run that was killed.
+  if (isTaken && !standalone::IsBackupOf(Backup(), *file))
     Refuse(Backup(), "the backup exists already", "Remove or rename it, or choose another suffix");
 }
 

@@ -51,20 +51,21 @@ void RemoveOldLeftovers(const std::vector<fs::path>& targets, bool quiet) {
   for (const fs::path& target : targets) folders.insert(FolderOf(target));
   std::size_t files = 0;
   std::uintmax_t bytes = 0;
-  fs::path where;
+  std::set<fs::path> cleaned;
   for (const fs::path& folder : folders) {
     std::error_code error;
     for (const Leftover& leftover : ContentOf(folder, error).leftovers) {
       if (leftover.maker != standalone::Maker::kGone || !fs::remove(leftover.file, error)) continue;
       ++files;
       bytes += leftover.bytes;
-      if (where.empty()) where = folder;
+      cleaned.insert(folder);
     }
   }
   if (files == 0 || quiet) return;
-  Put(stderr, Printable(fmt::format("removed {} ({}) that earlier runs, which were killed, left in {}\n",
-                                    Count(files, "temporary file"), Count(bytes, "byte"),
-                                    where.string() + (folders.size() > 1 ? " and others" : ""))));
+  Put(stderr,
+      Printable(fmt::format("removed {} ({}) that earlier runs, which were killed, left in {}\n",
+                            Count(files, "temporary file"), Count(bytes, "byte"),
+                            cleaned.begin()->string() + (cleaned.size() > 1 ? " and other folders" : ""))));
 }
 
 }  // namespace tool

@@ -1,6 +1,5 @@
 #include "Report.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <array>

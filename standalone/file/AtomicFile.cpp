@@ -131,7 +131,7 @@ void AtomicFile::RefuseChanged(bool afterLink) {
 std::string AtomicFile::KeepBeside() {
   constexpr int kNamesTried = 1000;
   for (int number = 1; number <= kNamesTried; ++number) {
-    const std::string name =
+    std::string name =
         target_.string() + (number == 1 ? std::string(".upgraded") : fmt::format(".upgraded.{}", number));
     if (MoveWithoutReplacing(temporary_, name)) {
       temporary_.clear();
