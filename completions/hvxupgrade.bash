@@ -7,7 +7,7 @@ _hvxupgrade() {
   COMPREPLY=()
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      status | check | upgrade | diff | identifiers | show)
+      status | check | upgrade | diff | identifiers | show | clean)
         verb=$word
         break
         ;;
@@ -39,17 +39,21 @@ _hvxupgrade() {
       upgrade)
         options+=" --output --output-dir --in-place --backup --dry-run --force --only --until --report --trace"
         options+=" --language --timeout --limit-features --limit-memory --quiet --strict --accept-failures --retry --fail-on-drop"
+        options+=" --keep-result"
         ;;
       check) options+=" --all --json" ;;
+      clean) options+=" --dry-run --json" ;;
       diff | identifiers) options+=" --json" ;;
       show) options+=" --attributes --type --id --depth" ;;
       *) options+=" --version" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
   elif [[ -z $verb ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "status check upgrade diff identifiers show" -- "$cur")
+    mapfile -t COMPREPLY < <(compgen -W "status check upgrade diff identifiers show clean" -- "$cur")
   elif [[ $verb == identifiers ]]; then
     _hvxupgrade_identifiers
+  elif [[ $verb == clean ]]; then
+    mapfile -t COMPREPLY < <(compgen -d -- "$cur")
   else
     mapfile -t COMPREPLY < <(compgen -f -X '!*.hvxdoc' -- "$cur"; compgen -d -S / -- "$cur")
     compopt -o nospace 2>/dev/null

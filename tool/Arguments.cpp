@@ -20,7 +20,8 @@ constexpr const char* kExitCodes = R"(Exit codes:
   2  wrong usage
   3  some input is unreadable or invalid
   4  some document is newer than this program
-  5  some output could not be written; what stood there is as it was
+  5  some output could not be written, or a document was changed meanwhile by another program; what stood
+     there is as it was
   6  an upgrade is needed (check and status --check only)
   130  interrupted
 Of several, the most serious: 130, 2, 5, 3, 4, 1, 6, 0.)";
@@ -64,6 +65,10 @@ constexpr const char* kDiffExamples = R"(Examples:
   hvxupgrade diff bracket.hvxdoc current.hvxdoc
   hvxupgrade diff --json a.hvxdoc b.hvxdoc | jq '.changed[] | select(.type == "HVXPressure")')";
 
+constexpr const char* kCleanExamples = R"(Examples:
+  hvxupgrade clean --dry-run .
+  hvxupgrade clean --json results | jq .bytes)";
+
 // Checks of option values: each gives what is wrong, or nothing. An empty value is mostly a variable of a
 // script that was never set.
 std::string NotEmpty(const std::string& value) {
@@ -104,7 +109,10 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
   auto* const backup = verb->add_option("--backup", upgrade.backupSuffix,
                                         "Keep each old document under its name and this suffix");
   auto* const force = verb->add_flag("--force", upgrade.force, "Replace output files that exist already");
-  for (CLI::Option* const option : {output, folder, inPlace, dryRun, backup, force}) option->group(where);
+  auto* const keep = verb->add_flag("--keep-result", upgrade.keepResult,
+                                    "When a document was changed meanwhile, keep the result beside it");
+  for (CLI::Option* const option : {output, folder, inPlace, dryRun, backup, force, keep})
+    option->group(where);
   auto* const strict =
       verb->add_flag("--strict", upgrade.strict, "Write no result in which something needs a person");
   auto* const accept = verb->add_flag("--accept-failures", upgrade.acceptFailures,
@@ -197,6 +205,14 @@ void AddDiff(CLI::App& app, DiffArguments& diff) {
   verb->footer(kDiffExamples);
 }
 
+void AddClean(CLI::App& app, CleanArguments& clean) {
+  CLI::App* const verb = app.add_subcommand("clean", "Remove the temporary files that killed runs left");
+  verb->add_option("FOLDER", clean.folders, "Folders, with all beneath them")->required()->type_name("");
+  verb->add_flag("--dry-run", clean.dryRun, "Only list them");
+  verb->add_flag("--json", clean.json, "Print JSON");
+  verb->footer(kCleanExamples);
+}
+
 void Check(const UpgradeArguments& upgrade, const CLI::App& verb) {
   const int places = (upgrade.output.empty() ? 0 : 1) + (upgrade.outputDirectory.empty() ? 0 : 1) +
                      (upgrade.inPlace ? 1 : 0);
@@ -226,7 +242,7 @@ std::string Unexpected(const CLI::App& app, const std::vector<std::string>& word
   const auto isWord = [](const std::string& word) { return !word.starts_with('-'); };
   const auto first = std::ranges::find_if(words, isWord);
   if (!app.get_subcommands().empty() || first == words.end()) return what;
-  return fmt::format("there is no command {}; say status, check, upgrade, diff, identifiers or show",
+  return fmt::format("there is no command {}; say status, check, upgrade, diff, identifiers, show or clean",
                      Quoted(AsUtf8(*first)));
 }
 
@@ -258,12 +274,14 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
   DiffArguments diff;
   AddCheck(app, check);
   AddDiff(app, diff);
+  CleanArguments clean;
+  AddClean(app, clean);
 
   const CLI::App* const upgradeVerb = app.get_subcommand("upgrade");
   try {
     app.parse(count, texts);
     if (app.get_subcommands().empty())
-      throw UsageError("say what to do: status, check, upgrade, diff, identifiers or show");
+      throw UsageError("say what to do: status, check, upgrade, diff, identifiers, show or clean");
     if (app.got_subcommand("status")) {
       arguments.verb = std::move(status);
     } else if (app.got_subcommand("upgrade")) {
@@ -275,6 +293,8 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
       arguments.verb = std::move(check);
     } else if (app.got_subcommand("diff")) {
       arguments.verb = std::move(diff);
+    } else if (app.got_subcommand("clean")) {
+      arguments.verb = std::move(clean);
     } else {
       arguments.verb = std::move(show);
     }

@@ -31,6 +31,7 @@ struct UpgradeArguments {
   bool acceptFailures = false;
   bool failOnDrop = false;
   bool retry = false;
+  bool keepResult = false;
   std::vector<std::string> only;  // at most one of these two
   std::string until;
   std::string report;
@@ -65,11 +66,17 @@ struct DiffArguments {
   bool json = false;
 };
 
+struct CleanArguments {
+  std::vector<std::string> folders;
+  bool dryRun = false;
+  bool json = false;
+};
+
 /// What the user asked for.
 struct Arguments {
   Places places;
   std::variant<std::monostate, StatusArguments, UpgradeArguments, IdentifiersArguments, ShowArguments,
-               CheckArguments, DiffArguments>
+               CheckArguments, DiffArguments, CleanArguments>
       verb;
 };
 

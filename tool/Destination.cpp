@@ -8,7 +8,9 @@
 #include <map>
 
 #include "UsageError.h"
+#include "file/Backup.h"
 #include "file/DocumentError.h"
+#include "file/FileIdentity.h"
 
 namespace tool {
 namespace {
@@ -76,6 +78,16 @@ fs::path Destination::Backup() const {
   return (fs::is_symlink(*file, error) ? Followed(*file) : *file).string() + backupSuffix;
 }
 
+bool Destination::Replaces(const fs::path& document) const {
+  if (!file) return false;
+  std::error_code error;  // a result that is not there yet replaces nothing
+  return inPlace || Followed(*file) == Followed(document) || fs::equivalent(*file, document, error);
+}
+
+bool Destination::HoldsCopyOf(const fs::path& document) const {
+  return file && !inPlace && standalone::HaveSameBytes(*file, document);
+}
+
 void Destination::Check() const {
   if (!file) return;
   std::error_code error;
@@ -85,13 +97,29 @@ void Destination::Check() const {
   RefuseTaken(*file, overwrite);
   fs::path folder = Followed(*file).parent_path();
   if (makesFolder) folder = NearestOf(folder);
+  if (fs::exists(folder, error) && !fs::is_directory(folder, error))
+    Refuse(folder, "this is a file, and results cannot be put into it", "Give the name of a folder");
   if (!fs::is_directory(folder, error)) Refuse(*file, "its folder does not exist", "Create the folder first");
   if (access(folder.c_str(), W_OK) != 0) {
     Refuse(*file, fmt::format("its folder cannot be written ({})", std::strerror(errno)),
            "Choose another folder or change its permissions");
   }
-  if (!backupSuffix.empty() && fs::exists(Backup(), error))
+  const bool isTaken = !backupSuffix.empty() && fs::exists(fs::symlink_status(Backup(), error));
+  // One of this very document is of a run that was killed.
+  if (isTaken && !standalone::IsBackupOf(Backup(), *file))
     Refuse(Backup(), "the backup exists already", "Remove or rename it, or choose another suffix");
+}
+
+EmptyFolders::EmptyFolders(const fs::path& folder) {
+  if (folder.empty()) return;
+  std::error_code error;
+  for (fs::path each = fs::absolute(folder); !fs::exists(each, error) && each.has_relative_path();
+       each = each.parent_path())
+    missing_.push_back(each);
+}
+
+EmptyFolders::~EmptyFolders() {
+  for (const fs::path& folder : missing_) rmdir(folder.c_str());  // fails where something stands in it
 }
 
 void RefuseTaken(const fs::path& file, bool overwrite) {

@@ -21,12 +21,30 @@ struct Destination {
   [[nodiscard]] std::string Text() const;
   [[nodiscard]] std::filesystem::path Backup() const;  ///< Empty without one.
 
+  /// Whether the result takes the place of `document` itself, under whatever name.
+  [[nodiscard]] bool Replaces(const std::filesystem::path& document) const;
+  /// Whether the very bytes of `document` stand there already.
+  [[nodiscard]] bool HoldsCopyOf(const std::filesystem::path& document) const;
+
   /// Throws `standalone::DocumentError` (`kUnwritable`) when it is plain before the run that the result
   /// cannot be put there.
   void Check() const;
 
   /// Makes the folder where that is wanted; throws as `Check` does. To be called when the result is ready.
   void MakeFolder() const;
+};
+
+/// Takes the folders away again that a run made, as far as nothing came to stand in them.
+class EmptyFolders {
+ public:
+  /// `folder` is what the run may make, with the folders above it; empty for none.
+  explicit EmptyFolders(const std::filesystem::path& folder);
+  ~EmptyFolders();
+  EmptyFolders(const EmptyFolders&) = delete;
+  EmptyFolders& operator=(const EmptyFolders&) = delete;
+
+ private:
+  std::vector<std::filesystem::path> missing_;  // before the run, the innermost first
 };
 
 /// Throws `standalone::DocumentError` (`kUnwritable`) when something stands there that is no file, or that

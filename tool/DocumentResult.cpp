@@ -17,6 +17,7 @@ void Visit(Result& result, const Raw& raw, const Text& text) {
   raw(result.failsOnDrop);
   raw(result.totals);
   text(result.problem);
+  text(result.kept);
   text(result.summary);
   text(result.attention);
 }
@@ -39,6 +40,8 @@ std::string_view NameOf(Verdict verdict) {
       return "newer";
     case Verdict::kUnwritable:
       return "unwritable";
+    case Verdict::kChangedMeanwhile:
+      return "changedMeanwhile";
     case Verdict::kAborted:
       return "aborted";
     case Verdict::kTimedOut:
@@ -63,6 +66,7 @@ ExitCode ExitCodeOf(const DocumentResult& result) {
     case Verdict::kNewer:
       return ExitCode::kNewer;
     case Verdict::kUnwritable:
+    case Verdict::kChangedMeanwhile:
       return ExitCode::kUnwritable;
     case Verdict::kInterrupted:
       return ExitCode::kInterrupted;

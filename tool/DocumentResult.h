@@ -16,6 +16,7 @@ enum class Verdict {
   kBadInput,
   kNewer,
   kUnwritable,
+  kChangedMeanwhile,  ///< The document is no longer what was read; the result was not put in its place.
   kAborted,
   kTimedOut,
   kCrashed,
@@ -32,6 +33,7 @@ struct DocumentResult {
   bool failsOnDrop = false;     ///< Dropped values are wanted to be a failure.
   Totals totals;
   std::string problem;    ///< Why there is no result; empty when there is one.
+  std::string kept;       ///< Where the result is when its document was changed meanwhile; mostly empty.
   std::string summary;    ///< For people; empty when there is no result.
   std::string attention;  ///< JSON objects, separated by commas: what needs a person.
 

@@ -28,7 +28,6 @@ namespace {
 using standalone::DocumentError;
 using standalone::DocumentPtr;
 using standalone::Finding;
-using standalone::FindingKind;
 using standalone::VersionManager;
 
 class DocumentUpgrade {
@@ -37,8 +36,8 @@ class DocumentUpgrade {
       : task_(task), announceCommit_(announceCommit), progress_(Printable(task.input), !task.quiet) {}
 
   DocumentResult Run() {
-    task_.destination.Check();
-    const DocumentPtr document = standalone::ReadDocument(task_.input, {.onProgress = Telling("reading")});
+    replacesInput_ = task_.destination.Replaces(task_.input);
+    const DocumentPtr document = Read();
     RefuseNewer(*document.Get());
     document->LimitCreation(FeatureLimit(task_.limits, document->FeatureCount()));
     const std::vector<std::string> pending = task_.manager.Pending(*document.Get());
@@ -53,6 +52,7 @@ class DocumentUpgrade {
       PassUnchanged(*document.Get());
     } else {
       result_.verdict = Verdict::kUpgraded;
+      if (chosen.identifiers.empty()) task_.destination.Check();  // the header gave no reason to
       RunChosen(document, chosen, [&] {
         if (!again.empty() || !task_.retry) return std::exchange(again, {});
         return leftBehind.Next();
@@ -72,6 +72,19 @@ class DocumentUpgrade {
     };
   }
 
+  // A result that cannot be put in place is refused before the document is read, but a document with nothing
+  // to do may have been put there by an earlier run.
+  DocumentPtr Read() {
+    standalone::ReadOptions options;
+    options.onProgress = Telling("reading");
+    options.onHeader = [this](const standalone::Document& header,
+                              const std::optional<standalone::FileIdentity>& file) {
+      read_ = file;
+      if (!task_.selection.Of(task_.manager.Pending(header)).identifiers.empty()) task_.destination.Check();
+    };
+    return standalone::ReadDocument(task_.input, options);
+  }
+
   void RefuseNewer(const standalone::Document& document) const {
     const std::vector<std::string> unknown = task_.manager.Unknown(document);
     if (unknown.empty()) return;
@@ -85,16 +98,18 @@ class DocumentUpgrade {
     const std::vector<AttentionItem> attention = AttentionTo(standalone::CheckConformity(document), {});
     result_.needsPerson = attention.size();
     result_.attention = JsonOf(task_.input, attention);
-    result_.summary =
-        SummaryWithoutRun(task_.input, result_.verdict, attention, task_.destination, task_.dryRun);
+    const bool isThere = task_.destination.HoldsCopyOf(task_.input);
+    if (!task_.destination.inPlace && !isThere) task_.destination.Check();
+    result_.summary = SummaryWithoutRun(
+        {task_.input, result_.verdict, attention, task_.destination, isThere, task_.dryRun});
     if (task_.report != nullptr)
       task_.report->AddWithoutRun(task_.input, result_, task_.destination, task_.dryRun);
-    if (task_.dryRun || task_.destination.inPlace || !task_.destination.file) return;
+    if (task_.dryRun || task_.destination.inPlace || isThere || !task_.destination.file) return;
     announceCommit_();
     Interruption::StopIfRequested();
     task_.destination.MakeFolder();
-    if (std::filesystem::is_regular_file(task_.input)) {
-      standalone::CopyDocument(task_.input, *task_.destination.file, Options());
+    if (read_) {
+      standalone::CopyDocument(task_.input, *task_.destination.file, Options(), read_);
     } else {  // such as a pipe, which can be read once
       standalone::WriteDocument(document, *task_.destination.file, Options());
     }
@@ -168,13 +183,8 @@ class DocumentUpgrade {
   [[nodiscard]] std::string WhyHeldBack() const {
     if (task_.dryRun || result_.IsComplete()) return {};
     if (task_.strict) return "--strict";
-    const Destination& destination = task_.destination;
-    std::error_code error;  // a result that is not there yet is no document
-    const bool replacesDocument =
-        destination.inPlace ||
-        (destination.file && std::filesystem::equivalent(task_.input, *destination.file, error));
-    if (!replacesDocument || !destination.backupSuffix.empty() || task_.acceptFailures) return {};
-    if (!destination.inPlace)
+    if (!replacesInput_ || !task_.destination.backupSuffix.empty() || task_.acceptFailures) return {};
+    if (!task_.destination.inPlace)
       return "it would replace the only copy of the old document; write it to another file";
     return "in place, the only copy of the old document would go; give --backup SUFFIX, or --accept-failures";
   }
@@ -182,6 +192,8 @@ class DocumentUpgrade {
   [[nodiscard]] standalone::WriteOptions Options() const {
     return {.overwrite = task_.destination.overwrite,
             .backupSuffix = task_.destination.backupSuffix,
+            .replaces = replacesInput_ ? read_ : std::nullopt,
+            .keepResult = task_.keepResult,
             .onProgress = {}};
   }
 
@@ -189,6 +201,8 @@ class DocumentUpgrade {
   const AnnounceCommit& announceCommit_;
   Progress progress_;
   DocumentResult result_;
+  bool replacesInput_ = false;
+  std::optional<standalone::FileIdentity> read_;  // none where it is no regular file
 };
 
 DocumentResult WithoutResult(Verdict verdict, std::string problem) {
@@ -224,6 +238,10 @@ DocumentResult UpgradeDocument(const UpgradeTask& task, const AnnounceCommit& an
     return DocumentUpgrade(task, announceCommit).Run();
   } catch (const Interrupted&) {
     throw;
+  } catch (const standalone::ChangedMeanwhile& changed) {
+    DocumentResult result = WithoutResult(Verdict::kChangedMeanwhile, changed.what());
+    result.kept = changed.Kept();
+    return result;
   } catch (const DocumentError& error) {
     return WithoutResult(VerdictOf(error.GetKind()), error.what());
   } catch (const std::bad_alloc&) {

@@ -22,6 +22,7 @@ struct UpgradeTask {
   bool acceptFailures = false;  ///< Replace a document by such a result also without a backup.
   bool failOnDrop = false;      ///< Look for dropped values, and fail when there are any.
   bool retry = false;           ///< Run again what left features behind.
+  bool keepResult = false;      ///< Keep a result that cannot replace its document any more.
   const Limits& limits;
   Report* report = nullptr;  ///< Null when none is wanted.
   const Trace* trace = nullptr;

@@ -1,6 +1,5 @@
 #include "Report.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <array>
@@ -14,6 +13,7 @@
 #include "JsonOutput.h"
 #include "file/DocumentError.h"
 #include "file/FeatureText.h"
+#include "file/TemporaryName.h"
 
 namespace tool {
 namespace {
@@ -36,6 +36,7 @@ void AppendHead(JsonObject& entry, const std::string& input, const DocumentResul
   entry.Text("file", input);
   entry.Text("verdict", NameOf(result.verdict));
   if (!result.problem.empty()) entry.Text("problem", result.problem);
+  if (!result.kept.empty()) entry.Text("kept", result.kept);
   const bool leftAlone =
       result.verdict == Verdict::kHeldBack || (destination.inPlace && result.verdict != Verdict::kUpgraded);
   if (result.Succeeded() && destination.file && !dryRun && !leftAlone) {
@@ -109,9 +110,14 @@ std::string AttentionOf(const std::string& input, const DocumentResult& result) 
 }
 
 Report::Report(const std::filesystem::path& file, bool overwrite)
-    : file_(file), output_(file, {.overwrite = overwrite, .backupSuffix = {}, .onProgress = {}}) {
-  std::string name = (file.has_parent_path() ? file.parent_path() : ".") / ".hvxupgrade.XXXXXX";
-  parts_ = mkostemp(name.data(), O_CLOEXEC);
+    : file_(file),
+      output_(file, {.overwrite = overwrite,
+                     .backupSuffix = {},
+                     .replaces = {},
+                     .keepResult = false,
+                     .onProgress = {}}) {
+  std::string name;
+  parts_ = standalone::MakeTemporary(file, name);
   if (parts_ < 0) Fail();
   unlink(name.c_str());
 }

@@ -89,17 +89,20 @@ std::string SummaryOfRun(const RunFacts& facts) {
   return fmt::to_string(out);
 }
 
-std::string SummaryWithoutRun(const std::string& input, Verdict verdict,
-                              const std::vector<AttentionItem>& attention, const Destination& destination,
-                              bool dryRun) {
+std::string SummaryWithoutRun(const FactsWithoutRun& facts) {
   fmt::memory_buffer out;
   std::string words =
-      verdict == Verdict::kCurrent ? "already current" : "nothing to do, the chosen upgrades are done";
-  if (!attention.empty()) words += fmt::format(", {}", NeedingPerson(attention.size()));
-  fmt::format_to(std::back_inserter(out), "{}: {}\n", Printable(input),
-                 Paint(stdout, attention.empty() ? Colour::kGreen : Colour::kYellow, words));
-  AppendAttention(out, attention);
-  if (!destination.inPlace) AppendPlace(out, destination, dryRun, ", copied unchanged");
+      facts.verdict == Verdict::kCurrent ? "already current" : "nothing to do, the chosen upgrades are done";
+  if (!facts.attention.empty()) words += fmt::format(", {}", NeedingPerson(facts.attention.size()));
+  fmt::format_to(std::back_inserter(out), "{}: {}\n", Printable(facts.input),
+                 Paint(stdout, facts.attention.empty() ? Colour::kGreen : Colour::kYellow, words));
+  AppendAttention(out, facts.attention);
+  if (facts.destination.inPlace) return fmt::to_string(out);
+  if (facts.isThere) {
+    AppendPlace(out, facts.destination, false, ", is there already");
+  } else {
+    AppendPlace(out, facts.destination, facts.dryRun, ", copied unchanged");
+  }
   return fmt::to_string(out);
 }
 

@@ -27,9 +27,16 @@ struct RunFacts {
 /// where the result is.
 [[nodiscard]] std::string SummaryOfRun(const RunFacts& facts);
 
-/// The summary of a document on which nothing was run.
-[[nodiscard]] std::string SummaryWithoutRun(const std::string& input, Verdict verdict,
-                                            const std::vector<AttentionItem>& attention,
-                                            const Destination& destination, bool dryRun);
+/// What a summary tells about a document on which nothing was run.
+struct FactsWithoutRun {
+  const std::string& input;
+  Verdict verdict;
+  const std::vector<AttentionItem>& attention;
+  const Destination& destination;
+  bool isThere;  ///< What would be written stands at the destination already.
+  bool dryRun;
+};
+
+[[nodiscard]] std::string SummaryWithoutRun(const FactsWithoutRun& facts);
 
 }  // namespace tool

@@ -35,8 +35,10 @@ class UpgradeCommand {
       : arguments_(arguments),
         installation_(places),
         selection_(installation_.Manager(), arguments.only, arguments.until),
-        destinations_(DestinationsOf(arguments)) {
+        destinations_(DestinationsOf(arguments)),
+        emptyFolders_(arguments.dryRun ? "" : arguments.outputDirectory) {
     UseLanguage(arguments.language, DataFolder(places) / "messages");
+    RemoveOldLeftovers(Targets(), arguments.quiet);
     MakeFolderForOthers();
     if (!arguments.trace.empty()) trace_.emplace(arguments.trace, arguments.force);
     if (!arguments.report.empty()) {
@@ -92,6 +94,16 @@ class UpgradeCommand {
     }
   }
 
+  // Files that will be put in place.
+  [[nodiscard]] std::vector<fs::path> Targets() const {
+    std::vector<fs::path> targets;
+    if (!arguments_.report.empty()) targets.emplace_back(arguments_.report);
+    for (const Destination& destination : destinations_) {
+      if (destination.file && !arguments_.dryRun) targets.push_back(*destination.file);
+    }
+    return targets;
+  }
+
   DocumentResult UpgradeOne(const std::string& input, const Destination& destination) {
     const UpgradeTask task{.input = input,
                            .destination = destination,
@@ -103,6 +115,7 @@ class UpgradeCommand {
                            .acceptFailures = arguments_.acceptFailures,
                            .failOnDrop = arguments_.failOnDrop,
                            .retry = arguments_.retry,
+                           .keepResult = arguments_.keepResult,
                            .limits = arguments_.limits,
                            .report = report_ ? &*report_ : nullptr,
                            .trace = trace_ ? &*trace_ : nullptr};
@@ -189,7 +202,9 @@ class UpgradeCommand {
     part([&](const DocumentResult& r) { return isDone(r) && r.IsComplete(); }, "with nothing to do");
     part([&](const DocumentResult& r) { return isDone(r) && !r.IsComplete(); },
          "with nothing to do but in need of a person");
-    part([](const DocumentResult& r) { return !r.Succeeded(); }, "given up");
+    const auto isChanged = [](const DocumentResult& r) { return r.verdict == Verdict::kChangedMeanwhile; };
+    part(isChanged, "changed meanwhile");
+    part([&](const DocumentResult& r) { return !r.Succeeded() && !isChanged(r); }, "given up");
     return fmt::format("{}: {}", Count(results_.size(), "document"), fmt::join(parts, ", "));
   }
 
@@ -197,6 +212,7 @@ class UpgradeCommand {
   Installation installation_;
   Selection selection_;
   std::vector<Destination> destinations_;
+  EmptyFolders emptyFolders_;  // before what may write into them
   std::optional<Trace> trace_;
   std::optional<Report> report_;
   std::vector<DocumentResult> results_;

@@ -7,6 +7,7 @@
 
 #include "Arguments.h"
 #include "CheckCommand.h"
+#include "CleanCommand.h"
 #include "DiffCommand.h"
 #include "IdentifiersCommand.h"
 #include "Reading.h"
@@ -24,6 +25,7 @@ ExitCode RunVerb(const Arguments& arguments) {
   if (const auto* const upgrade = std::get_if<UpgradeArguments>(&arguments.verb))
     return RunUpgrade(*upgrade, arguments.places);
   if (const auto* const diff = std::get_if<DiffArguments>(&arguments.verb)) return RunDiff(*diff);
+  if (const auto* const clean = std::get_if<CleanArguments>(&arguments.verb)) return RunClean(*clean);
   const Installation installation(arguments.places);
   if (const auto* const status = std::get_if<StatusArguments>(&arguments.verb))
     return RunStatus(*status, installation.Manager());

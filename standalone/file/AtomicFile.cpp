@@ -1,6 +1,5 @@
 #include "file/AtomicFile.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,40 +8,29 @@
 #include <cstdio>
 #include <cstring>
 
+#include "file/Backup.h"
 #include "file/DocumentError.h"
+#include "file/FileAttributes.h"
+#include "file/Placing.h"
+#include "file/TemporaryName.h"
 
 namespace standalone {
 namespace {
 
 constexpr auto kUnwritable = DocumentError::Kind::kUnwritable;
 
-std::filesystem::path FolderOf(const std::filesystem::path& file) {
-  return file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
-}
-
 // A link stays a link: what it leads to is replaced.
 std::filesystem::path Followed(const std::filesystem::path& file) {
   std::error_code error;
+  if (!std::filesystem::is_symlink(file, error)) return file;
   std::filesystem::path real = std::filesystem::canonical(file, error);
   return error ? file : real;
 }
 
-// False, with errno set (EEXIST when something stands there), when it cannot be done.
-bool MoveWithoutReplacing(const char* from, const char* to) {
-  if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return true;
-  if (errno != EINVAL && errno != ENOSYS) return false;
-  // The file system does not know how, but a link never replaces either.
-  if (link(from, to) != 0) return false;
-  unlink(from);
-  return true;
-}
-
-bool Sync(const std::string& file) {
-  const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) return false;
-  const bool synced = fsync(descriptor) == 0;
-  close(descriptor);
-  return synced;
+mode_t RightsOfNewFiles() {
+  const mode_t mask = umask(0);
+  umask(mask);
+  return 0666U & ~mask;
 }
 
 }  // namespace
@@ -51,7 +39,9 @@ AtomicFile::AtomicFile(const std::filesystem::path& target, const WriteOptions& 
     : given_(target),
       target_(Followed(target)),
       overwrite_(options.overwrite),
-      backupSuffix_(options.backupSuffix) {
+      backupSuffix_(options.backupSuffix),
+      replaces_(options.replaces),
+      keepResult_(options.keepResult) {
   std::error_code error;  // what cannot be looked at cannot be created either, which is told below
   const bool isTaken = std::filesystem::exists(target_, error);
   if (isTaken && !std::filesystem::is_regular_file(target_, error)) {
@@ -60,26 +50,18 @@ AtomicFile::AtomicFile(const std::filesystem::path& target, const WriteOptions& 
                         "Give the name of a file");
   }
   if (!overwrite_ && isTaken) FailTaken();
-  temporary_ = (FolderOf(target_) / (TemporaryPrefix(target_, getpid()) + "XXXXXX")).string();
-  descriptor_ = mkostemp(temporary_.data(), O_CLOEXEC);
-  if (descriptor_ < 0) {
-    temporary_.clear();
-    Fail("created");
+  descriptor_ = MakeTemporary(target_, temporary_);
+  if (descriptor_ < 0) Fail("created");
+  try {
+    if (isTaken) {
+      TakeOverAttributes(descriptor_, target_, given_);
+    } else if (fchmod(descriptor_, RightsOfNewFiles()) != 0) {
+      Fail("given its access rights");
+    }
+  } catch (...) {
+    LeaveNothing();
+    throw;
   }
-  // The access rights of what is replaced, or what a new file gets here.
-  struct stat status {};
-  const mode_t mask = umask(0);
-  umask(mask);
-  const mode_t mode = stat(target_.c_str(), &status) == 0 ? status.st_mode & 07777U : 0666U & ~mask;
-  if (fchmod(descriptor_, mode) == 0) return;
-  const int cause = errno;
-  LeaveNothing();
-  errno = cause;
-  Fail("given its access rights");
-}
-
-std::string AtomicFile::TemporaryPrefix(const std::filesystem::path& target, pid_t process) {
-  return fmt::format(".{}.{}.", target.filename().string(), process);
 }
 
 AtomicFile::~AtomicFile() {
@@ -106,39 +88,59 @@ void AtomicFile::Commit() {
   descriptor_ = -1;
   if (closed != 0) Fail("brought to disk");
   if (overwrite_) {
-    const std::string backup = KeepBackup();
-    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) {
-      const int cause = errno;
-      if (!backup.empty()) unlink(backup.c_str());
-      errno = cause;
-      Fail("put in place");
-    }
-  } else if (!MoveWithoutReplacing(temporary_.c_str(), target_.c_str())) {
+    Replace();
+  } else if (!MoveWithoutReplacing(temporary_, target_)) {
     if (errno == EEXIST) FailTaken();
     Fail("put in place");
   }
   temporary_.clear();
-  const int folder = open(FolderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (folder >= 0) {
-    fsync(folder);  // some file systems do not offer it; the file itself is safe by now
-    close(folder);
-  }
+  SyncFolder(FolderOf(target_));
 }
 
-std::string AtomicFile::KeepBackup() const {
-  if (backupSuffix_.empty() || !std::filesystem::exists(target_)) return {};
-  std::string backup = target_.string() + backupSuffix_;
-  if (link(target_.c_str(), backup.c_str()) == 0) return backup;
-  if (errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS) {  // no links here, so the old file is copied
-    std::error_code error;
-    if (std::filesystem::copy_file(target_, backup, error) && Sync(backup)) return backup;
-    const int cause = error ? error.value() : errno;
-    if (cause != EEXIST) unlink(backup.c_str());
-    errno = cause;
+void AtomicFile::Replace() {
+  RefuseChanged(false);
+  std::optional<Backup> backup;
+  if (!backupSuffix_.empty() && std::filesystem::exists(target_)) {
+    backup.emplace(target_, target_.string() + backupSuffix_);
+    RefuseChanged(backup->IsNewLink());
   }
-  throw DocumentError(kUnwritable, backup, 0,
-                      fmt::format("the backup cannot be made ({})", std::strerror(errno)),
-                      "Remove or rename an older backup, or choose another suffix; nothing was changed");
+  if (std::rename(temporary_.c_str(), target_.c_str()) != 0) Fail("put in place");
+  if (backup) backup->Keep();
+}
+
+void AtomicFile::RefuseChanged(bool afterLink) {
+  if (!replaces_) return;
+  std::optional<FileIdentity> now = FileIdentity::Of(target_);
+  if (now && afterLink) now->changed = replaces_->changed;
+  if (now == replaces_) return;
+  const std::string_view how = !now                          ? "it was removed or renamed"
+                               : now->IsSameFile(*replaces_) ? "another program wrote to it"
+                                                             : "another file was put in its place";
+  const std::string kept = keepResult_ ? KeepBeside() : "";
+  std::string advice = "Nothing was written; run the upgrade again";
+  if (!kept.empty()) {
+    advice = fmt::format("The result for what was read is kept as {}; run the upgrade again on the document",
+                         kept);
+  } else if (keepResult_) {
+    advice = fmt::format("The result could not be kept beside it ({}); run the upgrade again",
+                         std::strerror(errno));
+  }
+  throw ChangedMeanwhile(given_.string(), how, kept, advice);
+}
+
+std::string AtomicFile::KeepBeside() {
+  constexpr int kNamesTried = 1000;
+  for (int number = 1; number <= kNamesTried; ++number) {
+    std::string name =
+        target_.string() + (number == 1 ? std::string(".upgraded") : fmt::format(".upgraded.{}", number));
+    if (MoveWithoutReplacing(temporary_, name)) {
+      temporary_.clear();
+      SyncFolder(FolderOf(target_));
+      return name;
+    }
+    if (errno != EEXIST) return {};
+  }
+  return {};
 }
 
 void AtomicFile::Fail(std::string_view doing) const {

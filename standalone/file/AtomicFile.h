@@ -1,17 +1,18 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "file/DocumentWriter.h"
+#include "file/FileIdentity.h"
 
 namespace standalone {
 
-/// A file in the making, beside the place where it is to stand. It gets there whole, by `Commit`, or not at
-/// all. Every operation throws `DocumentError` (`kUnwritable`) when it fails.
+/// A file in the making, beside the place where it is to stand, under a name that tells whose it is
+/// (`TemporaryName`). It gets there whole, by `Commit`, or not at all. Every operation throws `DocumentError`
+/// (`kUnwritable`) when it fails.
 class AtomicFile {
  public:
   AtomicFile(const std::filesystem::path& target, const WriteOptions& options);
@@ -21,24 +22,26 @@ class AtomicFile {
 
   void Write(std::string_view bytes);
 
-  /// What the names of the temporary files begin with by which a process brings a file to `target`; six more
-  /// characters follow.
-  [[nodiscard]] static std::string TemporaryPrefix(const std::filesystem::path& target, pid_t process);
-
-  /// Brings the bytes to disk and the file to its name.
+  /// Brings the bytes to disk and the file to its name. Throws `ChangedMeanwhile` when it is to replace a
+  /// file that is no longer what the options say.
   void Commit();
 
  private:
+  void Replace();
+  /// `afterLink`: a backup was made by giving the file another name.
+  void RefuseChanged(bool afterLink);
+  /// Gives the name that the result got; empty when it got none.
+  [[nodiscard]] std::string KeepBeside();
   [[noreturn]] void Fail(std::string_view doing) const;
   [[noreturn]] void FailTaken() const;
-  /// Gives the backup's name; empty when none is wanted, or nothing is there to keep.
-  [[nodiscard]] std::string KeepBackup() const;
   void LeaveNothing() const;
 
   std::filesystem::path given_;   // as the user knows it
   std::filesystem::path target_;  // where links lead
   bool overwrite_;
   std::string backupSuffix_;
+  std::optional<FileIdentity> replaces_;
+  bool keepResult_;
   std::string temporary_;
   int descriptor_ = -1;
 };

@@ -28,6 +28,7 @@ class Reader {
   DocumentPtr Read() {
     LineBlocks blocks(file_, options_.blockBytes, options_.maxLineBytes);
     bytesTotal_ = blocks.BytesTotal();
+    identity_ = blocks.Identity();
     while (blocks.Next(line_)) {
       ReadBlock(blocks.Block(), blocks.ParserCapacity());
       if (options_.onProgress) options_.onProgress(blocks.BytesRead(), blocks.BytesTotal());
@@ -155,6 +156,7 @@ class Reader {
     if (!keys.HasMetAll())
       Refuse("the header must have \"format\", \"version\", \"upgrades\" and \"features\"");
     headerRead_ = true;
+    if (options_.onHeader) options_.onHeader(*document_.Get(), identity_);
     // No file holds more features than this, whatever it announces.
     constexpr std::size_t kLeastBytesOfFeature = sizeof(R"({"id":1,"type":"T"})");
     document_->ExpectRead(std::min(static_cast<std::size_t>(announced_), bytesTotal_ / kLeastBytesOfFeature));
@@ -435,6 +437,7 @@ class Reader {
   bool headerRead_ = false;
   std::int64_t announced_ = 0;
   std::size_t bytesTotal_ = 0;  // 0 when the file does not tell
+  std::optional<FileIdentity> identity_;
   std::size_t line_ = 1;
   bool fatherFollowsSon_ = false;
   NameCache names_;

@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <optional>
 
+#include "file/FileIdentity.h"
 #include "model/Document.h"
 
 namespace standalone {
@@ -11,6 +13,9 @@ namespace standalone {
 struct ReadOptions {
   std::size_t blockBytes = std::size_t{1} << 18;    ///< How much is read at a time.
   std::size_t maxLineBytes = std::size_t{1} << 28;  ///< A longer line is refused.
+  /// Told, before any feature is read, what the header says, and which file is read in which state (none
+  /// where it is no regular file). What it throws ends the reading.
+  std::function<void(const Document& header, const std::optional<FileIdentity>& file)> onHeader;
   /// Told, now and then, how many bytes were read and how many there are (0 when that is not known).
   std::function<void(std::size_t read, std::size_t total)> onProgress;
 };

@@ -58,7 +58,7 @@ void WriteDocument(Document& document, const std::filesystem::path& file, const 
 }
 
 void CopyDocument(const std::filesystem::path& source, const std::filesystem::path& file,
-                  const WriteOptions& options) {
+                  const WriteOptions& options, const std::optional<FileIdentity>& read) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> input(std::fopen(source.c_str(), "rbe"),
                                                               &std::fclose);
   const auto unreadable = [&source] {
@@ -73,6 +73,10 @@ void CopyDocument(const std::filesystem::path& source, const std::filesystem::pa
     output.Write({block.data(), got});
   }
   if (std::ferror(input.get()) != 0) throw unreadable();
+  if (read && FileIdentity::Of(fileno(input.get())) != read) {
+    throw ChangedMeanwhile(source.string(), "another program wrote to it, or put another file there", "",
+                           "Nothing was written; run this again");
+  }
   output.Commit();
 }
 

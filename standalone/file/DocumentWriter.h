@@ -2,8 +2,10 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 
+#include "file/FileIdentity.h"
 #include "model/Document.h"
 
 namespace standalone {
@@ -11,17 +13,24 @@ namespace standalone {
 struct WriteOptions {
   bool overwrite = false;    ///< Whether a file that stands there may be replaced.
   std::string backupSuffix;  ///< Where not empty, what is replaced is kept under its name with this suffix.
+  /// Where set: what the file must still be when it is replaced.
+  std::optional<FileIdentity> replaces;
+  /// Where the file is something else by then: whether the result is kept beside it, under a name that is
+  /// free.
+  bool keepResult = false;
   /// Told, now and then, how many features were written and how many there are.
   std::function<void(std::size_t written, std::size_t total)> onProgress;
 };
 
 /// Writes the document to `file`, whole or not at all: it is written beside the file, brought to disk, and
-/// renamed. Throws `DocumentError` (`kUnwritable`) when that fails; what stood under the name is then as it
-/// was.
+/// renamed. What it replaces hands its owner, group, rights and extended attributes down to it. Throws
+/// `DocumentError` (`kUnwritable`) when that fails, `ChangedMeanwhile` when the file is not what it must be;
+/// what stood under the name is then as it was.
 void WriteDocument(Document& document, const std::filesystem::path& file, const WriteOptions& options = {});
 
-/// Puts a byte-for-byte copy of `source` in place as `WriteDocument` does.
+/// Puts a byte-for-byte copy of `source` in place as `WriteDocument` does. `read`, where it is given, is what
+/// `source` must still be after that: else throws `ChangedMeanwhile`, and nothing is there.
 void CopyDocument(const std::filesystem::path& source, const std::filesystem::path& file,
-                  const WriteOptions& options);
+                  const WriteOptions& options, const std::optional<FileIdentity>& read = std::nullopt);
 
 }  // namespace standalone

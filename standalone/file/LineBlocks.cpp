@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <simdjson.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -28,10 +27,8 @@ LineBlocks::LineBlocks(std::string file, std::size_t blockBytes, std::size_t max
     throw DocumentError(kUnreadable, file_, 0, fmt::format("cannot be opened ({})", std::strerror(errno)),
                         "Check the path and the permissions");
   }
-  struct stat status {};
-  if (fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode)) {
-    bytesTotal_ = static_cast<std::size_t>(status.st_size);
-  }
+  identity_ = FileIdentity::Of(descriptor_);
+  if (identity_) bytesTotal_ = static_cast<std::size_t>(identity_->size);
 }
 
 LineBlocks::~LineBlocks() {

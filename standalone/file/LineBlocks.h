@@ -3,9 +3,12 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "file/FileIdentity.h"
 
 namespace standalone {
 
@@ -30,6 +33,8 @@ class LineBlocks {
   /// whenever it changes.
   [[nodiscard]] std::size_t ParserCapacity() const { return std::bit_ceil(buffer_.size()); }
 
+  /// Which file is read, in the state in which it was opened; none where it is no regular file.
+  [[nodiscard]] const std::optional<FileIdentity>& Identity() const { return identity_; }
   [[nodiscard]] std::size_t BytesRead() const { return bytesRead_; }
   [[nodiscard]] std::size_t BytesTotal() const { return bytesTotal_; }  ///< 0 when the file does not tell.
 
@@ -46,6 +51,7 @@ class LineBlocks {
   bool atEnd_ = false;
   std::size_t bytesRead_ = 0;
   std::size_t bytesTotal_ = 0;
+  std::optional<FileIdentity> identity_;
 };
 
 }  // namespace standalone

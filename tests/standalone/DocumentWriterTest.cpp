@@ -136,6 +136,9 @@ TEST_F(DocumentWriterTest, ACopyIsByteForByte) {
   EXPECT_EQ(BytesOf(folder_ / "copy"), BytesOf(source));
   EXPECT_THROW(CopyDocument(source, folder_ / "copy", {}), DocumentError);
   EXPECT_THROW(CopyDocument(folder_ / "none", folder_ / "other", {}), DocumentError);
+  const auto read = FileIdentity::Of(source);
+  static_cast<void>(folder_.Put("source", "newer"));
+  EXPECT_THROW(CopyDocument(source, folder_ / "other", {}, read), ChangedMeanwhile);
   EXPECT_THAT(folder_.Names(), ElementsAre("copy", "source"));
 }
 

@@ -101,7 +101,7 @@ TEST_F(ReportTest, SaysWhatNeedsAPersonOverAllDocuments) {
 // What a worker had written before it failed must not stay.
 TEST_F(ReportTest, StaysSoundWhenTheResultCannotBeWritten) {
   const std::string file = Document("job.hvxdoc", kJobLines);
-  const std::string lost = Path(std::string(250, 'x'));  // fits, but its temporary file's name does not
+  const std::string lost = Path(std::string(256, 'x'));  // too long, but its temporary file's name is not
   const element report = Report({file, "-o", lost}, 5);
   EXPECT_EQ(Text(report["documents"].at(0)["verdict"]), R"("unwritable")");
   EXPECT_EQ(Text(report["totals"]["changed"]), "0");

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 
 #include "base/VLMFatalError.h"
 #include "workbench/HVXUpgradeTable.h"
@@ -34,9 +35,17 @@ HRESULT Succeed(const VLMListValVLMUnicodeString& /*identifiers*/, Features /*fe
   return S_OK;
 }
 
-const VLMUnicodeString kIdentifiers[] = {"Succeed", "LoopForEver", "Crash", "GiveUp", "Fail"};
+// Does what another program may do while the document is being upgraded.
+HRESULT Meddle(const VLMListValVLMUnicodeString& /*identifiers*/, Features /*features*/) {
+  if (const char* const document = std::getenv("HVX_TEST_MEDDLES_WITH"))
+    std::ofstream(document, std::ios::app) << "\n";
+  return S_OK;
+}
+
+const VLMUnicodeString kIdentifiers[] = {"Meddle", "Succeed", "LoopForEver", "Crash", "GiveUp", "Fail"};
 
 const HVXDocumentUpgrade kDocumentUpgrades[] = {
+    {"Meddle", "Writes to the document behind the program's back.", &Meddle},
     {"Succeed", "Does nothing.", &Succeed},
     {"LoopForEver", "Never ends.", &LoopForEver},
     {"Crash", "Aborts.", &Crash},

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "Arguments.h"
+#include "ExitCode.h"
+
+namespace tool {
+
+ExitCode RunClean(const CleanArguments& arguments);
+
+}  // namespace tool
