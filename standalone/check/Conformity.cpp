@@ -68,9 +68,7 @@ FindingKind KindOf(const Verdict& verdict, bool hasIdentifier, bool isRecorded) 
 
 class Check {
  public:
-  explicit Check(Document& document) : survey_(document) {
-    for (const std::string& identifier : document.Upgrades()) recorded_.insert(identifier);
-  }
+  explicit Check(Document& document) : survey_(document), document_(document) {}
 
   std::vector<Finding> Run() {
     UnknownTypes unknown;
@@ -94,7 +92,7 @@ class Check {
 
   void Add(Feature& feature, const ConformityRule& rule, Verdict verdict) {
     const bool hasIdentifier = !rule.identifier.empty() && verdict.state != Verdict::State::kBeyond;
-    const FindingKind kind = KindOf(verdict, hasIdentifier, recorded_.contains(rule.identifier));
+    const FindingKind kind = KindOf(verdict, hasIdentifier, document_.HasRecorded(rule.identifier));
     Finding& finding = findings_.emplace_back(Finding{&feature,
                                                       kind,
                                                       hasIdentifier ? rule.identifier : std::string_view(),
@@ -139,7 +137,7 @@ class Check {
 
   // Upgrades that ran took the value for missing, and do not run again when it is corrected here.
   void TellWhereToCorrect(Finding& finding) const {
-    if (finding.reason != kUnreadableReason || recorded_.empty()) return;
+    if (finding.reason != kUnreadableReason || document_.Upgrades().empty()) return;
     finding.remedy = fmt::format(
         "Correct it in the document as it was before its upgrades, and upgrade that again; where there is "
         "none, {} "
@@ -149,7 +147,7 @@ class Check {
 
   Survey survey_;
   RulesByType rules_;
-  std::unordered_set<std::string_view> recorded_;
+  const Document& document_;
   std::vector<Finding> findings_;
   std::unordered_map<const Feature*, std::size_t> unreadable_;  // where the finding about the value stands
 };
