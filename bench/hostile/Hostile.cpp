@@ -178,14 +178,14 @@ double PerByte(const Cost& cost, const std::string& text) {
 }
 
 // Whether the shape keeps within the bounds.
-bool Report(std::string_view name, const Measurement& measurement, const std::string& text,
+bool Report(std::string_view name, bool isConstant, const Measurement& measurement, const std::string& text,
             const std::string& larger, double harmlessPerByte) {
   const Cost cost = measurement.Of(text);
   const Cost costOfLarger = measurement.Of(larger);
   const double times = PerByte(costOfLarger, larger) / harmlessPerByte;
   const double growth = PerByte(costOfLarger, larger) / PerByte(cost, text);
-  const bool holds =
-      costOfLarger.Total() < kLeastSeconds || (times <= kMostTimesHarmless && growth <= kMostGrowth);
+  const bool holds = (isConstant && growth * kTimes <= kMostGrowth) || costOfLarger.Total() < kLeastSeconds ||
+                     (times <= kMostTimesHarmless && growth <= kMostGrowth);
   std::string stages;
   for (std::size_t stage = 0; stage < kStages; ++stage)
     stages += fmt::format(" {:>8.3f}", costOfLarger.seconds[stage]);
@@ -211,11 +211,13 @@ bool MeasureAll(const std::vector<std::string>& chosen, std::size_t bytes, const
   const std::string harmless = measurement.Harmless(bytes);
   const std::string largerHarmless = measurement.Harmless(kTimes * bytes);
   const double perByte = PerByte(measurement.Of(largerHarmless), largerHarmless);
-  Report("harmless", measurement, harmless, largerHarmless, perByte);
+  Report("harmless", false, measurement, harmless, largerHarmless, perByte);
   bool hold = true;
   for (const bench::HostileShape& shape : bench::HostileShapes()) {
     if (IsChosen(chosen, shape.name))
-      hold = Report(shape.name, measurement, shape.make(bytes), shape.make(kTimes * bytes), perByte) && hold;
+      hold = Report(shape.name, shape.isConstant, measurement, shape.make(bytes), shape.make(kTimes * bytes),
+                    perByte) &&
+             hold;
   }
   return hold;
 }

@@ -9,6 +9,8 @@
 #include <random>
 #include <vector>
 
+#include "file/JsonText.h"
+
 namespace bench {
 namespace {
 
@@ -134,11 +136,14 @@ class CollidingNames {
     }
   }
 
+  // As it stands in a text of JSON: flipped, a letter can be a control character.
   [[nodiscard]] std::string Of(std::size_t number) const {
     std::string name;
     for (std::size_t i = 0; i < kPairs; ++i)
       name += (number >> i & 1U) != 0 ? pairs_[i].second : pairs_[i].first;
-    return name;
+    fmt::memory_buffer text;
+    standalone::AppendJsonText(text, name);
+    return {text.data() + 1, text.size() - 2};
   }
 
  private:
@@ -155,12 +160,12 @@ class CollidingNames {
     word ^= word >> 47U;
     return word * kInverse;
   }
-  // One that stands in a text as it is, flipped or not.
+  // One that is ASCII, flipped or not.
   std::string Block() {
     std::string block(sizeof(std::uint64_t), 'a');
     do {
       for (char& letter : block) letter = static_cast<char>('a' + random_() % 26);
-    } while (!IsPlain(Flipped(block)));
+    } while (!IsAscii(Flipped(block)));
     return block;
   }
   static std::string Flipped(const std::string& block) {
@@ -171,8 +176,8 @@ class CollidingNames {
     std::memcpy(flipped.data(), &word, sizeof word);
     return flipped;
   }
-  static bool IsPlain(const std::string& block) {
-    return std::ranges::all_of(block, [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; });
+  static bool IsAscii(const std::string& block) {
+    return std::ranges::all_of(block, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
   }
 
   std::mt19937_64 random_{20240229};  // NOLINT(bugprone-random-generator-seed): the same document each time
@@ -214,8 +219,8 @@ std::string DistinctKeys(std::size_t bytes) {
 
 // Each beneath the one before, of late types that look upwards for their case.
 std::string Deep(std::size_t bytes) {
-  static constexpr std::string_view kTypes[] = {"HVXElementAssignmentLT", "HVXSurfaceToSurfaceContactLT",
-                                                "HVXFieldOutputRequestContainerLT", "HVXHacSolutionLT"};
+  static constexpr std::string_view kTypes[] = {"HVXElementAssignmentLT", "HVXContactControlsLT",
+                                                "HVXPressure", "HVXFilmCondition"};
   Builder document(bytes);
   std::size_t above = document.Add("AnalysisModel");
   for (std::size_t i = 0; !document.IsFull(); ++i)
@@ -311,7 +316,16 @@ std::string Models(std::size_t bytes) {
   return document.Finish();
 }
 
-// Groups of two levels, which supports rest on.
+std::string PropertiesAndCases(std::size_t bytes) {
+  constexpr std::size_t kBytesOfLine = 80;
+  Builder document(bytes);
+  const Builder::Frame frame = document.AddFrame();
+  for (std::size_t i = bytes / kBytesOfLine / 2; i > 0; --i)
+    document.Add("AnalysisCase", Builder::Beneath(frame.model) + R"(,"attributes":{"Solver":"Halvex"})");
+  while (!document.IsFull()) document.Add("SAMFaceFaceContact", Builder::Beneath(frame.properties));
+  return document.Finish();
+}
+
 std::string Conditions(std::size_t bytes) {
   Builder document(bytes);
   const Builder::Frame frame = document.AddFrame();
@@ -377,8 +391,9 @@ constexpr HostileShape kShapes[] = {
     {"containers", "each feature in the one before as its container", ContainerChain},
     {"cases", "all features analysis cases", Cases},
     {"models", "many analysis models with all that stands in one", Models},
+    {"properties", "connection properties, and cases that lack the set for contacts", PropertiesAndCases},
     {"conditions", "conditions with sons of one name", Conditions},
-    {"meshes", "mesh parts of millions of elements", MeshCounts},
+    {"meshes", "mesh parts of millions of elements", MeshCounts, true},
     {"broken", "the last line broken", BrokenAtTheEnd},
     {"circle", "all features in one circle of fathers", Circle},
 };

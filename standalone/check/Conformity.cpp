@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "adapters/Attributes.h"
+#include "analysis/CaseMemo.h"
 #include "analysis/Frame.h"
 #include "check/Rule.h"
 #include "check/Rules.h"
@@ -16,6 +17,7 @@ namespace {
 
 const Key kFeatList("FeatList");
 const Key kCreatesParameters("CreatesParameters");
+const Key kCaseKind("CaseKind");
 
 bool Concerns(std::string_view lateTypes, const LateType& type) {
   while (!lateTypes.empty()) {
@@ -154,6 +156,16 @@ class Check {
 
 }  // namespace
 
+bool Survey::HasInteractionSet(const Feature& analysisCase) const {
+  const auto [entry, isNew] = withInteractionSet_.try_emplace(&analysisCase, false);
+  if (isNew) entry->second = FirstSonOfKind(analysisCase, "HVXInteractionContainerLT") != nullptr;
+  return entry->second;
+}
+
+bool Survey::CasesTakeContacts(bool withClearance) const {
+  return withClearance ? casesTakeClearances_ : casesTakeContacts_;
+}
+
 Survey::Survey(Document& document)
     : document_(document), registered_(document.NextId(), document.FeatureCount()) {
   if (Feature* const model = document.AnalysisModel()) {
@@ -166,10 +178,17 @@ Survey::Survey(Document& document)
   casesOfThisProductOnly_ = !cases_.empty() && std::ranges::all_of(cases_, [](Feature* each) {
     return check::IsOfThisProduct(*each);
   });
+  for (Feature* const analysisCase : cases_) {
+    if (HasInteractionSet(*analysisCase)) continue;
+    casesTakeContacts_ = false;
+    // A pair for a property with a clearance goes into the first step's set where the case wants that.
+    if (check::IntegerOf(*analysisCase, kCaseKind, 0) != 1) casesTakeClearances_ = false;
+  }
 }
 
 std::vector<Finding> CheckConformity(Document& document) {
   document.DropAllDeadLinks();
+  const CaseMemo memo;
   return Check(document).Run();
 }
 
