@@ -95,12 +95,11 @@ void AppendJsonEscape(fmt::memory_buffer& out, char32_t character) {
   }
 }
 
-}  // namespace
-
-std::string WithEscapes(std::string_view text, Escapes escapes) {
-  fmt::memory_buffer out;
-  auto to = std::back_inserter(out);
-  char32_t before = 0;  // the character that was shown last
+// Appends `text`, and what `escape` appends in the place of each character that is not seen or, given one
+// byte, each byte that is not UTF-8.
+template <class Escape>
+void AppendEscaping(fmt::memory_buffer& out, std::string_view text, const Escape& escape) {
+  char32_t before = 0;  // the last character
   while (!text.empty()) {
     if (const std::size_t plain = PlainLength(text); plain != 0) {
       AppendRaw(out, text.substr(0, plain));
@@ -108,37 +107,45 @@ std::string WithEscapes(std::string_view text, Escapes escapes) {
       text.remove_prefix(plain);
       continue;
     }
-    const auto [code, bytes] = FirstOf(text);
-    const bool joins = IsJoiner(code) && CanBeJoined(before) && CanBeJoined(FirstOf(text.substr(bytes)).code);
-    if (bytes == 0) {
-      fmt::format_to(to, "\\x{:02x}", static_cast<unsigned char>(text.front()));
-    } else if (code == '\n' && escapes == Escapes::kAllButLineFeeds) {
-      out.push_back('\n');
-    } else if (!joins && (IsUnseen(code) || IsJoiner(code))) {
-      AppendEscape(out, code);
-    } else {
+    const Character character = FirstOf(text);
+    const std::size_t bytes = std::max<std::size_t>(character.bytes, 1);
+    const bool joins =
+        IsJoiner(character.code) && CanBeJoined(before) && CanBeJoined(FirstOf(text.substr(bytes)).code);
+    const bool isSeen = character.bytes != 0 && !IsUnseen(character.code) && !IsJoiner(character.code);
+    if (isSeen || joins) {
       AppendRaw(out, text.substr(0, bytes));
+    } else {
+      escape(character, text.front());
     }
-    before = bytes == 0 ? 0 : code;
-    text.remove_prefix(std::max<std::size_t>(bytes, 1));
+    before = character.code;
+    text.remove_prefix(bytes);
   }
+}
+
+}  // namespace
+
+std::string WithEscapes(std::string_view text, Escapes escapes) {
+  fmt::memory_buffer out;
+  AppendEscaping(out, text, [&out, escapes](const Character& character, char byte) {
+    if (character.bytes == 0) {
+      fmt::format_to(std::back_inserter(out), "\\x{:02x}", static_cast<unsigned char>(byte));
+    } else if (byte == '\n' && escapes == Escapes::kAllButLineFeeds) {
+      out.push_back(byte);
+    } else {
+      AppendEscape(out, character.code);
+    }
+  });
   return fmt::to_string(out);
 }
 
 void AppendVisibleJson(fmt::memory_buffer& out, std::string_view json) {
-  while (!json.empty()) {
-    const std::size_t plain = PlainLength(json);
-    AppendRaw(out, json.substr(0, plain));
-    json.remove_prefix(plain);
-    if (json.empty()) return;
-    const auto [code, bytes] = FirstOf(json);
-    if (bytes != 0 && IsUnseen(code)) {
-      AppendJsonEscape(out, code);
+  AppendEscaping(out, json, [&out](const Character& character, char byte) {
+    if (character.bytes == 0) {
+      out.push_back(byte);
     } else {
-      AppendRaw(out, json.substr(0, std::max<std::size_t>(bytes, 1)));
+      AppendJsonEscape(out, character.code);
     }
-    json.remove_prefix(std::max<std::size_t>(bytes, 1));
-  }
+  });
 }
 
 std::string AsUtf8(std::string_view text) {
