@@ -243,7 +243,7 @@ std::string Unexpected(const CLI::App& app, const std::vector<std::string>& word
   const auto first = std::ranges::find_if(words, isWord);
   if (!app.get_subcommands().empty() || first == words.end()) return what;
   return fmt::format("there is no command {}; say status, check, upgrade, diff, identifiers, show or clean",
-                     Quoted(AsUtf8(*first)));
+                     Quoted(*first));
 }
 
 }  // namespace

@@ -1,11 +1,14 @@
 #include "Attention.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 #include "FeatureOutput.h"
 #include "JsonOutput.h"
@@ -126,14 +129,21 @@ std::vector<AttentionItem> AttentionTo(const std::vector<Finding>& findings,
 }
 
 std::string OwnersOf(const FeatureState& feature) {
-  std::string owners;
-  for (const Feature* above = feature.father; above != nullptr && !above->type->IsAnalysisModel();
-       above = above->father) {
-    if (above->externalName.empty()) continue;
-    owners = owners.empty() ? std::string(above->externalName)
-                            : fmt::format("{} / {}", above->externalName, owners);
+  // A case, a step, a set, and what stands between. Nothing bounds how deep features stand beneath each
+  // other.
+  constexpr std::size_t kMostLevels = 64;
+  constexpr std::size_t kMostNames = 12;
+  std::vector<std::string_view> names;
+  const Feature* above = feature.father;
+  for (std::size_t level = 0; above != nullptr && !above->type->IsAnalysisModel(); above = above->father) {
+    if (++level > kMostLevels || names.size() == kMostNames) {
+      names.emplace_back("...");
+      break;
+    }
+    if (!above->externalName.empty()) names.push_back(above->externalName);
   }
-  return owners;
+  std::ranges::reverse(names);
+  return fmt::format("{}", fmt::join(names, " / "));
 }
 
 std::string JsonOf(const std::string& document, const std::vector<AttentionItem>& items) {

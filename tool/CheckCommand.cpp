@@ -112,7 +112,8 @@ void AppendUnknown(fmt::memory_buffer& out, const Finding& finding) {
   auto to = std::back_inserter(out);
   fmt::format_to(to, "    {}: {}, first {}", Word(finding.feature->TypeName()),
                  Count(finding.count, "feature"), finding.feature->id);
-  if (!finding.damage.empty()) fmt::format_to(to, "; {}\n      -> {}.", finding.damage, finding.NextStep());
+  if (!finding.damage.empty())
+    fmt::format_to(to, "; {}\n      -> {}.", Printable(finding.damage), Printable(finding.NextStep()));
   out.push_back('\n');
 }
 

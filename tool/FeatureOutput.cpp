@@ -23,8 +23,8 @@ void AppendChange(fmt::memory_buffer& out, const FeatureState* before, const Fea
     JsonObject change(changes.Entry());
     change.Text("field", difference.field);
     if (!difference.key.empty()) change.Text("key", difference.key);
-    if (!difference.before.empty()) AppendRaw(change.Key("before"), difference.before);
-    if (!difference.after.empty()) AppendRaw(change.Key("after"), difference.after);
+    if (!difference.before.empty()) change.Value("before", difference.before);
+    if (!difference.after.empty()) change.Value("after", difference.after);
     if (causeOf) AppendRaw(change.Key("by"), causeOf(difference));
     change.Close();
   }

@@ -1,19 +1,32 @@
 #include "JsonOutput.h"
 
-#include "Terminal.h"
+#include "VisibleText.h"
 
 namespace tool {
+namespace {
+
+void AppendText(fmt::memory_buffer& out, std::string_view text) {
+  fmt::memory_buffer json;
+  standalone::AppendJsonText(json, AsUtf8(text));
+  AppendVisibleJson(out, {json.data(), json.size()});
+}
+
+}  // namespace
 
 fmt::memory_buffer& JsonObject::Key(std::string_view key) {
   if (!first_) out_.push_back(',');
   first_ = false;
-  standalone::AppendJsonText(out_, key);
+  AppendText(out_, key);
   out_.push_back(':');
   return out_;
 }
 
+void JsonObject::Value(std::string_view key, std::string_view json) {
+  AppendVisibleJson(Key(key), json);
+}
+
 void JsonObject::Text(std::string_view key, std::string_view text) {
-  standalone::AppendJsonText(Key(key), AsUtf8(text));
+  AppendText(Key(key), text);
 }
 
 void JsonObject::Number(std::string_view key, std::size_t number) {
@@ -22,7 +35,7 @@ void JsonObject::Number(std::string_view key, std::size_t number) {
 
 void JsonObject::Texts(std::string_view key, std::span<const std::string> texts) {
   JsonList list(Key(key));
-  for (const std::string& text : texts) standalone::AppendJsonText(list.Entry(), AsUtf8(text));
+  for (const std::string& text : texts) list.Text(text);
   list.Close();
 }
 
@@ -30,6 +43,14 @@ fmt::memory_buffer& JsonList::Entry() {
   if (!first_) out_.push_back(',');
   first_ = false;
   return out_;
+}
+
+void JsonList::Value(std::string_view json) {
+  AppendVisibleJson(Entry(), json);
+}
+
+void JsonList::Text(std::string_view text) {
+  AppendText(Entry(), text);
 }
 
 }  // namespace tool

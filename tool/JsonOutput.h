@@ -21,7 +21,9 @@ class JsonObject {
 
   /// Begins a field whose value the caller appends.
   fmt::memory_buffer& Key(std::string_view key);
-  /// Texts may hold any bytes; what is not UTF-8 is replaced.
+  /// `json`: a value as a document holds it.
+  void Value(std::string_view key, std::string_view json);
+  /// Texts may hold any bytes; what is not UTF-8 is replaced, and what is not seen is escaped.
   void Text(std::string_view key, std::string_view text);
   void Number(std::string_view key, std::size_t number);
   void Flag(std::string_view key, bool flag) { standalone::AppendRaw(Key(key), flag ? "true" : "false"); }
@@ -38,6 +40,9 @@ class JsonList {
   explicit JsonList(fmt::memory_buffer& out) : out_(out) { out_.push_back('['); }
   /// Begins an entry, which the caller appends.
   fmt::memory_buffer& Entry();
+  /// An entry as a document holds it, or a feature's line.
+  void Value(std::string_view json);
+  void Text(std::string_view text);
   void Close() { out_.push_back(']'); }
 
  private:

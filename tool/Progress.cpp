@@ -22,7 +22,7 @@ bool OnTerminal() {
 }  // namespace
 
 Progress::Progress(std::string subject, bool wanted)
-    : subject_(std::move(subject)),
+    : subject_(Printable(subject)),
       wanted_(wanted && OnTerminal()),
       nextDrawing_(Clock::now() + kBeforeFirst) {}
 

@@ -11,6 +11,7 @@
 #include "FeatureOutput.h"
 #include "Interruption.h"
 #include "JsonOutput.h"
+#include "VisibleText.h"
 #include "file/DocumentError.h"
 #include "file/FeatureText.h"
 #include "file/TemporaryName.h"
@@ -47,11 +48,18 @@ void AppendHead(JsonObject& entry, const std::string& input, const DocumentResul
 
 // The feature as in a document, and what made or removed it.
 void AppendFeatureWith(fmt::memory_buffer& out, const FeatureState& feature, std::string_view cause) {
-  standalone::AppendFeature(out, feature);
-  out.resize(out.size() - 1);  // the object goes on
+  fmt::memory_buffer line;
+  standalone::AppendFeature(line, feature);
+  AppendVisibleJson(out, {line.data(), line.size() - 1});  // the object goes on
   AppendRaw(out, ",\"by\":");
   AppendRaw(out, cause);
   out.push_back('}');
+}
+
+std::string JsonOf(const standalone::Value& value) {
+  fmt::memory_buffer out;
+  standalone::AppendValue(out, value);
+  return fmt::to_string(out);
 }
 
 // Which values of the old document stand nowhere in the result, and who took them away.
@@ -64,12 +72,12 @@ void AppendDropped(JsonObject& entry, const ReportedRun& reported, const Causes&
       object.Text("owner", owners);
     object.Text("key", standalone::NameTable::Text(dropped.key));
     JsonList values(object.Key("values"));
-    for (const standalone::Value& value : dropped.values) standalone::AppendValue(values.Entry(), value);
+    for (const standalone::Value& value : dropped.values) values.Value(JsonOf(value));
     values.Close();
-    if (dropped.instead != nullptr) standalone::AppendValue(object.Key("instead"), *dropped.instead);
+    if (dropped.instead != nullptr) object.Value("instead", JsonOf(*dropped.instead));
     JsonList by(object.Key("by"));
     for (const std::string_view identifier : causes.IdentifiersBehind(*dropped.feature, dropped.key))
-      standalone::AppendJsonText(by.Entry(), identifier);
+      by.Text(identifier);
     by.Close();
     object.Close();
   }

@@ -33,7 +33,7 @@ const KnownUpgrade& KnownOrRefuse(const VersionManager& manager, std::string_vie
   if (const KnownUpgrade* const known = manager.Find(identifier); known != nullptr) return *known;
   const std::string_view meant = Meant(manager, identifier);
   throw UsageError(fmt::format(
-      "there is no upgrade {}; {}", Quoted(AsUtf8(identifier)),
+      "there is no upgrade {}; {}", Quoted(identifier),
       meant.empty() ? "'hvxupgrade identifiers' lists them" : fmt::format("did you mean \"{}\"?", meant)));
 }
 

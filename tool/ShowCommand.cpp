@@ -105,8 +105,7 @@ class TreePrinter {
   }
 
   void Flush() {
-    const std::string text = Printable({out_.data(), out_.size()});
-    Say(text);
+    Say(PrintableLines({out_.data(), out_.size()}));
     out_.clear();
   }
 
@@ -132,7 +131,7 @@ ExitCode RunShow(const ShowArguments& arguments) {
     }
   }
   if (printer.Printed() == 0 && !arguments.lateType.empty())
-    Complain(fmt::format("{}: no feature of late type {}", arguments.file, Word(AsUtf8(arguments.lateType))));
+    Complain(fmt::format("{}: no feature of late type {}", arguments.file, Word(arguments.lateType)));
   return ExitCode::kDone;
 }
 

@@ -1,7 +1,5 @@
 #include "StatusCommand.h"
 
-#include <algorithm>
-
 #include "JsonOutput.h"
 #include "Reading.h"
 #include "Terminal.h"
@@ -32,11 +30,8 @@ Status StatusOf(const std::string& file, const VersionManager& manager) {
   status.features = document->FeatureCount();
   status.pending = manager.Pending(*document.Get());
   status.unknown = manager.Unknown(*document.Get());
-  const std::vector<std::string>& recorded = document->Upgrades();
   for (const KnownUpgrade& known : manager.Known()) {
-    if (std::ranges::find(recorded, known.identifier) != recorded.end()) {
-      status.done.push_back(known.identifier);
-    }
+    if (document->HasRecorded(known.identifier)) status.done.push_back(known.identifier);
   }
   return status;
 }

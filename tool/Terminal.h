@@ -11,16 +11,16 @@ enum class Colour { kGreen, kYellow, kRed };
 /// `text` in that colour where `stream` is a terminal and the user did not set NO_COLOR, else as it is.
 [[nodiscard]] std::string Paint(std::FILE* stream, Colour colour, std::string_view text);
 
-/// `text` with its control characters, but for line ends, escaped: what comes from a document or a file name
-/// must not send commands to the terminal.
+/// `text` in one line in which everything is seen: what comes from a document, a file name or the command
+/// line must not send commands to the terminal, begin lines of its own, or change how the text around it is
+/// shown. All that is printed goes through here, or through `Quoted` and `Word`, which do.
 [[nodiscard]] std::string Printable(std::string_view text);
+/// The same for lines of which each was put together by this program: line feeds stay.
+[[nodiscard]] std::string PrintableLines(std::string_view text);
 /// A name in quotes, printable.
 [[nodiscard]] std::string Quoted(std::string_view text);
 /// A late type or the like: as it is when it is one plain word, else quoted.
 [[nodiscard]] std::string Word(std::string_view text);
-
-/// `text` as valid UTF-8, with a replacement character for every byte that is not: file names may hold any.
-[[nodiscard]] std::string AsUtf8(std::string_view text);
 
 /// "1 feature", "2 features".
 [[nodiscard]] std::string Count(std::size_t count, std::string_view noun);

@@ -1,5 +1,7 @@
 #include "analysis/Frame.h"
 
+#include "analysis/CaseMemo.h"
+
 namespace standalone {
 
 bool IsOfKind(const Feature& feature, std::string_view lateTypeOrKind) {
@@ -13,6 +15,7 @@ bool StandsBeneath(const Feature& feature, const Feature& top) {
 }
 
 Feature* CaseAbove(Feature& feature) {
+  if (CaseMemo* const memo = CaseMemo::Current()) return memo->CaseAbove(feature);
   Feature* above = &feature;
   while (above != nullptr && !IsOfKind(*above, kind::kAnalysisCase)) above = above->father;
   return above;

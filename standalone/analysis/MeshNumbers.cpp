@@ -1,7 +1,10 @@
 #include "analysis/MeshNumbers.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <limits>
+#include <stdexcept>
 
 namespace standalone {
 namespace {
@@ -79,6 +82,16 @@ const Key kNodeCount("NodeCount");
 MeshNumbers& MeshNumbers::Of(Document& document) {
   if (document.Companion() == nullptr) document.SetCompanion(std::make_unique<MeshNumbers>());
   return static_cast<MeshNumbers&>(*document.Companion());
+}
+
+void MeshNumbers::Count(const Feature& part, std::size_t before, std::size_t now) {
+  if (objects_ - before + now > kMostMeshObjects) {
+    throw std::runtime_error(fmt::format(
+        "with mesh part {}, the mesh parts have more than {} elements and nodes, the most that this "
+        "program works on",
+        part.id, kMostMeshObjects));
+  }
+  objects_ = objects_ - before + now;
 }
 
 std::size_t MeshNumbers::AddBlock(Feature& part, Kind kind, std::size_t count,

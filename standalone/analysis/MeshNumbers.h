@@ -19,8 +19,8 @@ namespace standalone {
 extern const Key kElementCount;
 extern const Key kNodeCount;
 
-/// The most elements, and the most nodes, that a mesh part may have here: what can be held in memory one by
-/// one.
+/// The most elements and nodes that the mesh parts of a document may have in all, since each is worked on by
+/// itself. A few bytes of a document can announce any number of them.
 inline constexpr std::int32_t kMostMeshObjects = 1 << 27;
 
 /// The mesh objects of a document, and the explicit model that their user numbers stand in.
@@ -35,7 +35,8 @@ class MeshNumbers final : public DocumentCompanion, public VLMAnalysisExplicitMo
   static MeshNumbers& Of(Document& document);
 
   /// The mesh part's elements or nodes, of which it has `count`: the first, which the others follow. Their
-  /// addresses stay the same until the count changes.
+  /// addresses stay the same until the count changes. Throws `std::runtime_error` when all mesh parts
+  /// together have more than `kMostMeshObjects`.
   VLMMSHElement* Elements(Feature& part, std::size_t count) {
     return static_cast<VLMMSHElement*>(Objects<VLMMSHElement>(part, kElements, count));
   }
@@ -72,15 +73,18 @@ class MeshNumbers final : public DocumentCompanion, public VLMAnalysisExplicitMo
     std::size_t& known = kind == kElements ? elementsOf_.try_emplace(&part, kNoBlock).first->second
                                            : nodesOf_.try_emplace(&part, kNoBlock).first->second;
     if (known == kNoBlock || blocks_[known].count != count) {
+      Count(part, known == kNoBlock ? 0 : blocks_[known].count, count);
       known = AddBlock(part, kind, count, std::shared_ptr<MeshObject[]>(new MeshObject[count + 1]));
     }
     return blocks_[known].objects.get();
   }
+  void Count(const Feature& part, std::size_t before, std::size_t now);
   std::size_t AddBlock(Feature& part, Kind kind, std::size_t count, std::shared_ptr<void> objects);
   [[nodiscard]] bool Holds(std::size_t block, const void* meshObject) const;
   std::int32_t& Expanded(std::int64_t place);
 
   std::vector<Block> blocks_;
+  std::size_t objects_ = 0;  // of all blocks that stand for a mesh part as it is
   std::map<const void*, std::size_t, std::less<>> byAddress_;
   std::unordered_map<const Feature*, std::size_t> elementsOf_;
   std::unordered_map<const Feature*, std::size_t> nodesOf_;

@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "adapters/Attributes.h"
+#include "analysis/CaseMemo.h"
 #include "analysis/Frame.h"
 #include "check/Rule.h"
 #include "check/Rules.h"
@@ -16,6 +17,7 @@ namespace {
 
 const Key kFeatList("FeatList");
 const Key kCreatesParameters("CreatesParameters");
+const Key kCaseKind("CaseKind");
 
 bool Concerns(std::string_view lateTypes, const LateType& type) {
   while (!lateTypes.empty()) {
@@ -68,9 +70,7 @@ FindingKind KindOf(const Verdict& verdict, bool hasIdentifier, bool isRecorded) 
 
 class Check {
  public:
-  explicit Check(Document& document) : survey_(document) {
-    for (const std::string& identifier : document.Upgrades()) recorded_.insert(identifier);
-  }
+  explicit Check(Document& document) : survey_(document), document_(document) {}
 
   std::vector<Finding> Run() {
     UnknownTypes unknown;
@@ -94,7 +94,7 @@ class Check {
 
   void Add(Feature& feature, const ConformityRule& rule, Verdict verdict) {
     const bool hasIdentifier = !rule.identifier.empty() && verdict.state != Verdict::State::kBeyond;
-    const FindingKind kind = KindOf(verdict, hasIdentifier, recorded_.contains(rule.identifier));
+    const FindingKind kind = KindOf(verdict, hasIdentifier, document_.HasRecorded(rule.identifier));
     Finding& finding = findings_.emplace_back(Finding{&feature,
                                                       kind,
                                                       hasIdentifier ? rule.identifier : std::string_view(),
@@ -139,7 +139,7 @@ class Check {
 
   // Upgrades that ran took the value for missing, and do not run again when it is corrected here.
   void TellWhereToCorrect(Finding& finding) const {
-    if (finding.reason != kUnreadableReason || recorded_.empty()) return;
+    if (finding.reason != kUnreadableReason || document_.Upgrades().empty()) return;
     finding.remedy = fmt::format(
         "Correct it in the document as it was before its upgrades, and upgrade that again; where there is "
         "none, {} "
@@ -149,12 +149,22 @@ class Check {
 
   Survey survey_;
   RulesByType rules_;
-  std::unordered_set<std::string_view> recorded_;
+  const Document& document_;
   std::vector<Finding> findings_;
   std::unordered_map<const Feature*, std::size_t> unreadable_;  // where the finding about the value stands
 };
 
 }  // namespace
+
+bool Survey::HasInteractionSet(const Feature& analysisCase) const {
+  const auto [entry, isNew] = withInteractionSet_.try_emplace(&analysisCase, false);
+  if (isNew) entry->second = FirstSonOfKind(analysisCase, "HVXInteractionContainerLT") != nullptr;
+  return entry->second;
+}
+
+bool Survey::CasesTakeContacts(bool withClearance) const {
+  return withClearance ? casesTakeClearances_ : casesTakeContacts_;
+}
 
 Survey::Survey(Document& document)
     : document_(document), registered_(document.NextId(), document.FeatureCount()) {
@@ -171,10 +181,17 @@ Survey::Survey(Document& document)
   casesOfThisProductOnly_ = !cases_.empty() && std::ranges::all_of(cases_, [](Feature* each) {
     return check::IsOfThisProduct(*each);
   });
+  for (Feature* const analysisCase : cases_) {
+    if (HasInteractionSet(*analysisCase)) continue;
+    casesTakeContacts_ = false;
+    // A pair for a property with a clearance goes into the first step's set where the case wants that.
+    if (check::IntegerOf(*analysisCase, kCaseKind, 0) != 1) casesTakeClearances_ = false;
+  }
 }
 
 std::vector<Finding> CheckConformity(Document& document) {
   document.DropAllDeadLinks();
+  const CaseMemo memo;
   return Check(document).Run();
 }
 

@@ -18,8 +18,6 @@ using check::IsA;
 const Key kConnectionProperty("connectionProperty");
 const Key kContactProperty("SAMFaceFaceContact");
 const Key kFastenedProperty("SAMFaceFaceFastened");
-const Key kInteractionContainer("HVXInteractionContainerLT");
-const Key kCaseKind("CaseKind");
 const Key kClearanceFlag("ClearanceFlag");
 const Key kClearance("Clearance");
 const Key kPropertyFit("InterferenceFit");
@@ -56,17 +54,13 @@ std::string IdOf(const Feature& feature) {
   return fmt::format("feature {}", feature.id);
 }
 
-bool HasInteractionSet(const Feature& analysisCase) {
-  return FirstSonOfKind(analysisCase, kInteractionContainer.Text()) != nullptr;
-}
-
-Verdict OldContact(Feature& feature, const Survey& /*survey*/) {
+Verdict OldContact(Feature& feature, const Survey& survey) {
   std::vector<Damage> damage;
   if (!HasAttribute(feature, kConnectionProperty)) damage.push_back({&kNoProperty, "connectionProperty"});
   const Feature* const analysisCase = CaseAbove(feature);
   if (analysisCase == nullptr) {
     damage.push_back({&kNoCase, {}});
-  } else if (!HasInteractionSet(*analysisCase)) {
+  } else if (!survey.HasInteractionSet(*analysisCase)) {
     damage.push_back({&kNoContainer, "HVXInteractionContainerLT"});
   }
   return Damaged(std::move(damage));
@@ -217,12 +211,8 @@ Verdict ContactProperty(Feature& feature, const Survey& survey) {
   const bool isMember = feature.father != nullptr &&
                         (IsA(*feature.father, propertySet) || IsA(*feature.father, halvexPropertySet));
   if (!isMember || !survey.HasCasesOfThisProductOnly()) return Conforms();
-  // A pair for a property with a clearance goes into the first step's set where the case wants that.
-  const bool hasClearance = check::FlagOf(feature, kClearanceFlag);
-  for (Feature* const analysisCase : survey.Cases()) {
-    if (hasClearance && check::IntegerOf(*analysisCase, kCaseKind, 0) == 1) continue;
-    if (!HasInteractionSet(*analysisCase)) return Damaged(kNoContainer, "HVXInteractionContainerLT");
-  }
+  if (!survey.CasesTakeContacts(check::FlagOf(feature, kClearanceFlag)))
+    return Damaged(kNoContainer, "HVXInteractionContainerLT");
   // A second run would find the pair that the first one made, and delete the property with its fit.
   if (const std::string_view key = UnreadableOfFit(feature); !key.empty()) {
     Verdict verdict = Damaged(kUnreadableFitYet, key);

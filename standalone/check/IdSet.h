@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "model/Feature.h"
+#include "model/KeyedHash.h"
 
 namespace standalone {
 
@@ -43,7 +44,7 @@ class IdSet {
   }
 
   std::vector<std::uint64_t> bits_;
-  std::unordered_set<FeatureId> others_;
+  std::unordered_set<FeatureId, KeyedHash> others_;
 };
 
 }  // namespace standalone

@@ -67,7 +67,7 @@ class Integrity {
   }
 
   void CheckHeader() {
-    std::unordered_set<std::string_view> recorded;
+    std::unordered_set<std::string_view, KeyedHash> recorded;
     for (const std::string& identifier : document_.Upgrades()) {
       if (!IsUtf8(identifier)) Add("an identifier among the recorded upgrades is not UTF-8");
       if (!recorded.insert(identifier).second)
@@ -113,7 +113,7 @@ class Integrity {
   static bool HasRepeatedKey(std::span<const Attribute> attributes) {
     constexpr std::size_t kHandful = 24;
     if (attributes.size() > kHandful) {
-      std::unordered_set<NameId> keys;
+      std::unordered_set<NameId, KeyedHash> keys;
       return std::ranges::any_of(attributes,
                                  [&keys](const Attribute& each) { return !keys.insert(each.key).second; });
     }

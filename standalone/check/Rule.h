@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "check/Conformity.h"
@@ -78,6 +79,10 @@ class Survey {
   [[nodiscard]] bool CreatesParameters() const { return createsParameters_; }
   /// The analysis cases, in document order.
   [[nodiscard]] const std::vector<Feature*>& Cases() const { return cases_; }
+  /// Whether the case has a set in which contacts stand.
+  [[nodiscard]] bool HasInteractionSet(const Feature& analysisCase) const;
+  /// Whether every case can be given a pair for a connection property, with or without a clearance.
+  [[nodiscard]] bool CasesTakeContacts(bool withClearance) const;
   /// Whether there are analysis cases, all of them of this product.
   [[nodiscard]] bool HasCasesOfThisProductOnly() const { return casesOfThisProductOnly_; }
 
@@ -85,6 +90,9 @@ class Survey {
   Document& document_;
   IdSet registered_;
   std::vector<Feature*> cases_;
+  mutable std::unordered_map<const Feature*, bool> withInteractionSet_;  // as far as was asked
+  bool casesTakeContacts_ = true;
+  bool casesTakeClearances_ = true;
   bool canRegister_ = false;
   bool hasRegistered_ = false;
   bool createsParameters_ = true;

@@ -11,6 +11,10 @@ namespace {
 // Late types resemble each other in what they begin and end with, so little may be wrong.
 constexpr std::size_t kLettersPerFault = 5;
 
+// Who misspells late types misspells a few. Comparing each with all that are known costs more than all else
+// that is done for a document of nothing but unknown ones.
+constexpr std::size_t kMostCompared = 1000;
+
 bool IsKnown(const LateType& type) {
   return type.IsOfHost() || VLMRegistry::HasTies(type.MetaClass());
 }
@@ -22,7 +26,9 @@ std::size_t UnknownTypes::PlaceOf(Feature& feature) {
   Finding finding{
       &feature, FindingKind::kUnknown, {}, "no part of this program knows the late type", {}, {}, {}, nullptr,
       0};
-  const std::string_view meant = Resembling(feature.TypeName(), LateType::NamesOfHost(), kLettersPerFault);
+  std::string_view meant;
+  if (findings_.size() < kMostCompared)
+    meant = Resembling(feature.TypeName(), LateType::NamesOfHost(), kLettersPerFault);
   if (!meant.empty()) {
     finding.key = meant;
     finding.damage = fmt::format("did you mean \"{}\"?", meant);

@@ -5,6 +5,7 @@
 #include <unordered_map>
 
 #include "compare/FeatureDifference.h"
+#include "model/KeyedHash.h"
 
 namespace standalone {
 namespace {
@@ -14,10 +15,11 @@ const Feature* Counterpart(const Feature& feature, const Document& other) {
   return found == nullptr || found->removed ? nullptr : found;
 }
 
-std::vector<std::string> Without(const std::vector<std::string>& all, const std::vector<std::string>& other) {
+// The upgrades that only `document` has been through.
+std::vector<std::string> UpgradesWithout(const Document& document, const Document& other) {
   std::vector<std::string> rest;
-  for (const std::string& each : all) {
-    if (std::ranges::find(other, each) == other.end()) rest.push_back(each);
+  for (const std::string& each : document.Upgrades()) {
+    if (!other.HasRecorded(each)) rest.push_back(each);
   }
   return rest;
 }
@@ -68,7 +70,7 @@ void AddMovedSons(const Document& before, const Feature* fatherBefore, const Doc
   const std::vector<const Feature*> was = SonsInBoth(before, fatherBefore, after);
   const std::vector<const Feature*> is = SonsInBoth(after, fatherAfter, before);
   if (std::ranges::equal(was, is, {}, IdOf, IdOf)) return;
-  std::unordered_map<FeatureId, std::size_t> rankOf;
+  std::unordered_map<FeatureId, std::size_t, KeyedHash> rankOf;
   for (std::size_t rank = 0; rank < was.size(); ++rank) rankOf.emplace(was[rank]->id, rank);
   std::vector<std::size_t> ranks;
   ranks.reserve(is.size());
@@ -80,8 +82,8 @@ void AddMovedSons(const Document& before, const Feature* fatherBefore, const Doc
 
 DocumentDifference Compare(const Document& before, const Document& after) {
   DocumentDifference difference;
-  difference.upgradesBefore = Without(before.Upgrades(), after.Upgrades());
-  difference.upgradesAfter = Without(after.Upgrades(), before.Upgrades());
+  difference.upgradesBefore = UpgradesWithout(before, after);
+  difference.upgradesAfter = UpgradesWithout(after, before);
   for (const Feature* was = before.First(); was != nullptr; was = was->next) {
     const Feature* const is = Counterpart(*was, after);
     if (is == nullptr) {

@@ -8,6 +8,10 @@
 #include <numbers>
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
+
+#include "model/AttributeIndex.h"
+#include "model/KeyedHash.h"
 
 namespace standalone {
 namespace {
@@ -26,8 +30,8 @@ struct Leaf {
 
 struct HashOfLeaf {
   std::size_t operator()(const Leaf& leaf) const {
-    return std::hash<std::uint64_t>()(leaf.number) ^ std::hash<std::string_view>()(leaf.text) ^
-           std::hash<const void*>()(leaf.place) ^ leaf.key;
+    return KeyedHashOf(leaf.number) ^ KeyedHashOf(leaf.text) ^
+           (std::hash<const void*>()(leaf.place) + leaf.key) * 0x9e3779b97f4a7c15U;
   }
 };
 
@@ -64,11 +68,6 @@ void VisitLeaves(const Value& value, const Visit& visit) {
   }
 }
 
-const Attribute* FindIn(const FeatureState& state, NameId key) {
-  const auto found = std::ranges::find(state.Attributes(), key, &Attribute::key);
-  return found == state.Attributes().end() ? nullptr : &*found;
-}
-
 // The leaves of `to` that `from` does not have, each as often as it is missing there.
 template <class Visit>
 void VisitAdded(const Value* from, const Value& to, const Visit& visit) {
@@ -91,14 +90,6 @@ bool Takes(Leaves& leaves, const Leaf& leaf) {
   return true;
 }
 
-bool Holds(const FeatureState& state, NameId key, const Leaf& wanted) {
-  const Attribute* const attribute = FindIn(state, key);
-  bool holds = false;
-  if (attribute != nullptr)
-    VisitLeaves(attribute->value, [&](const Leaf& leaf, const Value&) { holds = holds || leaf == wanted; });
-  return holds;
-}
-
 // Repetitions are told apart by a dot and a number.
 std::string_view KindOfName(std::string_view name) {
   return name.substr(0, name.rfind('.'));
@@ -117,8 +108,9 @@ class Search {
     for (const Feature* const feature : document_.Touched()) {
       const FeatureState* const before = document_.Before(*feature);
       if (before == nullptr) continue;
+      AttributeLookUp now(feature->removed ? std::span<const Attribute>() : feature->Attributes());
       for (const Attribute& attribute : before->Attributes()) {
-        DroppedValues found = Of(*feature, *before, attribute);
+        DroppedValues found = Of(*feature, *before, attribute, now.Find(attribute.key));
         if (!found.values.empty()) dropped.push_back(std::move(found));
       }
     }
@@ -128,8 +120,9 @@ class Search {
  private:
   void NoteWritten(const Feature& feature) {
     const FeatureState* const before = document_.Before(feature);
+    AttributeLookUp oldOnes(before == nullptr ? std::span<const Attribute>() : before->Attributes());
     for (const Attribute& attribute : feature.Attributes()) {
-      const Attribute* const old = before == nullptr ? nullptr : FindIn(*before, attribute.key);
+      const Attribute* const old = oldOnes.Find(attribute.key);
       VisitAdded(
           old == nullptr ? nullptr : &old->value, attribute.value,
           [&](const Leaf& leaf, const Value& value) { NoteWritten(feature, attribute.key, leaf, value); });
@@ -166,8 +159,9 @@ class Search {
     return (before.father != nullptr && written_.contains(leaf)) || TakesInRadians(value);
   }
 
-  DroppedValues Of(const Feature& feature, const FeatureState& before, const Attribute& attribute) {
-    const Attribute* const now = feature.removed ? nullptr : FindIn(feature, attribute.key);
+  // `now` is the attribute as it is; null when it is gone.
+  DroppedValues Of(const Feature& feature, const FeatureState& before, const Attribute& attribute,
+                   const Attribute* now) {
     DroppedValues dropped{&feature, attribute.key, {}, now == nullptr ? nullptr : &now->value};
     VisitAdded(dropped.instead, attribute.value, [&](const Leaf& leaf, const Value& value) {
       const bool isOverwrittenCode = value.Kind() == ValueKind::kInteger && dropped.instead != nullptr;
@@ -187,20 +181,49 @@ class Search {
   }
 
   // Only what was removed: an overwritten value has no brother that stands for it.
-  static bool FamilyHolds(const Feature& feature, const FeatureState& before, NameId key, const Leaf& leaf) {
+  bool FamilyHolds(const Feature& feature, const FeatureState& before, NameId key, const Leaf& leaf) {
     if (!feature.removed || before.father == nullptr || before.father->removed) return false;
-    if (Holds(*before.father, key, leaf)) return true;
-    const Feature* brother = before.father->firstSon;
-    const auto standsFor = [&](const Feature& other) {
-      return other.type == before.type && KindOfName(other.name) == KindOfName(before.name) &&
-             Holds(other, key, leaf);
+    const Family& family = FamilyOf(*before.father);
+    return family.contains({before.father, {}, key, leaf}) ||
+           family.contains({before.type, KindOfName(before.name), key, leaf});
+  }
+
+  // What a father and its sons hold. Told by the father itself, or by late type and kind of name.
+  struct Held {
+    const void* by = nullptr;
+    std::string_view kindOfName;
+    NameId key = kNoName;
+    Leaf leaf;
+
+    friend bool operator==(const Held&, const Held&) = default;
+  };
+  struct HashOfHeld {
+    std::size_t operator()(const Held& held) const {
+      return HashOfLeaf()(held.leaf) ^ (HashOfLeaf()({0, held.kindOfName, held.by, held.key}) << 1U);
+    }
+  };
+  using Family = std::unordered_set<Held, HashOfHeld>;
+
+  // Made once for each father: it may have lost as many sons as it has.
+  const Family& FamilyOf(const Feature& father) {
+    const auto [entry, isNew] = families_.try_emplace(&father);
+    if (!isNew) return entry->second;
+    const auto note = [&family = entry->second](const Feature& each, const void* by, std::string_view name) {
+      for (const Attribute& attribute : each.Attributes()) {
+        VisitLeaves(attribute.value, [&](const Leaf& leaf, const Value&) {
+          family.insert({by, name, attribute.key, leaf});
+        });
+      }
     };
-    while (brother != nullptr && !standsFor(*brother)) brother = brother->nextSibling;
-    return brother != nullptr;
+    note(father, &father, {});
+    for (const Feature* son = father.firstSon; son != nullptr; son = son->nextSibling)
+      note(*son, son->type, KindOfName(son->name));
+    return entry->second;
   }
 
   const Document& document_;
   Leaves written_;
+  std::unordered_map<const Feature*, Family> families_;
 };
 
 }  // namespace

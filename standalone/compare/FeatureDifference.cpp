@@ -7,6 +7,7 @@
 #include "file/DocumentFormat.h"
 #include "file/FeatureText.h"
 #include "file/JsonText.h"
+#include "model/AttributeIndex.h"
 
 namespace standalone {
 namespace {
@@ -51,13 +52,6 @@ bool SameValue(const Value& left, const Value& right) {
   return left == right;
 }
 
-// The attribute of that key. It mostly stands where the other state has it.
-const Attribute* FindIn(std::span<const Attribute> attributes, NameId key, std::size_t likely) {
-  if (likely < attributes.size() && attributes[likely].key == key) return &attributes[likely];
-  const auto found = std::ranges::find(attributes, key, &Attribute::key);
-  return found == attributes.end() ? nullptr : &*found;
-}
-
 class Collector {
  public:
   Collector(const FeatureState* before, const FeatureState* after) : before_(before), after_(after) {}
@@ -93,9 +87,12 @@ class Collector {
   }
 
   void CollectAttributes(std::span<const Attribute> before, std::span<const Attribute> after) {
-    for (std::size_t i = 0; i < before.size(); ++i) AddAttribute(&before[i], FindIn(after, before[i].key, i));
+    // An attribute mostly stands where the other state has it.
+    AttributeLookUp among(after);
+    for (std::size_t i = 0; i < before.size(); ++i) AddAttribute(&before[i], among.Find(before[i].key, i));
+    AttributeLookUp old(before);
     for (std::size_t i = 0; i < after.size(); ++i) {
-      if (FindIn(before, after[i].key, i) == nullptr) AddAttribute(nullptr, &after[i]);
+      if (old.Find(after[i].key, i) == nullptr) AddAttribute(nullptr, &after[i]);
     }
   }
 
@@ -128,8 +125,9 @@ bool Differ(const FeatureState& before, const FeatureState& after) {
     return true;
   }
   const std::span<const Attribute> attributes = after.Attributes();
+  AttributeLookUp old(before.Attributes());
   for (std::size_t i = 0; i < attributes.size(); ++i) {
-    const Attribute* const was = FindIn(before.Attributes(), attributes[i].key, i);
+    const Attribute* const was = old.Find(attributes[i].key, i);
     if (was == nullptr || was->mode != attributes[i].mode || !SameValue(was->value, attributes[i].value))
       return true;
   }

@@ -7,6 +7,8 @@
 #include <deque>
 #include <memory>
 #include <memory_resource>
+#include <new>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "file/DocumentError.h"
@@ -30,13 +32,12 @@ class Reader {
     bytesTotal_ = blocks.BytesTotal();
     identity_ = blocks.Identity();
     while (blocks.Next(line_)) {
+      if (!headerRead_) RefuseForeign(blocks.Block());
       ReadBlock(blocks.Block(), blocks.ParserCapacity());
       if (options_.onProgress) options_.onProgress(blocks.BytesRead(), blocks.BytesTotal());
     }
     if (!headerRead_) Fail(0, "the file is empty", "Give a document: a header line and one line per feature");
-    CheckCount(line_ - 1);
-    ResolveForwardLinks();
-    if (fatherFollowsSon_) RelinkSons();
+    CheckLinks();
     return document_;
   }
 
@@ -55,10 +56,46 @@ class Reader {
     throw DocumentError(kind, file_, line, problem, advice);
   }
 
+  // Files that are easily taken for documents: what they are is more help than what is wrong with their first
+  // line.
+  void RefuseForeign(std::string_view start) const {
+    struct Foreign {
+      std::string_view start;
+      std::string_view problem;
+      std::string_view advice;
+    };
+    constexpr std::string_view kUnpack = "Unpack it first, and give the file that comes out";
+    constexpr std::string_view kConvert = "Convert it to UTF-8 without a byte order mark";
+    using namespace std::string_view_literals;
+    static constexpr Foreign kForeign[] = {
+        {"\xEF\xBB\xBF"sv, "the file begins with a byte order mark",
+         "Save it as UTF-8 without one, or remove its first three bytes: tail -c +4 OLD > NEW"},
+        {"\xFF\xFE"sv, "the file is UTF-16 or UTF-32", kConvert},
+        {"\xFE\xFF"sv, "the file is UTF-16", kConvert},
+        {"\0\0\xFE\xFF"sv, "the file is UTF-32", kConvert},
+        {"{\0"sv, "the file is UTF-16 or UTF-32", kConvert},
+        {"\0{"sv, "the file is UTF-16", kConvert},
+        {"\x1F\x8B"sv, "the file is compressed (gzip)", kUnpack},
+        {"\x28\xB5\x2F\xFD"sv, "the file is compressed (zstd)", kUnpack},
+        {"\xFD"
+         "7zXZ\0"sv,
+         "the file is compressed (xz)", kUnpack},
+        {"BZh"sv, "the file is compressed (bzip2)", kUnpack},
+        {"\x04\x22\x4D\x18"sv, "the file is compressed (lz4)", kUnpack},
+        {"PK\x03\x04"sv, "the file is a zip archive", kUnpack},
+    };
+    const auto* const found = std::ranges::find_if(
+        kForeign, [start](const Foreign& each) { return start.starts_with(each.start); });
+    if (found != std::end(kForeign)) Fail(1, found->problem, found->advice);
+  }
+
   // The first line of the block is `line_`; so is, in the end, the line after it.
   void ReadBlock(std::string_view block, std::size_t parserCapacity) {
-    const std::size_t firstLine = line_;
     std::size_t next = 0;  // where the line after the last record begins
+    // For `line_`: where it begins, whether its record was begun, and whether it was read to its end.
+    std::size_t lineStart = 0;
+    bool isBegun = false;
+    bool isRead = false;
     try {
       ondemand::document_stream lines = parser_.iterate_many(block.data(), block.size(), parserCapacity);
       for (auto line = lines.begin(); line != lines.end(); ++line) {
@@ -66,25 +103,35 @@ class Reader {
         const std::size_t at =
             std::min(block.find_first_not_of(kBlanks, line.current_index()), block.size() - 1);
         GoToRecord(block, next, at);
+        lineStart = block.rfind('\n', at) + 1;
+        isRead = false;
+        ondemand::document_reference record = *line;
+        isBegun = true;
+        ReadRecord(record);
+        isBegun = false;
+        isRead = true;
         next = std::min(block.find('\n', at), block.size() - 1) + 1;
-        ondemand::document_reference record;
-        if ((*line).get(record) != simdjson::SUCCESS) LocateError(block, firstLine);
-        ondemand::object object;
-        if (record.get_object().get(object) != simdjson::SUCCESS) {
-          Fail(line_, "the line is not a JSON object", kSeeFormat);
-        }
-        if (headerRead_) {
-          ReadFeature(object);
-        } else {
-          ReadHeader(object);
-        }
       }
-      if (lines.truncated_bytes() != 0) LocateError(block, firstLine);
+      if (lines.truncated_bytes() != 0) throw simdjson::simdjson_error(simdjson::INCOMPLETE_ARRAY_OR_OBJECT);
       GoToRecord(block, next, block.size());
     } catch (const Unsound& unsound) {
       Fail(line_, unsound.problem, unsound.advice);
-    } catch (const simdjson::simdjson_error&) {
-      LocateError(block, firstLine);
+    } catch (const simdjson::simdjson_error& error) {
+      if (error.error() == simdjson::MEMALLOC) throw std::bad_alloc();
+      if (isRead) ++line_;
+      LocateError(block.substr(isRead ? next : lineStart), isBegun);
+    }
+  }
+
+  template <class Record>
+  void ReadRecord(Record& record) {
+    ondemand::object object;
+    if (record.get_object().get(object) != simdjson::SUCCESS)
+      Refuse("the line is not a JSON object", kSeeFormat);
+    if (headerRead_) {
+      ReadFeature(object);
+    } else {
+      ReadHeader(object);
     }
   }
 
@@ -99,29 +146,50 @@ class Reader {
     line_ += static_cast<std::size_t>(std::ranges::count(between, '\n')) + (next == 0 ? 0 : 1);
   }
 
-  // The parser works on whole blocks and does not tell where it failed, so the lines are tried one by one.
-  [[noreturn]] void LocateError(std::string_view block, std::size_t line) const {
-    simdjson::dom::parser parser;
-    while (!block.empty()) {
-      const std::size_t end = std::min(block.find('\n'), block.size());
-      const std::string_view text = block.substr(0, end);
-      const bool blank = text.find_first_not_of(" \t\r") == std::string_view::npos;
-      const auto error = blank ? simdjson::SUCCESS : parser.parse(text.data(), text.size(), true).error();
-      if (error == simdjson::UTF8_ERROR) {
-        Fail(line, "the line is not valid UTF-8", "Convert the file to UTF-8 or restore it from a backup");
+  // The parser works on whole blocks, and what it fails at may stand far behind the line that it was at. So
+  // the lines from `line_` on, which `rest` holds, are read one by one: of several faults the first is told.
+  // Of a line that was begun, features are made already.
+  [[noreturn]] void LocateError(std::string_view rest, bool isBegun) {
+    ondemand::parser parser;
+    simdjson::padded_string line;
+    for (; !rest.empty(); ++line_) {
+      const std::size_t end = std::min(rest.find('\n'), rest.size());
+      const std::string_view text = rest.substr(0, end);
+      if (text.find_first_not_of(kBlanks) != std::string_view::npos) {
+        if (isBegun) TellError(text, end == rest.size());
+        try {
+          line = simdjson::padded_string(text);
+          ondemand::document record = parser.iterate(line);
+          ReadRecord(record);
+          if (record.current_location().error() != simdjson::OUT_OF_BOUNDS)
+            TellError(text, end == rest.size());
+        } catch (const Unsound& unsound) {
+          Fail(line_, unsound.problem, unsound.advice);
+        } catch (const simdjson::simdjson_error& error) {
+          if (error.error() == simdjson::MEMALLOC) throw std::bad_alloc();
+          TellError(text, end == rest.size());
+        }
       }
-      if (error != simdjson::SUCCESS && end == block.size()) {
-        Fail(line, "the file ends within a line", "It was cut off; restore it from a backup");
-      }
-      if (error == simdjson::DEPTH_ERROR) Fail(line, "values are nested too deeply", kSeeFormat);
-      if (error != simdjson::SUCCESS) {
-        Fail(line, fmt::format("the line is not valid JSON ({})", simdjson::error_message(error)),
-             kSeeFormat);
-      }
-      block.remove_prefix(std::min(end + 1, block.size()));
-      ++line;
+      rest.remove_prefix(std::min(end + 1, rest.size()));
     }
     Fail(line_, "the line is not valid JSON", kSeeFormat);
+  }
+
+  // Tells why the line cannot be read; `isLast` when nothing follows it, not even its end.
+  [[noreturn]] void TellError(std::string_view text, bool isLast) const {
+    simdjson::dom::parser parser;
+    const auto error = parser.parse(text.data(), text.size(), true).error();
+    if (error == simdjson::MEMALLOC) throw std::bad_alloc();
+    if (error == simdjson::UTF8_ERROR)
+      Fail(line_, "the line is not valid UTF-8", "Convert the file to UTF-8 or restore it from a backup");
+    if (error != simdjson::SUCCESS && isLast)
+      Fail(line_, "the file ends within a line", "It was cut off; restore it from a backup");
+    if (error == simdjson::DEPTH_ERROR) Fail(line_, "values are nested too deeply", kSeeFormat);
+    Fail(line_,
+         error == simdjson::SUCCESS
+             ? "the line is not valid JSON"
+             : fmt::format("the line is not valid JSON ({})", simdjson::error_message(error)),
+         kSeeFormat);
   }
 
   void ReadHeader(ondemand::object object) {
@@ -167,8 +235,7 @@ class Reader {
       Refuse(R"("upgrades" must be a list of texts)");
     }
     const std::string_view identifier = TakeText(value, format::kUpgrades);
-    const std::vector<std::string>& recorded = document_->Upgrades();
-    if (std::ranges::find(recorded, identifier) != recorded.end()) {
+    if (document_->HasRecorded(identifier)) {
       Refuse(fmt::format(R"("upgrades" names "{}" twice)", identifier), "Leave one of the two");
     }
     document_->RecordUpgrade(identifier);
@@ -271,15 +338,14 @@ class Reader {
 
   void ReadAttributes(Feature& feature, ondemand::value value) {
     attributes_.clear();
+    marks_.Clear();
     const std::size_t firstForward = forwardLinks_.size();
     forwardAttributes_.clear();
     for (auto field : TakeObject(value, format::kAttributes)) {
       const std::string_view key = TakeKey(field);
       const NameId name = names_.Intern(key);
       if (name == kNoName) Refuse("an attribute has an empty key");
-      if (std::ranges::find(attributes_, name, &Attribute::key) != attributes_.end()) {
-        Refuse(fmt::format("attribute \"{}\" stands twice", key));
-      }
+      if (!marks_.Set(name)) Refuse(fmt::format("attribute \"{}\" stands twice", key));
       Attribute& attribute = attributes_.emplace_back();
       attribute.key = name;
       FeatureId forward = 0;
@@ -358,17 +424,14 @@ class Reader {
     return number.is_int64() ? Value::Integer(number.get_int64()) : Value::Real(number.get_double());
   }
 
-  void ReadModes(Feature& feature, ondemand::value value) const {
-    std::vector<NameId> met;
+  void ReadModes(Feature& feature, ondemand::value value) {
+    marks_.Clear();
     for (auto field : TakeObject(value, format::kModes)) {
       const std::string_view key = TakeKey(field);
-      const auto attributes = feature.Attributes();
-      const auto found = std::ranges::find(attributes, NameTable::Find(key), &Attribute::key);
-      if (found == attributes.end())
-        Refuse(fmt::format("\"modes\" names \"{}\", which is no attribute", key));
-      if (std::ranges::find(met, found->key) != met.end())
+      Attribute* const found = document_->FindAttribute(feature, NameTable::Find(key));
+      if (found == nullptr) Refuse(fmt::format("\"modes\" names \"{}\", which is no attribute", key));
+      if (!marks_.Set(found->key))
         Refuse(fmt::format("\"modes\" names \"{}\" twice", key), "Leave one of the two");
-      met.push_back(found->key);
       const std::int64_t mode = TakeInteger(field.value(), key);
       if (mode != static_cast<std::int32_t>(mode))
         Refuse(fmt::format("the mode of \"{}\" exceeds 32 bits", key));
@@ -386,13 +449,34 @@ class Reader {
                             : "If the added lines are wanted, correct \"features\" in the first line");
   }
 
-  void ResolveForwardLinks() const {
+  // Of several faults that show only now, the one in the first line is told. One that ends all others is that
+  // lines are missing.
+  void CheckLinks() {
+    const bool isCutOff = static_cast<std::int64_t>(document_->FeatureCount()) < announced_;
+    if (isCutOff) CheckCount(line_ - 1);
+    const ForwardLink* const unresolved = ResolveForwardLinks();
+    const ForwardLink* const circular = fatherFollowsSon_ ? RelinkSons() : nullptr;
+    if (circular != nullptr && (unresolved == nullptr || circular->line < unresolved->line)) {
+      Fail(circular->line, fmt::format("feature {} is an ancestor of itself", circular->from->id),
+           "Correct \"father\" in the line, or in that of a feature above it in the tree");
+    }
+    if (unresolved != nullptr) {
+      Fail(unresolved->line,
+           fmt::format("feature {} links to feature {}, which does not exist", unresolved->from->id,
+                       unresolved->to),
+           "Restore that feature's line or remove the link");
+    }
+    CheckCount(line_ - 1);
+  }
+
+  // Gives the first that leads nowhere; null when all lead somewhere.
+  const ForwardLink* ResolveForwardLinks() const {
+    const ForwardLink* unresolved = nullptr;
     for (const ForwardLink& link : forwardLinks_) {
       Feature* const target = document_->Find(link.to);
       if (target == nullptr) {
-        Fail(link.line,
-             fmt::format("feature {} links to feature {}, which does not exist", link.from->id, link.to),
-             "Restore that feature's line or remove the link");
+        if (unresolved == nullptr) unresolved = &link;
+        continue;
       }
       if (link.place != nullptr) {
         *link.place = target;
@@ -401,33 +485,31 @@ class Reader {
       }
       if (link.place != &link.from->father) document_->NoteLinkRead(*link.from, *target);
     }
+    return unresolved;
   }
 
   // Sons stand beneath their father in the order of their lines. Only where a father follows a son can the
-  // links lead in a circle.
-  void RelinkSons() const {
+  // links lead in a circle: gives the first such link in one, null without.
+  const ForwardLink* RelinkSons() const {
     document_->RelinkSonsRead();
     std::size_t reached = 0;
     for (const Feature* root = document_->First(); root != nullptr; root = root->next) {
       if (root->father == nullptr) reached += Document::CountBeneath(*root) + 1;
     }
-    if (reached == document_->FeatureCount()) return;
-    Fail(0, fmt::format("feature {} is an ancestor of itself", MemberOfCycle().id),
-         "Correct \"father\" in its line or in a line above it in the tree");
-  }
-
-  // What no root reaches stands in a cycle or beneath one; following the fathers far enough leads into it.
-  const Feature& MemberOfCycle() const {
-    std::unordered_set<const Feature*> reached;
-    for (const Feature* root = document_->First(); root != nullptr; root = root->next) {
-      if (root->father != nullptr) continue;
-      for (const Feature* each = root; each != nullptr; each = NextBeneath(*root, *each))
-        reached.insert(each);
+    if (reached == document_->FeatureCount()) return nullptr;
+    std::unordered_map<const Feature*, const ForwardLink*> met;  // from where each was reached first
+    std::unordered_set<const Feature*> inCircle;
+    for (const ForwardLink& link : forwardLinks_) {
+      if (link.place != &link.from->father) continue;
+      const Feature* above = link.from;
+      while (above != nullptr && met.try_emplace(above, &link).second) above = above->father;
+      // Back where this way has been: a circle that no other way has come to.
+      if (above != nullptr && met[above] == &link) {
+        while (inCircle.insert(above).second) above = above->father;
+      }
+      if (inCircle.contains(link.from)) return &link;
     }
-    const Feature* feature = document_->First();
-    while (reached.contains(feature)) feature = feature->next;
-    for (std::size_t step = 0; step < document_->FeatureCount(); ++step) feature = feature->father;
-    return *feature;
+    return nullptr;
   }
 
   std::string file_;
@@ -441,6 +523,7 @@ class Reader {
   std::size_t line_ = 1;
   bool fatherFollowsSon_ = false;
   NameCache names_;
+  NameMarks marks_;
   std::vector<const LateType*> types_;  // by the number of their name
   std::vector<Attribute> attributes_;   // of the feature being read
   std::vector<std::size_t> forwardAttributes_;

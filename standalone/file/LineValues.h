@@ -11,6 +11,8 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "file/DocumentFormat.h"
 #include "model/Feature.h"
@@ -29,7 +31,8 @@ struct Unsound {
   std::string advice;
 };
 
-inline constexpr std::string_view kSeeFormat = "Correct the line as docs/document-format.md describes";
+inline constexpr std::string_view kSeeFormat =
+    "Correct the line; the manual page hvxdoc(5) describes the format";
 
 /// Throws `Unsound`.
 [[noreturn]] void Refuse(std::string problem, std::string_view advice = kSeeFormat);
@@ -193,6 +196,25 @@ inline FeatureId TakeRef(ondemand::value value, std::string_view key) {
   if (id == 0) RefuseLink(key);
   return id;
 }
+
+/// Which names were met in the object being read. Forgetting them all costs nothing.
+class NameMarks {
+ public:
+  void Clear() {
+    if (++round_ != 0) return;
+    rounds_.clear();  // the rounds begin anew
+    round_ = 1;
+  }
+  /// False when the name was met before.
+  bool Set(NameId name) {
+    if (name >= rounds_.size()) rounds_.resize(name + std::size_t{1});
+    return std::exchange(rounds_[name], round_) != round_;
+  }
+
+ private:
+  std::vector<std::uint32_t> rounds_;  // by name, the round in which it was met last
+  std::uint32_t round_ = 0;
+};
 
 /// Most keys are among a few; a look into this is cheaper than one into the table of all names.
 class NameCache {

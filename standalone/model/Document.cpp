@@ -51,6 +51,7 @@ Feature* Document::Find(FeatureId id) const {
 
 Attribute* Document::FindAttribute(Feature& feature, NameId key) {
   if (feature.hasDeadLinks || feature.isBehind) Settle(feature);
+  if (feature.attributeCount > AttributeIndex::kFew) return attributeIndex_.Find(feature, key);
   for (Attribute& attribute : feature.Attributes()) {
     if (attribute.key == key) return &attribute;
   }
@@ -178,6 +179,7 @@ void Document::RemoveAttribute(Feature& feature, NameId key) {
   Attribute* const gone = FindAttribute(feature, key);
   std::move(gone + 1, feature.attributes + feature.attributeCount, gone);
   --feature.attributeCount;
+  attributeIndex_.Forget(feature);
 }
 
 void Document::AppendToList(Feature& feature, NameId key, const Value& entry) {
@@ -286,6 +288,7 @@ Attribute& Document::AddAttribute(Feature& feature, NameId key) {
   auto* const added = new (feature.attributes + feature.attributeCount) Attribute;
   ++feature.attributeCount;
   added->key = key;
+  if (feature.attributeCount > AttributeIndex::kFew) attributeIndex_.NoteAdded(feature);
   return *added;
 }
 

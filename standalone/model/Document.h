@@ -7,10 +7,13 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
+#include "model/AttributeIndex.h"
 #include "model/ChangeLog.h"
 #include "model/Feature.h"
+#include "model/KeyedHash.h"
 #include "model/LargePages.h"
 #include "model/NumberedNames.h"
 #include "model/RecentTexts.h"
@@ -61,7 +64,11 @@ class Document final : public VLMDocument {
 
   // The upgrades that the document has been through, in the order in which they were recorded.
   [[nodiscard]] const std::vector<std::string>& Upgrades() const { return upgrades_; }
-  void RecordUpgrade(std::string_view identifier) { upgrades_.emplace_back(identifier); }
+  [[nodiscard]] bool HasRecorded(std::string_view identifier) const { return recorded_.contains(identifier); }
+  void RecordUpgrade(std::string_view identifier) {
+    upgrades_.emplace_back(identifier);
+    recorded_.emplace(identifier);
+  }
 
   // The feature catalogs that were loaded into the document, for as long as it is open.
   [[nodiscard]] const std::vector<const FeatureCatalog*>& LoadedCatalogs() const { return catalogs_; }
@@ -202,6 +209,7 @@ class Document final : public VLMDocument {
   std::uint32_t references_ = 1;
   std::string displayName_;
   std::vector<std::string> upgrades_;
+  std::unordered_set<std::string, KeyedHash, std::equal_to<>> recorded_;  // the same
   std::vector<const FeatureCatalog*> catalogs_;
   std::pmr::monotonic_buffer_resource arena_{std::size_t{1} << 16, &LargePages::Instance()};
   // Features stand by themselves, close together: most passes look at nothing else.
@@ -220,8 +228,10 @@ class Document final : public VLMDocument {
   std::vector<Feature*> byId_;  // ascending ids, also those of removed features
   bool idsAscend_ = true;
   bool idsAreDense_ = true;  // 1, 2, 3, ..., as in most documents: then an id is a position
-  std::unordered_map<FeatureId, Feature*> byScatteredId_;  // used instead as soon as an id does not ascend
+  std::unordered_map<FeatureId, Feature*, KeyedHash>
+      byScatteredId_;  // used instead as soon as an id does not ascend
 
+  AttributeIndex attributeIndex_;
   std::unique_ptr<DocumentCompanion> companion_;
 
   std::vector<Feature*> touched_;
@@ -242,6 +252,8 @@ class Document final : public VLMDocument {
   // Who links to the features that several others link to; made when the first of those is removed.
   std::unordered_map<const Feature*, std::vector<Feature*>> sharedReferrers_;
   bool sharedReferrersIndexed_ = false;
+  // Of features that are asked about again and again, who was found to link to them.
+  std::unordered_map<const Feature*, const Feature*> knownLinks_;
 };
 
 }  // namespace standalone

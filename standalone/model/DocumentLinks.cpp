@@ -46,7 +46,13 @@ bool Document::IsLinkedFromElsewhere(const Feature& target, const Feature& featu
   if (target.referrer == nullptr) return false;
   if (target.referrer != kSeveral) return links(target.referrer);
   if (!sharedReferrersIndexed_) IndexSharedReferrers();
-  return std::ranges::any_of(sharedReferrers_[&target], links);
+  const Feature*& known = knownLinks_[&target];
+  if (known != nullptr && links(known)) return true;
+  const std::vector<Feature*>& referrers = sharedReferrers_[&target];
+  const auto found = std::ranges::find_if(referrers, links);
+  if (found == referrers.end()) return false;
+  known = *found;
+  return true;
 }
 
 void Document::DropAllDeadLinks() {
@@ -169,6 +175,7 @@ void Document::DropDeadLinks(Feature& feature) {
     feature.attributes[kept] = attribute;
     feature.attributes[kept++].value = value;
   }
+  if (kept != feature.attributeCount) attributeIndex_.Forget(feature);
   feature.attributeCount = kept;
 }
 

@@ -4,12 +4,14 @@
 #include <string>
 #include <unordered_map>
 
+#include "model/KeyedHash.h"
+
 namespace standalone {
 namespace {
 
 struct Names {
   std::deque<std::string> texts{std::string()};  // a deque keeps its elements where they are
-  std::unordered_map<std::string_view, NameId> ids;
+  std::unordered_map<std::string_view, NameId, KeyedHash> ids;
 };
 
 Names& All() {

@@ -46,12 +46,9 @@ const KnownUpgrade* VersionManager::Find(std::string_view identifier) const {
 }
 
 std::vector<std::string> VersionManager::Pending(const Document& document) const {
-  const std::vector<std::string>& done = document.Upgrades();
   std::vector<std::string> pending;
   for (const KnownUpgrade& known : known_) {
-    if (std::ranges::find(done, known.identifier) == done.end()) {
-      pending.push_back(known.identifier);
-    }
+    if (!document.HasRecorded(known.identifier)) pending.push_back(known.identifier);
   }
   return pending;
 }

@@ -9,15 +9,18 @@
 #include "file/DocumentError.h"
 #include "file/DocumentReader.h"
 #include "file/DocumentWriter.h"
+#include "support/FailingAllocations.h"
 #include "support/TempFolder.h"
 
 namespace {
 
 using namespace standalone;
+using namespace std::string_literals;
 using namespace std::string_view_literals;
 using testing::HasSubstr;
 using testing::StartsWith;
 using testing_support::BytesOf;
+using testing_support::FailingAllocations;
 using testing_support::TempFolder;
 using Kind = DocumentError::Kind;
 
@@ -255,13 +258,95 @@ TEST_F(DocumentFileTest, CountsAndCyclesAreChecked) {
   ExpectRefused(WithHeader(2, one), 2, "announces 2 features but the file holds 1. It was cut off");
   ExpectRefused(WithHeader(0, one), 2,
                 "announces 0 features but the file holds 1. If the added lines are wanted");
-  ExpectRefused(WithHeader(1, "{\"id\":1,\"type\":\"X\",\"father\":{\"ref\":1}}\n"), 0,
+  ExpectRefused(WithHeader(1, "{\"id\":1,\"type\":\"X\",\"father\":{\"ref\":1}}\n"), 2,
                 "feature 1 is an ancestor");
-  ExpectRefused(WithHeader(4, one + R"({"id":2,"type":"X","father":{"ref":3}}
+  ExpectRefused(
+      WithHeader(4, one + R"({"id":2,"type":"X","father":{"ref":3}}
 {"id":3,"type":"X","father":{"ref":4}}
 {"id":4,"type":"X","father":{"ref":3}}
 )"),
-                0, "is an ancestor of itself. Correct \"father\"");
+      4, "feature 3 is an ancestor of itself. Correct \"father\"");  // 2 only stands beneath the circle
+}
+
+TEST_F(DocumentFileTest, OfSeveralFaultsTheFirstIsTold) {
+  const std::string sound = "{\"id\":1,\"type\":\"X\"}\n";
+  const std::string unknownKey = "{\"id\":2,\"type\":\"X\",\"colour\":1}\n";
+  const std::string nowhere = "{\"id\":2,\"type\":\"X\",\"father\":{\"ref\":9}}\n";
+  const std::string circle = "{\"id\":3,\"type\":\"X\",\"father\":{\"ref\":3}}\n";
+  // What makes the parser refuse a whole block.
+  for (const std::string& broken : {"{\"id\":7,\"type\":\"\xff\"}\n"s, "{\"id\":7,\"type\":\"open\n"s,
+                                    "{\"id\":7,\n"s, "{\"id\":7}}\n"s, "\x01\n"s}) {
+    ExpectRefused(WithHeader(3, sound + unknownKey + broken), 3, "unknown key \"colour\"");
+    ExpectRefused(WithHeader(3, sound + "\n" + sound + broken), 4, "a second feature has id 1");
+    ExpectRefused(WithHeader(3, "{\"id\":1,\"type\":\"X\"} {\"id\":2,\"type\":\"X\"}\n" + broken), 2, "");
+    ExpectRefused(WithHeader(3, sound + broken + unknownKey), 3, "");
+  }
+  ExpectRefused("{\"format\":\"hvxdoc\",\"colour\":1}\n\xff\n", 1, "unknown key \"colour\"");
+  // What shows only at the end.
+  ExpectRefused(WithHeader(3, sound + nowhere + circle), 3, "links to feature 9, which does not exist");
+  ExpectRefused(WithHeader(3, circle + nowhere + sound), 2, "feature 3 is an ancestor of itself");
+  ExpectRefused(WithHeader(1, sound + nowhere), 3, "links to feature 9, which does not exist");
+  ExpectRefused(WithHeader(4, sound + nowhere + circle), 4, "announces 4 features but the file holds 3");
+}
+
+// What is easily taken for a document is told by what it is.
+TEST_F(DocumentFileTest, ForeignFilesAreToldByName) {
+  const std::string document = WithHeader(0, "");
+  ExpectRefused("\xEF\xBB\xBF" + document, 1, "begins with a byte order mark. Save it as UTF-8 without one");
+  ExpectRefused("\x1F\x8B\x08\0\0\0\0\0\n"s, 1, "the file is compressed (gzip). Unpack it first");
+  ExpectRefused("\x28\xB5\x2F\xFD\x24\n", 1, "the file is compressed (zstd). Unpack it first");
+  std::string wide;
+  for (const char c : document) wide += {c, '\0'};
+  ExpectRefused(wide, 1, "the file is UTF-16");
+  ExpectRefused("\xFF\xFE" + wide, 1, "the file is UTF-16");
+}
+
+// With any number of them: large objects are looked through in another way than small ones.
+TEST_F(DocumentFileTest, ManyAttributesAndModesAreToldApart) {
+  std::string attributes;
+  std::string modes;
+  for (int i = 0; i < 500; ++i) {
+    attributes += fmt::format("{}\"k{}\":{}", i == 0 ? "" : ",", i, i);
+    modes += fmt::format("{}\"k{}\":{}", i == 0 ? "" : ",", i, i + 1);
+  }
+  const auto document = [](const std::string& all, const std::string& allModes) {
+    return WithHeader(1, fmt::format("{{\"id\":1,\"type\":\"X\",\"attributes\":{{{}}},\"modes\":{{{}}}}}\n",
+                                     all, allModes));
+  };
+  EXPECT_EQ(Read(document(attributes, modes)).text, document(attributes, modes));
+  ExpectRefused(document(attributes + ",\"k77\":1", modes), 2, "attribute \"k77\" stands twice");
+  ExpectRefused(document(attributes, modes + ",\"k77\":1"), 2, "\"modes\" names \"k77\" twice");
+  ExpectRefused(document(attributes, modes + ",\"k500\":1"), 2, "\"k500\", which is no attribute");
+  std::string upgrades = "\"U0\"";
+  for (int i = 1; i < 500; ++i) upgrades += fmt::format(",\"U{}\"", i);
+  const auto header = [](const std::string& all) {
+    return fmt::format("{{\"format\":\"hvxdoc\",\"version\":1,\"upgrades\":[{}],\"features\":0}}\n", all);
+  };
+  EXPECT_EQ(Read(header(upgrades)).text, header(upgrades));
+  ExpectRefused(header(upgrades + ",\"U77\""), 1, "\"upgrades\" names \"U77\" twice");
+}
+
+// Whichever allocation fails: it is never the document's fault.
+TEST_F(DocumentFileTest, LackOfMemoryIsToldAsThat) {
+  if (!testing_support::CanFailAllocations()) GTEST_SKIP() << "the sanitizer allocates";
+  const std::string lines = R"({"id":1,"type":"X","father":{"ref":2},"attributes":{"A":["text",{"ref":2}]}}
+{"id":2,"type":"X","alias":"Ann\u00e9e"}
+)";
+  const std::string broken = WithHeader(3, lines + "{\"id\":3,\n");
+  for (const std::string& bytes : {WithHeader(2, lines), broken}) {
+    const std::filesystem::path file = folder_.Put("in.hvxdoc", bytes);
+    std::size_t countdown = 0;
+    do {
+      try {
+        const FailingAllocations failing(countdown++);
+        static_cast<void>(ReadDocument(file));
+      } catch (const std::bad_alloc&) {
+      } catch (const DocumentError& error) {
+        EXPECT_FALSE(FailingAllocations::HaveFailed()) << countdown << ": " << error.what();
+      }
+    } while (FailingAllocations::HaveFailed());
+    EXPECT_GT(countdown, 5U);
+  }
 }
 
 TEST_F(DocumentFileTest, AFileCutOffAnywhereIsNoticed) {

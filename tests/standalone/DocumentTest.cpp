@@ -103,6 +103,28 @@ TEST_F(DocumentTest, AttributesGrowAndKeepTheirOrder) {
   EXPECT_EQ(Line(1), fmt::format(R"({{"id":1,"type":"X","attributes":{{{}}}}})", expected));
 }
 
+// Many attributes are found in another way than few.
+TEST_F(DocumentTest, ManyAttributesAreFoundAsFewAre) {
+  Given(R"({"id":1,"type":"X"}
+           {"id":2,"type":"X"})");
+  Feature& feature = At(1);
+  constexpr int kMany = 300;
+  const auto key = [](int i) { return NameTable::Intern(std::to_string(i)); };
+  for (int i = 0; i < kMany; ++i) {
+    EXPECT_EQ(Doc().FindAttribute(feature, key(i)), nullptr);
+    Doc().SetAttribute(feature, key(i), i == 70 ? Value::Link(&At(2)) : Value::Integer(i));
+  }
+  Doc().RemoveAttribute(feature, key(60));
+  Doc().Remove(At(2));
+  Doc().SetAttribute(feature, key(80), Value::Integer(-1));
+  for (int i = 0; i < kMany; ++i) {
+    const Attribute* const found = Doc().FindAttribute(feature, key(i));
+    EXPECT_EQ(found == nullptr, i == 60 || i == 70) << i;
+    if (found == nullptr) continue;
+    EXPECT_EQ(found->value, Value::Integer(i == 80 ? -1 : i)) << i;
+  }
+}
+
 TEST_F(DocumentTest, AFeatureIsRemovedOnce) {
   Given(R"({"id":1,"type":"X"}
            {"id":2,"type":"X","father":{"ref":1}}

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "analysis/MeshNumbers.h"
 #include "analysis/VLMAnalysisExplicitElement.h"
 #include "analysis/VLMAnalysisExplicitModel.h"
 #include "analysis/VLMAnalysisExplicitNode.h"
@@ -139,6 +140,19 @@ TEST_F(MeshNumbersTest, OnlyMeshObjectsOfPartsThatAreThereAreLinked) {
   EXPECT_EQ(counterpart.LinkWithMeshPointer(reinterpret_cast<const VLMMSHElement*>(&stray), Model()), S_OK);
   EXPECT_TRUE(counterpart == NULL_exp);
   EXPECT_THAT(Lines(), testing::HasSubstr(Part(3, Elements(1, "[2,1]"))));
+}
+
+// A few bytes announce any number of them.
+TEST_F(MeshNumbersTest, AllMeshPartsTogetherMayHaveSoManyObjects) {
+  GivenParts({Elements(1, "[]"), Elements(1, "[]")});
+  standalone::MeshNumbers& numbers = standalone::MeshNumbers::Of(Doc());
+  constexpr std::size_t kHalf = standalone::kMostMeshObjects / 2;
+  static_cast<void>(numbers.Elements(At(2), kHalf));
+  static_cast<void>(numbers.Nodes(At(2), kHalf));
+  static_cast<void>(numbers.Nodes(At(2), kHalf));  // the same ones
+  EXPECT_THROW(static_cast<void>(numbers.Elements(At(3), 1)), std::runtime_error);
+  static_cast<void>(numbers.Nodes(At(2), kHalf - 1));
+  static_cast<void>(numbers.Elements(At(3), 1));
 }
 
 TEST_F(MeshNumbersTest, MillionsOfNodesAreResetInOnePass) {

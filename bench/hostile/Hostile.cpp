@@ -1,0 +1,263 @@
+// Measures what documents cost that are written to cost more than their size: reading, checking, upgrading,
+// verifying and writing each, at one size and at four times that, as multiples of what a harmless document of
+// the same size costs.
+//   hvx_hostile [--bytes N] [--check] [SHAPE...]
+//   hvx_hostile --write FOLDER [--bytes N] [SHAPE...]     writes the documents instead
+// With --check it ends with 1 when a shape costs more than docs/reliability.md promises.
+
+#include <fmt/format.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "DocumentGenerator.h"
+#include "Shapes.h"
+#include "check/Conformity.h"
+#include "check/Integrity.h"
+#include "check/Losses.h"
+#include "compare/DocumentDifference.h"
+#include "compare/DroppedValues.h"
+#include "file/DocumentReader.h"
+#include "file/DocumentWriter.h"
+#include "session/FeatureCatalogs.h"
+#include "upgrade/UpgradeLibrary.h"
+#include "upgrade/VersionManager.h"
+
+namespace {
+
+using namespace standalone;
+
+constexpr std::size_t kTimes = 4;  // how much larger the second size is
+constexpr int kRepetitions = 3;
+
+// What no shape may exceed: the cost per byte, as a multiple of the harmless document's, and how much more a
+// byte costs at the larger size. Both leave room for a machine on which others work at the same time.
+constexpr double kMostTimesHarmless = 8.0;
+constexpr double kMostGrowth = 2.5;
+// Below this the clock tells more than the program.
+constexpr double kLeastSeconds = 0.05;
+
+enum Stage : std::size_t { kRead, kCheck, kUpgrade, kVerify, kWrite, kCompare, kStages };
+constexpr std::array<std::string_view, kStages> kStageNames = {"read",   "check", "upgrade",
+                                                               "verify", "write", "compare"};
+
+struct Cost {
+  std::array<double, kStages> seconds{};
+  double peakBytes = 0.0;
+
+  [[nodiscard]] double Total() const {
+    double total = 0.0;
+    for (const double each : seconds) total += each;
+    return total;
+  }
+};
+
+// Processor time of this process: unlike the time on the wall it does not count what others do meanwhile.
+double Now() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+  };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+// A document that is refused, or given up, costs what was done until then.
+Cost Trip(const std::string& input, const std::string& output) {
+  const UpgradeLibrary library(HVX_LIBRARY);
+  const VersionManager manager({&library.Description()});
+  FeatureCatalogs::Use(std::string(HVX_SOURCE_DIR) + "/standalone/catalogs");
+  Cost cost;
+  const auto run = [&cost](Stage stage, const std::function<void()>& action) {
+    const double start = Now();
+    try {
+      action();
+      cost.seconds[stage] = Now() - start;
+      return true;
+    } catch (const std::exception&) {
+      cost.seconds[stage] = Now() - start;
+      return false;
+    }
+  };
+  DocumentPtr document;
+  bool goesOn = run(kRead, [&] { document = ReadDocument(input); });
+  goesOn = goesOn && run(kCheck, [&] { static_cast<void>(CheckConformity(*document.Get())); });
+  goesOn = goesOn && run(kUpgrade, [&] {
+             document->Changes().Start();
+             static_cast<void>(manager.Unknown(*document.Get()));
+             static_cast<void>(manager.Run(document, manager.Pending(*document.Get())));
+           });
+  goesOn = goesOn && run(kVerify, [&] {
+             static_cast<void>(FindFaults(*document.Get(), 1));
+             static_cast<void>(CheckConformity(*document.Get()));
+             static_cast<void>(FindLosses(*document.Get()));
+             static_cast<void>(FindDroppedValues(*document.Get()));
+           });
+  WriteOptions options;
+  options.overwrite = true;
+  goesOn = goesOn && run(kWrite, [&] { WriteDocument(*document.Get(), output, options); });
+  if (goesOn) {
+    const DocumentPtr before = ReadDocument(input);
+    run(kCompare, [&] { static_cast<void>(Compare(*before.Get(), *document.Get())); });
+  }
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  cost.peakBytes = static_cast<double>(usage.ru_maxrss) * 1024;
+  return cost;
+}
+
+// In a process of its own: what one document leaves in tables of names must not help or hinder the next.
+Cost MeasureOnce(const std::string& input, const std::string& output) {
+  std::array<int, 2> channel{};
+  if (pipe(channel.data()) != 0) throw std::runtime_error("a pipe cannot be made");
+  const pid_t child = fork();
+  if (child < 0) throw std::runtime_error("a process cannot be started");
+  if (child == 0) {
+    const Cost cost = Trip(input, output);
+    const bool sent = write(channel[1], &cost, sizeof cost) == sizeof cost;
+    _exit(sent ? 0 : 1);
+  }
+  close(channel[1]);
+  Cost cost;
+  const bool received = read(channel[0], &cost, sizeof cost) == sizeof cost;
+  close(channel[0]);
+  int status = 0;
+  waitpid(child, &status, 0);
+  if (!received || status != 0) throw std::runtime_error(fmt::format("the trip of {} failed", input));
+  return cost;
+}
+
+class Measurement {
+ public:
+  explicit Measurement(std::filesystem::path folder) : folder_(std::move(folder)) {}
+
+  // The least of several: what else the machine does only adds.
+  [[nodiscard]] Cost Of(const std::string& text) const {
+    const std::string input = (folder_ / "input.hvxdoc").string();
+    const std::string output = (folder_ / "output.hvxdoc").string();
+    std::ofstream(input, std::ios::binary) << text;
+    Cost least = MeasureOnce(input, output);
+    for (int i = 1; i < kRepetitions; ++i) {
+      const Cost cost = MeasureOnce(input, output);
+      if (cost.Total() < least.Total()) least = cost;
+    }
+    return least;
+  }
+
+  // As documents are, repeated up to about so many bytes.
+  [[nodiscard]] std::string Harmless(std::size_t bytes) const {
+    constexpr std::size_t kBytesOfFeature = 150;
+    const std::string file = (folder_ / "harmless.hvxdoc").string();
+    WriteOptions options;
+    options.overwrite = true;
+    WriteDocument(*bench::GenerateDocument(bench::ExamplePatterns(HVX_SOURCE_DIR), bytes / kBytesOfFeature,
+                                           bench::kSeed)
+                       .Get(),
+                  file, options);
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+
+ private:
+  std::filesystem::path folder_;
+};
+
+double PerByte(const Cost& cost, const std::string& text) {
+  return cost.Total() / static_cast<double>(text.size());
+}
+
+// Whether the shape keeps within the bounds.
+bool Report(std::string_view name, bool isConstant, const Measurement& measurement, const std::string& text,
+            const std::string& larger, double harmlessPerByte) {
+  const Cost cost = measurement.Of(text);
+  const Cost costOfLarger = measurement.Of(larger);
+  const double times = PerByte(costOfLarger, larger) / harmlessPerByte;
+  const double growth = PerByte(costOfLarger, larger) / PerByte(cost, text);
+  const bool holds = (isConstant && growth * kTimes <= kMostGrowth) || costOfLarger.Total() < kLeastSeconds ||
+                     (times <= kMostTimesHarmless && growth <= kMostGrowth);
+  std::string stages;
+  for (std::size_t stage = 0; stage < kStages; ++stage)
+    stages += fmt::format(" {:>8.3f}", costOfLarger.seconds[stage]);
+  fmt::print("{:<12} {:>6.1f} {}  {:>7.2f} {:>6.2f} {:>8.1f}{}\n", name,
+             static_cast<double>(larger.size()) / 1e6, stages, times, growth, costOfLarger.peakBytes / 1e6,
+             holds ? "" : "  TOO MUCH");
+  std::fflush(stdout);
+  return holds;
+}
+
+bool IsChosen(const std::vector<std::string>& chosen, std::string_view name) {
+  return chosen.empty() || std::ranges::find(chosen, name) != chosen.end();
+}
+
+bool MeasureAll(const std::vector<std::string>& chosen, std::size_t bytes, const Measurement& measurement) {
+  std::string head;
+  for (const std::string_view stage : kStageNames) head += fmt::format(" {:>8}", stage);
+  fmt::print(
+      "processor seconds at the larger size, the least of {}; cost per byte as a multiple of the harmless "
+      "document's, and of its own at a quarter of the size\n"
+      "{:<12} {:>6} {}  {:>7} {:>6} {:>8}\n",
+      kRepetitions, "shape", "MB", head, "times", "growth", "peak MB");
+  const std::string harmless = measurement.Harmless(bytes);
+  const std::string largerHarmless = measurement.Harmless(kTimes * bytes);
+  const double perByte = PerByte(measurement.Of(largerHarmless), largerHarmless);
+  Report("harmless", false, measurement, harmless, largerHarmless, perByte);
+  bool hold = true;
+  for (const bench::HostileShape& shape : bench::HostileShapes()) {
+    if (IsChosen(chosen, shape.name))
+      hold = Report(shape.name, shape.isConstant, measurement, shape.make(bytes), shape.make(kTimes * bytes),
+                    perByte) &&
+             hold;
+  }
+  return hold;
+}
+
+void WriteAll(const std::vector<std::string>& chosen, std::size_t bytes,
+              const std::filesystem::path& folder) {
+  for (const bench::HostileShape& shape : bench::HostileShapes()) {
+    if (!IsChosen(chosen, shape.name)) continue;
+    std::ofstream(folder / fmt::format("{}.hvxdoc", shape.name), std::ios::binary) << shape.make(bytes);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("Measures documents that are written to cost more than their size");
+  std::size_t bytes = 1'000'000;
+  bool check = false;
+  std::string folderForAll;
+  std::vector<std::string> chosen;
+  app.add_option("SHAPE", chosen, "The shapes; all without it");
+  app.add_option("--bytes", bytes, "The smaller of the two sizes");
+  app.add_flag("--check", check, "End with 1 when a shape costs too much");
+  app.add_option("--write", folderForAll, "Write the documents to this folder instead");
+  CLI11_PARSE(app, argc, argv);
+  if (!folderForAll.empty()) {
+    WriteAll(chosen, bytes, folderForAll);
+    return 0;
+  }
+  const std::filesystem::path folder =
+      std::filesystem::temp_directory_path() / fmt::format("hvx-hostile-{}", getpid());
+  std::filesystem::create_directory(folder);
+  int code = 0;
+  try {
+    const bool hold = MeasureAll(chosen, bytes, Measurement(folder));
+    if (check && !hold) code = 1;
+  } catch (const std::exception& error) {
+    fmt::print(stderr, "hvx_hostile: {}\n", error.what());
+    code = 1;
+  }
+  std::filesystem::remove_all(folder);
+  return code;
+}
