@@ -391,9 +391,10 @@ constexpr HostileShape kShapes[] = {
     {"containers", "each feature in the one before as its container", ContainerChain},
     {"cases", "all features analysis cases", Cases},
     {"models", "many analysis models with all that stands in one", Models},
-    {"properties", "connection properties, and cases that lack the set for contacts", PropertiesAndCases},
+    {"properties", "connection properties, and cases that lack the set for contacts", PropertiesAndCases,
+     HostileBound::kProduct},
     {"conditions", "conditions with sons of one name", Conditions},
-    {"meshes", "mesh parts of millions of elements", MeshCounts, true},
+    {"meshes", "mesh parts of millions of elements", MeshCounts, HostileBound::kConstant},
     {"broken", "the last line broken", BrokenAtTheEnd},
     {"circle", "all features in one circle of fathers", Circle},
 };

@@ -23,10 +23,25 @@ std::string_view TypeName(ondemand::json_type type) {
   return "something else";
 }
 
+// A key may be as long as a line. What names it tells its front, and the end of the sentence.
+std::string Shortened(std::string problem) {
+  constexpr std::size_t kFront = 300;
+  constexpr std::size_t kBack = 60;
+  if (problem.size() <= kFront + kBack) return problem;
+  const auto isWithinCharacter = [&problem](std::size_t at) {
+    return (static_cast<unsigned char>(problem[at]) & 0xc0U) == 0x80;
+  };
+  std::size_t front = kFront;
+  while (isWithinCharacter(front)) --front;
+  std::size_t back = problem.size() - kBack;
+  while (back < problem.size() && isWithinCharacter(back)) ++back;
+  return problem.replace(front, back - front, "...");
+}
+
 }  // namespace
 
 void Refuse(std::string problem, std::string_view advice) {
-  throw Unsound{std::move(problem), std::string(advice)};
+  throw Unsound{Shortened(std::move(problem)), std::string(advice)};
 }
 
 void Expect(ondemand::value value, ondemand::json_type wanted, std::string_view key) {

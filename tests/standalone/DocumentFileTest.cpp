@@ -289,6 +289,17 @@ TEST_F(DocumentFileTest, OfSeveralFaultsTheFirstIsTold) {
   ExpectRefused(WithHeader(4, sound + nowhere + circle), 4, "announces 4 features but the file holds 3");
 }
 
+TEST_F(DocumentFileTest, AMessageDoesNotRepeatAKeyOfAnyLength) {
+  std::string key;
+  for (int i = 0; i < 100'000; ++i) key += "é";
+  const Outcome outcome = Read(WithHeader(1, R"({"id":1,"type":"X","modes":{")" + key + "\":1}}\n"));
+  EXPECT_THAT(outcome.text, StartsWith("\"modes\" names \"éé"));
+  EXPECT_THAT(outcome.text, HasSubstr("é...é"));
+  EXPECT_THAT(outcome.text, HasSubstr("é\", which is no attribute. "));
+  EXPECT_LT(outcome.text.size(), 600U);
+  EXPECT_TRUE(simdjson::validate_utf8(outcome.text));
+}
+
 // What is easily taken for a document is told by what it is.
 TEST_F(DocumentFileTest, ForeignFilesAreToldByName) {
   const std::string document = WithHeader(0, "");
