@@ -63,9 +63,9 @@ void RemoveOldLeftovers(const std::vector<fs::path>& targets, bool quiet) {
   }
   if (files == 0 || quiet) return;
   Put(stderr,
-      Printable(fmt::format("removed {} ({}) that earlier runs, which were killed, left in {}\n",
-                            Count(files, "temporary file"), Count(bytes, "byte"),
-                            cleaned.begin()->string() + (cleaned.size() > 1 ? " and other folders" : ""))));
+      fmt::format("removed {} ({}) that earlier runs, which were killed, left in {}{}\n",
+                  Count(files, "temporary file"), Count(bytes, "byte"), Printable(cleaned.begin()->string()),
+                  cleaned.size() > 1 ? " and other folders" : ""));
 }
 
 }  // namespace tool
