@@ -21,7 +21,7 @@ bool OnTerminal() {
 
 }  // namespace
 
-Progress::Progress(std::string subject, bool wanted)
+Progress::Progress(std::string_view subject, bool wanted)
     : subject_(Printable(subject)),
       wanted_(wanted && OnTerminal()),
       nextDrawing_(Clock::now() + kBeforeFirst) {}

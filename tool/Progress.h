@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <string>
+#include <string_view>
 
 namespace tool {
 
@@ -10,7 +11,7 @@ namespace tool {
 class Progress {
  public:
   /// `subject`: what is worked on, such as a file name.
-  Progress(std::string subject, bool wanted);
+  Progress(std::string_view subject, bool wanted);
   ~Progress();
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
