@@ -21,6 +21,7 @@
 
 #include "BarePass.h"
 #include "DocumentGenerator.h"
+#include "ProcessorTime.h"
 #include "check/Conformity.h"
 #include "check/Integrity.h"
 #include "file/DocumentReader.h"
@@ -40,21 +41,10 @@ constexpr const char* kRow =
     "{:>9.0f} {:>7.1f} {:>8.1f} {:>7.3f} {:>7.3f} {:>7.3f} {:>7.3f} {:>7.3f} {:>7.3f} {:>11.2f} {:>14.2f} "
     "{:>11.2f} {:>8.2f} {:>11.2f}\n";
 
-// Processor time of this process, in seconds: unlike the time on the wall it does not count what others do
-// meanwhile.
-double Now() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  const auto seconds = [](const timeval& time) {
-    return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
-  };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
 double TimeOf(const std::function<void()>& action) {
-  const double start = Now();
+  const double start = bench::ProcessorTime();
   action();
-  return Now() - start;
+  return bench::ProcessorTime() - start;
 }
 
 struct Figures {

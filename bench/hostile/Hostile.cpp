@@ -22,6 +22,7 @@
 #include <vector>
 
 #include "DocumentGenerator.h"
+#include "ProcessorTime.h"
 #include "Shapes.h"
 #include "check/Conformity.h"
 #include "check/Integrity.h"
@@ -63,16 +64,6 @@ struct Cost {
   }
 };
 
-// Processor time of this process: unlike the time on the wall it does not count what others do meanwhile.
-double Now() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  const auto seconds = [](const timeval& time) {
-    return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
-  };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
 // A document that is refused, or given up, costs what was done until then.
 Cost Trip(const std::string& input, const std::string& output, bool isUpgraded) {
   const UpgradeLibrary library(HVX_LIBRARY);
@@ -80,13 +71,13 @@ Cost Trip(const std::string& input, const std::string& output, bool isUpgraded) 
   FeatureCatalogs::Use(std::string(HVX_SOURCE_DIR) + "/standalone/catalogs");
   Cost cost;
   const auto run = [&cost](Stage stage, const std::function<void()>& action) {
-    const double start = Now();
+    const double start = bench::ProcessorTime();
     try {
       action();
-      cost.seconds[stage] = Now() - start;
+      cost.seconds[stage] = bench::ProcessorTime() - start;
       return true;
     } catch (const std::exception&) {
-      cost.seconds[stage] = Now() - start;
+      cost.seconds[stage] = bench::ProcessorTime() - start;
       return false;
     }
   };
