@@ -22,6 +22,11 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
+// The parser looks for its best form on this processor when it is first asked, allocates for that, and ends
+// the program where it gets no memory. Asked while the library is loaded, it never does so with a document at
+// work.
+[[maybe_unused]] const bool isParserChosen = !simdjson::get_active_implementation()->name().empty();
+
 class Reader {
  public:
   Reader(const std::filesystem::path& file, const ReadOptions& options)
