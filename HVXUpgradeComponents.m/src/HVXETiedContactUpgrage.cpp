@@ -60,7 +60,10 @@ HRESULT HVXETiedContactUpgrage::MoveSupportFromProperty() {
   const VLMISamAnalysisSupport_var spSupport(spTie);
   if (spSupport == NULL_var) return E_FAIL;
   static_cast<void>(spSupport->PrepareSupports());
-  return spSupport->AddSupport(VLMILinkableObject_var(spFirst), VLMISpecObject_var(spSecond), kConnectorType);
+  // Asked one after the other: the order of two in one argument list is each compiler's own.
+  const VLMILinkableObject_var spFirstObject(spFirst);
+  const VLMISpecObject_var spSecondObject(spSecond);
+  return spSupport->AddSupport(spFirstObject, spSecondObject, kConnectorType);
 }
 
 HRESULT HVXETiedContactUpgrage::RenameToFastenedPair() {
