@@ -156,10 +156,19 @@ class Check {
 
 }  // namespace
 
-bool Survey::HasInteractionSet(const Feature& analysisCase) const {
-  const auto [entry, isNew] = withInteractionSet_.try_emplace(&analysisCase, false);
-  if (isNew) entry->second = FirstSonOfKind(analysisCase, "HVXInteractionContainerLT") != nullptr;
+bool Survey::HasInteractionSet(const Feature& caseOrStep) const {
+  const auto [entry, isNew] = withInteractionSet_.try_emplace(&caseOrStep, false);
+  if (isNew) entry->second = FirstSonOfKind(caseOrStep, "HVXInteractionContainerLT") != nullptr;
   return entry->second;
+}
+
+// Of the first step in which a contact can begin.
+bool Survey::HasSetInFirstStep(const Feature& analysisCase) const {
+  std::vector<Feature*> steps = StepsOf(analysisCase);
+  if (!steps.empty()) steps.erase(steps.begin());  // the initial one
+  const auto first =
+      std::ranges::find_if_not(steps, [](Feature* step) { return IsOfKind(*step, "HVXStaticLPStepLT"); });
+  return first != steps.end() && HasInteractionSet(**first);
 }
 
 bool Survey::CasesTakeContacts(bool withClearance) const {
@@ -185,7 +194,8 @@ Survey::Survey(Document& document)
     if (HasInteractionSet(*analysisCase)) continue;
     casesTakeContacts_ = false;
     // A pair for a property with a clearance goes into the first step's set where the case wants that.
-    if (check::IntegerOf(*analysisCase, kCaseKind, 0) != 1) casesTakeClearances_ = false;
+    if (check::IntegerOf(*analysisCase, kCaseKind, 0) != 1 || !HasSetInFirstStep(*analysisCase))
+      casesTakeClearances_ = false;
   }
 }
 

@@ -48,6 +48,13 @@ constexpr DamageKind kUnreadableFit{
     "the property"};
 constexpr DamageKind kUnreadableFitYet{"{} of its interference fit cannot be read",
                                        "Give its interference fit a number as {}"};
+constexpr DamageKind kWithoutSidesYet{
+    "{} of its first support is missing: the contact pair made for it would have no sides",
+    "Let its first support have a {}"};
+constexpr DamageKind kWithoutSides{
+    "its first support lacks one of its two sides, and each run would make another contact pair without "
+    "sides",
+    "Give the property both sides of its first support, then run hvxupgrade upgrade --retry"};
 constexpr DamageKind kStandsNowhere{"it stands in no container", "Put the feature in the analysis container"};
 
 std::string IdOf(const Feature& feature) {
@@ -204,6 +211,21 @@ std::string_view UnreadableOfFit(Feature& property) {
   return isReadable ? std::string_view() : kFitValue.Text();
 }
 
+// A verdict on what must not run again as long as it is so.
+Verdict Once(const DamageKind& yet, std::string_view key, const DamageKind& later) {
+  Verdict verdict = Damaged(yet, key);
+  verdict.state = Verdict::State::kOnce;
+  verdict.onceItRan = &later;
+  return verdict;
+}
+
+// The side of the property's first support that is missing; empty for none.
+std::string_view MissingSide(Feature& property) {
+  if (check::FirstSupported(property) == nullptr) return kFirstObject.Text();
+  const bool hasSecond = LinkedFeature(*check::FirstSupport(property), kSecondObject) != nullptr;
+  return hasSecond ? std::string_view() : kSecondObject.Text();
+}
+
 // Properties are replaced where they are members of a set, and only in documents of this product alone.
 Verdict ContactProperty(Feature& feature, const Survey& survey) {
   static const Key propertySet("PropertySet");
@@ -211,15 +233,14 @@ Verdict ContactProperty(Feature& feature, const Survey& survey) {
   const bool isMember = feature.father != nullptr &&
                         (IsA(*feature.father, propertySet) || IsA(*feature.father, halvexPropertySet));
   if (!isMember || !survey.HasCasesOfThisProductOnly()) return Conforms();
+  // No run knows the pair again that an earlier one made without sides.
+  if (const std::string_view key = MissingSide(feature); !key.empty())
+    return Once(kWithoutSidesYet, key, kWithoutSides);
   if (!survey.CasesTakeContacts(check::FlagOf(feature, kClearanceFlag)))
     return Damaged(kNoContainer, "HVXInteractionContainerLT");
   // A second run would find the pair that the first one made, and delete the property with its fit.
-  if (const std::string_view key = UnreadableOfFit(feature); !key.empty()) {
-    Verdict verdict = Damaged(kUnreadableFitYet, key);
-    verdict.state = Verdict::State::kOnce;
-    verdict.onceItRan = &kUnreadableFit;
-    return verdict;
-  }
+  if (const std::string_view key = UnreadableOfFit(feature); !key.empty())
+    return Once(kUnreadableFitYet, key, kUnreadableFit);
   if (LinkedFeature(feature, kPropertyFit) != nullptr) return {Verdict::State::kOnce, {}, &kFitMayBeLost};
   return Outdated();
 }

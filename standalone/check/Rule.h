@@ -79,14 +79,16 @@ class Survey {
   [[nodiscard]] bool CreatesParameters() const { return createsParameters_; }
   /// The analysis cases, in document order.
   [[nodiscard]] const std::vector<Feature*>& Cases() const { return cases_; }
-  /// Whether the case has a set in which contacts stand.
-  [[nodiscard]] bool HasInteractionSet(const Feature& analysisCase) const;
+  /// Whether the case, or the step, has a set in which contacts stand.
+  [[nodiscard]] bool HasInteractionSet(const Feature& caseOrStep) const;
   /// Whether every case can be given a pair for a connection property, with or without a clearance.
   [[nodiscard]] bool CasesTakeContacts(bool withClearance) const;
   /// Whether there are analysis cases, all of them of this product.
   [[nodiscard]] bool HasCasesOfThisProductOnly() const { return casesOfThisProductOnly_; }
 
  private:
+  [[nodiscard]] bool HasSetInFirstStep(const Feature& analysisCase) const;
+
   Document& document_;
   IdSet registered_;
   std::vector<Feature*> cases_;

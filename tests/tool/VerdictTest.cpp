@@ -98,6 +98,37 @@ TEST_F(VerdictTest, RetryCompletesWhatAPersonCorrectedAndNothingElse) {
   EXPECT_EQ(Content(file), complete);
 }
 
+// A contact that an earlier run made without sides is not known again as the property's.
+TEST_F(VerdictTest, APropertyWithoutSidesIsRunAgainOnlyWhenItHasThem) {
+  const std::string file = Document("contact.hvxdoc", R"({"id":1,"type":"AnalysisModel"}
+{"id":2,"type":"PropertySet","father":{"ref":1}}
+{"id":3,"type":"SAMFaceFaceContact","father":{"ref":2},"attributes":{"ClearanceFlag":true,"Clearance":0.1,"Supports":[{"ref":4}]}}
+{"id":4,"type":"GeometrySmartConnector","father":{"ref":3},"attributes":{"FirstObject":null,"SecondObject":{"ref":9}}}
+{"id":5,"type":"AnalysisCase","father":{"ref":1},"attributes":{"Solver":"Halvex","AnalysisType":1,"CaseKind":1}}
+{"id":6,"type":"HVXInteractionContainerLT","father":{"ref":5}}
+{"id":7,"type":"AnalysisCase","father":{"ref":1},"attributes":{"Solver":"Halvex","AnalysisType":1,"CaseKind":1}}
+{"id":8,"type":"Surface"}
+{"id":9,"type":"Surface"}
+)");
+  ASSERT_EQ(Run({"upgrade", file, "--in-place", "--accept-failures"}).code, 1);
+  const std::string upgraded = Content(file);
+  EXPECT_TRUE(Has(upgraded, "HVXContactConnectionEnhancementStdLT"));
+  const Ended again = Run({"upgrade", file, "--retry", "--in-place", "--accept-failures"});
+  EXPECT_TRUE(Has(again.out, "already current")) << again.out;
+  EXPECT_TRUE(Has(again.out, "its first support lacks one of its two sides")) << again.out;
+  EXPECT_EQ(Content(file), upgraded);
+
+  std::string corrected = upgraded;
+  const auto replace = [&corrected](std::string_view old, std::string_view now) {
+    ASSERT_TRUE(Has(corrected, std::string(old))) << old;
+    corrected.replace(corrected.find(old), old.size(), now);
+  };
+  replace(R"("FirstObject":null)", R"("FirstObject":{"ref":8})");
+  Put(file, corrected);
+  const Ended stuck = Run({"check", file});
+  EXPECT_TRUE(Has(stuck.out, "the analysis case has no \"HVXInteractionContainerLT\"")) << stuck.out;
+}
+
 TEST_F(VerdictTest, DroppedValuesAreListedAndMayBeAFailure) {
   const std::string file = Document("job.hvxdoc", kJobLines);
   const Ended told = Run({"upgrade", file, "--dry-run", "--report", Path("report.json")});
