@@ -48,7 +48,7 @@ std::optional<std::uint64_t> AvailableMemory() {
 }
 
 // AddressSanitizer reserves far more than is used.
-#ifdef __SANITIZE_ADDRESS__
+#ifdef HVX_SANITIZED
 constexpr bool kReservesMuch = true;
 #else
 constexpr bool kReservesMuch = false;

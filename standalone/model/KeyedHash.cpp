@@ -12,7 +12,7 @@ namespace {
 
 using HashKey = std::array<std::uint64_t, 2>;
 
-const HashKey& Key() {
+const HashKey& KeyOfProcess() {
   static const HashKey key = [] {
     HashKey drawn{};
     if (getentropy(drawn.data(), sizeof drawn) == 0) return drawn;
@@ -66,13 +66,13 @@ class Sip {
 }  // namespace
 
 std::uint64_t KeyedHashOf(std::uint64_t number) noexcept {
-  Sip sip(Key());
+  Sip sip(KeyOfProcess());
   sip.Add(number);
   return sip.Finish();
 }
 
 std::uint64_t KeyedHashOf(std::string_view text) noexcept {
-  Sip sip(Key());
+  Sip sip(KeyOfProcess());
   const std::uint64_t size = text.size();
   std::uint64_t word = 0;
   for (; text.size() >= sizeof word; text.remove_prefix(sizeof word)) {

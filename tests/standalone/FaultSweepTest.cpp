@@ -13,7 +13,7 @@ using namespace standalone;
 // How far apart the calls are that are made to fail: under sanitizers, where a run takes several times as
 // long, they are samples spread over the document.
 std::int64_t Stride([[maybe_unused]] std::int64_t calls) {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef HVX_SANITIZED
   constexpr std::int64_t kRuns = 80;  // of one document in one mode
   return calls / kRuns + 1;
 #else

@@ -16,7 +16,7 @@ namespace {
 
 using namespace standalone;
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef HVX_SANITIZED
 constexpr int kDocuments = 160;  // a run takes several times as long
 #else
 constexpr int kDocuments = 2400;

@@ -12,7 +12,7 @@ thread_local bool haveFailed = false;
 
 }  // namespace
 
-#if !defined(__SANITIZE_ADDRESS__)
+#if !defined(HVX_SANITIZED)
 
 namespace {
 
@@ -58,7 +58,7 @@ void* operator new(std::size_t size, std::align_val_t alignment, const std::noth
 namespace testing_support {
 
 bool CanFailAllocations() {
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(HVX_SANITIZED)
   return false;
 #else
   return true;

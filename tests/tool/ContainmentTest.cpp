@@ -161,14 +161,14 @@ TEST_F(ContainmentTest, LimitsAreToldWithWhatReachedThem) {
                           "properties in 20 cases), which is the limit; raise it with --limit-features"),
             std::string::npos)
       << features;
-#ifndef __SANITIZE_ADDRESS__
+#ifndef HVX_SANITIZED
   const std::string memory = givenUp({"--limit-memory", "1"});
   EXPECT_NE(memory.find("not enough memory (the limit is 1 MB; --limit-memory raises it)"), std::string::npos)
       << memory;
 #endif
 }
 
-#ifndef __SANITIZE_ADDRESS__  // which needs pipes itself
+#ifndef HVX_SANITIZED  // which needs pipes itself
 TEST_F(ContainmentTest, AWorkerThatCannotBeStartedConcernsItsDocumentAlone) {
   const std::string file = Document("job.hvxdoc", kJobLines);
   LimitOpenFiles(6);  // the three streams, two of the report, and one end of a pipe
