@@ -32,7 +32,12 @@ inline void Say(std::string_view text) {
   Put(stdout, text);
 }
 
+/// What made the first `Put` to standard output fail, as an error number; 0 when none did.
+[[nodiscard]] int OutputError();
+
 /// Writes "hvxupgrade: " and `message`, made printable, as a line to standard error.
 void Complain(std::string_view message);
+/// Says that there is not enough memory, without needing any.
+void ComplainOfMemory() noexcept;
 
 }  // namespace tool

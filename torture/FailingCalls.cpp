@@ -102,18 +102,21 @@ HVX_FAILING(void*, mmap, (void* at, std::size_t size, int access, int flags, int
             (at, size, access, flags, file, from), reinterpret_cast<void*>(kNoMemory))
 
 // What moves bytes may move some of them only.
-#define HVX_MOVING(name, parameters, arguments, size)                               \
+#define HVX_MOVING(meet, name, parameters, arguments, size)                         \
   extern "C" ssize_t name parameters {                                              \
     static auto* const real = reinterpret_cast<ssize_t(*) parameters>(Real(#name)); \
-    const Fault fault = Meet(Call::k_##name);                                       \
+    const Fault fault = meet;                                                       \
     if (fault == Fault::kError) return -1;                                          \
     if (fault == Fault::kShort) size = (size + 1) / 2;                              \
     return real arguments;                                                          \
   }
-HVX_MOVING(read, (int file, void* out, std::size_t size), (file, out, size), size)
-HVX_MOVING(write, (int file, const void* bytes, std::size_t size), (file, bytes, size), size)
-HVX_MOVING(pread, (int file, void* out, std::size_t size, off_t at), (file, out, size, at), size)
-HVX_MOVING(pwrite, (int file, const void* bytes, std::size_t size, off_t at), (file, bytes, size, at), size)
+HVX_MOVING(Meet(Call::k_read), read, (int file, void* out, std::size_t size), (file, out, size), size)
+HVX_MOVING(MeetWriting(Call::k_write, file), write, (int file, const void* bytes, std::size_t size),
+           (file, bytes, size), size)
+HVX_MOVING(Meet(Call::k_pread), pread, (int file, void* out, std::size_t size, off_t at),
+           (file, out, size, at), size)
+HVX_MOVING(Meet(Call::k_pwrite), pwrite, (int file, const void* bytes, std::size_t size, off_t at),
+           (file, bytes, size, at), size)
 
 extern "C" pid_t fork() {
   static auto* const real = reinterpret_cast<pid_t (*)()>(Real("fork"));

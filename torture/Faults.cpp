@@ -4,6 +4,7 @@
 #include <execinfo.h>
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -146,6 +147,17 @@ Fault Meet(Call call) {
   if (plan.isShort) return Fault::kShort;
   errno = plan.error;
   return Fault::kError;
+}
+
+Fault MeetWriting(Call call, int file) {
+  const Fault fault = Meet(call);
+  const bool isOfDisks = errno == ENOSPC || errno == EDQUOT || errno == EFBIG || errno == EIO;
+  struct stat status {};
+  if (fault != Fault::kError || !isOfDisks) return fault;
+  const int cause = errno;
+  const bool isPipe = syscall(SYS_fstat, file, &status) == 0 && S_ISFIFO(status.st_mode);
+  errno = cause;
+  return isPipe ? Fault::kNone : fault;
 }
 
 void* Real(const char* name) {

@@ -35,7 +35,7 @@ FAULTS = {
     "mmap": (errno.ENOMEM,), "fork": (errno.EAGAIN, errno.ENOMEM), "pipe2": (errno.EMFILE, errno.ENFILE),
     "poll": (errno.ENOMEM, errno.EINTR), "ppoll": (errno.ENOMEM, errno.EINTR), "waitpid": (errno.ECHILD, errno.EINTR),
     "kill": (errno.EPERM,), "sigaction": (errno.EINVAL,), "sigprocmask": (errno.EINVAL,), "prctl": (errno.EINVAL,),
-    "fcntl": (errno.EBADF,), "dlopen": (errno.ENOMEM,), "getrlimit": (errno.EPERM,), "setrlimit": (errno.EPERM,),
+    "fcntl": (errno.EBADF,), "dlopen": (errno.ENOENT,), "getrlimit": (errno.EPERM,), "setrlimit": (errno.EPERM,),
     "gethostname": (errno.ENAMETOOLONG,), "getentropy": (errno.ENOSYS,), "isatty": (errno.ENOTTY,),
     "sysconf": (errno.EINVAL,), "setvbuf": (errno.ENOMEM,),
 }

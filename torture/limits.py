@@ -25,7 +25,7 @@ def limited(_references, sparse):
     def add(name, limit, values, **more):
         trials.extend(Trial(f"ulimit {name}", IN_PLACE, limits=((limit, value),), **more) for value in values)
 
-    add("file size", resource.RLIMIT_FSIZE, [0, 1, *growing(100, 200 * KB, finer)], error=errno.EFBIG)
+    add("file size", resource.RLIMIT_FSIZE, growing(300, 200 * KB, finer), error=errno.EFBIG)
     add("open files", resource.RLIMIT_NOFILE, range(0, 24, 3 if sparse else 1), error=errno.EMFILE)
     add("data", resource.RLIMIT_DATA, growing(64 * KB, 8 * MB, finer), may_end=True)
     add("address space", resource.RLIMIT_AS, growing(MB, 40 * MB, finer), may_end=True)

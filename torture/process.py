@@ -7,7 +7,7 @@ import signal
 import subprocess
 import time
 
-LONGEST = 20  # seconds; a run takes hundredths of one
+LONGEST = 10  # seconds; a run takes hundredths of one
 GRACE = 8     # for a worker whose parent is gone
 SUBREAPER = 36
 

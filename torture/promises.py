@@ -40,7 +40,8 @@ def judge_end(trial, run):
     broken = []
     told = [line for line in run.errors.splitlines() if line.startswith("hvxupgrade: ")]
     if run.code < 0:
-        if not trial.struck and not (trial.may_end and run.code == -signal.SIGABRT):
+        ended = trial.may_end and (run.code == -signal.SIGABRT or trial.limits)
+        if not trial.struck and not ended:
             broken.append(f"it died of signal {-run.code}")
         return broken
     if at_start(run):
@@ -48,7 +49,7 @@ def judge_end(trial, run):
     if run.code not in DOCUMENTED:
         broken.append(f"exit code {run.code} is none of the documented ones")
     silent = trial.fault.split(":")[1:2] in (["fwrite"], ["fflush"])  # how it would have told
-    if run.code not in (0, 1, 6) and not told and not silent:
+    if not trial.variant.targets and run.code not in (0, 1, 6) and not told and not silent:
         broken.append(f"exit code {run.code}, and nothing is told")
     if told and BLAMED.search(run.errors):
         broken.append("something is blamed that is sound")

@@ -8,6 +8,7 @@ from torture.process import run_program
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 PROGRAM = ROOT / "build/bin/hvxupgrade"
+RIGHTS = 0o640  # of the documents, which are not those of new files
 FAILING_CALLS = ROOT / "build/lib/hvx_failing_calls.so"
 
 
@@ -72,6 +73,7 @@ def fill(folder, start):
     for name, data in start.items():
         if not name.endswith("/"):
             (folder / name).write_bytes(data)
+            (folder / name).chmod(RIGHTS)
 
 
 def references(example=ROOT / "examples/heated_pipe.hvxdoc"):

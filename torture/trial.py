@@ -7,7 +7,7 @@ import tempfile
 
 from torture import promises
 from torture.process import run_program
-from torture.setting import FAILING_CALLS, PROGRAM, Variant, content, fill
+from torture.setting import FAILING_CALLS, PROGRAM, RIGHTS, Variant, content, fill
 
 
 @dataclasses.dataclass(frozen=True)
@@ -75,6 +75,8 @@ class Bench:
                           trial.blows, trial.user, trial.output)
         after = content(folder)
         verdict, broken = promises.judge(trial, run, reference, after)
+        broken += [f"{name} has other rights" for name in reference.start
+                   if name in after and (folder / name).stat().st_mode & 0o777 != RIGHTS]
         broken += self.again(trial, folder, reference, after)
         return Outcome(trial, verdict, broken, run)
 
