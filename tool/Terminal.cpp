@@ -57,6 +57,11 @@ void Put(std::FILE* stream, std::string_view text) {
   if (!isWhole && stream == stdout && outputError == 0) outputError = errno;
 }
 
+void FlushOutput() {
+  errno = 0;
+  if (std::fflush(stdout) != 0 && outputError == 0) outputError = errno;
+}
+
 int OutputError() {
   return outputError;
 }

@@ -32,7 +32,9 @@ inline void Say(std::string_view text) {
   Put(stdout, text);
 }
 
-/// What made the first `Put` to standard output fail, as an error number; 0 when none did.
+/// Brings what was put to standard output there.
+void FlushOutput();
+/// What made the first of these fail for standard output, as an error number; 0 when none did.
 [[nodiscard]] int OutputError();
 
 /// Writes "hvxupgrade: " and `message`, made printable, as a line to standard error.

@@ -209,7 +209,7 @@ class UpgradeCommand {
     } else if (!result.IsComplete()) {
       Complain(result.summary.substr(0, result.summary.find('\n')));
     }
-    std::fflush(stdout);
+    FlushOutput();
   }
 
   [[nodiscard]] std::string VerdictOnAll() const {

@@ -18,6 +18,7 @@
 #include <string_view>
 
 #include "Interruption.h"
+#include "Terminal.h"
 
 namespace tool {
 namespace {
@@ -35,6 +36,7 @@ constexpr std::chrono::seconds kGrace{1};
 
 void FlushAll() {
   std::cout.flush();
+  FlushOutput();
   std::fflush(nullptr);
 }
 

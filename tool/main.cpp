@@ -2,7 +2,6 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -63,19 +62,17 @@ void FillStandardStreams() {
   }
 }
 
-ExitCode FlushOutput(ExitCode code) {
-  errno = 0;
-  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return code;
-  const int cause = OutputError() != 0 ? OutputError() : errno;
-  Complain(cause == 0 ? "standard output cannot be written"
-                      : fmt::format("standard output cannot be written ({})", std::strerror(cause)));
+ExitCode FinishOutput(ExitCode code) {
+  FlushOutput();
+  if (OutputError() == 0 && std::ferror(stdout) == 0) return code;
+  Complain(fmt::format("standard output cannot be written ({})", std::strerror(OutputError())));
   return MoreSerious(code, ExitCode::kUnwritable);
 }
 
 ExitCode Run(int count, const char* const* texts) {
   Arguments arguments;
   if (const auto ended = ParseArguments(count, texts, arguments)) return *ended;
-  return FlushOutput(RunChecked(arguments));
+  return FinishOutput(RunChecked(arguments));
 }
 
 }  // namespace

@@ -110,10 +110,11 @@ HVX_FAILING(void*, mmap, (void* at, std::size_t size, int access, int flags, int
     if (fault == Fault::kShort) size = (size + 1) / 2;                              \
     return real arguments;                                                          \
   }
-HVX_MOVING(Meet(Call::k_read), read, (int file, void* out, std::size_t size), (file, out, size), size)
-HVX_MOVING(MeetWriting(Call::k_write, file), write, (int file, const void* bytes, std::size_t size),
+HVX_MOVING(MeetMoving(Call::k_read, file), read, (int file, void* out, std::size_t size), (file, out, size),
+           size)
+HVX_MOVING(MeetMoving(Call::k_write, file), write, (int file, const void* bytes, std::size_t size),
            (file, bytes, size), size)
-HVX_MOVING(Meet(Call::k_pread), pread, (int file, void* out, std::size_t size, off_t at),
+HVX_MOVING(MeetMoving(Call::k_pread, file), pread, (int file, void* out, std::size_t size, off_t at),
            (file, out, size, at), size)
 HVX_MOVING(Meet(Call::k_pwrite), pwrite, (int file, const void* bytes, std::size_t size, off_t at),
            (file, bytes, size, at), size)

@@ -149,7 +149,7 @@ Fault Meet(Call call) {
   return Fault::kError;
 }
 
-Fault MeetWriting(Call call, int file) {
+Fault MeetMoving(Call call, int file) {
   const Fault fault = Meet(call);
   const bool isOfDisks = errno == ENOSPC || errno == EDQUOT || errno == EFBIG || errno == EIO;
   struct stat status {};

@@ -70,7 +70,7 @@ class Bench:
         if trial.user is not None:
             for path in (folder, *folder.iterdir()):
                 shutil.chown(path, trial.user, trial.user)
-            folder.parent.chmod(0o755)
+            folder.parent.chmod(0o711)
         run = run_program([PROGRAM, *trial.variant.arguments], folder, trial.environment(), trial.limits,
                           trial.blows, trial.user, trial.output)
         after = content(folder)
