@@ -35,8 +35,8 @@ constexpr int kOutOfMemory = 76;
 constexpr std::chrono::seconds kGrace{1};
 
 void FlushAll() {
-  std::cout.flush();
   FlushOutput();
+  std::cout.flush();
   std::fflush(nullptr);
 }
 

@@ -65,7 +65,9 @@ void FillStandardStreams() {
 ExitCode FinishOutput(ExitCode code) {
   FlushOutput();
   if (OutputError() == 0 && std::ferror(stdout) == 0) return code;
-  Complain(fmt::format("standard output cannot be written ({})", std::strerror(OutputError())));
+  const bool isKnown = OutputError() != 0;
+  Complain(fmt::format("standard output cannot be written{}",
+                       isKnown ? fmt::format(" ({})", std::strerror(OutputError())) : ""));
   return MoreSerious(code, ExitCode::kUnwritable);
 }
 
