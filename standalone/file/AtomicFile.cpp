@@ -106,7 +106,7 @@ void AtomicFile::Commit() {
     Fail("put in place");
   }
   temporary_.clear();
-  SyncFolder(folder_);
+  static_cast<void>(SyncFolder(folder_));  // without it either document may be there after a loss of power
 }
 
 void AtomicFile::Replace() {
@@ -149,7 +149,7 @@ std::string AtomicFile::KeepBeside() {
         target_.string() + (number == 1 ? std::string(".upgraded") : fmt::format(".upgraded.{}", number));
     if (MoveWithoutReplacing(temporary_, name)) {
       temporary_.clear();
-      SyncFolder(folder_);
+      static_cast<void>(SyncFolder(folder_));
       return name;
     }
     if (errno != EEXIST) return {};

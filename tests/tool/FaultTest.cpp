@@ -49,6 +49,14 @@ TEST_F(FaultTest, AWorkerThatEndsBeforeTheResultIsInPlaceHasNot) {
   EXPECT_EQ(Run(inPlace_).code, 0);
 }
 
+TEST_F(FaultTest, ABackupWhoseNameDoesNotGetToDiskIsNone) {
+  const Ended ended = RunUnder("worker:fsync:2:5", inPlace_);
+  EXPECT_EQ(ended.code, 5);
+  EXPECT_TRUE(Has(ended.err, "the backup cannot be made (Input/output error)")) << ended.err;
+  EXPECT_EQ(Content(file_), before_);
+  EXPECT_EQ(Names(), "job.hvxdoc r.json");
+}
+
 TEST_F(FaultTest, LackOfMemoryIsToldWhereverItComes) {
   for (const std::string fault : {"worker:alloc:1500:12:forever", "worker:alloc:1500:12"}) {
     const Ended ended = RunUnder(fault, inPlace_);
