@@ -18,7 +18,7 @@ def growing(first, last, factor):
         value *= factor
 
 
-def limited(_references, sparse):
+def limited(sparse):
     finer = 1.5 if sparse else 1.04
     trials = []
 
@@ -36,6 +36,6 @@ def limited(_references, sparse):
     return trials
 
 
-def full_outputs(_references):
+def full_outputs():
     return [Trial("standard output is full", variant, output="/dev/full", error=0)
             for variant in (IN_PLACE, TO_FILE, *VIEWING)]

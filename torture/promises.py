@@ -53,7 +53,8 @@ def judge_end(trial, run):
         broken.append(f"exit code {run.code}, and nothing is told")
     if told and BLAMED.search(run.errors):
         broken.append("something is blamed that is sound")
-    if told and trial.error in LACKS and LACKS[trial.error] not in run.errors:
+    loading = "library cannot be loaded" in run.errors  # the loader's own words
+    if told and trial.error in LACKS and LACKS[trial.error] not in run.errors and not loading:
         broken.append(f"the cause ({LACKS[trial.error]}) is not told")
     return broken
 
@@ -92,7 +93,7 @@ def judge_results(trial, run, reference, after):
             broken.append("exit code 0, but the output is not whole")
     elif run.code > 0 and not at_start(run) and not has_message(trial, run):
         broken.append(f"exit code {run.code}, and nothing is told")
-    broken += judge_report(trial, run, after, done)
+    broken += judge_report(trial, after, done)
     broken += judge_files(trial, run, reference, after)
     if all(done.values()):
         return ("upgraded" if whole else "upgraded, something else missing"), broken
@@ -137,7 +138,7 @@ def judge_words(run, done):
     return broken
 
 
-def judge_report(trial, run, after, done):
+def judge_report(trial, after, done):
     data = after.get(trial.variant.report)
     if data is None:
         return []

@@ -1,5 +1,7 @@
 """What a trial begins with, and what an undisturbed run makes of it."""
+import contextlib
 import dataclasses
+import os
 import pathlib
 import tempfile
 
@@ -7,8 +9,10 @@ from torture.documents import small_documents
 from torture.process import run_program
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
+EXAMPLE = ROOT / "examples/heated_pipe.hvxdoc"
 PROGRAM = ROOT / "build/bin/hvxupgrade"
-RIGHTS = 0o640  # of the documents, which are not those of new files
+RIGHTS = 0o640
+ATTRIBUTE = "user.hvxtorture"
 FAILING_CALLS = ROOT / "build/lib/hvx_failing_calls.so"
 
 
@@ -70,14 +74,27 @@ def content(folder):
 
 
 def fill(folder, start):
+    """Writes the documents, with rights that new files do not get, and an attribute where there are such."""
     for name, data in start.items():
         if not name.endswith("/"):
             (folder / name).write_bytes(data)
             (folder / name).chmod(RIGHTS)
+            with contextlib.suppress(OSError):
+                os.setxattr(folder / name, ATTRIBUTE, b"kept")
 
 
-def references(example=ROOT / "examples/heated_pipe.hvxdoc"):
-    start = small_documents(example)
+def attributes(file):
+    """What a result takes over from the document that it replaces."""
+    try:
+        value = os.getxattr(file, ATTRIBUTE)
+    except OSError:
+        value = None
+    return file.stat().st_mode & 0o7777, value
+
+
+def references():
+    """What undisturbed runs of all variants do, by the variant's name."""
+    start = small_documents(EXAMPLE)
     found = {}
     for variant in (*WRITING, *VIEWING):
         with tempfile.TemporaryDirectory(prefix="hvx-torture-") as name:

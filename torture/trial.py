@@ -7,7 +7,7 @@ import tempfile
 
 from torture import promises
 from torture.process import run_program
-from torture.setting import FAILING_CALLS, PROGRAM, RIGHTS, Variant, content, fill
+from torture.setting import FAILING_CALLS, PROGRAM, Variant, attributes, content, fill
 
 
 @dataclasses.dataclass(frozen=True)
@@ -71,12 +71,13 @@ class Bench:
             for path in (folder, *folder.iterdir()):
                 shutil.chown(path, trial.user, trial.user)
             folder.parent.chmod(0o711)
+        before = {name: attributes(folder / name) for name in reference.start}
         run = run_program([PROGRAM, *trial.variant.arguments], folder, trial.environment(), trial.limits,
                           trial.blows, trial.user, trial.output)
         after = content(folder)
         verdict, broken = promises.judge(trial, run, reference, after)
-        broken += [f"{name} has other rights" for name in reference.start
-                   if name in after and (folder / name).stat().st_mode & 0o777 != RIGHTS]
+        broken += [f"{name} has other rights or attributes" for name, kept in before.items()
+                   if name in after and attributes(folder / name) != kept]
         broken += self.again(trial, folder, reference, after)
         return Outcome(trial, verdict, broken, run)
 
