@@ -77,7 +77,7 @@ def in_room(kind, variant, references, options, freed, later=""):
     room.mkdir(parents=True)
     mount(room, options)
     try:
-        fill(folder, reference.start)
+        fill(folder, reference.start, attribute=False)  # for which there may be no room
         if later:
             remount(room, later)
         run = run_program([PROGRAM, *variant.arguments], folder)

@@ -73,14 +73,15 @@ def content(folder):
     return files
 
 
-def fill(folder, start):
+def fill(folder, start, attribute=True):
     """Writes the documents, with rights that new files do not get, and an attribute where there are such."""
     for name, data in start.items():
         if not name.endswith("/"):
             (folder / name).write_bytes(data)
             (folder / name).chmod(RIGHTS)
             with contextlib.suppress(OSError):
-                os.setxattr(folder / name, ATTRIBUTE, b"kept")
+                if attribute:
+                    os.setxattr(folder / name, ATTRIBUTE, b"kept")
 
 
 def attributes(file):
