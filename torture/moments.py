@@ -13,7 +13,7 @@ PAUSE = 0.01  # seconds that a stopped process stands
 def signals_at_random(references, count, rng):
     trials = []
     for number in range(count):
-        variant = WRITING[number % len(WRITING)] if number % 2 else WRITING[0]
+        variant = rng.choice(WRITING)
         reference = references[variant.name]
         moment = rng.uniform(0, reference.seconds)
         kind = SIGNALS[number % len(SIGNALS)]
