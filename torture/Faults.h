@@ -15,18 +15,17 @@
 /// functions that stood above the call that failed.
 
 /// Every name that can be given. What is one operation under several names has one.
-#define HVX_TORTURED_CALLS(X)                                                                               \
-  X(access)                                                                                                 \
-  X(alloc)                                                                                                  \
-  X(close)                                                                                                  \
-  X(closedir) X(dlopen) X(fchmod) X(fchown) X(fclose) X(fcntl) X(fdatasync) X(fdopendir) X(fflush) X(fopen) \
-      X(fork) X(fread) X(fremovexattr) X(fsetxattr) X(fstat) X(fsync) X(ftruncate) X(futimens) X(fwrite)    \
-          X(getcwd) X(getentropy) X(gethostname) X(getrlimit) X(getxattr) X(isatty) X(kill) X(link)         \
-              X(listxattr) X(lseek) X(lstat) X(mkdir) X(mkostemp) X(mmap) X(open) X(openat) X(opendir)      \
-                  X(pathconf) X(pipe2) X(poll) X(ppoll) X(prctl) X(pread) X(pwrite) X(read) X(readdir)      \
-                      X(readlink) X(realpath) X(remove) X(rename) X(renameat2) X(rmdir) X(sendfile)         \
-                          X(setrlimit) X(setvbuf) X(sigaction) X(sigprocmask) X(stat) X(statvfs) X(symlink) \
-                              X(sysconf) X(unlink) X(unlinkat) X(utimensat) X(waitpid) X(write) X(writev)
+// clang-format off
+#define HVX_TORTURED_CALLS(X)                                                                             \
+  X(access) X(alloc) X(close) X(closedir) X(dlopen) X(fchmod) X(fchown) X(fclose) X(fcntl) X(fdatasync)   \
+  X(fdopendir) X(fflush) X(fopen) X(fork) X(fread) X(fremovexattr) X(fsetxattr) X(fstat) X(fsync)         \
+  X(ftruncate) X(futimens) X(fwrite) X(getcwd) X(getentropy) X(gethostname) X(getrlimit) X(getxattr)      \
+  X(isatty) X(kill) X(link) X(listxattr) X(lseek) X(lstat) X(mkdir) X(mkostemp) X(mmap) X(open) X(openat) \
+  X(opendir) X(pathconf) X(pipe2) X(poll) X(ppoll) X(prctl) X(pread) X(pwrite) X(read) X(readdir)         \
+  X(readlink) X(realpath) X(remove) X(rename) X(renameat2) X(rmdir) X(sendfile) X(setrlimit) X(setvbuf)   \
+  X(sigaction) X(sigprocmask) X(stat) X(statvfs) X(symlink) X(sysconf) X(unlink) X(unlinkat) X(utimensat) \
+  X(waitpid) X(write) X(writev)
+// clang-format on
 
 namespace torture {
 
