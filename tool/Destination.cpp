@@ -22,6 +22,15 @@ namespace fs = std::filesystem;
                                   advice);
 }
 
+// What stands there, links followed. Refused when the system does not tell.
+fs::file_status StatusOf(const fs::path& file) {
+  std::error_code error;
+  const fs::file_status status = fs::status(file, error);
+  if (status.type() == fs::file_type::none && error != std::errc::permission_denied)
+    Refuse(file, fmt::format("cannot be looked at ({})", error.message()), "Check that its disk is sound");
+  return status;
+}
+
 // Where a write to `file` ends up: links are followed.
 fs::path Followed(const fs::path& file) {
   std::error_code error;
@@ -90,20 +99,21 @@ bool Destination::HoldsCopyOf(const fs::path& document) const {
 
 void Destination::Check() const {
   if (!file) return;
-  std::error_code error;
-  if (inPlace && !fs::is_regular_file(*file, error)) return;  // reading it tells better what is wrong
-  if (fs::is_directory(*file, error))
-    Refuse(*file, "this is a folder", "Give a file name, or use --output-dir");
+  const fs::file_status status = StatusOf(*file);
+  if (inPlace && !fs::is_regular_file(status)) return;  // reading it tells better what is wrong
+  if (fs::is_directory(status)) Refuse(*file, "this is a folder", "Give a file name, or use --output-dir");
   RefuseTaken(*file, overwrite);
   fs::path folder = Followed(*file).parent_path();
   if (makesFolder) folder = NearestOf(folder);
-  if (fs::exists(folder, error) && !fs::is_directory(folder, error))
+  const fs::file_status folderStatus = StatusOf(folder);
+  if (fs::exists(folderStatus) && !fs::is_directory(folderStatus))
     Refuse(folder, "this is a file, and results cannot be put into it", "Give the name of a folder");
-  if (!fs::is_directory(folder, error)) Refuse(*file, "its folder does not exist", "Create the folder first");
+  if (!fs::is_directory(folderStatus)) Refuse(*file, "its folder does not exist", "Create the folder first");
   if (access(folder.c_str(), W_OK) != 0) {
     Refuse(*file, fmt::format("its folder cannot be written ({})", std::strerror(errno)),
            "Choose another folder or change its permissions");
   }
+  std::error_code error;
   const bool isTaken = !backupSuffix.empty() && fs::exists(fs::symlink_status(Backup(), error));
   // One of this very document is of a run that was killed.
   if (isTaken && !standalone::IsBackupOf(Backup(), *file))
@@ -123,9 +133,10 @@ EmptyFolders::~EmptyFolders() {
 }
 
 void RefuseTaken(const fs::path& file, bool overwrite) {
-  std::error_code error;
-  if (fs::exists(file, error) && !fs::is_regular_file(file, error))
+  const fs::file_status status = StatusOf(file);
+  if (fs::exists(status) && !fs::is_regular_file(status))
     Refuse(file, "this is not a regular file", "Give the name of a file");
+  std::error_code error;
   if (!overwrite && fs::exists(fs::symlink_status(file, error)))
     Refuse(file, "the file exists already", "Choose another name, or give --force to replace it");
 }

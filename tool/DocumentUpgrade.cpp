@@ -105,7 +105,7 @@ class DocumentUpgrade {
     if (task_.report != nullptr)
       task_.report->AddWithoutRun(task_.input, result_, task_.destination, task_.dryRun);
     if (task_.dryRun || task_.destination.inPlace || isThere || !task_.destination.file) return;
-    announceCommit_();
+    announceCommit_(Pack(result_));
     Interruption::StopIfRequested();
     task_.destination.MakeFolder();
     if (read_) {
@@ -156,7 +156,7 @@ class DocumentUpgrade {
     task_.destination.MakeFolder();
     standalone::WriteOptions options = Options();
     options.onProgress = [this, tell = Telling("writing")](std::size_t written, std::size_t total) {
-      if (written == total) announceCommit_();
+      if (written == total) announceCommit_(Pack(result_));
       tell(written, total);
     };
     standalone::WriteDocument(*document.Get(), *task_.destination.file, options);

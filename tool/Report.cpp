@@ -227,11 +227,14 @@ void Report::Finish(const std::vector<DocumentResult>& results, const std::strin
   output_.Write({text.data(), text.size()});
 
   std::array<char, std::size_t{1} << 16> block{};
-  lseek(parts_, 0, SEEK_SET);
-  ssize_t got = 0;
-  while ((got = read(parts_, block.data(), block.size())) > 0)
+  if (lseek(parts_, 0, SEEK_SET) < 0) Fail();
+  for (;;) {
+    const ssize_t got = read(parts_, block.data(), block.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) Fail();
+    if (got == 0) break;
     output_.Write({block.data(), static_cast<std::size_t>(got)});
-  if (got < 0) Fail();
+  }
   output_.Write("]}\n");
   output_.Commit();
 }

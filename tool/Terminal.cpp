@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 
 #include "VisibleText.h"
@@ -11,6 +12,8 @@
 
 namespace tool {
 namespace {
+
+int outputError = 0;
 
 bool ColoursOn(std::FILE* stream) {
   const char* const refused = std::getenv("NO_COLOR");
@@ -49,11 +52,26 @@ std::string Count(std::size_t count, std::string_view noun) {
 }
 
 void Put(std::FILE* stream, std::string_view text) {
-  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stream));
+  errno = 0;
+  const bool isWhole = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+  if (!isWhole && stream == stdout && outputError == 0) outputError = errno;
+}
+
+void FlushOutput() {
+  errno = 0;
+  if (std::fflush(stdout) != 0 && outputError == 0) outputError = errno;
+}
+
+int OutputError() {
+  return outputError;
 }
 
 void Complain(std::string_view message) {
   Put(stderr, fmt::format("{} {}\n", Paint(stderr, Colour::kRed, "hvxupgrade:"), Printable(message)));
+}
+
+void ComplainOfMemory() noexcept {
+  Put(stderr, "hvxupgrade: there is not enough memory; free some, or use a machine with more\n");
 }
 
 }  // namespace tool

@@ -32,7 +32,14 @@ inline void Say(std::string_view text) {
   Put(stdout, text);
 }
 
+/// Brings what was put to standard output there.
+void FlushOutput();
+/// What made the first of these fail for standard output, as an error number; 0 when none did.
+[[nodiscard]] int OutputError();
+
 /// Writes "hvxupgrade: " and `message`, made printable, as a line to standard error.
 void Complain(std::string_view message);
+/// Says that there is not enough memory, without needing any.
+void ComplainOfMemory() noexcept;
 
 }  // namespace tool

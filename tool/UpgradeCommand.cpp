@@ -12,6 +12,7 @@
 #include "Terminal.h"
 #include "UsageError.h"
 #include "file/DocumentError.h"
+#include "file/FileIdentity.h"
 #include "session/Messages.h"
 
 namespace tool {
@@ -56,7 +57,12 @@ class UpgradeCommand {
       // A document that was done all the same is no reason to begin the next.
       if (Interruption::Requested() && i + 1 < arguments_.files.size()) code = ExitCode::kInterrupted;
     }
-    if (code == ExitCode::kInterrupted) return code;  // a report of half the documents would mislead
+    if (code == ExitCode::kInterrupted) {  // a report of half the documents would mislead
+      if (results_.back().verdict != Verdict::kInterrupted)
+        Complain(fmt::format("interrupted; {} not begun",
+                             Count(arguments_.files.size() - results_.size(), "document")));
+      return code;
+    }
     const std::string verdict = VerdictOnAll();
     if (!arguments_.quiet && arguments_.files.size() > 1) Say(verdict + "\n");
     return report_ ? FinishReport(verdict, code) : code;
@@ -120,6 +126,7 @@ class UpgradeCommand {
                            .report = report_ ? &*report_ : nullptr,
                            .trace = trace_ ? &*trace_ : nullptr};
     const auto timeout = TimeLimit(arguments_.limits, input);
+    const auto before = IdentityOf(destination);
     const WorkerEnd end = RunInWorker(
         [&task](const AnnounceCommit& announceCommit) { return Pack(UpgradeDocument(task, announceCommit)); },
         timeout);
@@ -129,10 +136,31 @@ class UpgradeCommand {
     } else {
       Progress::ClearLine();
       if (destination.file) RemoveLeftovers(*destination.file, end.process);
-      TellEnd(input, end, timeout, result);
+      if (end.committing && IsAnother(IdentityOf(destination), before)) {
+        result = Unpack(end.announced);
+        Complain(fmt::format("{}: the process ended ({}) when the result was in place, whole", input,
+                             CauseOf(end)));
+      } else {
+        TellEnd(input, end, timeout, result);
+      }
     }
     if (report_ && result.verdict != Verdict::kInterrupted) AddToReport(input, destination, result);
     return result;
+  }
+
+  static std::optional<standalone::FileIdentity> IdentityOf(const Destination& destination) {
+    return destination.file ? standalone::FileIdentity::Of(*destination.file) : std::nullopt;
+  }
+
+  // Whether a file was put where there was none, or another one.
+  static bool IsAnother(const std::optional<standalone::FileIdentity>& now,
+                        const std::optional<standalone::FileIdentity>& before) {
+    return now && !(before && now->IsSameFile(*before));
+  }
+
+  static std::string CauseOf(const WorkerEnd& end) {
+    if (end.kind == WorkerEnd::Kind::kOutOfMemory) return "there is not enough memory";
+    return end.cause.empty() ? "stopped" : end.cause;
   }
 
   // What the worker could not say itself.
@@ -152,12 +180,15 @@ class UpgradeCommand {
     } else if (end.kind == WorkerEnd::Kind::kInterrupted) {
       result.verdict = Verdict::kInterrupted;
       result.problem = fmt::format("{}: interrupted. Nothing was written", input);
+    } else if (end.kind == WorkerEnd::Kind::kOutOfMemory) {
+      result.verdict = Verdict::kAborted;
+      result.problem =
+          fmt::format("{}: the upgrade was given up: there is not enough memory. Nothing was written", input);
     } else {
       result.verdict = Verdict::kCrashed;
-      result.problem = fmt::format(
-          "{}: the upgrade crashed ({}). {}; --trace shows where it was", input, end.cause,
-          end.committing ? "It was putting the result in place, which is there whole or not at all"
-                         : "Its file was left alone");
+      result.problem =
+          fmt::format("{}: the upgrade crashed ({}). Its file was left alone; --trace shows where it was",
+                      input, end.cause);
     }
   }
 
@@ -178,7 +209,7 @@ class UpgradeCommand {
     } else if (!result.IsComplete()) {
       Complain(result.summary.substr(0, result.summary.find('\n')));
     }
-    std::fflush(stdout);
+    FlushOutput();
   }
 
   [[nodiscard]] std::string VerdictOnAll() const {

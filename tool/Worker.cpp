@@ -14,24 +14,28 @@
 #include <cstdio>
 #include <cstring>
 #include <iostream>
+#include <new>
 #include <string_view>
 
 #include "Interruption.h"
+#include "Terminal.h"
 
 namespace tool {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// What a worker tells its parent: at most one of the first, then at most one of the second with the result
-// behind it, up to the end of the pipe.
+// What a worker tells its parent: at most one of the first, with the size of what it announces and that
+// itself; then at most one of the second with the result behind it, up to the end of the pipe.
 constexpr char kCommitting = 'C';
 constexpr char kResult = 'R';
 
 constexpr int kStoppedOnRequest = 75;  // the exit status of a worker that noticed that it should stop
+constexpr int kOutOfMemory = 76;
 constexpr std::chrono::seconds kGrace{1};
 
 void FlushAll() {
+  FlushOutput();
   std::cout.flush();
   std::fflush(nullptr);
 }
@@ -52,9 +56,12 @@ void Send(int pipe, std::string_view bytes) {
   if (getppid() != parent) _exit(EXIT_FAILURE);  // it died before it could be tied to this process
   // Never returns: objects that this process has from its parent, such as temporary files, are the parent's.
   try {
-    const std::string result = work([pipe] {
+    const std::string result = work([pipe](const std::string& announced) {
       Interruption::GoOnToTheEnd();
-      Send(pipe, {&kCommitting, 1});
+      const std::size_t size = announced.size();
+      std::string message(1, kCommitting);
+      message.append(reinterpret_cast<const char*>(&size), sizeof size).append(announced);
+      Send(pipe, message);
     });
     FlushAll();
     Send(pipe, {&kResult, 1});
@@ -63,6 +70,8 @@ void Send(int pipe, std::string_view bytes) {
   } catch (const Interrupted&) {
     FlushAll();
     _exit(kStoppedOnRequest);
+  } catch (const std::bad_alloc&) {
+    _exit(kOutOfMemory);
   }
 }
 
@@ -76,7 +85,12 @@ WorkerEnd NotStarted(std::string_view what) {
 class Supervisor {
  public:
   Supervisor(pid_t worker, int pipe) : worker_(worker), pipe_(pipe) {}
-  ~Supervisor() { close(pipe_); }
+  // An exception may come before the end of the worker, which has nobody to report to then.
+  ~Supervisor() {
+    if (!reaped_) kill(worker_, SIGTERM);
+    StopListening();
+    Reap();
+  }
   Supervisor(const Supervisor&) = delete;
   Supervisor& operator=(const Supervisor&) = delete;
 
@@ -95,12 +109,24 @@ class Supervisor {
         }
       }
     }
-    while (!reaped_ && waitpid(worker_, &status_, 0) < 0 && errno == EINTR) {
-    }
+    StopListening();
+    Reap();
     return End();
   }
 
  private:
+  // A worker that has more to say ends, rather than to wait for being heard.
+  void StopListening() {
+    if (pipe_ >= 0) close(pipe_);
+    pipe_ = -1;
+  }
+
+  void Reap() {
+    while (!reaped_ && waitpid(worker_, &status_, 0) < 0 && errno == EINTR) {
+    }
+    reaped_ = true;
+  }
+
   void WaitForNews() const {
     timespec wait{};
     if (deadline_ && !committing_) {
@@ -118,8 +144,8 @@ class Supervisor {
     for (;;) {
       const ssize_t got = read(pipe_, block.data(), block.size());
       if (got < 0 && errno == EINTR) continue;
-      if (got < 0) break;
-      if (got == 0) {
+      if (got < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) break;
+      if (got <= 0) {
         atEnd_ = true;
         break;
       }
@@ -146,17 +172,30 @@ class Supervisor {
     kill(worker_, committing_ ? SIGCONT : SIGKILL);
   }
 
+  // False when there is none, or not a whole one: then the commit was not begun.
+  static bool TakeAnnounced(std::string_view& bytes, std::string& announced) {
+    std::size_t size = 0;
+    constexpr std::size_t kHead = 1 + sizeof size;
+    if (!bytes.starts_with(kCommitting) || bytes.size() < kHead) return false;
+    std::memcpy(&size, bytes.data() + 1, sizeof size);
+    if (bytes.size() - kHead < size) return false;
+    announced = bytes.substr(kHead, size);
+    bytes.remove_prefix(kHead + size);
+    return true;
+  }
+
   [[nodiscard]] WorkerEnd End() {
     std::string_view result = received_;
-    if (committing_) result.remove_prefix(1);
     WorkerEnd end;
-    end.committing = committing_;
+    end.committing = TakeAnnounced(result, end.announced);
     end.process = worker_;
     if (WIFEXITED(status_) && WEXITSTATUS(status_) == EXIT_SUCCESS && result.starts_with(kResult)) {
       end.kind = WorkerEnd::Kind::kFinished;
       end.result = result.substr(1);
     } else if (asked_) {
       end.kind = *asked_;
+    } else if (WIFEXITED(status_) && WEXITSTATUS(status_) == kOutOfMemory) {
+      end.kind = WorkerEnd::Kind::kOutOfMemory;
     } else if (WIFEXITED(status_) && WEXITSTATUS(status_) == kStoppedOnRequest) {
       end.kind = WorkerEnd::Kind::kInterrupted;  // a signal from the terminal reaches both processes
     } else if (WIFSIGNALED(status_)) {

@@ -16,6 +16,7 @@ struct WorkerEnd {
     kTimedOut,     ///< It was stopped for taking too long.
     kCrashed,      ///< The process died; `cause` says of what.
     kInterrupted,  ///< It was stopped because the user asked this process to stop.
+    kOutOfMemory,  ///< There was no memory left even to say so.
     kNotStarted,   ///< There was no process to be had; `cause` says why.
   };
 
@@ -23,11 +24,13 @@ struct WorkerEnd {
   std::string result;
   std::string cause;
   bool committing = false;  ///< It had announced its commit, so that its output may be in place.
+  std::string announced;    ///< What it said then.
   pid_t process = 0;        ///< The worker's.
 };
 
-/// Called by the work when all that is left is to put its output in place.
-using AnnounceCommit = std::function<void()>;
+/// Called by the work when all that is left is to put its output in place, with what it will have to report
+/// once it is there: the process may end before it can.
+using AnnounceCommit = std::function<void(const std::string& result)>;
 using Work = std::function<std::string(const AnnounceCommit& announceCommit)>;
 
 /// Runs `work` in a process of its own and waits for it, so that neither a crash nor an endless loop reaches

@@ -1,7 +1,10 @@
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <new>
 
@@ -44,8 +47,7 @@ ExitCode RunChecked(const Arguments& arguments) {
     Complain(error.what());
     return ExitCodeOf(error);
   } catch (const std::bad_alloc&) {
-    Complain("there is not enough memory; free some, or use a machine with more");
-    return ExitCode::kBadInput;
+    throw;
   } catch (const std::exception& error) {  // such as an upgrade library that cannot be loaded
     Complain(error.what());
     return ExitCode::kBadInput;
@@ -60,17 +62,32 @@ void FillStandardStreams() {
   }
 }
 
+ExitCode FinishOutput(ExitCode code) {
+  FlushOutput();
+  if (OutputError() == 0 && std::ferror(stdout) == 0) return code;
+  const bool isKnown = OutputError() != 0;
+  Complain(fmt::format("standard output cannot be written{}",
+                       isKnown ? fmt::format(" ({})", std::strerror(OutputError())) : ""));
+  return MoreSerious(code, ExitCode::kUnwritable);
+}
+
+ExitCode Run(int count, const char* const* texts) {
+  Arguments arguments;
+  if (const auto ended = ParseArguments(count, texts, arguments)) return *ended;
+  return FinishOutput(RunChecked(arguments));
+}
+
 }  // namespace
 }  // namespace tool
 
 int main(int count, char** texts) {
   tool::FillStandardStreams();
-  tool::Arguments arguments;
-  if (const auto ended = tool::ParseArguments(count, texts, arguments)) return static_cast<int>(*ended);
-  tool::ExitCode code = tool::RunChecked(arguments);
-  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-    tool::Complain("standard output cannot be written");
-    code = tool::MoreSerious(code, tool::ExitCode::kUnwritable);
+  // A file that may not grow is one that cannot be written, and told as that.
+  std::signal(SIGXFSZ, SIG_IGN);
+  try {
+    return static_cast<int>(tool::Run(count, texts));
+  } catch (const std::bad_alloc&) {  // also when one was to be told of another error
+    tool::ComplainOfMemory();
+    return static_cast<int>(tool::ExitCode::kBadInput);
   }
-  return static_cast<int>(code);
 }

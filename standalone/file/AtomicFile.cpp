@@ -19,11 +19,20 @@ namespace {
 
 constexpr auto kUnwritable = DocumentError::Kind::kUnwritable;
 
+[[noreturn]] void FailOn(const std::filesystem::path& file, std::string_view doing,
+                         const std::string& cause) {
+  throw DocumentError(kUnwritable, file.string(), 0, fmt::format("cannot be {} ({})", doing, cause),
+                      "Check the folder, its permissions and the room on its disk; nothing was changed");
+}
+
 // A link stays a link: what it leads to is replaced.
 std::filesystem::path Followed(const std::filesystem::path& file) {
   std::error_code error;
-  if (!std::filesystem::is_symlink(file, error)) return file;
+  const auto type = std::filesystem::symlink_status(file, error).type();
+  if (type == std::filesystem::file_type::none) FailOn(file, "created", error.message());
+  if (type != std::filesystem::file_type::symlink) return file;
   std::filesystem::path real = std::filesystem::canonical(file, error);
+  if (error && error != std::errc::no_such_file_or_directory) FailOn(file, "followed", error.message());
   return error ? file : real;
 }
 
@@ -41,10 +50,13 @@ AtomicFile::AtomicFile(const std::filesystem::path& target, const WriteOptions& 
       overwrite_(options.overwrite),
       backupSuffix_(options.backupSuffix),
       replaces_(options.replaces),
-      keepResult_(options.keepResult) {
-  std::error_code error;  // what cannot be looked at cannot be created either, which is told below
-  const bool isTaken = std::filesystem::exists(target_, error);
-  if (isTaken && !std::filesystem::is_regular_file(target_, error)) {
+      keepResult_(options.keepResult),
+      folder_(FolderOf(target_)) {
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(target_, error);
+  if (status.type() == std::filesystem::file_type::none) FailOn(given_, "created", error.message());
+  const bool isTaken = std::filesystem::exists(status);
+  if (isTaken && !std::filesystem::is_regular_file(status)) {
     // A folder, or a device, which a file of its name would do away with.
     throw DocumentError(kUnwritable, given_.string(), 0, "it is not a regular file",
                         "Give the name of a file");
@@ -94,7 +106,7 @@ void AtomicFile::Commit() {
     Fail("put in place");
   }
   temporary_.clear();
-  SyncFolder(FolderOf(target_));
+  static_cast<void>(SyncFolder(folder_));  // without it either document may be there after a loss of power
 }
 
 void AtomicFile::Replace() {
@@ -110,7 +122,9 @@ void AtomicFile::Replace() {
 
 void AtomicFile::RefuseChanged(bool afterLink) {
   if (!replaces_) return;
+  errno = 0;
   std::optional<FileIdentity> now = FileIdentity::Of(target_);
+  if (!now && errno != 0 && errno != ENOENT && errno != ENOTDIR) Fail("compared with what was read");
   if (now && afterLink) now->changed = replaces_->changed;
   if (now == replaces_) return;
   const std::string_view how = !now                          ? "it was removed or renamed"
@@ -135,7 +149,7 @@ std::string AtomicFile::KeepBeside() {
         target_.string() + (number == 1 ? std::string(".upgraded") : fmt::format(".upgraded.{}", number));
     if (MoveWithoutReplacing(temporary_, name)) {
       temporary_.clear();
-      SyncFolder(FolderOf(target_));
+      static_cast<void>(SyncFolder(folder_));
       return name;
     }
     if (errno != EEXIST) return {};
@@ -144,9 +158,7 @@ std::string AtomicFile::KeepBeside() {
 }
 
 void AtomicFile::Fail(std::string_view doing) const {
-  throw DocumentError(kUnwritable, given_.string(), 0,
-                      fmt::format("cannot be {} ({})", doing, std::strerror(errno)),
-                      "Check the folder, its permissions and the room on its disk; nothing was changed");
+  FailOn(given_, doing, std::strerror(errno));
 }
 
 void AtomicFile::FailTaken() const {

@@ -42,6 +42,7 @@ class AtomicFile {
   std::string backupSuffix_;
   std::optional<FileIdentity> replaces_;
   bool keepResult_;
+  std::filesystem::path folder_;  // of the target; made beforehand, for once it is in place nothing may fail
   std::string temporary_;
   int descriptor_ = -1;
 };

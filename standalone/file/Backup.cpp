@@ -65,6 +65,7 @@ bool Sync(const std::filesystem::path& file) {
 }  // namespace
 
 Backup::Backup(const std::filesystem::path& file, std::filesystem::path name) : name_(std::move(name)) {
+  const std::filesystem::path folder = FolderOf(name_);
   if (link(file.c_str(), name_.c_str()) == 0) {
     isNewLink_ = true;
     mayGo_ = true;
@@ -73,7 +74,11 @@ Backup::Backup(const std::filesystem::path& file, std::filesystem::path name) : 
   } else if (errno != EEXIST || !IsBackupOf(name_, file) || !Sync(name_)) {
     Fail(errno);
   }
-  SyncFolder(FolderOf(name_));  // or a loss of power could leave the new document and no backup
+  // Or a loss of power could leave the new document and no backup.
+  if (SyncFolder(folder)) return;
+  const int cause = errno;
+  if (mayGo_) unlink(name_.c_str());
+  Fail(cause);
 }
 
 Backup::~Backup() {

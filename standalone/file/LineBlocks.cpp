@@ -27,7 +27,14 @@ LineBlocks::LineBlocks(std::string file, std::size_t blockBytes, std::size_t max
     throw DocumentError(kUnreadable, file_, 0, fmt::format("cannot be opened ({})", std::strerror(errno)),
                         "Check the path and the permissions");
   }
+  errno = 0;
   identity_ = FileIdentity::Of(descriptor_);
+  if (!identity_ && errno != 0) {  // or it would be taken for a pipe, which nobody changes meanwhile
+    const int cause = errno;
+    close(descriptor_);
+    throw DocumentError(kUnreadable, file_, 0, fmt::format("cannot be read ({})", std::strerror(cause)),
+                        "Check that it is a file and that its disk is sound");
+  }
   if (identity_) bytesTotal_ = static_cast<std::size_t>(identity_->size);
 }
 

@@ -30,11 +30,14 @@ bool LacksLinks(int error) {
   return error == EPERM || error == EOPNOTSUPP || error == ENOSYS || error == EMLINK;
 }
 
-void SyncFolder(const std::filesystem::path& folder) {
+bool SyncFolder(const std::filesystem::path& folder) {
   const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) return;
-  fsync(descriptor);
+  if (descriptor < 0) return errno == EACCES;  // one may be written that must not be read
+  const bool isSynced = fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP;  // has none of it
+  const int cause = errno;
   close(descriptor);
+  errno = cause;
+  return isSynced;
 }
 
 std::filesystem::path FolderOf(const std::filesystem::path& file) {

@@ -16,8 +16,9 @@ namespace standalone {
 /// Whether errno says that the file system, or a rule for this user, does not allow a second name for a file.
 [[nodiscard]] bool LacksLinks(int error);
 
-/// Brings names that came or went in the folder to disk, as far as the file system offers it.
-void SyncFolder(const std::filesystem::path& folder);
+/// Brings names that came or went in the folder to disk, as far as the file system offers it, and this user
+/// may read the folder. False, with errno set, when it fails.
+[[nodiscard]] bool SyncFolder(const std::filesystem::path& folder);
 
 [[nodiscard]] std::filesystem::path FolderOf(const std::filesystem::path& file);
 

@@ -11,6 +11,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "session/CatalogFile.h"
+
 namespace standalone {
 
 // The attributes of a new feature, by late type. Texts and lists stand in the catalog's own memory.
@@ -79,7 +81,7 @@ bool IsStorable(simdjson::dom::element value) {
 
 std::unique_ptr<FeatureCatalog> Read(const std::filesystem::path& file) {
   auto catalog = std::make_unique<FeatureCatalog>();
-  const auto read = catalog->parser.load(file.string()).get_object().get(catalog->lateTypes);
+  const auto read = catalog->parser.parse(ReadCatalog(file)).get_object().get(catalog->lateTypes);
   if (read == simdjson::MEMALLOC) throw std::bad_alloc();
   if (read != simdjson::SUCCESS)
     Refuse(file, fmt::format("the feature catalog cannot be read ({})", simdjson::error_message(read)));
@@ -152,8 +154,12 @@ void FeatureCatalogs::Use(const std::filesystem::path& folder) {
     if (entry.path().extension() == ".VLMfct")
       catalogs.emplace(entry.path().filename().string(), Read(entry.path()));
   }
-  if (error)
-    Refuse(folder, fmt::format("the folder of the feature catalogs cannot be read ({})", error.message()));
+  if (error == std::errc::no_such_file_or_directory)
+    Refuse(folder, "the folder of the feature catalogs is missing");
+  if (error) {
+    throw std::runtime_error(fmt::format("{}: the folder of the feature catalogs cannot be read ({})",
+                                         folder.string(), error.message()));
+  }
   for (const NeededLateType& needed : kNeeded) {
     const auto found = catalogs.find(needed.catalog);
     if (found == catalogs.end()) Refuse(folder / needed.catalog, "the feature catalog is missing");

@@ -11,6 +11,7 @@
 
 #include "base/VLMMsgCatalog.h"
 #include "checkpoint/Checkpoint.h"
+#include "session/CatalogFile.h"
 
 namespace standalone {
 namespace {
@@ -56,7 +57,7 @@ Catalog Load(const std::filesystem::path& file) {
   Catalog catalog;
   simdjson::dom::parser parser;
   simdjson::dom::object keys;
-  const auto error = parser.load(file.string()).get_object().get(keys);
+  const auto error = parser.parse(ReadCatalog(file)).get_object().get(keys);
   if (error == simdjson::MEMALLOC) throw std::bad_alloc();
   if (error != simdjson::SUCCESS) {
     throw std::runtime_error(fmt::format("{}: the message catalog cannot be read ({}). {}", file.string(),
@@ -104,6 +105,10 @@ std::vector<std::string> Messages::LanguagesOf(const std::filesystem::path& fold
   std::error_code error;
   for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
     if (entry.is_directory()) languages.push_back(entry.path().filename().string());
+  }
+  if (error && error != std::errc::no_such_file_or_directory) {
+    throw std::runtime_error(
+        fmt::format("{}: the folder of the messages cannot be read ({})", folder.string(), error.message()));
   }
   std::ranges::sort(languages);
   return languages;

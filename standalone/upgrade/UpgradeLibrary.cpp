@@ -10,8 +10,9 @@ namespace standalone {
 UpgradeLibrary::UpgradeLibrary(const std::filesystem::path& file)
     : handle_(dlopen(std::filesystem::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL)) {
   if (handle_ == nullptr) {
-    throw std::runtime_error(
-        fmt::format("{}: the upgrade library cannot be loaded ({}). Reinstall it", file.string(), dlerror()));
+    throw std::runtime_error(fmt::format(
+        "{}: the upgrade library cannot be loaded ({}). Unless that is a lack of something, reinstall it",
+        file.string(), dlerror()));
   }
   const auto entry = reinterpret_cast<HVXGetUpgradeLibraryEntry>(dlsym(handle_, "HVXGetUpgradeLibrary"));
   if (entry == nullptr) {

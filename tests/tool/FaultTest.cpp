@@ -1,0 +1,113 @@
+// Faults of the machine, as scripts/torture makes them: some that once broke a promise.
+#include <sys/resource.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "ToolRun.h"
+
+namespace tool_testing {
+namespace {
+
+bool Has(const std::string& text, std::string_view part) {
+  return text.find(part) != std::string::npos;
+}
+
+class FaultTest : public ToolTest {
+ protected:
+  // Runs the program with a call that fails, as torture/Faults.h tells.
+  Ended RunUnder(const std::string& fault, const std::vector<std::string>& arguments) const {
+    setenv("LD_PRELOAD", HVX_FAILING_CALLS, 1);
+    setenv("HVX_TORTURE", fault.c_str(), 1);
+    Ended ended = Run(arguments);
+    unsetenv("LD_PRELOAD");
+    unsetenv("HVX_TORTURE");
+    return ended;
+  }
+
+  std::string file_ = Document("job.hvxdoc", kJobLines);
+  std::string before_ = Content(file_);
+  std::vector<std::string> inPlace_ = {"upgrade", file_,      "--in-place",   "--backup",
+                                       ".old",    "--report", Path("r.json"), "--force"};
+};
+
+TEST_F(FaultTest, AWorkerThatEndsWhenTheResultIsInPlaceHasUpgradedTheDocument) {
+  const Ended ended = RunUnder("worker:fsync:3:signal9", inPlace_);  // of the folder, behind the rename
+  EXPECT_EQ(ended.code, 0) << ended.err;
+  EXPECT_TRUE(Has(ended.err, "ended (signal 9, Killed) when the result was in place")) << ended.err;
+  EXPECT_TRUE(Has(ended.out, "job.hvxdoc: upgraded"));
+  EXPECT_TRUE(Has(Content(Path("r.json")), R"("verdict":"upgraded")"));
+  EXPECT_EQ(Content(file_ + ".old"), before_);
+}
+
+TEST_F(FaultTest, AWorkerThatEndsBeforeTheResultIsInPlaceHasNot) {
+  const Ended ended = RunUnder("worker:rename:1:signal9", inPlace_);
+  EXPECT_EQ(ended.code, 1);
+  EXPECT_TRUE(Has(ended.err, "crashed (signal 9, Killed). Its file was left alone")) << ended.err;
+  EXPECT_EQ(Content(file_), before_);
+  EXPECT_EQ(Names(), "job.hvxdoc job.hvxdoc.old r.json");
+  EXPECT_EQ(Run(inPlace_).code, 0);
+}
+
+TEST_F(FaultTest, ABackupWhoseNameDoesNotGetToDiskIsNone) {
+  const Ended ended = RunUnder("worker:fsync:2:5", inPlace_);
+  EXPECT_EQ(ended.code, 5);
+  EXPECT_TRUE(Has(ended.err, "the backup cannot be made (Input/output error)")) << ended.err;
+  EXPECT_EQ(Content(file_), before_);
+  EXPECT_EQ(Names(), "job.hvxdoc r.json");
+}
+
+TEST_F(FaultTest, LackOfMemoryIsToldWhereverItComes) {
+  for (const std::string fault : {"worker:alloc:1500:12:forever", "worker:alloc:1500:12"}) {
+    const Ended ended = RunUnder(fault, inPlace_);
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_TRUE(Has(ended.err, "there is not enough memory")) << ended.err;
+    EXPECT_EQ(Content(file_), before_);
+  }
+  const Ended ended = RunUnder("program:alloc:2000:12:forever", inPlace_);
+  EXPECT_EQ(ended.code, 3);
+  EXPECT_EQ(ended.err, "hvxupgrade: there is not enough memory; free some, or use a machine with more\n");
+}
+
+TEST_F(FaultTest, AReportThatCannotBeReadBackIsMissing) {
+  const Ended ended = RunUnder("program:lseek:2:5", inPlace_);
+  EXPECT_EQ(ended.code, 5);
+  EXPECT_TRUE(Has(ended.err, "the report cannot be written (Input/output error)")) << ended.err;
+  EXPECT_EQ(Names(), "job.hvxdoc job.hvxdoc.old");
+}
+
+TEST_F(FaultTest, AFileThatMayNotGrowIsToldAsThat) {
+  rlimit limit{};
+  getrlimit(RLIMIT_FSIZE, &limit);
+  const rlimit small{600, limit.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+  const Ended ended = Run(inPlace_);
+  setrlimit(RLIMIT_FSIZE, &limit);
+  EXPECT_EQ(ended.code, 5);
+  EXPECT_TRUE(Has(ended.err, "(File too large)")) << ended.err;
+  EXPECT_EQ(Names(), "job.hvxdoc");
+  EXPECT_EQ(Content(file_), before_);
+}
+
+TEST_F(FaultTest, ADocumentThatCannotBeLookedAtIsNotReplaced) {
+  // Once each; which of them look at the document may change.
+  for (int number = 1; number <= 30; ++number) {
+    const Ended ended = RunUnder("worker:stat:" + std::to_string(number) + ":5", inPlace_);
+    const bool isUpgraded = Content(file_) != before_;
+    EXPECT_EQ(ended.code == 0, isUpgraded) << number << ended.err;
+    EXPECT_FALSE(Has(ended.err, "not a regular file")) << number << ended.err;
+    EXPECT_TRUE(isUpgraded || Has(ended.err, "Input/output error")) << number << ended.err;
+    file_ = Document("job.hvxdoc", kJobLines);
+    std::filesystem::remove(file_ + ".old");
+  }
+}
+
+TEST_F(FaultTest, AnInstallationThatCannotBeReadIsNotToBlame) {
+  const Ended ended = RunUnder("program:open:2:24:forever", inPlace_);
+  EXPECT_EQ(ended.code, 3);
+  EXPECT_TRUE(Has(ended.err, "(Too many open files)")) << ended.err;
+  EXPECT_FALSE(Has(ended.err, "Reinstall")) << ended.err;
+}
+
+}  // namespace
+}  // namespace tool_testing
