@@ -15,33 +15,39 @@ _hvxupgrade() {
   done
 
   case $prev in
+    --list)
+      mapfile -t COMPREPLY < <(compgen -W "pending current newer broken" -- "$cur")
+      return
+      ;;
     --only | --until)
       _hvxupgrade_identifiers
       return
       ;;
-    -o | --output | --report | --trace | --library)
+    -o | --output | --report | --trace | --library | --files-from)
+      compopt -o filenames 2>/dev/null
       mapfile -t COMPREPLY < <(compgen -f -- "$cur")
       return
       ;;
     --output-dir | --data)
+      compopt -o filenames 2>/dev/null
       mapfile -t COMPREPLY < <(compgen -d -- "$cur")
       return
       ;;
-    --backup | --timeout | --limit-features | --limit-memory | --language | --type | --id | --depth)
+    --include | --exclude | --backup | --timeout | --limit-features | --limit-memory | --language | --type | --id | --depth)
       return
       ;;
   esac
 
   if [[ $cur == -* ]]; then
-    local options="--help --library --data"
+    local options="--help --library --data" documents=" --files-from --null --include --exclude"
     case $verb in
-      status) options+=" --check --json" ;;
+      status) options+="$documents --list --check --json" ;;
       upgrade)
         options+=" --output --output-dir --in-place --backup --dry-run --force --only --until --report --trace"
         options+=" --language --timeout --limit-features --limit-memory --quiet --strict --accept-failures --retry --fail-on-drop"
-        options+=" --keep-result"
+        options+=" --keep-result$documents"
         ;;
-      check) options+=" --all --json" ;;
+      check) options+="$documents --all --json" ;;
       clean) options+=" --dry-run --json" ;;
       diff | identifiers) options+=" --json" ;;
       show) options+=" --attributes --type --id --depth" ;;
@@ -53,11 +59,11 @@ _hvxupgrade() {
   elif [[ $verb == identifiers ]]; then
     _hvxupgrade_identifiers
   elif [[ $verb == clean ]]; then
+    compopt -o filenames 2>/dev/null
     mapfile -t COMPREPLY < <(compgen -d -- "$cur")
   else
-    mapfile -t COMPREPLY < <(compgen -f -X '!*.hvxdoc' -- "$cur"; compgen -d -S / -- "$cur")
-    compopt -o nospace 2>/dev/null
-    [[ ${#COMPREPLY[@]} -eq 1 && ${COMPREPLY[0]} != */ ]] && compopt +o nospace 2>/dev/null
+    compopt -o filenames 2>/dev/null # names with blanks are quoted, folders get their "/"
+    mapfile -t COMPREPLY < <(compgen -f -X '!*.hvxdoc' -- "$cur"; compgen -d -- "$cur")
   fi
 }
 

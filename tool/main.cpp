@@ -8,17 +8,17 @@
 #include <exception>
 #include <new>
 
-#include "Arguments.h"
-#include "CheckCommand.h"
-#include "CleanCommand.h"
-#include "DiffCommand.h"
-#include "IdentifiersCommand.h"
-#include "Reading.h"
-#include "ShowCommand.h"
-#include "StatusCommand.h"
-#include "Terminal.h"
-#include "UpgradeCommand.h"
-#include "UsageError.h"
+#include "commands/CheckCommand.h"
+#include "commands/CleanCommand.h"
+#include "commands/DiffCommand.h"
+#include "commands/IdentifiersCommand.h"
+#include "commands/ShowCommand.h"
+#include "commands/StatusCommand.h"
+#include "commands/UpgradeCommand.h"
+#include "document/Reading.h"
+#include "settings/Arguments.h"
+#include "settings/UsageError.h"
+#include "terminal/Terminal.h"
 
 namespace tool {
 namespace {

@@ -41,9 +41,23 @@ class Reader {
       ReadBlock(blocks.Block(), blocks.ParserCapacity());
       if (options_.onProgress) options_.onProgress(blocks.BytesRead(), blocks.BytesTotal());
     }
-    if (!headerRead_) Fail(0, "the file is empty", "Give a document: a header line and one line per feature");
+    if (!headerRead_) RefuseEmpty();
     CheckLinks();
     return document_;
+  }
+
+  DocumentHeader ReadFirstLine() {
+    constexpr std::size_t kBlockBytes = 4096;  // about what a header takes
+    LineBlocks blocks(file_, kBlockBytes, options_.maxLineBytes);
+    while (!headerRead_ && blocks.Next(line_)) {
+      const std::string_view block = blocks.Block();
+      RefuseForeign(block);
+      const std::size_t start = block.find_first_not_of(kBlanks);
+      const std::size_t end = start == std::string_view::npos ? start : block.find('\n', start);
+      ReadBlock(block.substr(0, end), blocks.ParserCapacity());
+    }
+    if (!headerRead_) RefuseEmpty();
+    return {document_, static_cast<std::uint64_t>(announced_)};
   }
 
  private:
@@ -59,6 +73,10 @@ class Reader {
   [[noreturn]] void Fail(std::size_t line, std::string_view problem, std::string_view advice,
                          DocumentError::Kind kind = DocumentError::Kind::kInvalid) const {
     throw DocumentError(kind, file_, line, problem, advice);
+  }
+
+  [[noreturn]] void RefuseEmpty() const {
+    Fail(0, "the file is empty", "Give a document: a header line and one line per feature");
   }
 
   // Files that are easily taken for documents: what they are is more help than what is wrong with their first
@@ -542,6 +560,11 @@ class Reader {
 
 DocumentPtr ReadDocument(const std::filesystem::path& file, const ReadOptions& options) {
   return Reader(file, options).Read();
+}
+
+DocumentHeader ReadHeader(const std::filesystem::path& file) {
+  const ReadOptions options;
+  return Reader(file, options).ReadFirstLine();
 }
 
 }  // namespace standalone

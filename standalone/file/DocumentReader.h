@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -19,6 +20,16 @@ struct ReadOptions {
   /// Told, now and then, how many bytes were read and how many there are (0 when that is not known).
   std::function<void(std::size_t read, std::size_t total)> onProgress;
 };
+
+/// What a document tells in its first line.
+struct DocumentHeader {
+  DocumentPtr document;        ///< With the upgrades that it has been through, and no feature.
+  std::uint64_t features = 0;  ///< How many it announces.
+};
+
+/// Reads the first line only, in a time that does not depend on the size of the document. Throws
+/// `DocumentError` as `ReadDocument` does, for faults of that line.
+[[nodiscard]] DocumentHeader ReadHeader(const std::filesystem::path& file);
 
 /// Reads the document that `file` holds. Throws `DocumentError` when it cannot be read whole and sound; the
 /// message names the file, the line and what to do.

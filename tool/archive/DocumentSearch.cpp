@@ -1,0 +1,168 @@
+#include "archive/DocumentSearch.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <fnmatch.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <unordered_set>
+
+#include "file/DocumentError.h"
+#include "terminal/Terminal.h"
+
+namespace tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kDocuments = "*.hvxdoc";
+
+bool Matches(const std::vector<std::string>& patterns, const fs::path& beneath) {
+  return std::ranges::any_of(patterns, [&beneath](const std::string& pattern) {
+    const bool isOfName = pattern.find('/') == std::string::npos;
+    const fs::path text = isOfName ? beneath.filename() : beneath;
+    return fnmatch(pattern.c_str(), text.c_str(), FNM_PATHNAME) == 0;
+  });
+}
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+// Each name of the list, without empty ones.
+template <typename Use>
+void ReadList(const Sources& sources, const Use& use) {
+  const auto fail = [&sources](int cause) {
+    throw standalone::DocumentError(
+        standalone::DocumentError::Kind::kUnreadable, sources.list, 0,
+        fmt::format("the list of documents cannot be read ({})", std::strerror(cause)),
+        "Check its name and permissions");
+  };
+  const bool isStandardInput = sources.list == "-";
+  std::unique_ptr<std::FILE, CloseFile> opened(isStandardInput ? nullptr
+                                                               : std::fopen(sources.list.c_str(), "re"));
+  std::FILE* const file = isStandardInput ? stdin : opened.get();
+  if (file == nullptr) fail(errno);
+  const char end = sources.listHasNul ? '\0' : '\n';
+  std::string name;
+  errno = 0;
+  for (int byte = std::getc(file); byte != EOF; byte = std::getc(file)) {
+    if (byte != end) {
+      name.push_back(static_cast<char>(byte));
+      continue;
+    }
+    if (!name.empty()) use(name);
+    name.clear();
+  }
+  if (std::ferror(file) != 0) fail(errno);
+  if (!name.empty()) use(name);
+}
+
+class Search {
+ public:
+  Search(const Sources& sources, const fs::path& results)
+      : sources_(sources),
+        include_(sources.include),
+        results_(results.empty() ? fs::path() : PlainFormOf(results)) {
+    if (include_.empty()) include_.emplace_back(kDocuments);
+  }
+
+  void Add(const std::string& given) {
+    std::error_code error;  // what cannot be looked at cannot be read either, which is told then
+    if (fs::is_directory(given, error)) {
+      AddBeneath(given);
+    } else {
+      AddDocument({given, fs::path(given).filename()});
+    }
+  }
+
+  void AddList() {
+    found_.areSearched = true;
+    ReadList(sources_, [this](const std::string& name) { Add(name); });
+  }
+
+  FoundDocuments Finish() {
+    if (found_.documents.empty() && found_.problems.empty()) {
+      found_.problems.push_back(fmt::format("{}: no documents were found ({}). Choose others with --include",
+                                            folders_.empty() ? sources_.list : folders_,
+                                            fmt::join(include_, ", ")));
+    }
+    return std::move(found_);
+  }
+
+ private:
+  static fs::path PlainFormOf(const fs::path& path) {
+    fs::path plain = fs::absolute(path).lexically_normal();
+    return plain.has_filename() ? plain : plain.parent_path();  // "folder/" is "folder"
+  }
+
+  void AddDocument(GivenDocument document) {
+    if (met_.insert(PlainFormOf(document.file).string()).second)
+      found_.documents.push_back(std::move(document));
+  }
+
+  void AddBeneath(const std::string& given) {
+    found_.areSearched = true;
+    folders_ += (folders_.empty() ? "" : ", ") + given;
+    std::vector<GivenDocument> documents;
+    std::vector<fs::path> folders{fs::path()};  // beneath the given one, still to be looked through
+    while (!folders.empty()) {
+      const fs::path folder = std::move(folders.back());
+      folders.pop_back();
+      LookThrough(given, folder, folders, documents);
+    }
+    std::ranges::sort(documents, {}, &GivenDocument::beneath);
+    for (GivenDocument& document : documents) AddDocument(std::move(document));
+  }
+
+  void LookThrough(const std::string& given, const fs::path& folder, std::vector<fs::path>& folders,
+                   std::vector<GivenDocument>& documents) {
+    const fs::path place = folder.empty() ? fs::path(given) : fs::path(given) / folder;
+    std::error_code error;
+    fs::directory_iterator entry(place, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+      const fs::path name = entry->path().filename();
+      const fs::path beneath = folder / name;
+      if (name.native().starts_with('.') || Matches(sources_.exclude, beneath)) continue;
+      std::error_code gone;  // meanwhile
+      const fs::file_type type = entry->symlink_status(gone).type();
+      if (type == fs::file_type::directory) {
+        if (PlainFormOf(fs::path(given) / beneath) != results_) folders.push_back(beneath);
+      } else if (Matches(include_, beneath) && entry->is_regular_file(gone)) {
+        documents.push_back({(fs::path(given) / beneath).string(), beneath});
+      }
+    }
+    if (!error) return;
+    found_.problems.push_back(
+        fmt::format("{}: the folder cannot be read ({}), and its documents were left "
+                    "out. Check its permissions, then run the same command again",
+                    place.string(), error.message()));
+  }
+
+  const Sources& sources_;
+  std::vector<std::string> include_;
+  fs::path results_;
+  std::string folders_;  // those that were searched
+  std::unordered_set<std::string> met_;
+  FoundDocuments found_;
+};
+
+}  // namespace
+
+FoundDocuments FindDocuments(const Sources& sources, const fs::path& results) {
+  Search search(sources, results);
+  for (const std::string& given : sources.given) search.Add(given);
+  if (!sources.list.empty()) search.AddList();
+  return search.Finish();
+}
+
+ExitCode TellProblems(const FoundDocuments& found) {
+  for (const std::string& problem : found.problems) Complain(problem);
+  return found.problems.empty() ? ExitCode::kDone : ExitCode::kBadInput;
+}
+
+}  // namespace tool

@@ -1,0 +1,71 @@
+#include "archive/Leftovers.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+
+#include "terminal/Terminal.h"
+
+namespace tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Beside what a link leads to, for there its temporary files are made.
+fs::path FolderOf(const fs::path& target) {
+  std::error_code error;
+  return fs::weakly_canonical(fs::absolute(target), error).parent_path();
+}
+
+}  // namespace
+
+FolderContent ContentOf(const fs::path& folder, std::error_code& error) {
+  FolderContent content;
+  fs::directory_iterator entry(folder, error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    std::error_code gone;  // an entry that went in the meantime is none
+    const fs::file_status status = entry->symlink_status(gone);
+    if (fs::is_directory(status)) content.subfolders.push_back(entry->path());
+    const auto name = standalone::TemporaryName::Parse(entry->path().filename().string());
+    if (!name || !fs::is_regular_file(status)) continue;
+    const std::uintmax_t bytes = entry->file_size(gone);
+    if (!gone) content.leftovers.push_back({entry->path(), bytes, *name, name->State()});
+  }
+  std::ranges::sort(content.leftovers, {}, &Leftover::file);
+  std::ranges::sort(content.subfolders);
+  return content;
+}
+
+void RemoveLeftovers(const fs::path& target, pid_t process) {
+  std::error_code error;
+  for (const Leftover& leftover : ContentOf(FolderOf(target), error).leftovers) {
+    if (leftover.name.process == process && leftover.maker == standalone::Maker::kGone)
+      fs::remove(leftover.file, error);
+  }
+}
+
+void RemoveOldLeftovers(const std::vector<fs::path>& targets, bool quiet) {
+  std::set<fs::path> folders;
+  for (const fs::path& target : targets) folders.insert(FolderOf(target));
+  std::size_t files = 0;
+  std::uintmax_t bytes = 0;
+  std::set<fs::path> cleaned;
+  for (const fs::path& folder : folders) {
+    std::error_code error;
+    for (const Leftover& leftover : ContentOf(folder, error).leftovers) {
+      if (leftover.maker != standalone::Maker::kGone || !fs::remove(leftover.file, error)) continue;
+      ++files;
+      bytes += leftover.bytes;
+      cleaned.insert(folder);
+    }
+  }
+  if (files == 0 || quiet) return;
+  Put(stderr,
+      fmt::format("removed {} ({}) that earlier runs, which were killed, left in {}{}\n",
+                  Count(files, "temporary file"), Count(bytes, "byte"), Printable(cleaned.begin()->string()),
+                  cleaned.size() > 1 ? " and other folders" : ""));
+}
+
+}  // namespace tool

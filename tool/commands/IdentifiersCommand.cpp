@@ -1,0 +1,168 @@
+#include "commands/IdentifiersCommand.h"
+
+#include <fmt/ranges.h>
+
+#include <algorithm>
+
+#include "document/Selection.h"
+#include "report/JsonOutput.h"
+#include "terminal/Terminal.h"
+
+namespace tool {
+namespace {
+
+using standalone::KnownUpgrade;
+using standalone::VersionManager;
+using Binding = KnownUpgrade::Binding;
+
+struct Policy {
+  HVXOnFailure onFailure;
+  std::string_view word;
+  std::string_view meaning;
+};
+
+constexpr Policy kPolicies[] = {
+    {HVXOnFailure::kIgnore, "ignore", "a failure is not looked at"},
+    {HVXOnFailure::kStop, "stop", "a failure ends the upgrade of the feature with its code"},
+    {HVXOnFailure::kLast, "last", "the upgrade goes on and returns the result of the last routine run"},
+    {HVXOnFailure::kSkip, "skip", "a failure skips what else this class does for the same identifier"},
+    {HVXOnFailure::kFirst, "first", "the routine ends the upgrade of the feature, with its result"},
+};
+
+const Policy& PolicyOf(const Binding& bound) {
+  return *std::ranges::find(kPolicies, bound.binding->onFailure, &Policy::onFailure);
+}
+
+bool TestsInTurn(const Binding& bound) {
+  return bound.upgradeClass->matching == HVXMatching::kSequential;
+}
+
+std::string LateTypes(const HVXUpgradeClass& upgradeClass) {
+  return fmt::format("{}", fmt::join(upgradeClass.lateTypes, ", "));
+}
+
+void AppendClass(JsonObject& object, const HVXUpgradeClass& upgradeClass) {
+  object.Text("class", upgradeClass.name);
+  object.Texts("lateTypes",
+               std::vector<std::string>(upgradeClass.lateTypes.begin(), upgradeClass.lateTypes.end()));
+}
+
+std::size_t Number(const VersionManager& manager, const KnownUpgrade& known) {
+  return static_cast<std::size_t>(&known - manager.Known().data()) + 1;
+}
+
+bool Unanswered(const KnownUpgrade& known) {
+  return known.bindings.empty() && known.documentUpgrade == nullptr;
+}
+
+// What tells a list's reader something about the identifier as a whole.
+std::string Remarks(const KnownUpgrade& known) {
+  std::vector<std::string_view> remarks;
+  if (known.documentUpgrade != nullptr) remarks.emplace_back("document-wide");
+  if (Unanswered(known)) remarks.emplace_back("answered by no class");
+  return remarks.empty() ? "" : fmt::format("  ({})", fmt::join(remarks, "; "));
+}
+
+void AppendList(fmt::memory_buffer& out, const VersionManager& manager,
+                const std::vector<const KnownUpgrade*>& chosen) {
+  auto to = std::back_inserter(out);
+  for (const KnownUpgrade* const known : chosen) {
+    fmt::format_to(to, "{:3}  {}{}\n", Number(manager, *known), known->identifier, Remarks(*known));
+    if (known->documentUpgrade != nullptr) fmt::format_to(to, "       {}\n", known->documentUpgrade->purpose);
+    for (const Binding& bound : known->bindings) {
+      fmt::format_to(to, "       {}: {} [{}: {}{}]\n", LateTypes(*bound.upgradeClass), bound.binding->purpose,
+                     bound.upgradeClass->name, PolicyOf(bound).word, TestsInTurn(bound) ? ", in turn" : "");
+    }
+  }
+  for (const HVXUpgradeClass* const hostUpgrade : manager.HostUpgrades()) {
+    fmt::format_to(
+        to, "     The host's upgrade of basic components ({}), which conversions call\n       {} [{}]\n",
+        hostUpgrade->interface.Name(), LateTypes(*hostUpgrade), hostUpgrade->name);
+  }
+  fmt::format_to(to,
+                 "\nEach line: the late types, what happens to their features [the class: on failure].\n");
+  for (const Policy& policy : kPolicies) fmt::format_to(to, "  {:<8} {}\n", policy.word, policy.meaning);
+  fmt::format_to(to,
+                 "  in turn  the class tests all its identifiers in turn, not only up to the first match\n");
+}
+
+void AppendExplanation(fmt::memory_buffer& out, const VersionManager& manager, const KnownUpgrade& known) {
+  auto to = std::back_inserter(out);
+  fmt::format_to(to, "{} ({} of {})\n", known.identifier, Number(manager, known), manager.Known().size());
+  if (Unanswered(known)) fmt::format_to(to, "  No class answers to it: it changes nothing.\n");
+  if (known.documentUpgrade != nullptr) {
+    fmt::format_to(to, "  The whole document, after all features: {}\n", known.documentUpgrade->purpose);
+  }
+  for (const Binding& bound : known.bindings) {
+    fmt::format_to(to, "  {}\n    {}\n    Class {}; {}.\n", LateTypes(*bound.upgradeClass),
+                   bound.binding->purpose, bound.upgradeClass->name, PolicyOf(bound).meaning);
+    fmt::format_to(to, "    {}\n",
+                   TestsInTurn(bound) ? "The class tests all its identifiers in turn."
+                                      : "The class runs the first match only.");
+    if (Failed(bound.upgradeClass->resultWithoutRun)) {
+      fmt::format_to(to, "    Without a match the class answers 0x{:08X}.\n",
+                     static_cast<std::uint32_t>(bound.upgradeClass->resultWithoutRun));
+    }
+  }
+}
+
+void AppendJson(fmt::memory_buffer& out, const VersionManager& manager,
+                const std::vector<const KnownUpgrade*>& chosen) {
+  JsonObject top(out);
+  top.Text("identifierList", "hvxupgrade");
+  top.Number("version", kJsonVersion);
+  JsonList list(top.Key("identifiers"));
+  for (const KnownUpgrade* const known : chosen) {
+    JsonObject entry(list.Entry());
+    entry.Number("number", Number(manager, *known));
+    entry.Text("name", known->identifier);
+    entry.Flag("documentWide", known->documentUpgrade != nullptr);
+    if (known->documentUpgrade != nullptr) entry.Text("purpose", known->documentUpgrade->purpose);
+    JsonList bindings(entry.Key("bindings"));
+    for (const Binding& bound : known->bindings) {
+      JsonObject binding(bindings.Entry());
+      AppendClass(binding, *bound.upgradeClass);
+      binding.Text("purpose", bound.binding->purpose);
+      binding.Text("onFailure", PolicyOf(bound).word);
+      binding.Text("matching", TestsInTurn(bound) ? "inTurn" : "firstMatch");
+      standalone::AppendJsonInteger(binding.Key("resultWithoutRun"), bound.upgradeClass->resultWithoutRun);
+      binding.Close();
+    }
+    bindings.Close();
+    entry.Close();
+  }
+  list.Close();
+  JsonList hostUpgrades(top.Key("hostUpgrades"));
+  for (const HVXUpgradeClass* const hostUpgrade : manager.HostUpgrades()) {
+    JsonObject entry(hostUpgrades.Entry());
+    AppendClass(entry, *hostUpgrade);
+    entry.Text("interface", hostUpgrade->interface.Name());
+    entry.Close();
+  }
+  hostUpgrades.Close();
+  top.Close();
+  out.push_back('\n');
+}
+
+}  // namespace
+
+ExitCode RunIdentifiers(const IdentifiersArguments& arguments, const VersionManager& manager) {
+  std::vector<const KnownUpgrade*> chosen;
+  for (const std::string& identifier : arguments.identifiers)
+    chosen.push_back(&KnownOrRefuse(manager, identifier));
+  if (arguments.identifiers.empty()) {
+    for (const KnownUpgrade& known : manager.Known()) chosen.push_back(&known);
+  }
+  fmt::memory_buffer out;
+  if (arguments.json) {
+    AppendJson(out, manager, chosen);
+  } else if (arguments.identifiers.empty()) {
+    AppendList(out, manager, chosen);
+  } else {
+    for (const KnownUpgrade* const known : chosen) AppendExplanation(out, manager, *known);
+  }
+  Say({out.data(), out.size()});
+  return ExitCode::kDone;
+}
+
+}  // namespace tool

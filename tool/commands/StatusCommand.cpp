@@ -1,0 +1,224 @@
+#include "commands/StatusCommand.h"
+
+#include <array>
+#include <memory>
+#include <optional>
+
+#include "archive/DocumentSearch.h"
+#include "document/Reading.h"
+#include "file/DocumentReader.h"
+#include "report/JsonOutput.h"
+#include "terminal/Terminal.h"
+
+namespace tool {
+namespace {
+
+using standalone::DocumentError;
+using standalone::KnownUpgrade;
+using standalone::VersionManager;
+
+// What a document's first line tells of it.
+enum class State { kPending, kCurrent, kNewer, kBroken };
+constexpr std::size_t kStates = 4;
+
+struct StateWords {
+  std::string_view name;     // for --list
+  std::string_view verdict;  // for people
+  Colour colour;
+};
+constexpr std::array<StateWords, kStates> kWords{{{"pending", "upgrade needed", Colour::kYellow},
+                                                  {"current", "current", Colour::kGreen},
+                                                  {"newer", "newer than this program", Colour::kRed},
+                                                  {"broken", "broken", Colour::kRed}}};
+
+const StateWords& WordsOf(State state) {
+  return kWords[static_cast<std::size_t>(state)];
+}
+
+struct Status {
+  std::string file;
+  State state = State::kBroken;
+  std::uint64_t features = 0;
+  std::vector<std::string> pending;
+  std::vector<std::string> done;
+  std::vector<std::string> unknown;    // recorded, but of a later release
+  std::optional<DocumentError> error;  // why nothing else is known
+
+  [[nodiscard]] ExitCode Code(bool check) const {
+    if (error) return ExitCodeOf(*error);
+    if (state == State::kNewer) return ExitCode::kNewer;
+    return check && state == State::kPending ? ExitCode::kUpgradeNeeded : ExitCode::kDone;
+  }
+};
+
+Status StatusOf(const std::string& file, const VersionManager& manager) {
+  Status status;
+  status.file = file;
+  try {
+    const standalone::DocumentHeader header = standalone::ReadHeader(file);
+    const standalone::Document& document = *header.document.Get();
+    status.features = header.features;
+    status.pending = manager.Pending(document);
+    status.unknown = manager.Unknown(document);
+    for (const KnownUpgrade& known : manager.Known()) {
+      if (document.HasRecorded(known.identifier)) status.done.push_back(known.identifier);
+    }
+    status.state = !status.unknown.empty()  ? State::kNewer
+                   : status.pending.empty() ? State::kCurrent
+                                            : State::kPending;
+  } catch (const DocumentError& error) {
+    status.error = error;
+    if (error.GetKind() == DocumentError::Kind::kNewer) status.state = State::kNewer;
+  }
+  return status;
+}
+
+void AppendIdentifiers(fmt::memory_buffer& out, std::string_view title,
+                       const std::vector<std::string>& identifiers) {
+  if (identifiers.empty()) return;
+  fmt::format_to(std::back_inserter(out), "  {}:\n", title);
+  for (const std::string& identifier : identifiers)
+    fmt::format_to(std::back_inserter(out), "    {}\n", Word(identifier));
+}
+
+void AppendText(fmt::memory_buffer& out, const Status& status) {
+  auto to = std::back_inserter(out);
+  const StateWords& words = WordsOf(status.state);
+  fmt::format_to(to, "{}: {}, {} pending, {} done", Printable(status.file),
+                 Paint(stdout, words.colour, words.verdict), status.pending.size(), status.done.size());
+  if (!status.unknown.empty()) fmt::format_to(to, ", {} unknown here", status.unknown.size());
+  fmt::format_to(to, " ({})\n", Count(status.features, "feature"));
+  AppendIdentifiers(out, "Pending", status.pending);
+  AppendIdentifiers(out, "Done", status.done);
+  AppendIdentifiers(out, "Unknown here (use a newer release of this program)", status.unknown);
+}
+
+void AppendJson(fmt::memory_buffer& out, const Status& status) {
+  JsonObject entry(out);
+  entry.Text("file", status.file);
+  entry.Text("verdict", WordsOf(status.state).verdict);
+  entry.Number("features", status.features);
+  entry.Texts("pending", status.pending);
+  entry.Texts("done", status.done);
+  entry.Texts("unknown", status.unknown);
+  entry.Close();
+}
+
+// What is told of all documents, one at a time.
+class View {
+ public:
+  virtual ~View() = default;
+  virtual void Add(const Status& status) = 0;
+  virtual void Finish() {}
+};
+
+class JsonView final : public View {
+ public:
+  JsonView() {
+    top_.Text("status", "hvxupgrade");
+    top_.Number("version", kJsonVersion);
+    documents_.emplace(top_.Key("documents"));
+  }
+  void Add(const Status& status) override {
+    if (status.error) {
+      Complain(status.error->what());
+      AppendUnreadable(documents_->Entry(), status.file, *status.error);
+    } else {
+      AppendJson(documents_->Entry(), status);
+    }
+    Flush();
+  }
+  void Finish() override {
+    documents_->Close();
+    top_.Close();
+    out_.push_back('\n');
+    Flush();
+  }
+
+ private:
+  void Flush() {
+    Say({out_.data(), out_.size()});
+    out_.clear();
+  }
+
+  fmt::memory_buffer out_;
+  JsonObject top_{out_};
+  std::optional<JsonList> documents_;
+};
+
+class EachView final : public View {
+ public:
+  void Add(const Status& status) override {
+    if (status.error) {
+      Complain(status.error->what());
+      return;
+    }
+    fmt::memory_buffer out;
+    AppendText(out, status);
+    Say({out.data(), out.size()});
+    FlushOutput();
+  }
+};
+
+// Of documents that nobody named: how many there are in each state.
+class TotalsView final : public View {
+ public:
+  void Add(const Status& status) override {
+    ++documents_[static_cast<std::size_t>(status.state)];
+    features_ += status.features;
+  }
+  void Finish() override {
+    std::size_t all = 0;
+    for (const std::size_t each : documents_) all += each;
+    Say(fmt::format("{}, {}\n", Count(all, "document"), Count(features_, "feature")));
+    for (std::size_t i = 0; i < kStates; ++i) {
+      if (documents_[i] == 0) continue;
+      const std::string verdict = fmt::format("{:<24}", kWords[i].verdict);
+      Say(fmt::format("  {}{:>9}   --list {}\n", Paint(stdout, kWords[i].colour, verdict), documents_[i],
+                      kWords[i].name));
+    }
+  }
+
+ private:
+  std::array<std::size_t, kStates> documents_{};
+  std::uint64_t features_ = 0;
+};
+
+class NamesView final : public View {
+ public:
+  // With `endsWithNul` names are printed as they are, for programs; else as people can see them.
+  NamesView(std::string_view state, bool endsWithNul) : state_(state), endsWithNul_(endsWithNul) {}
+  void Add(const Status& status) override {
+    if (WordsOf(status.state).name != state_) return;
+    Say(endsWithNul_ ? status.file + '\0' : Printable(status.file) + '\n');
+  }
+
+ private:
+  std::string_view state_;
+  bool endsWithNul_;
+};
+
+std::unique_ptr<View> ViewFor(const StatusArguments& arguments, const FoundDocuments& found) {
+  if (arguments.json) return std::make_unique<JsonView>();
+  if (!arguments.list.empty())
+    return std::make_unique<NamesView>(arguments.list, arguments.sources.listHasNul);
+  if (found.areSearched) return std::make_unique<TotalsView>();
+  return std::make_unique<EachView>();
+}
+
+}  // namespace
+
+ExitCode RunStatus(const StatusArguments& arguments, const VersionManager& manager) {
+  const FoundDocuments found = FindDocuments(arguments.sources);
+  ExitCode code = TellProblems(found);
+  const std::unique_ptr<View> view = ViewFor(arguments, found);
+  for (const auto& [file, beneath] : found.documents) {
+    const Status status = StatusOf(file, manager);
+    view->Add(status);
+    code = MoreSerious(code, status.Code(arguments.check));
+  }
+  view->Finish();
+  return code;
+}
+
+}  // namespace tool

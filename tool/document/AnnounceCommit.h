@@ -1,0 +1,12 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace tool {
+
+/// Called by the work when all that is left is to put its output in place, with what it will have to report
+/// once it is there: the process may end before it can.
+using AnnounceCommit = std::function<void(const std::string& result)>;
+
+}  // namespace tool

@@ -1,0 +1,254 @@
+#include "document/DocumentUpgrade.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+#include <new>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+#include "check/Conformity.h"
+#include "check/Integrity.h"
+#include "check/Losses.h"
+#include "compare/DroppedValues.h"
+#include "file/DocumentError.h"
+#include "file/DocumentReader.h"
+#include "file/DocumentWriter.h"
+#include "report/Attention.h"
+#include "report/Summary.h"
+#include "terminal/Interruption.h"
+#include "terminal/Progress.h"
+#include "terminal/Terminal.h"
+#include "upgrade/LeftBehind.h"
+
+namespace tool {
+namespace {
+
+using standalone::DocumentError;
+using standalone::DocumentPtr;
+using standalone::Finding;
+using standalone::VersionManager;
+
+class DocumentUpgrade {
+ public:
+  DocumentUpgrade(const UpgradeTask& task, const AnnounceCommit& announceCommit)
+      : task_(task), announceCommit_(announceCommit), progress_(Printable(task.input), !task.quiet) {}
+
+  DocumentResult Run() {
+    replacesInput_ = task_.destination.Replaces(task_.input);
+    const DocumentPtr document = Read();
+    RefuseNewer(*document.Get());
+    document->LimitCreation(FeatureLimit(task_.limits, document->FeatureCount()));
+    const std::vector<std::string> pending = task_.manager.Pending(*document.Get());
+    const Selection::Chosen chosen = task_.selection.Of(pending);
+    standalone::LeftBehind leftBehind(*document.Get());
+    std::vector<VersionManager::Again> again;
+    if (task_.retry) again = leftBehind.Next();
+    result_.features = document->FeatureCount();
+    result_.failsOnDrop = task_.failOnDrop;
+    if (chosen.identifiers.empty() && again.empty()) {
+      result_.verdict = pending.empty() ? Verdict::kCurrent : Verdict::kNothingChosen;
+      PassUnchanged(*document.Get());
+    } else {
+      result_.verdict = Verdict::kUpgraded;
+      if (chosen.identifiers.empty()) task_.destination.Check();  // the header gave no reason to
+      RunChosen(document, chosen, [&] {
+        if (!again.empty() || !task_.retry) return std::exchange(again, {});
+        return leftBehind.Next();
+      });
+    }
+    return std::move(result_);
+  }
+
+ private:
+  using Tell = std::function<void(std::size_t, std::size_t)>;
+
+  // Also the places where a long run notices that it should stop.
+  Tell Telling(const char* phase) {
+    return [this, phase](std::size_t done, std::size_t total) {
+      Interruption::StopIfRequested();
+      progress_.Update(phase, done, total);
+    };
+  }
+
+  // A result that cannot be put in place is refused before the document is read, but a document with nothing
+  // to do may have been put there by an earlier run.
+  DocumentPtr Read() {
+    standalone::ReadOptions options;
+    options.onProgress = Telling("reading");
+    options.onHeader = [this](const standalone::Document& header,
+                              const std::optional<standalone::FileIdentity>& file) {
+      read_ = file;
+      if (!task_.selection.Of(task_.manager.Pending(header)).identifiers.empty()) task_.destination.Check();
+    };
+    return standalone::ReadDocument(task_.input, options);
+  }
+
+  void RefuseNewer(const standalone::Document& document) const {
+    const std::vector<std::string> unknown = task_.manager.Unknown(document);
+    if (unknown.empty()) return;
+    throw DocumentError(DocumentError::Kind::kNewer, task_.input, 0,
+                        fmt::format("it has been through {} that this program does not know, such as {}",
+                                    Count(unknown.size(), "upgrade"), Quoted(unknown.front())),
+                        "Use a newer release of this program");
+  }
+
+  void PassUnchanged(standalone::Document& document) {
+    const std::vector<AttentionItem> attention = AttentionTo(standalone::CheckConformity(document), {});
+    result_.needsPerson = attention.size();
+    result_.attention = JsonOf(task_.input, attention);
+    const bool isThere = task_.destination.HoldsCopyOf(task_.input);
+    if (!task_.destination.inPlace && !isThere) task_.destination.Check();
+    result_.summary = SummaryWithoutRun(
+        {task_.input, result_.verdict, attention, task_.destination, isThere, task_.dryRun});
+    if (task_.report != nullptr)
+      task_.report->AddWithoutRun(task_.input, result_, task_.destination, task_.dryRun);
+    if (task_.dryRun || task_.destination.inPlace || isThere || !task_.destination.file) return;
+    announceCommit_(Pack(result_));
+    Interruption::StopIfRequested();
+    task_.destination.MakeFolder();
+    if (read_) {
+      standalone::CopyDocument(task_.input, *task_.destination.file, Options(), read_);
+    } else {  // such as a pipe, which can be read once
+      standalone::WriteDocument(document, *task_.destination.file, Options());
+    }
+  }
+
+  standalone::UpgradeRun RunWatched(const DocumentPtr& document, const Selection::Chosen& chosen,
+                                    const VersionManager::NextRound& again) {
+    standalone::UpgradeWatch watch;
+    std::optional<standalone::CheckpointScope> tracing;
+    if (task_.trace != nullptr) {
+      task_.trace->BeginDocument(task_.input);
+      task_.trace->Watch(watch);
+      tracing.emplace(task_.trace->Plan());
+    }
+    watch.onProgress = Telling("upgrading");
+    return task_.manager.RunAgain(document, again, chosen.identifiers, watch);
+  }
+
+  void RunChosen(const DocumentPtr& document, const Selection::Chosen& chosen,
+                 const VersionManager::NextRound& again) {
+    if (task_.report != nullptr || task_.failOnDrop) document->Changes().Start();
+    const standalone::UpgradeRun run = RunWatched(document, chosen, again);
+    document->DropAllDeadLinks();
+    const Comparison comparison = Compare(*document.Get(), run);
+    const std::vector<AttentionItem> attention = Verify(*document.Get(), run);
+    std::vector<standalone::DroppedValues> dropped;
+    if (document->Changes().IsOn()) dropped = standalone::FindDroppedValues(*document.Get());
+
+    result_.identifiers = run.identifiers.size();
+    result_.needsPerson = attention.size();
+    result_.attention = JsonOf(task_.input, attention);
+    result_.dropped = dropped.size();
+    result_.totals = comparison.all;
+    const std::string held = WhyHeldBack();
+    if (!held.empty()) result_.verdict = Verdict::kHeldBack;
+    result_.summary = SummaryOfRun({task_.input, result_, comparison, attention, chosen.broughtAlong, held,
+                                    task_.destination, task_.dryRun});
+    if (task_.report != nullptr) {
+      // Before the document: a report that cannot be written must not come too late.
+      task_.report->AddRun({task_.input, result_, task_.destination, task_.dryRun, *document.Get(), run,
+                            comparison, chosen.broughtAlong, dropped});
+    }
+    if (task_.dryRun || !task_.destination.file || !held.empty()) return;
+    task_.destination.MakeFolder();
+    standalone::WriteOptions options = Options();
+    options.onProgress = [this, tell = Telling("writing")](std::size_t written, std::size_t total) {
+      if (written == total) announceCommit_(Pack(result_));
+      tell(written, total);
+    };
+    standalone::WriteDocument(*document.Get(), *task_.destination.file, options);
+  }
+
+  // What a person must look at in the result. A result that could not be read again is given up.
+  [[nodiscard]] std::vector<AttentionItem> Verify(standalone::Document& document,
+                                                  const standalone::UpgradeRun& run) {
+    Interruption::StopIfRequested();
+    const std::vector<std::string> faults = standalone::FindFaults(document, 1);
+    if (!faults.empty()) {
+      throw std::runtime_error(
+          fmt::format("the result could not be read again ({}), which is a fault of this program or of a "
+                      "plug-in; please report "
+                      "it with the document",
+                      faults.front()));
+    }
+    std::vector<Finding> findings = standalone::CheckConformity(document);
+    std::ranges::move(standalone::FindLosses(document), std::back_inserter(findings));
+    return AttentionTo(findings, run.failures);
+  }
+
+  // Empty when the result may be written.
+  [[nodiscard]] std::string WhyHeldBack() const {
+    if (task_.dryRun || result_.IsComplete()) return {};
+    if (task_.strict) return "--strict";
+    if (!replacesInput_ || !task_.destination.backupSuffix.empty() || task_.acceptFailures) return {};
+    if (!task_.destination.inPlace)
+      return "it would replace the only copy of the old document; write it to another file";
+    return "in place, the only copy of the old document would go; give --backup SUFFIX, or --accept-failures";
+  }
+
+  [[nodiscard]] standalone::WriteOptions Options() const {
+    return {.overwrite = task_.destination.overwrite,
+            .backupSuffix = task_.destination.backupSuffix,
+            .replaces = replacesInput_ ? read_ : std::nullopt,
+            .keepResult = task_.keepResult,
+            .onProgress = {}};
+  }
+
+  const UpgradeTask& task_;
+  const AnnounceCommit& announceCommit_;
+  Progress progress_;
+  DocumentResult result_;
+  bool replacesInput_ = false;
+  std::optional<standalone::FileIdentity> read_;  // none where it is no regular file
+};
+
+DocumentResult WithoutResult(Verdict verdict, std::string problem) {
+  DocumentResult result;
+  result.verdict = verdict;
+  result.problem = std::move(problem);
+  return result;
+}
+
+Verdict VerdictOf(DocumentError::Kind kind) {
+  switch (kind) {
+    case DocumentError::Kind::kNewer:
+      return Verdict::kNewer;
+    case DocumentError::Kind::kUnwritable:
+      return Verdict::kUnwritable;
+    case DocumentError::Kind::kUnreadable:
+    case DocumentError::Kind::kInvalid:
+      break;
+  }
+  return Verdict::kBadInput;
+}
+
+}  // namespace
+
+DocumentResult UpgradeDocument(const UpgradeTask& task, const AnnounceCommit& announceCommit) {
+  const auto aborted = [&task](std::string_view why) {
+    return WithoutResult(
+        Verdict::kAborted,
+        fmt::format("{}: the upgrade was given up: {}. Nothing was written", task.input, why));
+  };
+  try {
+    LimitMemory(task.limits);
+    return DocumentUpgrade(task, announceCommit).Run();
+  } catch (const Interrupted&) {
+    throw;
+  } catch (const standalone::ChangedMeanwhile& changed) {
+    DocumentResult result = WithoutResult(Verdict::kChangedMeanwhile, changed.what());
+    result.kept = changed.Kept();
+    return result;
+  } catch (const DocumentError& error) {
+    return WithoutResult(VerdictOf(error.GetKind()), error.what());
+  } catch (const std::bad_alloc&) {
+    return aborted("there is not enough memory" + MemoryLimitText());
+  } catch (const std::exception& error) {  // also what a routine lets out
+    return aborted(error.what());
+  }
+}
+
+}  // namespace tool

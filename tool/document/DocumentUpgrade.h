@@ -1,0 +1,36 @@
+#pragma once
+
+#include "document/AnnounceCommit.h"
+#include "document/Selection.h"
+#include "document/Trace.h"
+#include "record/Destination.h"
+#include "record/DocumentResult.h"
+#include "report/Report.h"
+#include "settings/Limits.h"
+
+namespace tool {
+
+/// One document to upgrade.
+struct UpgradeTask {
+  const std::string& input;
+  const Destination& destination;
+  const standalone::VersionManager& manager;
+  const Selection& selection;
+  bool dryRun = false;
+  bool quiet = false;
+  bool strict = false;          ///< Write no result in which something needs a person.
+  bool acceptFailures = false;  ///< Replace a document by such a result also without a backup.
+  bool failOnDrop = false;      ///< Look for dropped values, and fail when there are any.
+  bool retry = false;           ///< Run again what left features behind.
+  bool keepResult = false;      ///< Keep a result that cannot replace its document any more.
+  const Limits& limits;
+  Report* report = nullptr;  ///< Null when none is wanted.
+  const Trace* trace = nullptr;
+};
+
+/// Reads the document, runs the selected upgrades, verifies the result, adds to the report, and puts the
+/// result in place, announcing this right before. Whatever goes wrong is told by the result, and the files
+/// are then as they were; throws `Interrupted` only.
+[[nodiscard]] DocumentResult UpgradeDocument(const UpgradeTask& task, const AnnounceCommit& announceCommit);
+
+}  // namespace tool

@@ -1,0 +1,40 @@
+#include "document/Reading.h"
+
+#include "file/DocumentReader.h"
+#include "report/JsonOutput.h"
+#include "terminal/Progress.h"
+
+namespace tool {
+
+standalone::DocumentPtr ReadWithProgress(const std::string& file) {
+  Progress progress(file, true);
+  standalone::ReadOptions options;
+  options.onProgress = [&progress](std::size_t read, std::size_t total) {
+    progress.Update("reading", read, total);
+  };
+  return standalone::ReadDocument(file, options);
+}
+
+ExitCode ExitCodeOf(const standalone::DocumentError& error) {
+  switch (error.GetKind()) {
+    case standalone::DocumentError::Kind::kNewer:
+      return ExitCode::kNewer;
+    case standalone::DocumentError::Kind::kUnwritable:
+      return ExitCode::kUnwritable;
+    case standalone::DocumentError::Kind::kUnreadable:
+    case standalone::DocumentError::Kind::kInvalid:
+      break;
+  }
+  return ExitCode::kBadInput;
+}
+
+void AppendUnreadable(fmt::memory_buffer& out, const std::string& file,
+                      const standalone::DocumentError& error) {
+  JsonObject entry(out);
+  entry.Text("file", file);
+  entry.Text("verdict", "error");
+  entry.Text("error", error.what());
+  entry.Close();
+}
+
+}  // namespace tool

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <fmt/format.h>
+
+#include <string>
+
+#include "file/DocumentError.h"
+#include "model/Document.h"
+#include "settings/ExitCode.h"
+
+namespace tool {
+
+/// Reads a document with progress on the terminal. Throws `standalone::DocumentError`.
+[[nodiscard]] standalone::DocumentPtr ReadWithProgress(const std::string& file);
+
+[[nodiscard]] ExitCode ExitCodeOf(const standalone::DocumentError& error);
+
+/// The entry of a JSON list of documents for one that could not be read.
+void AppendUnreadable(fmt::memory_buffer& out, const std::string& file,
+                      const standalone::DocumentError& error);
+
+}  // namespace tool

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "record/Comparison.h"
+#include "settings/ExitCode.h"
+
+namespace tool {
+
+enum class Verdict {
+  kUpgraded,       ///< Possibly with things that need a person.
+  kCurrent,        ///< Nothing was pending; what earlier runs left behind may need a person.
+  kNothingChosen,  ///< Nothing that was pending was chosen.
+  kHeldBack,       ///< Upgraded, but not written, because something needs a person.
+  kBadInput,
+  kNewer,
+  kUnwritable,
+  kChangedMeanwhile,  ///< The document is no longer what was read; the result was not put in its place.
+  kAborted,
+  kTimedOut,
+  kCrashed,
+  kInterrupted,
+};
+
+/// What became of one document, as a worker process tells its parent.
+struct DocumentResult {
+  Verdict verdict = Verdict::kCrashed;
+  std::size_t features = 0;     ///< Of the document before the run.
+  std::size_t identifiers = 0;  ///< That were run.
+  std::size_t needsPerson = 0;  ///< Things that a person must look at.
+  std::size_t dropped = 0;      ///< Attributes with dropped values, where these were looked for.
+  bool failsOnDrop = false;     ///< Dropped values are wanted to be a failure.
+  Totals totals;
+  std::string problem;    ///< Why there is no result; empty when there is one.
+  std::string kept;       ///< Where the result is when its document was changed meanwhile; mostly empty.
+  std::string summary;    ///< For people; empty when there is no result.
+  std::string attention;  ///< JSON objects, separated by commas: what needs a person.
+
+  /// Whether the upgrade was carried through, written or not.
+  [[nodiscard]] bool Succeeded() const { return verdict <= Verdict::kHeldBack; }
+  /// Whether all that the upgrade was to do is done.
+  [[nodiscard]] bool IsComplete() const {
+    return verdict <= Verdict::kNothingChosen && needsPerson == 0 && !(failsOnDrop && dropped != 0);
+  }
+};
+
+/// A word for the verdict, as reports hold it.
+[[nodiscard]] std::string_view NameOf(Verdict verdict);
+[[nodiscard]] ExitCode ExitCodeOf(const DocumentResult& result);
+
+/// The result as bytes for the same program, and back.
+[[nodiscard]] std::string Pack(const DocumentResult& result);
+[[nodiscard]] DocumentResult Unpack(std::string_view bytes);
+
+}  // namespace tool

@@ -1,0 +1,56 @@
+#include "report/JsonOutput.h"
+
+#include "terminal/VisibleText.h"
+
+namespace tool {
+namespace {
+
+void AppendText(fmt::memory_buffer& out, std::string_view text) {
+  fmt::memory_buffer json;
+  standalone::AppendJsonText(json, AsUtf8(text));
+  AppendVisibleJson(out, {json.data(), json.size()});
+}
+
+}  // namespace
+
+fmt::memory_buffer& JsonObject::Key(std::string_view key) {
+  if (!first_) out_.push_back(',');
+  first_ = false;
+  AppendText(out_, key);
+  out_.push_back(':');
+  return out_;
+}
+
+void JsonObject::Value(std::string_view key, std::string_view json) {
+  AppendVisibleJson(Key(key), json);
+}
+
+void JsonObject::Text(std::string_view key, std::string_view text) {
+  AppendText(Key(key), text);
+}
+
+void JsonObject::Number(std::string_view key, std::size_t number) {
+  standalone::AppendJsonInteger(Key(key), static_cast<std::int64_t>(number));
+}
+
+void JsonObject::Texts(std::string_view key, std::span<const std::string> texts) {
+  JsonList list(Key(key));
+  for (const std::string& text : texts) list.Text(text);
+  list.Close();
+}
+
+fmt::memory_buffer& JsonList::Entry() {
+  if (!first_) out_.push_back(',');
+  first_ = false;
+  return out_;
+}
+
+void JsonList::Value(std::string_view json) {
+  AppendVisibleJson(Entry(), json);
+}
+
+void JsonList::Text(std::string_view text) {
+  AppendText(Entry(), text);
+}
+
+}  // namespace tool

@@ -1,0 +1,109 @@
+#include "report/Summary.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "terminal/Terminal.h"
+
+namespace tool {
+namespace {
+
+std::string NeedingPerson(std::size_t count) {
+  return fmt::format("{} a person", count == 1 ? "1 thing needs" : fmt::format("{} things need", count));
+}
+
+void AppendVerdict(fmt::memory_buffer& out, const RunFacts& facts) {
+  const DocumentResult& result = facts.result;
+  std::string verdict = facts.dryRun ? "would be upgraded" : "upgraded";
+  if (!facts.heldBack.empty()) verdict += ", NOT WRITTEN";
+  if (result.needsPerson != 0) verdict += fmt::format(", {}", NeedingPerson(result.needsPerson));
+  auto to = std::back_inserter(out);
+  fmt::format_to(to, "{}: {}, {} of {} changed", Printable(facts.input),
+                 Paint(stdout, result.IsComplete() ? Colour::kGreen : Colour::kYellow, verdict),
+                 result.totals.changed, Count(result.features, "feature"));
+  if (result.totals.created != 0) fmt::format_to(to, ", {} created", result.totals.created);
+  if (result.totals.removed != 0) fmt::format_to(to, ", {} removed", result.totals.removed);
+  fmt::format_to(to, ", {}\n", Count(result.identifiers, "identifier"));
+}
+
+void AppendAttention(fmt::memory_buffer& out, const std::vector<AttentionItem>& attention) {
+  if (attention.empty()) return;
+  fmt::format_to(std::back_inserter(out), "  Needs a person:\n{}", TextOf(attention));
+}
+
+void AppendBroughtAlong(fmt::memory_buffer& out,
+                        const std::vector<standalone::VersionManager::Needed>& broughtAlong) {
+  for (const standalone::VersionManager::Needed& needed : broughtAlong) {
+    fmt::format_to(std::back_inserter(out), "  {} came along, because {} must not run before it: {}\n",
+                   needed.identifier, needed.by, needed.reason);
+  }
+}
+
+void AppendTotals(fmt::memory_buffer& out, const std::map<std::string, Totals>& byType) {
+  if (byType.empty()) return;
+  std::size_t width = std::string_view("Late type").size();
+  for (const auto& [type, totals] : byType) width = std::max(width, Word(type).size());
+  auto to = std::back_inserter(out);
+  fmt::format_to(to, "  {:<{}}  {:>9} {:>9} {:>9} {:>9} {:>9}\n", "Late type", width, "concerned", "changed",
+                 "created", "removed", "failed");
+  const auto number = [](std::size_t count) { return count == 0 ? std::string("-") : std::to_string(count); };
+  for (const auto& [type, totals] : byType) {
+    fmt::format_to(to, "  {:<{}}  {:>9} {:>9} {:>9} {:>9} {:>9}\n", Word(type), width,
+                   number(totals.concerned), number(totals.changed), number(totals.created),
+                   number(totals.removed), number(totals.failed));
+  }
+}
+
+void AppendPlace(fmt::memory_buffer& out, const Destination& destination, bool dryRun, const char* remark) {
+  auto to = std::back_inserter(out);
+  if (dryRun) {
+    fmt::format_to(to, "  Nothing was written (dry run)");
+    if (destination.file) fmt::format_to(to, "; the result would go to: {}", Printable(destination.Text()));
+    fmt::format_to(to, "\n");
+  } else if (destination.file) {
+    fmt::format_to(to, "  Result: {}{}\n", Printable(destination.Text()), remark);
+  }
+}
+
+}  // namespace
+
+std::string SummaryOfRun(const RunFacts& facts) {
+  fmt::memory_buffer out;
+  AppendVerdict(out, facts);
+  AppendAttention(out, facts.attention);
+  AppendBroughtAlong(out, facts.broughtAlong);
+  AppendTotals(out, facts.comparison.byType);
+  if (facts.result.dropped != 0) {
+    fmt::format_to(
+        std::back_inserter(out),
+        "  Dropped: {} of the old document held values that stand nowhere in the result; --report lists "
+        "them\n",
+        Count(facts.result.dropped, "attribute"));
+  }
+  if (facts.heldBack.empty()) {
+    AppendPlace(out, facts.destination, facts.dryRun, "");
+  } else {
+    fmt::format_to(std::back_inserter(out), "  Nothing was written: {}\n", facts.heldBack);
+  }
+  return fmt::to_string(out);
+}
+
+std::string SummaryWithoutRun(const FactsWithoutRun& facts) {
+  fmt::memory_buffer out;
+  std::string words =
+      facts.verdict == Verdict::kCurrent ? "already current" : "nothing to do, the chosen upgrades are done";
+  if (!facts.attention.empty()) words += fmt::format(", {}", NeedingPerson(facts.attention.size()));
+  fmt::format_to(std::back_inserter(out), "{}: {}\n", Printable(facts.input),
+                 Paint(stdout, facts.attention.empty() ? Colour::kGreen : Colour::kYellow, words));
+  AppendAttention(out, facts.attention);
+  if (facts.destination.inPlace) return fmt::to_string(out);
+  if (facts.isThere) {
+    AppendPlace(out, facts.destination, false, ", is there already");
+  } else {
+    AppendPlace(out, facts.destination, facts.dryRun, ", copied unchanged");
+  }
+  return fmt::to_string(out);
+}
+
+}  // namespace tool

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "settings/ExitCode.h"
+#include "settings/Installation.h"
+#include "settings/Limits.h"
+#include "settings/Sources.h"
+
+namespace tool {
+
+struct StatusArguments {
+  Sources sources;
+  std::string list;  ///< Only the names of documents in this state; empty for all that is known.
+  bool check = false;
+  bool json = false;
+};
+
+struct UpgradeArguments {
+  Sources sources;
+  std::string output;  // at most one of these three
+  std::string outputDirectory;
+  bool inPlace = false;
+  std::string backupSuffix;
+  bool dryRun = false;
+  bool force = false;
+  bool strict = false;
+  bool acceptFailures = false;
+  bool failOnDrop = false;
+  bool retry = false;
+  bool keepResult = false;
+  std::vector<std::string> only;  // at most one of these two
+  std::string until;
+  std::string report;
+  std::string language = "en";
+  std::string trace;
+  bool quiet = false;
+  Limits limits;  ///< Of each document.
+};
+
+struct IdentifiersArguments {
+  std::vector<std::string> identifiers;
+  bool json = false;
+};
+
+struct ShowArguments {
+  std::string file;
+  bool attributes = false;
+  std::string lateType;
+  std::optional<std::int64_t> id;
+  std::optional<std::size_t> depth;
+};
+
+struct CheckArguments {
+  Sources sources;
+  bool all = false;
+  bool json = false;
+};
+
+struct DiffArguments {
+  std::string before;
+  std::string after;
+  bool json = false;
+};
+
+struct CleanArguments {
+  std::vector<std::string> folders;
+  bool dryRun = false;
+  bool json = false;
+};
+
+/// What the user asked for.
+struct Arguments {
+  Places places;
+  std::variant<std::monostate, StatusArguments, UpgradeArguments, IdentifiersArguments, ShowArguments,
+               CheckArguments, DiffArguments, CleanArguments>
+      verb;
+};
+
+/// Reads the command line into `arguments`. When there is nothing left to do (help was asked for and printed)
+/// or nothing can be done (wrong usage, which was explained on standard error), gives the code to end with.
+[[nodiscard]] std::optional<ExitCode> ParseArguments(int count, const char* const* texts,
+                                                     Arguments& arguments);
+
+}  // namespace tool

@@ -1,0 +1,73 @@
+#include "settings/Installation.h"
+
+#include <fmt/format.h>
+
+#include <map>
+#include <stdexcept>
+#include <utility>
+
+#include "session/FeatureCatalogs.h"
+#include "session/Messages.h"
+
+namespace tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kLibraryName = "libHVXUpgradeComponents.so";
+
+// The folder that holds bin/, lib/ and share/, in the build tree as when installed.
+fs::path Prefix() {
+  return fs::read_symlink("/proc/self/exe").parent_path().parent_path();
+}
+
+fs::path DefaultLibrary() {
+  const fs::path installed = Prefix() / HVXUPGRADE_LIBDIR / "hvxupgrade" / kLibraryName;
+  return fs::exists(installed) ? installed : Prefix() / "lib" / kLibraryName;
+}
+
+// Of two extensions of one late type that offer one interface a feature has only one, and what the other
+// would have migrated would be recorded as done.
+void RefuseBoth(const HVXUpgradeLibrary& one, const fs::path& fileOfOne, const HVXUpgradeLibrary& other,
+                const fs::path& fileOfOther) {
+  std::map<std::pair<std::string_view, std::uint64_t>, const HVXUpgradeClass*> bound;
+  for (const HVXUpgradeClass* const each : one.classes) {
+    for (const std::string_view lateType : each->lateTypes)
+      bound.emplace(std::pair(lateType, each->interface.Value()), each);
+  }
+  for (const HVXUpgradeClass* const each : other.classes) {
+    for (const std::string_view lateType : each->lateTypes) {
+      const auto found = bound.find({lateType, each->interface.Value()});
+      if (found == bound.end()) continue;
+      throw std::runtime_error(
+          fmt::format("{} ({}) and {} ({}) both extend {} with {}: {} and {}. A feature has only one of "
+                      "them; give one of the "
+                      "libraries alone",
+                      one.name, fileOfOne.string(), other.name, fileOfOther.string(), lateType,
+                      each->interface.Name(), found->second->name, each->name));
+    }
+  }
+}
+
+}  // namespace
+
+Installation::Installation(const Places& places) {
+  standalone::FeatureCatalogs::Use(DataFolder(places) / "catalogs");
+  standalone::Messages::RequireComplete(DataFolder(places) / "messages", "en");
+  std::vector<fs::path> files = places.libraries;
+  if (files.empty()) files.push_back(DefaultLibrary());
+  std::vector<const HVXUpgradeLibrary*> descriptions;
+  for (const fs::path& file : files) {
+    libraries_.push_back(std::make_unique<standalone::UpgradeLibrary>(file));
+    descriptions.push_back(&libraries_.back()->Description());
+    for (std::size_t i = 0; i + 1 < descriptions.size(); ++i)
+      RefuseBoth(*descriptions[i], files[i], *descriptions.back(), file);
+  }
+  manager_ = std::make_unique<standalone::VersionManager>(descriptions);
+}
+
+fs::path DataFolder(const Places& places) {
+  return places.data.empty() ? Prefix() / "share" / "hvxupgrade" : places.data;
+}
+
+}  // namespace tool

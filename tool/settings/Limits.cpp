@@ -1,0 +1,94 @@
+#include "settings/Limits.h"
+
+#include <fmt/format.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <fstream>
+#include <limits>
+
+namespace tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A document of 1 MB takes about a tenth of a second, on a slow disk or under a tool that checks memory much
+// longer.
+constexpr double kSecondsOfAnyDocument = 120;
+constexpr double kSecondsPerMegabyte = 2;
+constexpr double kMegabyte = 1e6;
+
+// Old documents grow to about twice their features; the largest growth that made sense was less than tenfold.
+constexpr std::size_t kMadePerFeature = 10;
+constexpr std::size_t kMadeInAnyDocument = 1'000'000;
+
+constexpr std::uint64_t kBytesPerMegabyte = std::uint64_t{1} << 20U;
+
+// The number behind `word` at the beginning of a line, in bytes; empty without one, such as for "max".
+std::optional<std::uint64_t> NumberIn(const char* file, const std::string& word, std::uint64_t unit) {
+  std::ifstream stream(file);
+  for (std::string line; std::getline(stream, line);) {
+    if (!line.starts_with(word)) continue;
+    const std::size_t digits = line.find_first_of("0123456789", word.size());
+    if (digits != std::string::npos) return std::stoull(line.substr(digits)) * unit;
+  }
+  return std::nullopt;
+}
+
+// What this machine, or the group of processes that this one belongs to, has left.
+std::optional<std::uint64_t> AvailableMemory() {
+  std::optional<std::uint64_t> available = NumberIn("/proc/meminfo", "MemAvailable:", 1024);
+  const auto most = NumberIn("/sys/fs/cgroup/memory.max", "", 1);
+  const auto used = NumberIn("/sys/fs/cgroup/memory.current", "", 1);
+  if (most && used) {
+    const std::uint64_t left = *most - std::min(*most, *used);
+    available = available ? std::min(*available, left) : left;
+  }
+  return available;
+}
+
+// AddressSanitizer reserves far more than is used.
+#ifdef HVX_SANITIZED
+constexpr bool kReservesMuch = true;
+#else
+constexpr bool kReservesMuch = false;
+#endif
+
+std::uint64_t memoryLimit = 0;  // of this process, in MB; 0 for none
+
+}  // namespace
+
+std::optional<std::chrono::duration<double>> TimeLimit(const Limits& limits, const fs::path& document) {
+  std::error_code error;
+  const auto size = fs::is_regular_file(document, error) ? fs::file_size(document, error) : 0;
+  const double seconds = limits.seconds.value_or(
+      kSecondsOfAnyDocument + kSecondsPerMegabyte * (error ? 0.0 : static_cast<double>(size)) / kMegabyte);
+  if (seconds == 0) return std::nullopt;
+  return std::chrono::duration<double>(seconds);
+}
+
+std::size_t FeatureLimit(const Limits& limits, std::size_t features) {
+  const std::size_t most = limits.features.value_or(kMadeInAnyDocument + kMadePerFeature * features);
+  return most == 0 ? std::numeric_limits<std::size_t>::max() : most;
+}
+
+void LimitMemory(const Limits& limits) {
+  if (kReservesMuch) return;
+  std::optional<std::uint64_t> megabytes = limits.megabytes;
+  if (!megabytes) {
+    if (const auto available = AvailableMemory()) megabytes = *available / kBytesPerMegabyte;
+  }
+  if (!megabytes || *megabytes == 0) return;
+  memoryLimit = *megabytes;
+  rlimit limit{};
+  if (getrlimit(RLIMIT_DATA, &limit) != 0) return;
+  limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, memoryLimit * kBytesPerMegabyte);
+  static_cast<void>(setrlimit(RLIMIT_DATA, &limit));
+}
+
+std::string MemoryLimitText() {
+  if (memoryLimit == 0) return {};
+  return fmt::format(" (the limit is {} MB; --limit-memory raises it)", memoryLimit);
+}
+
+}  // namespace tool

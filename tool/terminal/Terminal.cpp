@@ -1,0 +1,77 @@
+#include "terminal/Terminal.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+
+#include "file/JsonText.h"
+#include "terminal/VisibleText.h"
+
+namespace tool {
+namespace {
+
+int outputError = 0;
+
+bool ColoursOn(std::FILE* stream) {
+  const char* const refused = std::getenv("NO_COLOR");
+  return (refused == nullptr || *refused == '\0') && isatty(fileno(stream)) != 0;
+}
+
+}  // namespace
+
+std::string Paint(std::FILE* stream, Colour colour, std::string_view text) {
+  if (!ColoursOn(stream)) return std::string(text);
+  const int code = colour == Colour::kGreen ? 32 : colour == Colour::kYellow ? 33 : 31;
+  return fmt::format("\033[{}m{}\033[0m", code, text);
+}
+
+std::string Printable(std::string_view text) {
+  return WithEscapes(text, Escapes::kAll);
+}
+
+std::string PrintableLines(std::string_view text) {
+  return WithEscapes(text, Escapes::kAllButLineFeeds);
+}
+
+std::string Quoted(std::string_view text) {
+  fmt::memory_buffer out;
+  standalone::AppendJsonText(out, text);
+  return Printable({out.data(), out.size()});
+}
+
+std::string Word(std::string_view text) {
+  const bool plain = std::ranges::all_of(text, [](char c) { return c > ' ' && c < 0x7f && c != '"'; });
+  return plain ? std::string(text) : Quoted(text);
+}
+
+std::string Count(std::size_t count, std::string_view noun) {
+  return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
+}
+
+void Put(std::FILE* stream, std::string_view text) {
+  errno = 0;
+  const bool isWhole = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+  if (!isWhole && stream == stdout && outputError == 0) outputError = errno;
+}
+
+void FlushOutput() {
+  errno = 0;
+  if (std::fflush(stdout) != 0 && outputError == 0) outputError = errno;
+}
+
+int OutputError() {
+  return outputError;
+}
+
+void Complain(std::string_view message) {
+  Put(stderr, fmt::format("{} {}\n", Paint(stderr, Colour::kRed, "hvxupgrade:"), Printable(message)));
+}
+
+void ComplainOfMemory() noexcept {
+  Put(stderr, "hvxupgrade: there is not enough memory; free some, or use a machine with more\n");
+}
+
+}  // namespace tool
