@@ -13,6 +13,7 @@
 
 #include "file/DocumentError.h"
 #include "file/DocumentFormat.h"
+#include "file/ForeignFile.h"
 #include "file/LineBlocks.h"
 #include "file/LineValues.h"
 #include "model/LargePages.h"
@@ -79,37 +80,8 @@ class Reader {
     Fail(0, "the file is empty", "Give a document: a header line and one line per feature");
   }
 
-  // Files that are easily taken for documents: what they are is more help than what is wrong with their first
-  // line.
   void RefuseForeign(std::string_view start) const {
-    struct Foreign {
-      std::string_view start;
-      std::string_view problem;
-      std::string_view advice;
-    };
-    constexpr std::string_view kUnpack = "Unpack it first, and give the file that comes out";
-    constexpr std::string_view kConvert = "Convert it to UTF-8 without a byte order mark";
-    using namespace std::string_view_literals;
-    static constexpr Foreign kForeign[] = {
-        {"\xEF\xBB\xBF"sv, "the file begins with a byte order mark",
-         "Save it as UTF-8 without one, or remove its first three bytes: tail -c +4 OLD > NEW"},
-        {"\xFF\xFE"sv, "the file is UTF-16 or UTF-32", kConvert},
-        {"\xFE\xFF"sv, "the file is UTF-16", kConvert},
-        {"\0\0\xFE\xFF"sv, "the file is UTF-32", kConvert},
-        {"{\0"sv, "the file is UTF-16 or UTF-32", kConvert},
-        {"\0{"sv, "the file is UTF-16", kConvert},
-        {"\x1F\x8B"sv, "the file is compressed (gzip)", kUnpack},
-        {"\x28\xB5\x2F\xFD"sv, "the file is compressed (zstd)", kUnpack},
-        {"\xFD"
-         "7zXZ\0"sv,
-         "the file is compressed (xz)", kUnpack},
-        {"BZh"sv, "the file is compressed (bzip2)", kUnpack},
-        {"\x04\x22\x4D\x18"sv, "the file is compressed (lz4)", kUnpack},
-        {"PK\x03\x04"sv, "the file is a zip archive", kUnpack},
-    };
-    const auto* const found = std::ranges::find_if(
-        kForeign, [start](const Foreign& each) { return start.starts_with(each.start); });
-    if (found != std::end(kForeign)) Fail(1, found->problem, found->advice);
+    if (const ForeignFile* const known = ForeignFile::Of(start)) Fail(1, known->problem, known->advice);
   }
 
   // The first line of the block is `line_`; so is, in the end, the line after it.
