@@ -1,6 +1,10 @@
 // What the program says of results that need a person, what it then writes, and how such a document is
 // mended.
 
+#include <fmt/format.h>
+
+#include <cstdlib>
+
 #include "ToolRun.h"
 
 namespace tool_testing {
@@ -56,6 +60,19 @@ TEST_F(VerdictTest, WhatWasLeftBehindIsToldWithOwnerKeyAndNextStep) {
   const Ended again = Run({"upgrade", Path("new.hvxdoc"), "--dry-run"});
   EXPECT_EQ(again.code, 1);
   EXPECT_TRUE(Has(again.out, "already current, 1 thing needs a person")) << again.out;
+}
+
+// On a terminal, where the summary has colours: the message has only its own.
+TEST_F(VerdictTest, QuietTellsInPlainWords) {
+  const std::string file = Document("film.hvxdoc", kFilmLines);
+  const std::string terminal = fmt::format("script -qec true '{}' >'{}' 2>&1", Path("typed"), Path("shown"));
+  if (std::system(terminal.c_str()) != 0) GTEST_SKIP() << "no terminal can be had here";
+  const std::string command = fmt::format("script -qec \"'{}' upgrade '{}' --dry-run -q\" '{}' >'{}' 2>&1",
+                                          HVXUPGRADE_PROGRAM, file, Path("typed"), Path("shown"));
+  static_cast<void>(std::system(command.c_str()));
+  const std::string shown = Content(Path("shown"));
+  EXPECT_TRUE(Has(shown, "film.hvxdoc: would be upgraded, 1 thing needs a person, ")) << shown;
+  EXPECT_FALSE(Has(shown, "u001b")) << shown;
 }
 
 TEST_F(VerdictTest, InPlaceSuchAResultReplacesNothingUnlessTheOldOneIsSafe) {

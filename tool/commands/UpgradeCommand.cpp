@@ -210,7 +210,7 @@ class UpgradeCommand {
     } else if (!arguments_.quiet) {
       Say(result.summary);
     } else if (!result.IsComplete()) {
-      Complain(result.summary.substr(0, result.summary.find('\n')));
+      Complain(Unpainted(result.summary.substr(0, result.summary.find('\n'))));
     }
     FlushOutput();
   }

@@ -28,6 +28,17 @@ std::string Paint(std::FILE* stream, Colour colour, std::string_view text) {
   return fmt::format("\033[{}m{}\033[0m", code, text);
 }
 
+std::string Unpainted(std::string_view text) {
+  std::string plain;
+  while (!text.empty()) {
+    const std::size_t colour = std::min(text.find("\033["), text.size());
+    plain += text.substr(0, colour);
+    text.remove_prefix(std::min(text.find('m', colour), text.size()));
+    text.remove_prefix(std::min<std::size_t>(1, text.size()));
+  }
+  return plain;
+}
+
 std::string Printable(std::string_view text) {
   return WithEscapes(text, Escapes::kAll);
 }

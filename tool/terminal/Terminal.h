@@ -10,6 +10,8 @@ enum class Colour { kGreen, kYellow, kRed };
 
 /// `text` in that colour where `stream` is a terminal and the user did not set NO_COLOR, else as it is.
 [[nodiscard]] std::string Paint(std::FILE* stream, Colour colour, std::string_view text);
+/// `text` without what `Paint` puts around words.
+[[nodiscard]] std::string Unpainted(std::string_view text);
 
 /// `text` in one line in which everything is seen: what comes from a document, a file name or the command
 /// line must not send commands to the terminal, begin lines of its own, or change how the text around it is
