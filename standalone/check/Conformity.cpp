@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <map>
 #include <unordered_map>
 
 #include "adapters/Attributes.h"
@@ -81,6 +82,7 @@ class Check {
       for (const ConformityRule& rule : NameRules()) Judge(*feature, rule);
     }
     for (Finding& finding : findings_) TellWhatIsInTheWay(finding);
+    for (Finding& finding : findings_) TellWhatIsConvertedToo(finding);
     for (Finding& finding : findings_) TellWhereToCorrect(finding);
     unknown.AppendTo(findings_);
     return std::move(findings_);
@@ -108,6 +110,8 @@ class Check {
     if (kind != FindingKind::kBeyondUpgrades)
       finding.visited = rule.visited == nullptr ? &feature : rule.visited(feature);
     Tell(verdict.damage, finding);
+    if (kind == FindingKind::kBeyondUpgrades && verdict.state == Verdict::State::kOnce)
+      notAgain_.try_emplace(rule.identifier, &feature);
     if (kind == FindingKind::kLeftBehind && finding.remedy.empty()) finding.remedy = rule.remedy;
     const std::span<const ConformityRule> values = ValueRules();
     if (&rule >= values.data() && &rule < values.data() + values.size()) NoteUnreadable(feature);
@@ -137,6 +141,18 @@ class Check {
     finding.remedy = value.remedy;
   }
 
+  // A conversion of the whole document, run again, leaves out nothing that must not be converted again.
+  void TellWhatIsConvertedToo(Finding& finding) const {
+    const bool isConversion = finding.kind == FindingKind::kLeftBehind && finding.visited == nullptr;
+    if (!isConversion || !finding.damage.empty()) return;
+    const auto found = notAgain_.find(finding.identifier);
+    if (found == notAgain_.end()) return;
+    const Feature& other = *found->second;
+    finding.damage = fmt::format("its upgrade would convert feature {} ({}) once more, which it must not",
+                                 other.id, other.TypeName());
+    finding.remedy = fmt::format("See to feature {} first", other.id);
+  }
+
   // Upgrades that ran took the value for missing, and do not run again when it is corrected here.
   void TellWhereToCorrect(Finding& finding) const {
     if (finding.reason != kUnreadableReason || document_.Upgrades().empty()) return;
@@ -152,6 +168,7 @@ class Check {
   const Document& document_;
   std::vector<Finding> findings_;
   std::unordered_map<const Feature*, std::size_t> unreadable_;  // where the finding about the value stands
+  std::map<std::string_view, const Feature*> notAgain_;  // by identifier, what it must not convert again
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <set>
+#include <cstddef>
+#include <map>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -15,14 +16,19 @@ class LeftBehind {
   /// The document must outlive it.
   explicit LeftBehind(Document& document) : document_(document) {}
 
-  /// Which recorded upgrades to run again, and on what: all that the rules find left behind and that no
-  /// earlier call gave. What runs again may bring an upgrade that waited for it within reach; the next call
-  /// gives that one. So the calls end with an empty answer.
+  /// Which recorded upgrades to run again, and on what: first all that the rules find left behind; then, call
+  /// after call, what is found newly and what needs several runs, since the last one left less of it behind.
+  /// When none of that is left, everything once more, as long as less is left behind in all than the last time:
+  /// one upgrade may wait for another. So the calls end with an empty answer, and only when nothing more can
+  /// be done without a person.
   std::vector<VersionManager::Again> Next();
 
  private:
+  using Pair = std::pair<std::string_view, Feature*>;  // an identifier, and what it visits
+
   Document& document_;
-  std::set<std::pair<std::string_view, const Feature*>> given_;
+  std::map<Pair, std::size_t> given_;  // with the number of findings then
+  std::size_t totalBefore_ = 0;        // all findings, when everything was given last
 };
 
 }  // namespace standalone

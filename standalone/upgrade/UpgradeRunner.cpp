@@ -117,6 +117,12 @@ void UpgradeRunner::RunAgain(const KnownUpgrade& upgrade, const std::vector<Feat
     if (!concerned_.contains(feature->type->Name())) runAgain_[feature->type->Name()].insert(feature);
   }
   expectedVisits_ += features.size();
+  // The last round tells what became of them.
+  const std::unordered_set<const Feature*> visited(features.begin(), features.end());
+  std::erase_if(run_.failures, [&](const UpgradeFailure& failure) {
+    const bool isRound = failure.work.feature == nullptr || visited.contains(failure.work.feature);
+    return failure.work.upgrade == &upgrade && isRound;
+  });
   RunOn(upgrade, features);
   RegisterOnce(document_);
 }

@@ -115,6 +115,25 @@ TEST_F(VerdictTest, RetryCompletesWhatAPersonCorrectedAndNothingElse) {
   EXPECT_EQ(Content(file), complete);
 }
 
+// Without an analysis model a run gives up after the first request of a container.
+TEST_F(VerdictTest, OneRetryDoesAllThatSeveralRunsCan) {
+  const std::string file = Document("outputs.hvxdoc", R"({"id":1,"type":"SAMContainer"}
+{"id":2,"type":"HVXFieldOutputRequestContainerLT","container":{"ref":1}}
+{"id":3,"type":"HVXFieldOutputLT","father":{"ref":2},"container":{"ref":1}}
+{"id":4,"type":"HVXFieldOutputLT","father":{"ref":2},"container":{"ref":1}}
+{"id":5,"type":"HVXFieldOutputLT","father":{"ref":2},"container":{"ref":1}}
+{"id":6,"type":"HVXFieldOutputLT","father":{"ref":2},"container":{"ref":1}}
+)");
+  ASSERT_EQ(Run({"upgrade", file, "--in-place", "--accept-failures"}).code, 1);
+  ASSERT_TRUE(Has(Content(file), "HVXFieldOutputLT"));
+  const Ended retried = Run({"upgrade", file, "--retry", "--in-place", "--accept-failures"});
+  EXPECT_TRUE(Has(retried.out, "upgraded, 1 thing needs a person")) << retried.out;  // what failed, once
+  const std::string complete = Content(file);
+  EXPECT_FALSE(Has(complete, "\"HVXFieldOutputLT\""));
+  EXPECT_TRUE(Has(Run({"upgrade", file, "--retry", "--in-place"}).out, "already current"));
+  EXPECT_EQ(Content(file), complete);
+}
+
 // A contact that an earlier run made without sides is not known again as the property's.
 TEST_F(VerdictTest, APropertyWithoutSidesIsRunAgainOnlyWhenItHasThem) {
   const std::string file = Document("contact.hvxdoc", R"({"id":1,"type":"AnalysisModel"}
@@ -156,6 +175,36 @@ TEST_F(VerdictTest, DroppedValuesAreListedAndMayBeAFailure) {
       R"("key":"RunType","values":["From InputFile"],"instead":"Full Analysis","by":["UpgradeJobForFromInputFile"])"))
       << Content(Path("report.json"));
   EXPECT_EQ(Run({"upgrade", file, "--dry-run", "--fail-on-drop"}).code, 1);
+}
+
+// The conversion goes through the whole document; a property without sides would get another contact pair.
+TEST_F(VerdictTest, WhatMustNotBeConvertedAgainHoldsTheOthersBack) {
+  const std::string file = Document("hold.hvxdoc", R"({"id":1,"type":"AnalysisModel"}
+{"id":2,"type":"PropertySet","father":{"ref":1}}
+{"id":3,"type":"SAMFaceFaceContact","father":{"ref":2},"attributes":{"Supports":[{"ref":4}]}}
+{"id":4,"type":"GeometrySmartConnector","father":{"ref":3},"attributes":{"FirstObject":{"ref":8},"SecondObject":{"ref":9}}}
+{"id":5,"type":"SAMFaceFaceContact","father":{"ref":2},"attributes":{"ClearanceFlag":true,"Supports":[{"ref":6}]}}
+{"id":6,"type":"GeometrySmartConnector","father":{"ref":5},"attributes":{"FirstObject":{"ref":8},"SecondObject":null}}
+{"id":7,"type":"AnalysisCase","father":{"ref":1},"attributes":{"Solver":"Halvex","AnalysisType":1,"CaseKind":1}}
+{"id":8,"type":"Surface"}
+{"id":9,"type":"Surface"}
+{"id":10,"type":"HVXSimulationHistoryLT","father":{"ref":7}}
+)");
+  ASSERT_EQ(Run({"upgrade", file, "--in-place", "--accept-failures"}).code, 1);
+  const auto addLine = [&file](const std::string& line) {
+    std::string content = Content(file);
+    const std::size_t place = content.find("\"features\":") + 11;
+    const std::size_t end = content.find('}', place);
+    const int count = std::stoi(content.substr(place, end - place));
+    content.replace(place, end - place, std::to_string(count + 1));
+    Put(file, content + line + "\n");
+  };
+  addLine(R"({"id":99,"type":"HVXInteractionContainerLT","father":{"ref":7}})");
+  const std::string before = Content(file);
+  const Ended held = Run({"upgrade", file, "--retry", "--in-place", "--accept-failures"});
+  EXPECT_TRUE(Has(held.out, "its upgrade would convert feature 5 (SAMFaceFaceContact) once more")) << held.out;
+  EXPECT_TRUE(Has(held.out, "See to feature 5 first, then run hvxupgrade upgrade --retry.")) << held.out;
+  EXPECT_EQ(Content(file), before);
 }
 
 TEST_F(VerdictTest, WhatMustHaveRunBeforeComesAlongAndIsTold) {
