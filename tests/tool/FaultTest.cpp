@@ -28,7 +28,7 @@ class FaultTest : public ToolTest {
   std::string file_ = Document("job.hvxdoc", kJobLines);
   std::string before_ = Content(file_);
   std::vector<std::string> inPlace_ = {"upgrade", file_,      "--in-place",   "--backup",
-                                       ".old",    "--report", Path("r.json"), "--force"};
+                                       ".old",    "--report", Path("r.jsonl"), "--force"};
 };
 
 TEST_F(FaultTest, AWorkerThatEndsWhenTheResultIsInPlaceHasUpgradedTheDocument) {
@@ -36,7 +36,7 @@ TEST_F(FaultTest, AWorkerThatEndsWhenTheResultIsInPlaceHasUpgradedTheDocument) {
   EXPECT_EQ(ended.code, 0) << ended.err;
   EXPECT_TRUE(Has(ended.err, "ended (signal 9, Killed) when the result was in place")) << ended.err;
   EXPECT_TRUE(Has(ended.out, "job.hvxdoc: upgraded"));
-  EXPECT_TRUE(Has(Content(Path("r.json")), R"("verdict":"upgraded")"));
+  EXPECT_TRUE(Has(Content(Path("r.jsonl")), R"("verdict":"upgraded")"));
   EXPECT_EQ(Content(file_ + ".old"), before_);
 }
 
@@ -45,7 +45,7 @@ TEST_F(FaultTest, AWorkerThatEndsBeforeTheResultIsInPlaceHasNot) {
   EXPECT_EQ(ended.code, 1);
   EXPECT_TRUE(Has(ended.err, "crashed (signal 9, Killed). Its file was left alone")) << ended.err;
   EXPECT_EQ(Content(file_), before_);
-  EXPECT_EQ(Names(), "job.hvxdoc job.hvxdoc.old r.json");
+  EXPECT_EQ(Names(), "job.hvxdoc job.hvxdoc.old r.jsonl");
   EXPECT_EQ(Run(inPlace_).code, 0);
 }
 
@@ -54,7 +54,7 @@ TEST_F(FaultTest, ABackupWhoseNameDoesNotGetToDiskIsNone) {
   EXPECT_EQ(ended.code, 5);
   EXPECT_TRUE(Has(ended.err, "the backup cannot be made (Input/output error)")) << ended.err;
   EXPECT_EQ(Content(file_), before_);
-  EXPECT_EQ(Names(), "job.hvxdoc r.json");
+  EXPECT_EQ(Names(), "job.hvxdoc r.jsonl");
 }
 
 TEST_F(FaultTest, LackOfMemoryIsToldWhereverItComes) {
@@ -69,11 +69,15 @@ TEST_F(FaultTest, LackOfMemoryIsToldWhereverItComes) {
   EXPECT_EQ(ended.err, "hvxupgrade: there is not enough memory; free some, or use a machine with more\n");
 }
 
-TEST_F(FaultTest, AReportThatCannotBeReadBackIsMissing) {
-  const Ended ended = RunUnder("program:lseek:2:5", inPlace_);
+TEST_F(FaultTest, ARecordThatCannotBeTakenOverIsNotBegun) {
+  const Ended ended = RunUnder("program:pread:1:5", inPlace_);
   EXPECT_EQ(ended.code, 5);
   EXPECT_TRUE(Has(ended.err, "the report cannot be written (Input/output error)")) << ended.err;
-  EXPECT_EQ(Names(), "job.hvxdoc job.hvxdoc.old");
+  EXPECT_TRUE(Has(ended.err, "results that were written are in place")) << ended.err;
+  EXPECT_EQ(Names(), "job.hvxdoc job.hvxdoc.old r.jsonl");
+  const std::string report = Content(Path("r.jsonl"));
+  EXPECT_TRUE(report.ends_with("\n"));
+  EXPECT_FALSE(Has(report, R"("record":"document")")) << report;
 }
 
 TEST_F(FaultTest, AFileThatMayNotGrowIsToldAsThat) {
@@ -85,7 +89,7 @@ TEST_F(FaultTest, AFileThatMayNotGrowIsToldAsThat) {
   setrlimit(RLIMIT_FSIZE, &limit);
   EXPECT_EQ(ended.code, 5);
   EXPECT_TRUE(Has(ended.err, "(File too large)")) << ended.err;
-  EXPECT_EQ(Names(), "job.hvxdoc");
+  EXPECT_EQ(Names(), "job.hvxdoc r.jsonl");
   EXPECT_EQ(Content(file_), before_);
 }
 

@@ -118,7 +118,7 @@ TEST_F(UpgradeCommandTest, NobodyReadingIsNoReasonToLeaveDocumentsUndone) {
     EXPECT_TRUE(ended.err.starts_with("hvxupgrade: standard output cannot be written (")) << ended.err;
     for (const char* const name : {"/a.hvxdoc", "/b.hvxdoc"})
       EXPECT_TRUE(Has(Content(Path(out.substr(1)) + name), R"("RunType":"Full Analysis")"));
-    EXPECT_TRUE(Content(Path("r.json")).starts_with("{\"report\""));
+    EXPECT_TRUE(Content(Path("r.json")).starts_with("{\"record\":\"run\""));
   }
 }
 
@@ -206,7 +206,8 @@ TEST_F(UpgradeCommandTest, BadDocumentsAreNamedWithTheirLineAndTheOthersGoOn) {
   EXPECT_EQ(ended.code, 3);
   EXPECT_TRUE(Has(ended.err, broken + ":5: ")) << ended.err;
   EXPECT_TRUE(Has(ended.err, "UpgradeOfTheFuture"));
-  EXPECT_TRUE(Has(ended.out, "3 documents: 1 upgraded, 2 given up")) << ended.out;
+  EXPECT_TRUE(Has(ended.out, "3 documents: 1 upgraded, 1 unreadable or broken, 1 newer than this program"))
+      << ended.out;
   EXPECT_EQ(Run({"upgrade", broken, "--output-dir", Path("none")}).code, 3);
   EXPECT_FALSE(fs::exists(Path("none")));  // nothing to put there
   EXPECT_TRUE(fs::exists(Path("new/good.hvxdoc")));

@@ -202,7 +202,8 @@ TEST_F(VerdictTest, WhatMustNotBeConvertedAgainHoldsTheOthersBack) {
   addLine(R"({"id":99,"type":"HVXInteractionContainerLT","father":{"ref":7}})");
   const std::string before = Content(file);
   const Ended held = Run({"upgrade", file, "--retry", "--in-place", "--accept-failures"});
-  EXPECT_TRUE(Has(held.out, "its upgrade would convert feature 5 (SAMFaceFaceContact) once more")) << held.out;
+  EXPECT_TRUE(Has(held.out, "its upgrade would convert feature 5 (SAMFaceFaceContact) once more"))
+      << held.out;
   EXPECT_TRUE(Has(held.out, "See to feature 5 first, then run hvxupgrade upgrade --retry.")) << held.out;
   EXPECT_EQ(Content(file), before);
 }

@@ -5,16 +5,16 @@
 #include <algorithm>
 #include <csignal>
 
+#include "archive/ArchiveUpgrade.h"
 #include "archive/DocumentSearch.h"
+#include "archive/DoneDocuments.h"
 #include "archive/Leftovers.h"
-#include "archive/Worker.h"
-#include "document/DocumentUpgrade.h"
+#include "archive/Shards.h"
 #include "file/DocumentError.h"
-#include "file/FileIdentity.h"
 #include "session/Messages.h"
+#include "settings/DecidingArguments.h"
 #include "settings/UsageError.h"
 #include "terminal/Interruption.h"
-#include "terminal/Progress.h"
 #include "terminal/Terminal.h"
 
 namespace tool {
@@ -40,49 +40,99 @@ class UpgradeCommand {
         selection_(installation_.Manager(), arguments.only, arguments.until),
         found_(FindDocuments(arguments.sources, arguments.outputDirectory)),
         destinations_(DestinationsOf(arguments, found_.documents)),
-        emptyFolders_(arguments.dryRun ? std::vector<Destination>() : destinations_) {
+        emptyFolders_(arguments.dryRun ? std::vector<Destination>() : destinations_),
+        summary_(arguments.dryRun) {
     UseLanguage(arguments.language, DataFolder(places) / "messages");
     RemoveOldLeftovers(Targets(), arguments.quiet);
     MakeFolderForOthers();
     if (!arguments.trace.empty()) trace_.emplace(arguments.trace, arguments.force);
-    if (!arguments.report.empty()) {
-      RefuseTaken(arguments.report, arguments.force);
-      report_.emplace(arguments.report, arguments.force);
-    }
+    todo_ = arguments.shard ? DocumentsOfShard(found_.documents, *arguments.shard)
+                            : DocumentsOfShard(found_.documents, {});
+    if (!arguments.report.empty()) OpenReport();
   }
 
   ExitCode Run() {
-    ExitCode code = TellProblems(found_);
-    const std::size_t count = found_.documents.size();
-    for (std::size_t i = 0; i < count && code != ExitCode::kInterrupted; ++i) {
-      results_.push_back(UpgradeOne(found_.documents[i].file, destinations_[i]));
-      Tell(results_.back());
-      code = MoreSerious(code, ExitCodeOf(results_.back()));
-      // A document that was done all the same is no reason to begin the next.
-      if (Interruption::Requested() && i + 1 < count) code = ExitCode::kInterrupted;
+    const ExitCode code = TellProblems(found_);
+    if (summary_.Documents() != 0 && !arguments_.quiet) {
+      Say(fmt::format("going on with {}: {} done before, {} left\n", Printable(arguments_.report),
+                      Count(summary_.Documents(), "document"), todo_.size()));
     }
-    if (code == ExitCode::kInterrupted) {  // a report of half the documents would mislead
-      if (results_.back().verdict != Verdict::kInterrupted)
-        Complain(fmt::format("interrupted; {} not begun", Count(count - results_.size(), "document")));
-      return code;
-    }
-    const std::string verdict = VerdictOnAll();
-    if (!arguments_.quiet && count > 1) Say(verdict + "\n");
-    return report_ ? FinishReport(verdict, code) : code;
+    const ArchiveTask task{.arguments = arguments_,
+                           .manager = installation_.Manager(),
+                           .selection = selection_,
+                           .documents = found_.documents,
+                           .destinations = destinations_,
+                           .isSearched = found_.areSearched,
+                           .report = report_ ? &*report_ : nullptr,
+                           .trace = trace_ ? &*trace_ : nullptr};
+    ArchiveUpgrade upgrade(task, summary_);
+    const RunEnd end = upgrade.Run(todo_);
+    return TellEnd(end, MoreSerious(code, summary_.Code()), todo_.size() - upgrade.Done(), upgrade);
   }
 
  private:
+  void OpenReport() {
+    const ReportHead head{.tool = HVXUPGRADE_VERSION,
+                          .folder = fs::current_path().string(),
+                          .arguments = DecidingArguments(arguments_)};
+    const ReportDetail detail = arguments_.reportDetail == "full"      ? ReportDetail::kFull
+                                : arguments_.reportDetail == "changes" ? ReportDetail::kChanges
+                                                                       : ReportDetail::kSummary;
+    DoneDocuments done(found_.documents, arguments_.again);
+    report_.emplace(arguments_.report, head, arguments_.force, detail,
+                    [&done](const ReportLine& line) { done.Add(line); });
+    done.AddTo(summary_, arguments_.report);
+    std::erase_if(todo_, [&done](std::size_t document) { return done.IsDone(document); });
+    // What this run's own report names as its result may be replaced by the next.
+    for (const std::size_t document : todo_) {
+      if (done.IsOwnResult(document)) destinations_[document].overwrite = true;
+    }
+  }
+
+  ExitCode TellEnd(RunEnd end, ExitCode code, std::size_t left, const ArchiveUpgrade& upgrade) {
+    switch (end) {
+      case RunEnd::kDone:
+        break;
+      case RunEnd::kInterrupted:
+        code = ExitCode::kInterrupted;
+        if (todo_.size() > 1 || left == 0)
+          Complain(fmt::format("interrupted; {} not done. The same command goes on with what is left",
+                               Count(left, "document")));
+        break;
+      case RunEnd::kUnrecordable:
+        code = MoreSerious(code, ExitCode::kUnwritable);
+        if (left != 0)
+          Complain(fmt::format("{} not done. The same command goes on, once the report can be written",
+                               Count(left, "document")));
+        break;
+      case RunEnd::kNoWorkers:
+        code = MoreSerious(code, ExitCode::kFailedFeatures);
+        Complain(fmt::format(
+            "{} not begun, since {}. Run the same command again when there are fewer "
+            "processes",
+            todo_.size() == 1 ? found_.documents[todo_.front()].file + ":" : Count(left, "document"),
+            upgrade.StartFailure()));
+        break;
+    }
+    if (!arguments_.quiet && (found_.documents.size() > 1 || summary_.Documents() > 1)) TellAll(left);
+    return report_ && end != RunEnd::kUnrecordable ? FinishReport(code, left) : code;
+  }
+
+  // A short run has told it all already.
+  void TellAll(std::size_t left) const {
+    constexpr std::size_t kShort = 20;
+    if (summary_.Documents() > kShort && !arguments_.verbose) Say(summary_.ClosingList(arguments_.report));
+    Say(summary_.Verdict() + (left == 0 ? "\n" : fmt::format("; {} left\n", left)));
+  }
+
   // By now the documents are done, whatever becomes of the report.
-  ExitCode FinishReport(const std::string& verdict, ExitCode code) {
+  ExitCode FinishReport(ExitCode code, std::size_t left) {
     try {
-      report_->Finish(results_, verdict, code, arguments_.dryRun);
+      report_->Finish(summary_, code, left);
     } catch (const standalone::DocumentError& error) {
-      const bool wrote = !arguments_.dryRun && std::ranges::any_of(results_, &DocumentResult::Succeeded);
-      Complain(
-          fmt::format("{}: {}. The report is missing; {}", arguments_.report, error.Problem(),
-                      wrote ? "what is said above of the documents holds, and results that were written are "
-                              "in place"
-                            : "no document was changed"));
+      Complain(fmt::format(
+          "{}: {}. What is said above of the documents holds, and {}", arguments_.report, error.Problem(),
+          summary_.Wrote() ? "results that were written are in place" : "no document was changed"));
       return MoreSerious(code, ExitCode::kUnwritable);
     }
     if (!arguments_.quiet) Say(fmt::format("  Report: {}\n", Printable(arguments_.report)));
@@ -106,140 +156,10 @@ class UpgradeCommand {
   // Files that will be put in place.
   [[nodiscard]] std::vector<fs::path> Targets() const {
     std::vector<fs::path> targets;
-    if (!arguments_.report.empty()) targets.emplace_back(arguments_.report);
     for (const Destination& destination : destinations_) {
       if (destination.file && !arguments_.dryRun) targets.push_back(*destination.file);
     }
     return targets;
-  }
-
-  DocumentResult UpgradeOne(const std::string& input, const Destination& destination) {
-    const UpgradeTask task{.input = input,
-                           .destination = destination,
-                           .manager = installation_.Manager(),
-                           .selection = selection_,
-                           .dryRun = arguments_.dryRun,
-                           .quiet = arguments_.quiet,
-                           .strict = arguments_.strict,
-                           .acceptFailures = arguments_.acceptFailures,
-                           .failOnDrop = arguments_.failOnDrop,
-                           .retry = arguments_.retry,
-                           .keepResult = arguments_.keepResult,
-                           .limits = arguments_.limits,
-                           .report = report_ ? &*report_ : nullptr,
-                           .trace = trace_ ? &*trace_ : nullptr};
-    const auto timeout = TimeLimit(arguments_.limits, input);
-    const auto before = IdentityOf(destination);
-    const WorkerEnd end = RunInWorker(
-        [&task](const AnnounceCommit& announceCommit) { return Pack(UpgradeDocument(task, announceCommit)); },
-        timeout);
-    DocumentResult result;
-    if (end.kind == WorkerEnd::Kind::kFinished) {
-      result = Unpack(end.result);
-    } else {
-      Progress::ClearLine();
-      if (destination.file) RemoveLeftovers(*destination.file, end.process);
-      if (end.committing && IsAnother(IdentityOf(destination), before)) {
-        result = Unpack(end.announced);
-        Complain(fmt::format("{}: the process ended ({}) when the result was in place, whole", input,
-                             CauseOf(end)));
-      } else {
-        TellEnd(input, end, timeout, result);
-      }
-    }
-    if (report_ && result.verdict != Verdict::kInterrupted) AddToReport(input, destination, result);
-    return result;
-  }
-
-  static std::optional<standalone::FileIdentity> IdentityOf(const Destination& destination) {
-    return destination.file ? standalone::FileIdentity::Of(*destination.file) : std::nullopt;
-  }
-
-  // Whether a file was put where there was none, or another one.
-  static bool IsAnother(const std::optional<standalone::FileIdentity>& now,
-                        const std::optional<standalone::FileIdentity>& before) {
-    return now && !(before && now->IsSameFile(*before));
-  }
-
-  static std::string CauseOf(const WorkerEnd& end) {
-    if (end.kind == WorkerEnd::Kind::kOutOfMemory) return "there is not enough memory";
-    return end.cause.empty() ? "stopped" : end.cause;
-  }
-
-  // What the worker could not say itself.
-  static void TellEnd(const std::string& input, const WorkerEnd& end,
-                      std::optional<std::chrono::duration<double>> timeout, DocumentResult& result) {
-    if (end.kind == WorkerEnd::Kind::kTimedOut) {
-      result.verdict = Verdict::kTimedOut;
-      result.problem = fmt::format(
-          "{}: the upgrade was stopped after {:.6g} s (--timeout raises the limit). Nothing was written; "
-          "--trace shows where it was",
-          input, timeout->count());
-    } else if (end.kind == WorkerEnd::Kind::kNotStarted) {
-      result.verdict = Verdict::kAborted;
-      result.problem =
-          fmt::format("{}: not begun, since {}. Run the same command again when there are fewer processes",
-                      input, end.cause);
-    } else if (end.kind == WorkerEnd::Kind::kInterrupted) {
-      result.verdict = Verdict::kInterrupted;
-      result.problem = fmt::format("{}: interrupted. Nothing was written", input);
-    } else if (end.kind == WorkerEnd::Kind::kOutOfMemory) {
-      result.verdict = Verdict::kAborted;
-      result.problem =
-          fmt::format("{}: the upgrade was given up: there is not enough memory. Nothing was written", input);
-    } else {
-      result.verdict = Verdict::kCrashed;
-      result.problem =
-          fmt::format("{}: the upgrade crashed ({}). Its file was left alone; --trace shows where it was",
-                      input, end.cause);
-    }
-  }
-
-  void AddToReport(const std::string& input, const Destination& destination, DocumentResult& result) {
-    if (!result.Succeeded()) {
-      result.attention = AttentionOf(input, result);
-      report_->Discard();  // what the worker wrote before it came to this
-      report_->AddWithoutRun(input, result, destination, arguments_.dryRun);
-    }
-    report_->Keep();
-  }
-
-  void Tell(const DocumentResult& result) const {
-    if (!result.Succeeded()) {
-      Complain(result.problem);
-    } else if (!arguments_.quiet) {
-      Say(result.summary);
-    } else if (!result.IsComplete()) {
-      Complain(Unpainted(result.summary.substr(0, result.summary.find('\n'))));
-    }
-    FlushOutput();
-  }
-
-  [[nodiscard]] std::string VerdictOnAll() const {
-    std::vector<std::string> parts;
-    const auto part = [&](const auto& matches, std::string_view what) {
-      const auto number = std::ranges::count_if(results_, matches);
-      if (number != 0) parts.push_back(fmt::format("{} {}", number, what));
-    };
-    const auto is = [](Verdict verdict, bool complete) {
-      return [verdict, complete](const DocumentResult& r) {
-        return r.verdict == verdict && r.IsComplete() == complete;
-      };
-    };
-    const char* const done = arguments_.dryRun ? "would be upgraded" : "upgraded";
-    const auto isDone = [](const DocumentResult& r) {
-      return r.verdict == Verdict::kCurrent || r.verdict == Verdict::kNothingChosen;
-    };
-    part(is(Verdict::kUpgraded, true), done);
-    part(is(Verdict::kUpgraded, false), fmt::format("{} but in need of a person", done));
-    part(is(Verdict::kHeldBack, false), "not written because in need of a person");
-    part([&](const DocumentResult& r) { return isDone(r) && r.IsComplete(); }, "with nothing to do");
-    part([&](const DocumentResult& r) { return isDone(r) && !r.IsComplete(); },
-         "with nothing to do but in need of a person");
-    const auto isChanged = [](const DocumentResult& r) { return r.verdict == Verdict::kChangedMeanwhile; };
-    part(isChanged, "changed meanwhile");
-    part([&](const DocumentResult& r) { return !r.Succeeded() && !isChanged(r); }, "given up");
-    return fmt::format("{}: {}", Count(results_.size(), "document"), fmt::join(parts, ", "));
   }
 
   const UpgradeArguments& arguments_;
@@ -249,8 +169,9 @@ class UpgradeCommand {
   std::vector<Destination> destinations_;
   EmptyFolders emptyFolders_;  // before what may write into them
   std::optional<Trace> trace_;
-  std::optional<Report> report_;
-  std::vector<DocumentResult> results_;
+  RunSummary summary_;
+  std::vector<std::size_t> todo_;  // documents, by their places
+  std::optional<RunReport> report_;
 };
 
 }  // namespace

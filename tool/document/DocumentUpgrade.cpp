@@ -1,5 +1,7 @@
 #include "document/DocumentUpgrade.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
@@ -15,6 +17,8 @@
 #include "file/DocumentError.h"
 #include "file/DocumentReader.h"
 #include "file/DocumentWriter.h"
+#include "file/FileIdentity.h"
+#include "file/TemporaryName.h"
 #include "report/Attention.h"
 #include "report/Summary.h"
 #include "terminal/Interruption.h"
@@ -36,7 +40,13 @@ class DocumentUpgrade {
       : task_(task), announceCommit_(announceCommit), progress_(Printable(task.input), !task.quiet) {}
 
   DocumentResult Run() {
+    if (task_.record != nullptr) task_.record->Begin();
     replacesInput_ = task_.destination.Replaces(task_.input);
+    if (task_.skipsCurrent && !task_.retry && NeedsNoReading()) {
+      result_.verdict = Verdict::kNotLookedInto;
+      result_.summary = fmt::format("{}: current already, says its header\n", Printable(task_.input));
+      return std::move(result_);
+    }
     const DocumentPtr document = Read();
     RefuseNewer(*document.Get());
     document->LimitCreation(FeatureLimit(task_.limits, document->FeatureCount()));
@@ -52,7 +62,8 @@ class DocumentUpgrade {
       PassUnchanged(*document.Get());
     } else {
       result_.verdict = Verdict::kUpgraded;
-      if (chosen.identifiers.empty()) task_.destination.Check();  // the header gave no reason to
+      // The header gave no reason to.
+      if (chosen.identifiers.empty() && !MayBeDone()) task_.destination.Check();
       RunChosen(document, chosen, [&] {
         if (!again.empty() || !task_.retry) return std::exchange(again, {});
         return leftBehind.Next();
@@ -72,6 +83,27 @@ class DocumentUpgrade {
     };
   }
 
+  // A header that cannot be read, or is not known, is told better by reading the document.
+  [[nodiscard]] bool NeedsNoReading() const {
+    try {
+      const standalone::DocumentHeader header = standalone::ReadHeader(task_.input);
+      const standalone::Document& document = *header.document.Get();
+      if (!task_.manager.Pending(document).empty() || !task_.manager.Unknown(document).empty()) return false;
+    } catch (const DocumentError&) {
+      return false;
+    }
+    const bool isToBeCopied = task_.destination.file && !task_.destination.inPlace && !task_.dryRun;
+    return !isToBeCopied || task_.destination.HoldsCopyOf(task_.input);
+  }
+
+  // Whether something stands at the destination that an earlier run may have put there.
+  [[nodiscard]] bool MayBeDone() const {
+    std::error_code error;
+    return task_.skipsDone && task_.destination.makesFolder && task_.destination.clash.empty() &&
+           !task_.destination.overwrite && !task_.dryRun && !replacesInput_ &&
+           std::filesystem::is_regular_file(*task_.destination.file, error);
+  }
+
   // A result that cannot be put in place is refused before the document is read, but a document with nothing
   // to do may have been put there by an earlier run.
   DocumentPtr Read() {
@@ -80,7 +112,8 @@ class DocumentUpgrade {
     options.onHeader = [this](const standalone::Document& header,
                               const std::optional<standalone::FileIdentity>& file) {
       read_ = file;
-      if (!task_.selection.Of(task_.manager.Pending(header)).identifiers.empty()) task_.destination.Check();
+      const bool isPending = !task_.selection.Of(task_.manager.Pending(header)).identifiers.empty();
+      if (isPending && !MayBeDone()) task_.destination.Check();
     };
     return standalone::ReadDocument(task_.input, options);
   }
@@ -102,8 +135,6 @@ class DocumentUpgrade {
     if (!task_.destination.inPlace && !isThere) task_.destination.Check();
     result_.summary = SummaryWithoutRun(
         {task_.input, result_.verdict, attention, task_.destination, isThere, task_.dryRun});
-    if (task_.report != nullptr)
-      task_.report->AddWithoutRun(task_.input, result_, task_.destination, task_.dryRun);
     if (task_.dryRun || task_.destination.inPlace || isThere || !task_.destination.file) return;
     announceCommit_(Pack(result_));
     Interruption::StopIfRequested();
@@ -130,7 +161,7 @@ class DocumentUpgrade {
 
   void RunChosen(const DocumentPtr& document, const Selection::Chosen& chosen,
                  const VersionManager::NextRound& again) {
-    if (task_.report != nullptr || task_.failOnDrop) document->Changes().Start();
+    if (task_.record != nullptr || task_.failOnDrop) document->Changes().Start();
     const standalone::UpgradeRun run = RunWatched(document, chosen, again);
     document->DropAllDeadLinks();
     const Comparison comparison = Compare(*document.Get(), run);
@@ -147,12 +178,15 @@ class DocumentUpgrade {
     if (!held.empty()) result_.verdict = Verdict::kHeldBack;
     result_.summary = SummaryOfRun({task_.input, result_, comparison, attention, chosen.broughtAlong, held,
                                     task_.destination, task_.dryRun});
-    if (task_.report != nullptr) {
-      // Before the document: a report that cannot be written must not come too late.
-      task_.report->AddRun({task_.input, result_, task_.destination, task_.dryRun, *document.Get(), run,
-                            comparison, chosen.broughtAlong, dropped});
+    if (task_.record != nullptr) {
+      // Before the document: a record that cannot be written must not come too late.
+      task_.record->AddRun({*document.Get(), run, comparison, chosen.broughtAlong, dropped});
     }
     if (task_.dryRun || !task_.destination.file || !held.empty()) return;
+    if (MayBeDone()) {
+      FindDone(*document.Get());
+      return;
+    }
     task_.destination.MakeFolder();
     standalone::WriteOptions options = Options();
     options.onProgress = [this, tell = Telling("writing")](std::size_t written, std::size_t total) {
@@ -160,6 +194,35 @@ class DocumentUpgrade {
       tell(written, total);
     };
     standalone::WriteDocument(*document.Get(), *task_.destination.file, options);
+  }
+
+  // The result is what stands there, or it has no place.
+  void FindDone(standalone::Document& document) {
+    const std::filesystem::path& there = *task_.destination.file;
+    std::string temporary;
+    const int descriptor = standalone::MakeTemporary(there, temporary);
+    if (descriptor < 0) {
+      task_.destination.Check();
+      return;
+    }
+    close(descriptor);
+    standalone::WriteOptions options;
+    options.overwrite = true;
+    options.onProgress = Telling("comparing");
+    bool isSame = false;
+    try {
+      standalone::WriteDocument(document, temporary, options);
+      isSame = standalone::HaveSameBytes(temporary, there);
+    } catch (...) {
+      unlink(temporary.c_str());
+      throw;
+    }
+    unlink(temporary.c_str());
+    if (!isSame) task_.destination.Check();
+    result_.verdict = Verdict::kDoneBefore;
+    result_.summary = fmt::format(
+        "{}: done before: its result stands there already{}\n  Result: {}\n", Printable(task_.input),
+        result_.needsPerson == 0 ? "" : ", and needs a person", Printable(there.string()));
   }
 
   // What a person must look at in the result. A result that could not be read again is given up.

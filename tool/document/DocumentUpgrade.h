@@ -5,7 +5,7 @@
 #include "document/Trace.h"
 #include "record/Destination.h"
 #include "record/DocumentResult.h"
-#include "report/Report.h"
+#include "report/RecordFile.h"
 #include "settings/Limits.h"
 
 namespace tool {
@@ -23,12 +23,16 @@ struct UpgradeTask {
   bool failOnDrop = false;      ///< Look for dropped values, and fail when there are any.
   bool retry = false;           ///< Run again what left features behind.
   bool keepResult = false;      ///< Keep a result that cannot replace its document any more.
+  /// The result may stand there already, made by an earlier run: the same bytes are no clash.
+  bool skipsDone = false;
+  /// Of a document that is current, says its header, no more is read when it need not be copied.
+  bool skipsCurrent = false;
   const Limits& limits;
-  Report* report = nullptr;  ///< Null when none is wanted.
+  RecordFile* record = nullptr;  ///< Null when no report is wanted.
   const Trace* trace = nullptr;
 };
 
-/// Reads the document, runs the selected upgrades, verifies the result, adds to the report, and puts the
+/// Reads the document, runs the selected upgrades, verifies the result, adds to the record, and puts the
 /// result in place, announcing this right before. Whatever goes wrong is told by the result, and the files
 /// are then as they were; throws `Interrupted` only.
 [[nodiscard]] DocumentResult UpgradeDocument(const UpgradeTask& task, const AnnounceCommit& announceCommit);

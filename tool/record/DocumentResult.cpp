@@ -13,6 +13,7 @@ void Visit(Result& result, const Raw& raw, const Text& text) {
   raw(result.features);
   raw(result.identifiers);
   raw(result.needsPerson);
+  raw(result.peakMemory);
   raw(result.dropped);
   raw(result.failsOnDrop);
   raw(result.totals);
@@ -32,6 +33,10 @@ std::string_view NameOf(Verdict verdict) {
       return "current";
     case Verdict::kNothingChosen:
       return "nothingChosen";
+    case Verdict::kNotLookedInto:
+      return "notLookedInto";
+    case Verdict::kDoneBefore:
+      return "doneBefore";
     case Verdict::kHeldBack:
       return "heldBack";
     case Verdict::kBadInput:
@@ -54,11 +59,20 @@ std::string_view NameOf(Verdict verdict) {
   return "";
 }
 
+Verdict VerdictNamed(std::string_view name) {
+  for (int i = 0; i <= static_cast<int>(Verdict::kInterrupted); ++i) {
+    if (NameOf(static_cast<Verdict>(i)) == name) return static_cast<Verdict>(i);
+  }
+  return Verdict::kCrashed;
+}
+
 ExitCode ExitCodeOf(const DocumentResult& result) {
   switch (result.verdict) {
     case Verdict::kUpgraded:
     case Verdict::kCurrent:
     case Verdict::kNothingChosen:
+    case Verdict::kNotLookedInto:
+    case Verdict::kDoneBefore:
     case Verdict::kHeldBack:
       return result.IsComplete() ? ExitCode::kDone : ExitCode::kFailedFeatures;
     case Verdict::kBadInput:

@@ -12,6 +12,8 @@ enum class Verdict {
   kUpgraded,       ///< Possibly with things that need a person.
   kCurrent,        ///< Nothing was pending; what earlier runs left behind may need a person.
   kNothingChosen,  ///< Nothing that was pending was chosen.
+  kNotLookedInto,  ///< Nothing is pending, says its header; more of it was not read.
+  kDoneBefore,     ///< The result that an earlier run made of it stands there already.
   kHeldBack,       ///< Upgraded, but not written, because something needs a person.
   kBadInput,
   kNewer,
@@ -29,6 +31,7 @@ struct DocumentResult {
   std::size_t features = 0;     ///< Of the document before the run.
   std::size_t identifiers = 0;  ///< That were run.
   std::size_t needsPerson = 0;  ///< Things that a person must look at.
+  std::size_t peakMemory = 0;   ///< Of the worker, in bytes; 0 when it is not known.
   std::size_t dropped = 0;      ///< Attributes with dropped values, where these were looked for.
   bool failsOnDrop = false;     ///< Dropped values are wanted to be a failure.
   Totals totals;
@@ -41,12 +44,14 @@ struct DocumentResult {
   [[nodiscard]] bool Succeeded() const { return verdict <= Verdict::kHeldBack; }
   /// Whether all that the upgrade was to do is done.
   [[nodiscard]] bool IsComplete() const {
-    return verdict <= Verdict::kNothingChosen && needsPerson == 0 && !(failsOnDrop && dropped != 0);
+    return verdict <= Verdict::kDoneBefore && needsPerson == 0 && !(failsOnDrop && dropped != 0);
   }
 };
 
 /// A word for the verdict, as reports hold it.
 [[nodiscard]] std::string_view NameOf(Verdict verdict);
+/// The verdict of that word; `kCrashed` for none.
+[[nodiscard]] Verdict VerdictNamed(std::string_view name);
 [[nodiscard]] ExitCode ExitCodeOf(const DocumentResult& result);
 
 /// The result as bytes for the same program, and back.

@@ -180,4 +180,14 @@ std::string TextOf(const std::vector<AttentionItem>& items) {
   return fmt::to_string(out);
 }
 
+std::string AttentionOf(const std::string& document, const DocumentResult& result) {
+  fmt::memory_buffer out;
+  JsonObject object(out);
+  object.Text("document", document);
+  object.Text("problem", NameOf(result.verdict));
+  object.Text("message", result.problem);
+  object.Close();
+  return fmt::to_string(out);
+}
+
 }  // namespace tool

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "check/Conformity.h"
+#include "record/DocumentResult.h"
 #include "upgrade/UpgradeRun.h"
 
 /// \file
@@ -38,5 +39,8 @@ struct AttentionItem {
 [[nodiscard]] std::string JsonOf(const std::string& document, const std::vector<AttentionItem>& items);
 /// The items as lines for people, two for each; those beyond the first twenty are counted.
 [[nodiscard]] std::string TextOf(const std::vector<AttentionItem>& items);
+
+/// The same of a document without a result, as one JSON object.
+[[nodiscard]] std::string AttentionOf(const std::string& document, const DocumentResult& result);
 
 }  // namespace tool

@@ -53,4 +53,12 @@ void JsonList::Text(std::string_view text) {
   AppendText(Entry(), text);
 }
 
+void AppendTotals(JsonObject& object, const Totals& totals) {
+  object.Number("concerned", totals.concerned);
+  object.Number("changed", totals.changed);
+  object.Number("created", totals.created);
+  object.Number("removed", totals.removed);
+  object.Number("failed", totals.failed);
+}
+
 }  // namespace tool

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "file/JsonText.h"
+#include "record/Comparison.h"
 
 namespace tool {
 
@@ -17,6 +18,9 @@ inline constexpr int kJsonVersion = 2;
 class JsonObject {
  public:
   explicit JsonObject(fmt::memory_buffer& out) : out_(out) { out_.push_back('{'); }
+  /// Goes on with an object of which fields were written elsewhere.
+  struct GoOn {};
+  JsonObject(fmt::memory_buffer& out, GoOn /*tag*/) : out_(out), first_(false) {}
   void Close() { out_.push_back('}'); }
 
   /// Begins a field whose value the caller appends.
@@ -49,5 +53,8 @@ class JsonList {
   fmt::memory_buffer& out_;
   bool first_ = true;
 };
+
+/// The totals as fields.
+void AppendTotals(JsonObject& object, const Totals& totals);
 
 }  // namespace tool

@@ -182,9 +182,16 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
 
   const auto told = "What is told";
   verb->add_option("--report", upgrade.report,
-                   "Write every change, with the values before and after, as JSON")
+                   "Write what becomes of each document, with every change, as lines of JSON; with the same "
+                   "report, the same command goes on where it was stopped")
       ->type_name("FILE")
       ->check(FileName)
+      ->group(told);
+  verb->add_option("--report-detail", upgrade.reportDetail,
+                   "How much of the changes: full (default), changes (without all that created and removed "
+                   "features hold) or summary (numbers)")
+      ->type_name("DETAIL")
+      ->check(CLI::IsMember({"full", "changes", "summary"}))
       ->group(told);
   verb->add_option("--trace", upgrade.trace, "Write a line for every call of the host ('-': standard error)")
       ->type_name("FILE")
@@ -197,6 +204,37 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
                  "End with 1 when values of the old document stand nowhere in the result")
       ->group(told);
   verb->add_flag("-q,--quiet", upgrade.quiet, "Print errors only")->group(told);
+  verb->add_flag("-v,--verbose", upgrade.verbose, "Of several documents, tell of each what became of it")
+      ->group(told);
+  verb->add_option(
+          "--progress", upgrade.progress,
+          "How far the run is: auto (default), plain (a line a minute, as without a terminal) or none")
+      ->type_name("HOW")
+      ->check(CLI::IsMember({"auto", "plain", "none"}))
+      ->group(told);
+
+  const auto many = "Many documents";
+  verb->add_option("-j,--jobs", upgrade.workers,
+                   "Work on so many at a time (default: as many as this process may use processors)")
+      ->type_name("N")
+      ->check(AboveZero)
+      ->group(many);
+  verb->add_option(
+          "--memory", upgrade.megabytesInAll,
+          "Begin a document only when those at work will probably need no more than so many MB in all "
+          "(default: what is available; 0: no limit)")
+      ->type_name("MB")
+      ->group(many);
+  verb->add_option("--again", upgrade.again,
+                   "Of those that stand in the report, do again: failed (without a result), incomplete (also "
+                   "those that need a person) or all")
+      ->type_name("WHICH")
+      ->check(CLI::IsMember({"failed", "incomplete", "all"}))
+      ->group(many);
+  verb->add_option("--shard", upgrade.shardText,
+                   "Only part I of N about equally large ones; the parts do not overlap")
+      ->type_name("I/N")
+      ->group(many);
 
   const auto limits = "When a document is given up; its file stays as it is (0: never)";
   verb->add_option("--timeout", upgrade.limits.seconds,
@@ -258,7 +296,26 @@ void AddClean(CLI::App& app, CleanArguments& clean) {
   verb->footer(kCleanExamples);
 }
 
-void Check(const UpgradeArguments& upgrade, const CLI::App& verb) {
+Shard ShardOf(const std::string& text) {
+  Shard shard;
+  const std::size_t slash = text.find('/');
+  const std::string parts[] = {text.substr(0, slash),
+                               slash == std::string::npos ? std::string() : text.substr(slash + 1)};
+  for (const std::string& part : parts) {
+    constexpr std::size_t kMostDigits = 6;
+    if (!AboveZero(part).empty() || part.size() > kMostDigits)
+      throw UsageError("--shard must be a part and the number of parts, such as 1/4");
+  }
+  shard.number = std::stoul(parts[0]);
+  shard.of = std::stoul(parts[1]);
+  if (shard.number > shard.of) throw UsageError(fmt::format("--shard {}: there is no such part", text));
+  return shard;
+}
+
+void Check(UpgradeArguments& upgrade, const CLI::App& verb) {
+  if (verb.count("--shard") > 0) upgrade.shard = ShardOf(upgrade.shardText);
+  if (!upgrade.again.empty() && upgrade.report.empty()) throw UsageError("--again goes with --report");
+  if (upgrade.quiet && upgrade.verbose) throw UsageError("give one of --quiet and --verbose");
   Check(upgrade.sources);
   CheckNull(upgrade.sources);
   const int places = (upgrade.output.empty() ? 0 : 1) + (upgrade.outputDirectory.empty() ? 0 : 1) +

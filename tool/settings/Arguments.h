@@ -21,6 +21,12 @@ struct StatusArguments {
   bool json = false;
 };
 
+/// A part of a run's documents: one of several shards of about the same size.
+struct Shard {
+  std::size_t number = 1;  ///< From 1 on.
+  std::size_t of = 1;
+};
+
 struct UpgradeArguments {
   Sources sources;
   std::string output;  // at most one of these three
@@ -37,10 +43,18 @@ struct UpgradeArguments {
   std::vector<std::string> only;  // at most one of these two
   std::string until;
   std::string report;
+  std::string reportDetail = "full";  // or "changes", "summary"
+  std::string again;                  // "failed", "incomplete", "all"; empty for nothing
   std::string language = "en";
   std::string trace;
   bool quiet = false;
-  Limits limits;  ///< Of each document.
+  bool verbose = false;
+  std::string progress = "auto";                // or "plain", "none"
+  std::optional<std::size_t> workers;           // none: as many as processors
+  std::optional<std::uint64_t> megabytesInAll;  // none: what is available; 0: no limit
+  std::string shardText;
+  std::optional<Shard> shard;  // what the text says
+  Limits limits;               ///< Of each document.
 };
 
 struct IdentifiersArguments {

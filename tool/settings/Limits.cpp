@@ -4,8 +4,9 @@
 #include <sys/resource.h>
 
 #include <algorithm>
-#include <fstream>
 #include <limits>
+
+#include "settings/Machine.h"
 
 namespace tool {
 namespace {
@@ -23,29 +24,6 @@ constexpr std::size_t kMadePerFeature = 10;
 constexpr std::size_t kMadeInAnyDocument = 1'000'000;
 
 constexpr std::uint64_t kBytesPerMegabyte = std::uint64_t{1} << 20U;
-
-// The number behind `word` at the beginning of a line, in bytes; empty without one, such as for "max".
-std::optional<std::uint64_t> NumberIn(const char* file, const std::string& word, std::uint64_t unit) {
-  std::ifstream stream(file);
-  for (std::string line; std::getline(stream, line);) {
-    if (!line.starts_with(word)) continue;
-    const std::size_t digits = line.find_first_of("0123456789", word.size());
-    if (digits != std::string::npos) return std::stoull(line.substr(digits)) * unit;
-  }
-  return std::nullopt;
-}
-
-// What this machine, or the group of processes that this one belongs to, has left.
-std::optional<std::uint64_t> AvailableMemory() {
-  std::optional<std::uint64_t> available = NumberIn("/proc/meminfo", "MemAvailable:", 1024);
-  const auto most = NumberIn("/sys/fs/cgroup/memory.max", "", 1);
-  const auto used = NumberIn("/sys/fs/cgroup/memory.current", "", 1);
-  if (most && used) {
-    const std::uint64_t left = *most - std::min(*most, *used);
-    available = available ? std::min(*available, left) : left;
-  }
-  return available;
-}
 
 // AddressSanitizer reserves far more than is used.
 #ifdef HVX_SANITIZED

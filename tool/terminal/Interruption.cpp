@@ -9,13 +9,20 @@ constexpr int kGraceSeconds = 3;
 constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 volatile std::sig_atomic_t requested = 0;
+volatile std::sig_atomic_t requests = 0;
+volatile std::sig_atomic_t terminated = 0;
 sigset_t whileWaiting;
 
 volatile std::sig_atomic_t graceSeconds = 0;  // 0 for as long as it takes
 
 // What does not notice the request, such as a routine that does not end, is ended by the alarm.
-void Note(int /*signal*/) {
+void Note(int signal) {
   requested = 1;
+  if (signal == SIGINT) {
+    requests = requests + 1;
+  } else {
+    terminated = 1;
+  }
   if (graceSeconds != 0) alarm(static_cast<unsigned>(graceSeconds));
 }
 
@@ -54,8 +61,20 @@ void Interruption::GoOnToTheEnd() {
   alarm(0);
 }
 
+void Interruption::CutOffAgain() {
+  graceSeconds = kGraceSeconds;
+}
+
 bool Interruption::Requested() {
   return requested != 0;
+}
+
+int Interruption::Requests() {
+  return requests;
+}
+
+bool Interruption::IsTermination() {
+  return terminated != 0;
 }
 
 void Interruption::StopIfRequested() {

@@ -28,8 +28,14 @@ class Interruption {
   static constexpr int kParentDied = SIGUSR1;
   /// What is left is short, and must not be cut off: requests are noticed, but do not end the process.
   static void GoOnToTheEnd();
+  /// That is over: requests count as before it.
+  static void CutOffAgain();
 
   [[nodiscard]] static bool Requested();
+  /// How often the user asked, by SIGINT.
+  [[nodiscard]] static int Requests();
+  /// Whether the system did, by SIGTERM or SIGHUP: it will soon end this process itself.
+  [[nodiscard]] static bool IsTermination();
   /// Throws `Interrupted` when a stop was requested.
   static void StopIfRequested();
 };

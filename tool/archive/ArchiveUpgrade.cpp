@@ -1,0 +1,238 @@
+#include "archive/ArchiveUpgrade.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "archive/Leftovers.h"
+#include "file/DocumentError.h"
+#include "report/Attention.h"
+#include "settings/Machine.h"
+#include "terminal/Interruption.h"
+#include "terminal/Progress.h"
+#include "terminal/Terminal.h"
+
+namespace tool {
+namespace {
+
+namespace fs = std::filesystem;
+using standalone::FileIdentity;
+
+// A worker needs so much memory for any document, and for each byte of one. Measured: 14 MB for small ones,
+// and four times the size of large ones; the change log for a report can double that.
+constexpr std::uint64_t kMemoryOfAnyDocument = std::uint64_t{32} << 20U;
+constexpr std::uint64_t kMemoryPerByte = 8;
+
+constexpr std::uint64_t kBytesPerMegabyte = std::uint64_t{1} << 20U;
+
+RunProgress::Kind KindOf(const UpgradeArguments& arguments) {
+  if (arguments.quiet || arguments.progress == "none") return RunProgress::Kind::kNone;
+  return arguments.progress == "plain" ? RunProgress::Kind::kPlain : RunProgress::Kind::kAuto;
+}
+
+std::optional<FileIdentity> IdentityOf(const Destination& destination) {
+  return destination.file ? FileIdentity::Of(*destination.file) : std::nullopt;
+}
+
+// Whether a file was put where there was none, or another one.
+bool IsAnother(const std::optional<FileIdentity>& now, const std::optional<FileIdentity>& before) {
+  return now && !(before && now->IsSameFile(*before));
+}
+
+std::string CauseOf(const WorkEnd& end) {
+  if (end.kind == WorkEnd::Kind::kOutOfMemory) return "there is not enough memory";
+  return end.cause.empty() ? "stopped" : end.cause;
+}
+
+// What the worker could not say itself.
+DocumentResult ResultOfEnd(const std::string& input, const WorkEnd& end) {
+  DocumentResult result;
+  switch (end.kind) {
+    case WorkEnd::Kind::kTimedOut:
+      result.verdict = Verdict::kTimedOut;
+      result.problem = fmt::format(
+          "{}: the upgrade was stopped after {:.6g} s (--timeout raises the limit). Nothing was written; "
+          "--trace shows where it was",
+          input, std::chrono::duration<double>(end.limit.value_or(Clock::duration::zero())).count());
+      break;
+    case WorkEnd::Kind::kInterrupted:
+      result.verdict = Verdict::kInterrupted;
+      result.problem = fmt::format("{}: interrupted. Nothing was written", input);
+      break;
+    case WorkEnd::Kind::kOutOfMemory:
+      result.verdict = Verdict::kAborted;
+      result.problem =
+          fmt::format("{}: the upgrade was given up: there is not enough memory. Nothing was written", input);
+      break;
+    case WorkEnd::Kind::kFinished:
+    case WorkEnd::Kind::kCrashed:
+      result.verdict = Verdict::kCrashed;
+      result.problem =
+          fmt::format("{}: the upgrade crashed ({}). Its file was left alone; --trace shows where it was",
+                      input, end.cause);
+      break;
+  }
+  return result;
+}
+
+}  // namespace
+
+ArchiveUpgrade::ArchiveUpgrade(const ArchiveTask& task, RunSummary& summary)
+    : task_(task),
+      summary_(summary),
+      isSingle_(task.documents.size() == 1),
+      progress_(isSingle_ ? RunProgress::Kind::kNone : KindOf(task.arguments)),
+      processes_({.work = [this](std::size_t document,
+                                 const AnnounceCommit& announce) { return Work(document, announce); },
+                  .prepare = [this] { PrepareWorker(); },
+                  .onStart = [this](WorkerNumber worker) { records_[worker] = std::move(ownRecord_); },
+                  .onForget = [this](WorkerNumber worker) { records_.erase(worker); },
+                  .onGive = [this](std::size_t document) { NoteGiven(document); },
+                  .close = [this](std::size_t document, const WorkEnd& end) { return Close(document, end); },
+                  .onTick = [this] { TellProgress(); }}) {}
+
+RunEnd ArchiveUpgrade::Run(const std::vector<std::size_t>& documents) {
+  loads_.resize(task_.documents.size());
+  for (const std::size_t document : documents) {
+    loads_[document] = LoadOf(task_.documents[document].file);
+    state_.bytes += loads_[document].bytes;
+  }
+  state_.documents = documents.size();
+  Supervisor::Settings settings;
+  settings.workers = task_.arguments.workers.value_or(UsableCores());
+  settings.workers = std::clamp<std::size_t>(settings.workers, 1, std::max<std::size_t>(1, documents.size()));
+  if (task_.trace != nullptr) settings.workers = 1;  // calls of several documents would mix
+  const auto& megabytes = task_.arguments.megabytesInAll;
+  settings.memory = megabytes ? *megabytes * kBytesPerMegabyte : AvailableMemory().value_or(0);
+  return Supervisor(processes_, loads_, settings).Run(documents);
+}
+
+Load ArchiveUpgrade::LoadOf(const std::string& document) const {
+  std::error_code error;
+  const std::uintmax_t size = fs::is_regular_file(document, error) ? fs::file_size(document, error) : 0;
+  Load load;
+  load.bytes = error ? 0 : size;
+  load.memory = kMemoryOfAnyDocument + kMemoryPerByte * load.bytes;
+  if (const auto limit = TimeLimit(task_.arguments.limits, document))
+    load.timeLimit = std::chrono::duration_cast<Clock::duration>(*limit);
+  return load;
+}
+
+void ArchiveUpgrade::PrepareWorker() {
+  ownRecord_.reset();
+  if (task_.report != nullptr) ownRecord_ = task_.report->MakeRecordFile();
+}
+
+std::string ArchiveUpgrade::Work(std::size_t document, const AnnounceCommit& announceCommit) {
+  const UpgradeArguments& arguments = task_.arguments;
+  const bool isRunOfMany = !isSingle_ || task_.isSearched;
+  const UpgradeTask task{
+      .input = task_.documents[document].file,
+      .destination = task_.destinations[document],
+      .manager = task_.manager,
+      .selection = task_.selection,
+      .dryRun = arguments.dryRun,
+      .quiet = arguments.quiet || !isSingle_ || arguments.progress != "auto",
+      .strict = arguments.strict,
+      .acceptFailures = arguments.acceptFailures,
+      .failOnDrop = arguments.failOnDrop,
+      .retry = arguments.retry,
+      .keepResult = arguments.keepResult,
+      .skipsDone = isRunOfMany,
+      .skipsCurrent = isRunOfMany && !(task_.report != nullptr && task_.report->IsGoingOn()),
+      .limits = arguments.limits,
+      .record = ownRecord_.get(),
+      .trace = task_.trace};
+  ResetPeakMemory();
+  DocumentResult result = UpgradeDocument(task, announceCommit);
+  result.peakMemory = PeakMemory();
+  return Pack(result);
+}
+
+void ArchiveUpgrade::NoteGiven(std::size_t document) {
+  atWork_[document] = {.read = FileIdentity::Of(fs::path(task_.documents[document].file)),
+                       .destination = IdentityOf(task_.destinations[document]),
+                       .begun = Clock::now()};
+}
+
+bool ArchiveUpgrade::Close(std::size_t document, const WorkEnd& end) {
+  const AtWork before = atWork_[document];
+  atWork_.erase(document);
+  progress_.Clear();
+  const DocumentResult result = ResultOf(document, end, before);
+  if (result.verdict == Verdict::kInterrupted) {
+    if (isSingle_) Complain(result.problem);
+    return true;
+  }
+  summary_.Add(task_.documents[document].file, result);
+  ++state_.done;
+  state_.bytesDone += loads_[document].bytes;
+  if (!result.IsComplete()) ++state_.needPerson;
+  Tell(result);
+  return task_.report == nullptr || AddToReport(document, end, before, result);
+}
+
+DocumentResult ArchiveUpgrade::ResultOf(std::size_t document, const WorkEnd& end,
+                                        const AtWork& before) const {
+  if (end.kind == WorkEnd::Kind::kFinished) return Unpack(end.result);
+  Progress::ClearLine();
+  const std::string& input = task_.documents[document].file;
+  const Destination& destination = task_.destinations[document];
+  if (destination.file) RemoveLeftovers(*destination.file, Processes::ProcessOf(end.worker));
+  if (!end.committing || !IsAnother(IdentityOf(destination), before.destination))
+    return ResultOfEnd(input, end);
+  Complain(
+      fmt::format("{}: the process ended ({}) when the result was in place, whole", input, CauseOf(end)));
+  return Unpack(end.announced);
+}
+
+bool ArchiveUpgrade::AddToReport(std::size_t document, const WorkEnd& end, const AtWork& before,
+                                 const DocumentResult& result) {
+  const std::string& input = task_.documents[document].file;
+  const Destination& destination = task_.destinations[document];
+  DocumentResult told = result;
+  if (!result.Succeeded()) told.attention = AttentionOf(input, result);
+  const auto record = records_.find(end.worker);
+  const bool hasRest = result.Succeeded() && record != records_.end();
+  try {
+    task_.report->Append({.input = input,
+                          .result = told,
+                          .destination = destination,
+                          .dryRun = task_.arguments.dryRun,
+                          .read = before.read,
+                          .wrote = IdentityOf(destination),
+                          .seconds = std::chrono::duration<double>(Clock::now() - before.begun).count()},
+                         hasRest ? record->second.get() : nullptr);
+    return true;
+  } catch (const standalone::DocumentError& error) {
+    const bool wrote = summary_.Wrote();
+    Complain(fmt::format("{}: {}. The report lacks {} and all that comes after it; {}",
+                         task_.arguments.report, error.Problem(), input,
+                         wrote ? "what is said above of the documents holds, and results that were written "
+                                 "are in place"
+                               : "no document was changed"));
+    return false;
+  }
+}
+
+void ArchiveUpgrade::Tell(const DocumentResult& result) const {
+  const auto firstLine = [&result] { return result.summary.substr(0, result.summary.find('\n')); };
+  if (!result.Succeeded()) {
+    Complain(result.problem);
+  } else if (task_.arguments.quiet) {
+    if (!result.IsComplete()) Complain(Unpainted(firstLine()));
+  } else if (isSingle_ || task_.arguments.verbose) {
+    Say(result.summary);
+  } else if (!result.IsComplete()) {
+    Say(firstLine() + "\n");
+  }
+  FlushOutput();
+}
+
+void ArchiveUpgrade::TellProgress() {
+  state_.atWork.clear();
+  for (const auto& [document, at] : atWork_) state_.atWork.push_back(task_.documents[document].file);
+  progress_.Update(state_);
+}
+
+}  // namespace tool

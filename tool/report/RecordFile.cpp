@@ -1,0 +1,177 @@
+#include "report/RecordFile.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "file/DocumentError.h"
+#include "file/FeatureText.h"
+#include "file/TemporaryName.h"
+#include "report/Attention.h"
+#include "report/Causes.h"
+#include "report/FeatureOutput.h"
+#include "report/JsonOutput.h"
+#include "terminal/Interruption.h"
+#include "terminal/VisibleText.h"
+
+namespace tool {
+namespace {
+
+using standalone::AppendRaw;
+using standalone::FeatureState;
+
+constexpr std::size_t kFlushBytes = std::size_t{1} << 20;
+
+// The feature as in a document, and what made or removed it.
+void AppendFeatureWith(fmt::memory_buffer& out, const FeatureState& feature, std::string_view cause,
+                       ReportDetail detail) {
+  if (detail != ReportDetail::kFull) {
+    JsonObject object(out);
+    AppendIdentity(object, feature);
+    object.Value("by", cause);
+    object.Close();
+    return;
+  }
+  fmt::memory_buffer line;
+  standalone::AppendFeature(line, feature);
+  AppendVisibleJson(out, {line.data(), line.size() - 1});  // the object goes on
+  AppendRaw(out, ",\"by\":");
+  AppendRaw(out, cause);
+  out.push_back('}');
+}
+
+std::string JsonOf(const standalone::Value& value) {
+  fmt::memory_buffer out;
+  standalone::AppendValue(out, value);
+  return fmt::to_string(out);
+}
+
+// Which values of the old document stand nowhere in the result, and who took them away.
+void AppendDropped(JsonObject& entry, const ReportedRun& reported, const Causes& causes) {
+  JsonList list(entry.Key("droppedValues"));
+  for (const standalone::DroppedValues& dropped : reported.dropped) {
+    JsonObject object(list.Entry());
+    AppendIdentity(object, *reported.document.Before(*dropped.feature));
+    if (const std::string owners = OwnersOf(*reported.document.Before(*dropped.feature)); !owners.empty())
+      object.Text("owner", owners);
+    object.Text("key", standalone::NameTable::Text(dropped.key));
+    JsonList values(object.Key("values"));
+    for (const standalone::Value& value : dropped.values) values.Value(JsonOf(value));
+    values.Close();
+    if (dropped.instead != nullptr) object.Value("instead", JsonOf(*dropped.instead));
+    JsonList by(object.Key("by"));
+    for (const std::string_view identifier : causes.IdentifiersBehind(*dropped.feature, dropped.key))
+      by.Text(identifier);
+    by.Close();
+    object.Close();
+  }
+  list.Close();
+}
+
+void AppendNotes(JsonObject& entry, const ReportedRun& reported) {
+  JsonList along(entry.Key("broughtAlong"));
+  for (const standalone::VersionManager::Needed& needed : reported.broughtAlong) {
+    JsonObject object(along.Entry());
+    object.Text("identifier", needed.identifier);
+    object.Text("by", needed.by);
+    object.Text("reason", needed.reason);
+    object.Close();
+  }
+  along.Close();
+  JsonList harmless(entry.Key("harmlessFailures"));
+  for (const auto& [row, count] : reported.run.harmless) {
+    JsonObject object(harmless.Entry());
+    object.Text("identifier", row->identifier.View());
+    object.Text("reason", row->harmless);
+    object.Number("features", count);
+    object.Close();
+  }
+  harmless.Close();
+}
+
+}  // namespace
+
+RecordFile::RecordFile(std::filesystem::path report, ReportDetail detail)
+    : report_(std::move(report)), detail_(detail) {
+  std::string name;
+  descriptor_ = standalone::MakeTemporary(report_, name);
+  if (descriptor_ < 0) Fail();
+  unlink(name.c_str());
+}
+
+RecordFile::~RecordFile() {
+  if (descriptor_ >= 0) close(descriptor_);
+}
+
+void RecordFile::Begin() {
+  if (ftruncate(descriptor_, 0) != 0 || lseek(descriptor_, 0, SEEK_SET) < 0) Fail();
+}
+
+void RecordFile::AddRun(const ReportedRun& reported) {
+  fmt::memory_buffer text;
+  JsonObject entry(text, JsonObject::GoOn());
+  entry.Texts("identifiers", reported.run.identifiers);
+  JsonObject byType(entry.Key("byType"));
+  for (const auto& [type, ofType] : reported.comparison.byType) {
+    JsonObject one(byType.Key(type));
+    AppendTotals(one, ofType);
+    one.Close();
+  }
+  byType.Close();
+  AppendNotes(entry, reported);
+  const Causes causes(reported.document, reported.run);
+  AppendDropped(entry, reported, causes);
+  if (detail_ != ReportDetail::kSummary) AppendChanges(entry, text, reported, causes);
+  Flush(text);
+}
+
+void RecordFile::AppendChanges(JsonObject& entry, fmt::memory_buffer& text, const ReportedRun& reported,
+                               const Causes& causes) {
+  JsonList changed(entry.Key("changed"));
+  for (const standalone::Feature* const feature : reported.comparison.changed) {
+    AppendChange(
+        changed.Entry(), reported.document.Before(*feature), feature,
+        [&](const standalone::FieldDifference& difference) { return causes.Of(*feature, difference); });
+    FlushIfLarge(text);
+  }
+  changed.Close();
+  JsonList created(entry.Key("created"));
+  for (const standalone::Feature* const feature : reported.comparison.created) {
+    AppendFeatureWith(created.Entry(), *feature, causes.OfCreation(*feature), detail_);
+    FlushIfLarge(text);
+  }
+  created.Close();
+  JsonList removed(entry.Key("removed"));
+  for (const standalone::Feature* const feature : reported.comparison.removed) {
+    AppendFeatureWith(removed.Entry(), *reported.document.Before(*feature), causes.OfRemoval(*feature),
+                      detail_);
+    FlushIfLarge(text);
+  }
+  removed.Close();
+}
+
+void RecordFile::Flush(fmt::memory_buffer& text) {
+  std::string_view bytes(text.data(), text.size());
+  while (!bytes.empty()) {
+    const ssize_t written = write(descriptor_, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) Fail();
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  text.clear();
+}
+
+void RecordFile::FlushIfLarge(fmt::memory_buffer& text) {
+  if (text.size() < kFlushBytes) return;
+  Interruption::StopIfRequested();
+  Flush(text);
+}
+
+void RecordFile::Fail() const {
+  throw standalone::DocumentError(standalone::DocumentError::Kind::kUnwritable, report_.string(), 0,
+                                  fmt::format("the report cannot be written ({})", std::strerror(errno)),
+                                  "Check the folder, its permissions and the room on its disk");
+}
+
+}  // namespace tool

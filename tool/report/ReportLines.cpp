@@ -1,0 +1,159 @@
+#include "report/ReportLines.h"
+
+#include <fmt/format.h>
+#include <simdjson.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <optional>
+
+#include "file/DocumentError.h"
+
+namespace tool {
+namespace {
+
+using simdjson::dom::element;
+using standalone::DocumentError;
+
+// What stands behind it may be many times larger than the document, and nobody reads it here.
+constexpr std::string_view kChanges = ",\"changed\":[";
+
+std::string TextIn(element object, const char* key) {
+  std::string_view text;
+  return object[key].get(text) == simdjson::SUCCESS ? std::string(text) : std::string();
+}
+
+std::size_t NumberIn(element object, const char* key) {
+  std::uint64_t number = 0;
+  return object[key].get(number) == simdjson::SUCCESS ? number : 0;
+}
+
+std::optional<RecordedFile> FileIn(element record, const char* key) {
+  element object;
+  if (record[key].get(object) != simdjson::SUCCESS) return std::nullopt;
+  RecordedFile file{.path = TextIn(object, "file"), .bytes = NumberIn(object, "bytes"), .modified = 0};
+  if (object["modified"].get(file.modified) != simdjson::SUCCESS) return std::nullopt;
+  return file;
+}
+
+ReportLine LineOf(element record) {
+  ReportLine line{.file = TextIn(record, "file"), .result = {}, .input = {}, .output = {}};
+  DocumentResult& result = line.result;
+  result.verdict = VerdictNamed(TextIn(record, "verdict"));
+  result.problem = TextIn(record, "problem");
+  result.kept = TextIn(record, "kept");
+  result.needsPerson = NumberIn(record, "thingsForPerson");
+  result.dropped = NumberIn(record, "dropped");
+  if (record["failsOnDrop"].get(result.failsOnDrop) != simdjson::SUCCESS) result.failsOnDrop = false;
+  if (element list; record["needsPerson"].get(list) == simdjson::SUCCESS) {
+    const std::string text = simdjson::minify(list);
+    result.attention = text.substr(1, text.size() - 2);
+  }
+  if (element totals; record["totals"].get(totals) == simdjson::SUCCESS) {
+    result.features = NumberIn(totals, "features");
+    result.totals = {.concerned = NumberIn(totals, "concerned"),
+                     .changed = NumberIn(totals, "changed"),
+                     .created = NumberIn(totals, "created"),
+                     .removed = NumberIn(totals, "removed"),
+                     .failed = NumberIn(totals, "failed")};
+  }
+  line.input = FileIn(record, "input");
+  line.output = FileIn(record, "result");
+  return line;
+}
+
+// None for what is no head.
+std::optional<ReportHead> HeadOf(element line) {
+  if (TextIn(line, "record") != "run" || TextIn(line, "report") != "hvxupgrade" ||
+      NumberIn(line, "version") != kReportVersion)
+    return std::nullopt;
+  ReportHead head{.tool = TextIn(line, "tool"), .folder = TextIn(line, "folder"), .arguments = {}};
+  simdjson::dom::array arguments;
+  if (line["arguments"].get(arguments) != simdjson::SUCCESS) return head;
+  for (const element argument : arguments) {
+    std::string_view text;
+    if (argument.get(text) == simdjson::SUCCESS) head.arguments.emplace_back(text);
+  }
+  return head;
+}
+
+// The lines of a file, each with its line feed; one that is cut off is left out.
+class Lines {
+ public:
+  explicit Lines(const std::filesystem::path& file) : stream_(std::fopen(file.c_str(), "re"), &std::fclose) {
+    if (stream_ == nullptr) Fail(file);
+  }
+  ~Lines() { std::free(line_); }
+  Lines(const Lines&) = delete;
+  Lines& operator=(const Lines&) = delete;
+
+  bool Next(std::string_view& line) {
+    const ssize_t got = getline(&line_, &capacity_, stream_.get());
+    if (got <= 0 || line_[got - 1] != '\n') return false;
+    line = {line_, static_cast<std::size_t>(got)};
+    return true;
+  }
+
+  [[noreturn]] static void Fail(const std::filesystem::path& file) {
+    throw DocumentError(DocumentError::Kind::kUnreadable, file.string(), 0,
+                        fmt::format("the report cannot be read ({})", std::strerror(errno)),
+                        "Check the path and the permissions");
+  }
+
+ private:
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream_;
+  char* line_ = nullptr;
+  std::size_t capacity_ = 0;
+};
+
+}  // namespace
+
+ReportHead ReadReportHead(const std::filesystem::path& file) {
+  Lines lines(file);
+  std::string_view line;
+  simdjson::dom::parser parser;
+  element top;
+  if (!lines.Next(line) || parser.parse(line.data(), line.size()).get(top) != simdjson::SUCCESS) return {};
+  return HeadOf(top).value_or(ReportHead());
+}
+
+ReadReportResult ReadReport(const std::filesystem::path& file,
+                            const std::function<void(const ReportLine&)>& onRecord) {
+  ReadReportResult result;
+  Lines lines(file);
+  simdjson::dom::parser parser;
+  std::size_t number = 0;
+  const auto refuse = [&](std::string_view problem) {
+    throw DocumentError(DocumentError::Kind::kInvalid, file.string(), number, problem,
+                        "Give the file of a --report of this program's upgrade");
+  };
+  std::int64_t offset = 0;
+  for (std::string_view line; lines.Next(line);) {
+    ++number;
+    std::string text(line.substr(0, line.find(kChanges)));
+    if (text.size() < line.size()) text += '}';
+    element top;
+    if (parser.parse(text).get(top) != simdjson::SUCCESS) refuse("this is no line of a report");
+    const std::string kind = TextIn(top, "record");
+    if (number == 1) {
+      const auto head = HeadOf(top);
+      if (!head) refuse("this is no report of this release of hvxupgrade");
+      result.head = *head;
+    } else if (kind == "document") {
+      if (result.isFinished) refuse("a record stands behind the end of the report");
+      onRecord(LineOf(top));
+    } else if (kind == "end") {
+      result.isFinished = true;
+    } else {
+      refuse("this is no line of a report");
+    }
+    offset += static_cast<std::int64_t>(line.size());
+    if (!result.isFinished) result.end = offset;
+  }
+  if (number == 0) refuse("this is no report of this release of hvxupgrade");
+  return result;
+}
+
+}  // namespace tool

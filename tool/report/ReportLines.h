@@ -1,0 +1,58 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "record/DocumentResult.h"
+
+/// \file
+/// Reading reports.
+
+namespace tool {
+
+inline constexpr int kReportVersion = 3;
+
+/// What a report begins with.
+struct ReportHead {
+  std::string tool;                    ///< The version of the program.
+  std::string folder;                  ///< Where the command was given.
+  std::vector<std::string> arguments;  ///< Those that decide what becomes of documents.
+
+  friend bool operator==(const ReportHead&, const ReportHead&) = default;
+};
+
+/// A file as a record knows it.
+struct RecordedFile {
+  std::string path;
+  std::uint64_t bytes = 0;
+  std::int64_t modified = 0;  ///< In nanoseconds.
+};
+
+/// A document's record, but for what was run on it and changed in it.
+struct ReportLine {
+  std::string file;
+  DocumentResult result;  ///< Without summary; what needs a person is in `attention`.
+  std::optional<RecordedFile> input;
+  std::optional<RecordedFile> output;
+};
+
+/// What was read of a report.
+struct ReadReportResult {
+  ReportHead head = {};
+  std::int64_t end = 0;     ///< Where the last record ends; what stands behind it may be cut off.
+  bool isFinished = false;  ///< Whether the run came to its end line.
+};
+
+/// The head of the report that stands there; an empty one when the file begins otherwise. Throws as
+/// `ReadReport` does when it cannot be read.
+[[nodiscard]] ReportHead ReadReportHead(const std::filesystem::path& file);
+
+/// Reads a report, which may end in the middle of a line. Throws `standalone::DocumentError` when it cannot
+/// be read (`kUnreadable`), or a line is not one of a report (`kInvalid`); the message names file and line.
+ReadReportResult ReadReport(const std::filesystem::path& file,
+                            const std::function<void(const ReportLine&)>& onRecord);
+
+}  // namespace tool

@@ -1,0 +1,113 @@
+#include "report/RunSummary.h"
+
+#include <fmt/ranges.h>
+
+#include "terminal/Terminal.h"
+
+namespace tool {
+namespace {
+
+constexpr std::size_t kListed = 20;
+
+std::string LineOf(const std::string& file, const DocumentResult& result) {
+  if (!result.Succeeded()) return Printable(result.problem);  // which names the file
+  std::vector<std::string> what;
+  if (result.needsPerson != 0)
+    what.push_back(fmt::format("{} a person", result.needsPerson == 1
+                                                  ? "1 thing needs"
+                                                  : fmt::format("{} things need", result.needsPerson)));
+  if (result.failsOnDrop && result.dropped != 0)
+    what.push_back(fmt::format("{} with dropped values", Count(result.dropped, "attribute")));
+  return fmt::format("{}: {}", Printable(file), fmt::join(what, ", "));
+}
+
+}  // namespace
+
+RunSummary::Group RunSummary::GroupOf(const DocumentResult& result) {
+  switch (result.verdict) {
+    case tool::Verdict::kUpgraded:
+      return result.IsComplete() ? Group::kUpgraded : Group::kUpgradedInNeed;
+    case tool::Verdict::kCurrent:
+    case tool::Verdict::kNothingChosen:
+    case tool::Verdict::kDoneBefore:
+      return result.IsComplete() ? Group::kCurrent : Group::kCurrentInNeed;
+    case tool::Verdict::kNotLookedInto:
+      return Group::kNotLookedInto;
+    case tool::Verdict::kHeldBack:
+      return Group::kHeldBack;
+    case tool::Verdict::kChangedMeanwhile:
+      return Group::kChangedMeanwhile;
+    case tool::Verdict::kBadInput:
+      return Group::kBroken;
+    case tool::Verdict::kNewer:
+      return Group::kNewer;
+    case tool::Verdict::kUnwritable:
+      return Group::kUnwritable;
+    default:
+      return Group::kGivenUp;
+  }
+}
+
+void RunSummary::Add(const std::string& file, const DocumentResult& result) {
+  const Group group = GroupOf(result);
+  ++documents_;
+  features_ += result.features;
+  totals_ += result.totals;
+  code_ = MoreSerious(code_, ExitCodeOf(result));
+  wrote_ = wrote_ || (result.Succeeded() && !dryRun_);
+  ++counts_[static_cast<std::size_t>(group)];
+  if (result.IsComplete()) return;
+  std::vector<std::string>& lines = first_[group];
+  if (lines.size() < kListed) lines.push_back(LineOf(file, result));
+}
+
+std::string RunSummary::Verdict() const {
+  const std::string done = dryRun_ ? "would be upgraded" : "upgraded";
+  const std::pair<Group, std::string> words[] = {
+      {Group::kUpgraded, done},
+      {Group::kUpgradedInNeed, done + " but in need of a person"},
+      {Group::kHeldBack, "not written because in need of a person"},
+      {Group::kCurrent, "with nothing to do"},
+      {Group::kNotLookedInto, "current already"},
+      {Group::kCurrentInNeed, "with nothing to do but in need of a person"},
+      {Group::kChangedMeanwhile, "changed meanwhile"},
+      {Group::kGivenUp, "given up"},
+      {Group::kBroken, "unreadable or broken"},
+      {Group::kNewer, "newer than this program"},
+      {Group::kUnwritable, "without a place for the result"},
+  };
+  std::vector<std::string> parts;
+  for (const auto& [group, what] : words) {
+    const std::size_t count = counts_[static_cast<std::size_t>(group)];
+    if (count != 0) parts.push_back(fmt::format("{} {}", count, what));
+  }
+  return fmt::format("{}: {}", Count(documents_, "document"), fmt::join(parts, ", "));
+}
+
+std::string RunSummary::ClosingList(const std::string& where) const {
+  const std::pair<Group, const char*> titles[] = {
+      {Group::kUpgradedInNeed, dryRun_ ? "Would need a person" : "Upgraded, and need a person"},
+      {Group::kHeldBack, "Not written, because they need a person"},
+      {Group::kCurrentInNeed, "Current, and need a person"},
+      {Group::kChangedMeanwhile, "Changed by somebody else meanwhile"},
+      {Group::kGivenUp, "Given up"},
+      {Group::kBroken, "Unreadable or broken"},
+      {Group::kNewer, "Newer than this program"},
+      {Group::kUnwritable, "Without a place for the result"},
+  };
+  std::string text;
+  for (const auto& [group, title] : titles) {
+    const auto found = first_.find(group);
+    if (found == first_.end()) continue;
+    const std::size_t count = counts_[static_cast<std::size_t>(group)];
+    text += fmt::format("{} ({}):\n", title, count);
+    for (const std::string& line : found->second) text += fmt::format("  {}\n", line);
+    if (count > found->second.size()) {
+      text += fmt::format("  and {} more{}\n", count - found->second.size(),
+                          where.empty() ? "" : fmt::format(", which {} lists", Printable(where)));
+    }
+  }
+  return text;
+}
+
+}  // namespace tool

@@ -1,0 +1,96 @@
+#include "terminal/RunProgress.h"
+
+#include <fmt/format.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "terminal/Terminal.h"
+
+namespace tool {
+namespace {
+
+constexpr std::chrono::milliseconds kBeforeFirst{500};
+constexpr std::chrono::milliseconds kBetween{200};
+constexpr std::chrono::minutes kBetweenLines{1};
+constexpr std::size_t kUsualWidth = 80;
+constexpr double kMegabyte = 1e6;
+
+std::size_t Width() {
+  winsize size{};
+  if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return kUsualWidth;
+  return size.ws_col;
+}
+
+std::string Duration(double seconds) {
+  const auto whole = static_cast<std::uint64_t>(seconds);
+  if (whole < 60) return fmt::format("{} s", whole);
+  if (whole < 3600) return fmt::format("{} min {:02} s", whole / 60, whole % 60);
+  return fmt::format("{} h {:02} min", whole / 3600, whole / 60 % 60);
+}
+
+// The first `width` characters, which may be wider than a column each: one is left free.
+std::string Fitted(const std::string& text, std::size_t width) {
+  std::size_t columns = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool begins = (static_cast<unsigned char>(text[i]) & 0xC0U) != 0x80U;
+    if (begins && ++columns >= width) return text.substr(0, i);
+  }
+  return text;
+}
+
+}  // namespace
+
+RunProgress::RunProgress(Kind kind)
+    : onTerminal_(kind == Kind::kAuto && isatty(STDERR_FILENO) != 0),
+      wanted_(kind != Kind::kNone),
+      begun_(Clock::now()),
+      next_(begun_ + (onTerminal_ ? Clock::duration(kBeforeFirst) : Clock::duration(kBetweenLines))) {}
+
+RunProgress::~RunProgress() {
+  Clear();
+}
+
+void RunProgress::Update(const RunState& state) {
+  const Clock::time_point now = Clock::now();
+  if (!wanted_ || now < next_) return;
+  next_ = now + (onTerminal_ ? Clock::duration(kBetween) : Clock::duration(kBetweenLines));
+  const std::string text = TextOf(state);
+  if (onTerminal_) {
+    Put(stderr, fmt::format("\r\033[K{}", Fitted(text, Width())));
+    drawn_ = true;
+  } else {
+    Put(stderr, text + "\n");
+  }
+  std::fflush(stderr);
+}
+
+void RunProgress::Clear() {
+  if (!drawn_) return;
+  Put(stderr, "\r\033[K");
+  std::fflush(stderr);
+  drawn_ = false;
+}
+
+std::string RunProgress::TextOf(const RunState& state) const {
+  const double seconds = std::chrono::duration<double>(Clock::now() - begun_).count();
+  const auto bytes = static_cast<double>(state.bytes);
+  const auto done = static_cast<double>(state.bytesDone);
+  std::string text = fmt::format("{} of {} documents, {:.1f} of {:.1f} MB", state.done, state.documents,
+                                 done / kMegabyte, bytes / kMegabyte);
+  if (state.needPerson != 0) text += fmt::format(", {} to look at", state.needPerson);
+  if (state.done != 0 && done > 0) {
+    text += fmt::format(", {:.1f} MB/s, {} left", done / kMegabyte / seconds,
+                        Duration(seconds * (bytes - done) / done));
+  }
+  for (std::size_t i = 0; i < state.atWork.size(); ++i) {
+    const std::string& name = state.atWork[i];
+    const std::size_t slash = name.rfind('/');
+    text += fmt::format("{}{}", i == 0 ? "; at " : ", ",
+                        Printable(slash == std::string::npos ? name : name.substr(slash + 1)));
+  }
+  return text;
+}
+
+}  // namespace tool
