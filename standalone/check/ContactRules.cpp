@@ -94,12 +94,10 @@ Verdict HalfConverted(Feature& feature, const Survey& survey) {
       Key("firstSurfaceReversed"), Key("secondSurfaceReversed"), Key("slidingFormulation"),
       Key("adjustment"),           Key("adjustmentGroup"),       Key("adjustTolVal_param"),
       Key("thicknessOption"),      Key("constraintEnforcement")};
-  const bool wasOld =
-      std::ranges::any_of(oldKeys, [&](const Key& key) { return HasAttribute(feature, key); });
-  if (!wasOld || survey.IsRegistered(feature) || !survey.Of().HasRecorded(kConversion)) return Conforms();
-  Verdict verdict{Verdict::State::kOnce};
-  verdict.onceItRan = survey.CanRegister() ? &kNotInList : &kHadNoList;
-  return verdict;
+  if (survey.IsRegistered(feature) || !survey.Of().HasRecorded(kConversion)) return Conforms();
+  if (std::ranges::none_of(oldKeys, [&](const Key& key) { return HasAttribute(feature, key); }))
+    return Conforms();
+  return {Verdict::State::kOnce, {}, survey.CanRegister() ? &kNotInList : &kHadNoList};
 }
 
 // What the upgrade puts in the place of a support on the property.

@@ -14,6 +14,7 @@ namespace {
 
 enum class Stored : std::uint8_t {
   kText,
+  kSolver,   // "Halvex", or the name of another product
   kInteger,  // of 32 bits
   kCount,    // of mesh objects
   kNumber,   // real or integer
@@ -31,6 +32,8 @@ enum class Stored : std::uint8_t {
 };
 
 constexpr DamageKind kNoText{"{} holds no text", "Give {} a text"};
+constexpr DamageKind kOtherLetters{
+    "{} is \"Halvex\" in other letters, so its case counts as another product's", "Write {} as \"Halvex\""};
 constexpr DamageKind kNoInteger{"{} holds no integer within 32 bits", "Give {} an integer"};
 constexpr DamageKind kNoCount{"{} holds no count of mesh objects", "Mesh the part anew"};
 constexpr DamageKind kNoNumber{"{} holds no number", "Give {} a number"};
@@ -69,12 +72,22 @@ bool IsListOf(const Value& value, Predicate predicate) {
   return value.Kind() == ValueKind::kList && std::ranges::all_of(value.Entries(), predicate);
 }
 
+bool IsInOtherLetters(std::string_view solver) {
+  constexpr std::string_view kName = "halvex";
+  return solver != "Halvex" && std::ranges::equal(solver, kName, [](char letter, char small) {
+           return letter == small || letter == small - 'a' + 'A';
+         });
+}
+
 // Null when the value is what is to be stored.
 const DamageKind* FaultOf(const Value& value, Stored stored) {
   const auto unless = [](bool sound, const DamageKind& kind) { return sound ? nullptr : &kind; };
   switch (stored) {
     case Stored::kText:
       return unless(value.Kind() == ValueKind::kString, kNoText);
+    case Stored::kSolver:
+      if (value.Kind() != ValueKind::kString) return &kNoText;
+      return unless(!IsInOtherLetters(value.AsString()), kOtherLetters);
     case Stored::kInteger:
       return unless(IsInteger32(value), kNoInteger);
     case Stored::kCount:
@@ -120,7 +133,7 @@ const StoredAs kStored[] = {
     {kind::kConnector, Stored::kLink, {"FirstObject", "SecondObject"}},
     {kind::kAnalysisModel, Stored::kLinks, {"FeatList"}},
     {kind::kAnalysisModel, Stored::kFlag, {"ExplicitModel", "CreatesParameters"}},
-    {kind::kAnalysisCase, Stored::kText, {"Solver"}},
+    {kind::kAnalysisCase, Stored::kSolver, {"Solver"}},
     {kind::kAnalysisCase, Stored::kCode1To3, {"AnalysisType"}},
     {kind::kAnalysisCase, Stored::kCode0To1, {"CaseKind"}},
     {kind::kAnalysisEntity, Stored::kLinks, {"Supports", "SonsList"}},

@@ -325,15 +325,16 @@ TEST_F(ConformityTest, CodesStandForSomethingRoutinesKnow) {
                    {"id":9,"type":"HVXContactConnectionEnhancementExplicitLT","attributes":{"PropagationState":2}}
                    {"id":10,"type":"HVXSurfaceToSurfaceContactLT","attributes":{"slidingFormulation":2,"adjustment":3,"constraintEnforcement":7}}
                    {"id":11,"type":"HVXSurfaceToSurfaceContactLT","attributes":{"slidingFormulation":1,"adjustment":0,"constraintEnforcement":1}}
-                   {"id":12,"type":"HVXHistoryOutputLT","attributes":{"FrequencyType":9}})");
+                   {"id":12,"type":"HVXHistoryOutputLT","attributes":{"FrequencyType":9}}
+                   {"id":13,"type":"AnalysisCase","attributes":{"Solver":"HALVEX","AnalysisType":1}})");
   std::vector<std::string> found;
   for (const standalone::Finding& finding : standalone::CheckConformity(Doc())) {
     if (finding.reason == "a value cannot be read")
       found.push_back(std::to_string(finding.feature->id) + ' ' + finding.key);
   }
-  EXPECT_THAT(found,
-              ElementsAre("4 AnalysisType, CaseKind", "6 ResultStepType", "7 GroupKind", "8 ContactKind",
-                          "9 PropagationState", "10 slidingFormulation, adjustment, constraintEnforcement"));
+  EXPECT_THAT(found, ElementsAre("4 AnalysisType, CaseKind", "6 ResultStepType", "7 GroupKind",
+                                 "8 ContactKind", "9 PropagationState",
+                                 "10 slidingFormulation, adjustment, constraintEnforcement", "13 Solver"));
 }
 
 // Its conversion ends where it is registered, with the old contact a pair already.
