@@ -18,9 +18,9 @@ class LeftBehind {
 
   /// Which recorded upgrades to run again, and on what: first all that the rules find left behind; then, call
   /// after call, what is found newly and what needs several runs, since the last one left less of it behind.
-  /// When none of that is left, everything once more, as long as less is left behind in all than the last time:
-  /// one upgrade may wait for another. So the calls end with an empty answer, and only when nothing more can
-  /// be done without a person.
+  /// When none of that is left, everything once more, as long as less is left behind in all than the last
+  /// time: one upgrade may wait for another. So the calls end with an empty answer, and only when nothing
+  /// more can be done without a person.
   std::vector<VersionManager::Again> Next();
 
  private:
