@@ -11,6 +11,7 @@
 #include "file/DocumentFormat.h"
 #include "file/FeatureText.h"
 #include "file/JsonText.h"
+#include "file/Packer.h"
 
 namespace standalone {
 namespace {
@@ -40,20 +41,29 @@ void WriteDocument(Document& document, const std::filesystem::path& file, const 
         "Give the features of the old document lower ids");
   }
   AtomicFile output(file, options);
+  const auto packer =
+      Packer::Make(options.compression, [&output](std::string_view packed) { output.Write(packed); });
   fmt::memory_buffer text;
   AppendHeader(text, document);
   std::size_t written = 0;
   const auto flush = [&] {
-    output.Write({text.data(), text.size()});
+    packer->Add({text.data(), text.size()});
     text.clear();
+  };
+  const auto tell = [&] {
     if (options.onProgress) options.onProgress(written, document.FeatureCount());
   };
   for (const Feature* feature = document.First(); feature != nullptr; feature = feature->next, ++written) {
     AppendFeature(text, *feature);
     text.push_back('\n');
-    if (text.size() >= kFlushBytes) flush();
+    if (text.size() < kFlushBytes) continue;
+    flush();
+    tell();
   }
   flush();
+  packer->Finish();
+  if (options.digest != nullptr) *options.digest = output.Digest();
+  tell();
   output.Commit();
 }
 
@@ -69,14 +79,21 @@ void CopyDocument(const std::filesystem::path& source, const std::filesystem::pa
   if (!input) throw unreadable();
   AtomicFile output(file, options);
   std::array<char, std::size_t{1} << 16> block{};
+  const auto start = FileIdentity::Of(fileno(input.get()));
+  const std::size_t total = start ? static_cast<std::size_t>(start->size) : 0;
+  std::size_t written = 0;
   while (const std::size_t got = std::fread(block.data(), 1, block.size(), input.get())) {
     output.Write({block.data(), got});
+    written += got;
+    if (options.onProgress && written < total) options.onProgress(written, total);
   }
   if (std::ferror(input.get()) != 0) throw unreadable();
   if (read && FileIdentity::Of(fileno(input.get())) != read) {
     throw ChangedMeanwhile(source.string(), "another program wrote to it, or put another file there", "",
                            "Nothing was written; run this again");
   }
+  if (options.digest != nullptr) *options.digest = output.Digest();
+  if (options.onProgress) options.onProgress(written, written);
   output.Commit();
 }
 

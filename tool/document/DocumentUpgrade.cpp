@@ -77,6 +77,9 @@ class DocumentUpgrade {
   DocumentPtr Read() {
     standalone::ReadOptions options;
     options.onProgress = Telling("reading");
+    options.maxUnpackedBytes = UnpackedLimit(task_.limits);
+    options.unpackedAdvice = "If you trust it, give --limit-unpacked MB, which raises the limit";
+    options.compression = &stored_;
     options.onHeader = [this](const standalone::Document& header,
                               const std::optional<standalone::FileIdentity>& file) {
       read_ = file;
@@ -108,9 +111,9 @@ class DocumentUpgrade {
     announceCommit_(Pack(result_));
     Interruption::StopIfRequested();
     task_.destination.MakeFolder();
-    if (read_) {
+    if (read_ && Options().compression == stored_) {
       standalone::CopyDocument(task_.input, *task_.destination.file, Options(), read_);
-    } else {  // such as a pipe, which can be read once
+    } else {  // such as a pipe, which can be read once, or to be compressed otherwise
       standalone::WriteDocument(document, *task_.destination.file, Options());
     }
   }
@@ -194,6 +197,7 @@ class DocumentUpgrade {
             .backupSuffix = task_.destination.backupSuffix,
             .replaces = replacesInput_ ? read_ : std::nullopt,
             .keepResult = task_.keepResult,
+            .compression = task_.destination.CompressionFor(task_.input, stored_),
             .onProgress = {}};
   }
 
@@ -202,6 +206,7 @@ class DocumentUpgrade {
   Progress progress_;
   DocumentResult result_;
   bool replacesInput_ = false;
+  standalone::Compression stored_ = standalone::Compression::kNone;
   std::optional<standalone::FileIdentity> read_;  // none where it is no regular file
 };
 

@@ -93,6 +93,12 @@ bool Destination::Replaces(const fs::path& document) const {
   return inPlace || Followed(*file) == Followed(document) || fs::equivalent(*file, document, error);
 }
 
+standalone::Compression Destination::CompressionFor(const fs::path& document,
+                                                    standalone::Compression stored) const {
+  const bool isNamed = file && !inPlace && !makesFolder;
+  return isNamed && !Replaces(document) ? standalone::CompressionNamed(*file) : stored;
+}
+
 bool Destination::HoldsCopyOf(const fs::path& document) const {
   return file && !inPlace && standalone::HaveSameBytes(*file, document);
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "file/Compression.h"
 #include "record/GivenDocument.h"
 #include "settings/Arguments.h"
 
@@ -27,6 +28,10 @@ struct Destination {
 
   /// Whether the result takes the place of `document` itself, under whatever name.
   [[nodiscard]] bool Replaces(const std::filesystem::path& document) const;
+  /// How the result for `document`, which is stored as `stored`, is to be stored: as the name says that the
+  /// user gave (-o), else as the document is.
+  [[nodiscard]] standalone::Compression CompressionFor(const std::filesystem::path& document,
+                                                       standalone::Compression stored) const;
   /// Whether the very bytes of `document` stand there already.
   [[nodiscard]] bool HoldsCopyOf(const std::filesystem::path& document) const;
 

@@ -99,7 +99,8 @@ void AddSources(CLI::App& verb, Sources& sources) {
       ->group(which);
   verb.add_flag("-0,--null", sources.listHasNul, "The names in LIST end with NUL, not with the line")
       ->group(which);
-  verb.add_option("--include", sources.include, "In folders, files like this (default: *.hvxdoc)")
+  verb.add_option("--include", sources.include,
+                  "In folders, files like this (default: *.hvxdoc, *.hvxdoc.gz, *.hvxdoc.zst)")
       ->type_name("PATTERN")
       ->allow_extra_args(false)
       ->check(NotEmpty)
@@ -209,6 +210,12 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
       ->group(limits);
   verb->add_option("--limit-memory", upgrade.limits.megabytes,
                    "When it needs more memory than this many MB (default: what is available)")
+      ->type_name("MB")
+      ->group(limits);
+  verb->add_option(
+          "--limit-unpacked", upgrade.limits.unpacked,
+          "When it is compressed and unpacks to more than this many MB (default: 256, and 100 for each "
+          "MB of its file)")
       ->type_name("MB")
       ->group(limits);
   verb->footer(kUpgradeExamples);
