@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "file/Compression.h"
 #include "file/FileDigest.h"
@@ -33,6 +34,11 @@ struct WriteOptions {
 /// `DocumentError` (`kUnwritable`) when that fails, `ChangedMeanwhile` when the file is not what it must be;
 /// what stood under the name is then as it was.
 void WriteDocument(Document& document, const std::filesystem::path& file, const WriteOptions& options = {});
+
+/// Writes the document to an open file, such as a pipe, of which messages tell as `name`. Throws
+/// `DocumentError` (`kUnwritable`) when that fails; what is written by then stays. Of the options only how
+/// it is stored and `onProgress` count.
+void StreamDocument(Document& document, int descriptor, std::string_view name, const WriteOptions& options);
 
 /// Puts a byte-for-byte copy of `source`, compressed or not, in place as `WriteDocument` does. `read`, where
 /// it is given, is what `source` must still be after that: else throws `ChangedMeanwhile`, and nothing is

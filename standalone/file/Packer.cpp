@@ -1,5 +1,6 @@
 #include "file/Packer.h"
 
+#define ZLIB_CONST  // what is to be packed is not changed
 #include <zlib.h>
 #include <zstd.h>
 
@@ -7,7 +8,6 @@
 #include <array>
 #include <limits>
 #include <new>
-#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -46,8 +46,7 @@ class GzipPacker final : public Packer {
   void Add(std::string_view text) override {
     while (!text.empty()) {
       const auto size = std::min<std::size_t>(text.size(), std::numeric_limits<uInt>::max());
-      // The library takes what it must not change as if it might.
-      stream_.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+      stream_.next_in = reinterpret_cast<const Bytef*>(text.data());
       stream_.avail_in = static_cast<uInt>(size);
       while (stream_.avail_in != 0) Pack(Z_NO_FLUSH);
       text.remove_prefix(size);

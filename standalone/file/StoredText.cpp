@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kMostBuffered = std::size_t{1} << 16;
 
-// Documents are stored in about a twentieth of their bytes.
+// Documents shrink to about a tenth of their bytes, some to less.
 constexpr std::uint64_t kLikelyRatio = 20;
 
 // No document came near this: what does is made to fill a memory.

@@ -1,6 +1,7 @@
 #include "file/Unpacker.h"
 
 #include <fmt/format.h>
+#define ZLIB_CONST  // what is to be unpacked is not changed
 #include <zlib.h>
 #include <zstd.h>
 #include <zstd_errors.h>
@@ -35,8 +36,7 @@ class GzipUnpacker final : public Unpacker {
 
   Step Unpack(std::string_view packed, std::span<char> to) override {
     if (isBetween_ && !packed.empty()) BeginMember(packed.front());
-    // The library takes what it must not change as if it might.
-    stream_.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(packed.data()));
+    stream_.next_in = reinterpret_cast<const Bytef*>(packed.data());
     stream_.avail_in = Bounded(packed.size());
     stream_.next_out = reinterpret_cast<Bytef*>(to.data());
     stream_.avail_out = Bounded(to.size());

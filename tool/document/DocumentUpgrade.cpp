@@ -1,5 +1,7 @@
 #include "document/DocumentUpgrade.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
@@ -107,14 +109,22 @@ class DocumentUpgrade {
         {task_.input, result_.verdict, attention, task_.destination, isThere, task_.dryRun});
     if (task_.report != nullptr)
       task_.report->AddWithoutRun(task_.input, result_, task_.destination, task_.dryRun);
-    if (task_.dryRun || task_.destination.inPlace || isThere || !task_.destination.file) return;
+    if (task_.dryRun || task_.destination.inPlace || isThere || task_.destination.IsNone()) return;
     announceCommit_(Pack(result_));
     Interruption::StopIfRequested();
     task_.destination.MakeFolder();
-    if (read_ && Options().compression == stored_) {
+    if (read_ && !task_.destination.isOutput && Options().compression == stored_) {
       standalone::CopyDocument(task_.input, *task_.destination.file, Options(), read_);
     } else {  // such as a pipe, which can be read once, or to be compressed otherwise
-      standalone::WriteDocument(document, *task_.destination.file, Options());
+      Write(document, Options());
+    }
+  }
+
+  void Write(standalone::Document& document, const standalone::WriteOptions& options) const {
+    if (task_.destination.isOutput) {
+      standalone::StreamDocument(document, STDOUT_FILENO, task_.destination.Text(), options);
+    } else {
+      standalone::WriteDocument(document, *task_.destination.file, options);
     }
   }
 
@@ -155,14 +165,14 @@ class DocumentUpgrade {
       task_.report->AddRun({task_.input, result_, task_.destination, task_.dryRun, *document.Get(), run,
                             comparison, chosen.broughtAlong, dropped});
     }
-    if (task_.dryRun || !task_.destination.file || !held.empty()) return;
+    if (task_.dryRun || task_.destination.IsNone() || !held.empty()) return;
     task_.destination.MakeFolder();
     standalone::WriteOptions options = Options();
     options.onProgress = [this, tell = Telling("writing")](std::size_t written, std::size_t total) {
       if (written == total) announceCommit_(Pack(result_));
       tell(written, total);
     };
-    standalone::WriteDocument(*document.Get(), *task_.destination.file, options);
+    Write(*document.Get(), options);
   }
 
   // What a person must look at in the result. A result that could not be read again is given up.

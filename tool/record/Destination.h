@@ -15,13 +15,15 @@ namespace tool {
 
 /// Where one document's result goes.
 struct Destination {
-  std::optional<std::filesystem::path> file;  ///< None when the user gave no place for it (dry run).
+  std::optional<std::filesystem::path> file;  ///< None when the user gave no file for it.
+  bool isOutput = false;                      ///< It goes to standard output; there is no file.
   bool inPlace = false;
   bool overwrite = false;
   bool makesFolder = false;  ///< Its folder need not exist before there is a result.
   std::string backupSuffix;
   std::string clash;  ///< With what else of the same run, that comes first; mostly empty.
 
+  [[nodiscard]] bool IsNone() const { return !file && !isOutput; }
   /// "in place, the old document kept as bracket.hvxdoc.old", or the file's name.
   [[nodiscard]] std::string Text() const;
   [[nodiscard]] std::filesystem::path Backup() const;  ///< Empty without one.

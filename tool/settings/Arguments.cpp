@@ -90,7 +90,8 @@ std::string FileName(const std::string& value) {
 }
 
 void AddSources(CLI::App& verb, Sources& sources) {
-  verb.add_option("FILE", sources.given, "Documents, and folders with all documents beneath them")
+  verb.add_option("FILE", sources.given,
+                  "Documents ('-': standard input), and folders with all documents beneath them")
       ->type_name("");
   const auto which = "Which documents";
   verb.add_option("--files-from", sources.list, "Also those that this file lists ('-': standard input)")
@@ -112,11 +113,20 @@ void AddSources(CLI::App& verb, Sources& sources) {
       ->group(which);
 }
 
-void Check(const Sources& sources) {
+// A stream is opened under a name, as any other document.
+void OpenStream(std::string& document) {
+  if (document == kStandardStream) document = "/dev/stdin";
+}
+
+void Check(Sources& sources) {
+  const auto streams =
+      std::ranges::count(sources.given, kStandardStream) + (sources.list == kStandardStream ? 1 : 0);
+  if (streams > 1) throw UsageError("standard input can be read once");
+  std::ranges::for_each(sources.given, OpenStream);
   if (sources.IsEmpty()) throw UsageError("say which documents: files or folders, or --files-from LIST");
 }
 
-void Check(const StatusArguments& status) {
+void Check(StatusArguments& status) {
   Check(status.sources);
   if (status.sources.listHasNul && status.sources.list.empty() && status.list.empty())
     throw UsageError("--null goes with --files-from or --list");
@@ -146,7 +156,8 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
   AddSources(*verb, upgrade.sources);
 
   const auto where = "Where the results go (one of -o, --output-dir, --in-place)";
-  auto* const output = verb->add_option("-o,--output", upgrade.output, "Write the result to this file");
+  auto* const output =
+      verb->add_option("-o,--output", upgrade.output, "Write the result to this file ('-': standard output)");
   auto* const folder = verb->add_option("--output-dir", upgrade.outputDirectory,
                                         "Write the results to this folder; what was found in a folder "
                                         "keeps its place beneath it");
@@ -164,7 +175,7 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
   auto* const accept = verb->add_flag("--accept-failures", upgrade.acceptFailures,
                                       "With --in-place and no --backup: replace also by such results");
   for (CLI::Option* const option : {strict, accept}) option->group(where);
-  output->type_name("FILE")->check(FileName);
+  output->type_name("FILE")->check(NotEmpty);
   folder->type_name("DIR")->check(NotEmpty);
   backup->type_name("SUFFIX");
 
@@ -265,7 +276,18 @@ void AddClean(CLI::App& app, CleanArguments& clean) {
   verb->footer(kCleanExamples);
 }
 
-void Check(const UpgradeArguments& upgrade, const CLI::App& verb) {
+void Check(DiffArguments& diff) {
+  if (diff.before == kStandardStream && diff.after == kStandardStream)
+    throw UsageError("standard input can be read once");
+  OpenStream(diff.before);
+  OpenStream(diff.after);
+}
+
+void Check(UpgradeArguments& upgrade, const CLI::App& verb) {
+  const bool readsStream = std::ranges::count(upgrade.sources.given, kStandardStream) != 0;
+  if (readsStream && (upgrade.inPlace || !upgrade.outputDirectory.empty()))
+    throw UsageError(
+        "standard input has no name that its result could bear; give -o FILE, or -o - for standard output");
   Check(upgrade.sources);
   CheckNull(upgrade.sources);
   const int places = (upgrade.output.empty() ? 0 : 1) + (upgrade.outputDirectory.empty() ? 0 : 1) +
@@ -347,10 +369,12 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
       CheckNull(check.sources);
       arguments.verb = std::move(check);
     } else if (app.got_subcommand("diff")) {
+      Check(diff);
       arguments.verb = std::move(diff);
     } else if (app.got_subcommand("clean")) {
       arguments.verb = std::move(clean);
     } else {
+      OpenStream(show.file);
       arguments.verb = std::move(show);
     }
     return std::nullopt;

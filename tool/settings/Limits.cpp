@@ -60,7 +60,8 @@ constexpr bool kReservesMuch = false;
 // Of the text that the document holds, as far as its file tells.
 std::uint64_t TextBytes(const fs::path& document) {
   std::error_code error;
-  const std::uint64_t stored = fs::is_regular_file(document, error) ? fs::file_size(document, error) : 0;
+  if (!fs::is_regular_file(document, error)) return 0;  // a pipe must not be read before the document is
+  const std::uint64_t stored = fs::file_size(document, error);
   if (error) return 0;
   std::array<char, standalone::kCompressionBytes> start{};
   std::ifstream file(document, std::ios::binary);
