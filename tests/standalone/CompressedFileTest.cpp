@@ -4,11 +4,12 @@
 #include <gmock/gmock.h>
 
 #include <optional>
+#include <vector>
 
 #include "file/DocumentError.h"
 #include "file/DocumentReader.h"
 #include "file/DocumentWriter.h"
-#include "model/LateTypes.h"
+#include "file/StoredText.h"
 #include "support/Packed.h"
 #include "support/TempFolder.h"
 
@@ -123,6 +124,22 @@ TEST_P(CompressedFileTest, NoFileUnpacksWithoutALimit) {
   options.blockBytes = 4096;
   // A fault before that is told, and what follows is not unpacked for ever.
   EXPECT_THAT(Read(Packed("{}\n" + std::string(100'000, '\n'), GetParam()), options), StartsWith(":1: "));
+}
+
+TEST(StoredTextTest, WithoutAnotherLimitThatIsAHundredTimesTheFileOrAQuarterOfAGigabyte) {
+  std::string bytes;
+  const auto packer = Packer::Make(Compression::kZstd, [&bytes](std::string_view piece) { bytes += piece; });
+  const std::string piece(std::size_t{1} << 20, '\n');
+  for (int i = 0; i < 300; ++i) packer->Add(piece);
+  packer->Finish();
+  const ReadOptions options;
+  const testing_support::TempFolder folder;
+  StoredText text(folder.Put("in", bytes), options);
+  std::vector<char> block(piece.size());
+  std::size_t unpacked = 0;
+  EXPECT_THROW(while (const std::size_t got = text.Read(block)) unpacked += got, DocumentError);
+  EXPECT_GE(unpacked, std::size_t{255} << 20);
+  EXPECT_LE(unpacked, (std::size_t{256} << 20) + 100 * bytes.size());
 }
 
 TEST_P(CompressedFileTest, ProgressIsThatOfTheFile) {
