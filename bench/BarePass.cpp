@@ -60,7 +60,7 @@ void Copy(ondemand::value value, fmt::memory_buffer& out) {
 
 void BarePass(const std::filesystem::path& input, const std::filesystem::path& output) {
   const ReadOptions reading;
-  LineBlocks blocks(input.string(), reading.blockBytes, reading.maxLineBytes);
+  LineBlocks blocks(input.string(), reading);
   WriteOptions options;
   options.overwrite = true;
   AtomicFile file(output, options);

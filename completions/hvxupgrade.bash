@@ -33,7 +33,7 @@ _hvxupgrade() {
       mapfile -t COMPREPLY < <(compgen -d -- "$cur")
       return
       ;;
-    --include | --exclude | --backup | --timeout | --limit-features | --limit-memory | --language | --type | --id | --depth)
+    --include | --exclude | --backup | --timeout | --limit-features | --limit-memory | --limit-unpacked | --language | --type | --id | --depth)
       return
       ;;
   esac
@@ -44,7 +44,7 @@ _hvxupgrade() {
       status) options+="$documents --list --check --json" ;;
       upgrade)
         options+=" --output --output-dir --in-place --backup --dry-run --force --only --until --report --trace"
-        options+=" --language --timeout --limit-features --limit-memory --quiet --strict --accept-failures --retry --fail-on-drop"
+        options+=" --language --timeout --limit-features --limit-memory --limit-unpacked --quiet --strict --accept-failures --retry --fail-on-drop"
         options+=" --keep-result$documents"
         ;;
       check) options+="$documents --all --json" ;;
@@ -63,7 +63,7 @@ _hvxupgrade() {
     mapfile -t COMPREPLY < <(compgen -d -- "$cur")
   else
     compopt -o filenames 2>/dev/null # names with blanks are quoted, folders get their "/"
-    mapfile -t COMPREPLY < <(compgen -f -X '!*.hvxdoc' -- "$cur"; compgen -d -- "$cur")
+    mapfile -t COMPREPLY < <(compgen -f -X '!*.hvxdoc' -- "$cur"; compgen -f -X '!*.hvxdoc.gz' -- "$cur"; compgen -f -X '!*.hvxdoc.zst' -- "$cur"; compgen -d -- "$cur")
   fi
 }
 

@@ -6,6 +6,7 @@
 A piece is a feature with all that stands above it and beneath it and what those link to. DICTIONARY, where it
 is given, gets the late types and keys of all of them, as libFuzzer reads it.
 """
+import gzip
 import json
 import pathlib
 import sys
@@ -58,6 +59,12 @@ def text_of(features, wanted):
     return "".join(json.dumps(line, separators=(",", ":"), ensure_ascii=False) + "\n" for line in lines)
 
 
+def as_zstd(data):
+    """One frame with one block, stored as it is: magic number, what the header tells, sizes."""
+    return (b"\x28\xb5\x2f\xfd\xa0" + len(data).to_bytes(4, "little")
+            + (len(data) << 3 | 1).to_bytes(3, "little") + data)
+
+
 def main():
     folder = pathlib.Path(sys.argv[1])
     folder.mkdir(parents=True, exist_ok=True)
@@ -72,7 +79,11 @@ def main():
                 continue  # one piece around a feature of each late type is enough
             types.add(features[start]["type"])
             name = f"{source.parent.name}-{source.stem}-{start}.hvxdoc"
-            (folder / name).write_text(text_of(features, wanted), encoding="utf-8")
+            text = text_of(features, wanted).encode()
+            (folder / name).write_bytes(text)
+            if len(types) == 1:  # a few compressed ones
+                (folder / f"{name}.gz").write_bytes(gzip.compress(text, mtime=0))
+                (folder / f"{name}.zst").write_bytes(as_zstd(text))
     if len(sys.argv) > 2:
         entries = sorted(f'"{word}"\n' for word in words)
         pathlib.Path(sys.argv[2]).write_text("".join(entries), encoding="utf-8")

@@ -52,6 +52,7 @@ AtomicFile::AtomicFile(const std::filesystem::path& target, const WriteOptions& 
       replaces_(options.replaces),
       keepResult_(options.keepResult),
       folder_(FolderOf(target_)) {
+  if (options.digest != nullptr) sum_.emplace();
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(target_, error);
   if (status.type() == std::filesystem::file_type::none) FailOn(given_, "created", error.message());
@@ -86,12 +87,20 @@ void AtomicFile::LeaveNothing() const {
 }
 
 void AtomicFile::Write(std::string_view bytes) {
+  if (sum_) sum_->Add(bytes);
+  written_ += bytes.size();
   while (!bytes.empty()) {
     const ssize_t written = write(descriptor_, bytes.data(), bytes.size());
     if (written < 0 && errno == EINTR) continue;
     if (written < 0) Fail("written");
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
+}
+
+FileDigest AtomicFile::Digest() {
+  const auto identity = FileIdentity::Of(descriptor_);
+  if (!identity) Fail("looked at");
+  return {.bytes = written_, .modified = identity->modified, .sha256 = sum_->Take()};
 }
 
 void AtomicFile::Commit() {

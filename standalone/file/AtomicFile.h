@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "file/DocumentWriter.h"
+#include "file/FileDigest.h"
 #include "file/FileIdentity.h"
 
 namespace standalone {
@@ -21,6 +22,9 @@ class AtomicFile {
   AtomicFile& operator=(const AtomicFile&) = delete;
 
   void Write(std::string_view bytes);
+
+  /// Of all that was written, with the time that it will bear in place; with `WriteOptions::digest` only.
+  [[nodiscard]] FileDigest Digest();
 
   /// Brings the bytes to disk and the file to its name. Throws `ChangedMeanwhile` when it is to replace a
   /// file that is no longer what the options say.
@@ -45,6 +49,8 @@ class AtomicFile {
   std::filesystem::path folder_;  // of the target; made beforehand, for once it is in place nothing may fail
   std::string temporary_;
   int descriptor_ = -1;
+  std::uint64_t written_ = 0;  // bytes
+  std::optional<Sha256> sum_;
 };
 
 }  // namespace standalone

@@ -1,5 +1,8 @@
 #include "file/DocumentWriter.h"
 
+#include <fmt/format.h>
+#include <unistd.h>
+
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -11,6 +14,7 @@
 #include "file/DocumentFormat.h"
 #include "file/FeatureText.h"
 #include "file/JsonText.h"
+#include "file/Packer.h"
 
 namespace standalone {
 namespace {
@@ -29,32 +33,66 @@ void AppendHeader(fmt::memory_buffer& out, const Document& document) {
   fmt::format_to(std::back_inserter(out), "],\"features\":{}}}\n", document.FeatureCount());
 }
 
-}  // namespace
-
-void WriteDocument(Document& document, const std::filesystem::path& file, const WriteOptions& options) {
+void Prepare(Document& document, std::string_view name) {
   document.DropAllDeadLinks();
-  if (document.NextId() - 1 > format::kMaxId) {
-    throw DocumentError(
-        DocumentError::Kind::kInvalid, file.string(), 0,
-        fmt::format("new features would have ids above {}, which no document may hold", format::kMaxId),
-        "Give the features of the old document lower ids");
-  }
-  AtomicFile output(file, options);
+  if (document.NextId() - 1 <= format::kMaxId) return;
+  throw DocumentError(
+      DocumentError::Kind::kInvalid, name, 0,
+      fmt::format("new features would have ids above {}, which no document may hold", format::kMaxId),
+      "Give the features of the old document lower ids");
+}
+
+// Hands the document to `sink` as it is to be stored. Tells of progress, but not of the end.
+void Store(const Document& document, const WriteOptions& options, const Packer::Sink& sink) {
+  const auto packer = Packer::Make(options.compression, sink);
   fmt::memory_buffer text;
   AppendHeader(text, document);
   std::size_t written = 0;
   const auto flush = [&] {
-    output.Write({text.data(), text.size()});
+    packer->Add({text.data(), text.size()});
     text.clear();
-    if (options.onProgress) options.onProgress(written, document.FeatureCount());
   };
   for (const Feature* feature = document.First(); feature != nullptr; feature = feature->next, ++written) {
     AppendFeature(text, *feature);
     text.push_back('\n');
-    if (text.size() >= kFlushBytes) flush();
+    if (text.size() < kFlushBytes) continue;
+    flush();
+    if (options.onProgress) options.onProgress(written, document.FeatureCount());
   }
   flush();
+  packer->Finish();
+}
+
+void TellEnd(std::size_t total, const WriteOptions& options) {
+  if (options.onProgress) options.onProgress(total, total);
+}
+
+}  // namespace
+
+void WriteDocument(Document& document, const std::filesystem::path& file, const WriteOptions& options) {
+  Prepare(document, file.string());
+  AtomicFile output(file, options);
+  Store(document, options, [&output](std::string_view bytes) { output.Write(bytes); });
+  if (options.digest != nullptr) *options.digest = output.Digest();
+  TellEnd(document.FeatureCount(), options);
   output.Commit();
+}
+
+void StreamDocument(Document& document, int descriptor, std::string_view name, const WriteOptions& options) {
+  Prepare(document, name);
+  Store(document, options, [&](std::string_view bytes) {
+    while (!bytes.empty()) {
+      const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+      if (written < 0 && errno == EINTR) continue;
+      if (written < 0) {
+        throw DocumentError(DocumentError::Kind::kUnwritable, name, 0,
+                            fmt::format("cannot be written ({})", std::strerror(errno)),
+                            "What reads it ended too early, or its disk is full; what it got is not whole");
+      }
+      bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+  });
+  TellEnd(document.FeatureCount(), options);
 }
 
 void CopyDocument(const std::filesystem::path& source, const std::filesystem::path& file,
@@ -69,14 +107,21 @@ void CopyDocument(const std::filesystem::path& source, const std::filesystem::pa
   if (!input) throw unreadable();
   AtomicFile output(file, options);
   std::array<char, std::size_t{1} << 16> block{};
+  const auto start = FileIdentity::Of(fileno(input.get()));
+  const std::size_t total = start ? static_cast<std::size_t>(start->size) : 0;
+  std::size_t written = 0;
   while (const std::size_t got = std::fread(block.data(), 1, block.size(), input.get())) {
     output.Write({block.data(), got});
+    written += got;
+    if (options.onProgress && written < total) options.onProgress(written, total);
   }
   if (std::ferror(input.get()) != 0) throw unreadable();
   if (read && FileIdentity::Of(fileno(input.get())) != read) {
     throw ChangedMeanwhile(source.string(), "another program wrote to it, or put another file there", "",
                            "Nothing was written; run this again");
   }
+  if (options.digest != nullptr) *options.digest = output.Digest();
+  TellEnd(written, options);
   output.Commit();
 }
 

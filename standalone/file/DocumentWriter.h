@@ -4,7 +4,10 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
+#include "file/Compression.h"
+#include "file/FileDigest.h"
 #include "file/FileIdentity.h"
 #include "model/Document.h"
 
@@ -18,7 +21,11 @@ struct WriteOptions {
   /// Where the file is something else by then: whether the result is kept beside it, under a name that is
   /// free.
   bool keepResult = false;
-  /// Told, now and then, how many features were written and how many there are.
+  Compression compression = Compression::kNone;  ///< How a document is to be stored.
+  /// Where set, gets the digest of the file as it is stored: before `onProgress` tells that all is written.
+  FileDigest* digest = nullptr;
+  /// Told, now and then, how many features (of a copy: bytes) were written and how many there are. Both are
+  /// the same once only: when all that is left is to put the file in place.
   std::function<void(std::size_t written, std::size_t total)> onProgress;
 };
 
@@ -28,8 +35,14 @@ struct WriteOptions {
 /// what stood under the name is then as it was.
 void WriteDocument(Document& document, const std::filesystem::path& file, const WriteOptions& options = {});
 
-/// Puts a byte-for-byte copy of `source` in place as `WriteDocument` does. `read`, where it is given, is what
-/// `source` must still be after that: else throws `ChangedMeanwhile`, and nothing is there.
+/// Writes the document to an open file, such as a pipe, of which messages tell as `name`. Throws
+/// `DocumentError` (`kUnwritable`) when that fails; what is written by then stays. Of the options only how
+/// it is stored and `onProgress` count.
+void StreamDocument(Document& document, int descriptor, std::string_view name, const WriteOptions& options);
+
+/// Puts a byte-for-byte copy of `source`, compressed or not, in place as `WriteDocument` does. `read`, where
+/// it is given, is what `source` must still be after that: else throws `ChangedMeanwhile`, and nothing is
+/// there.
 void CopyDocument(const std::filesystem::path& source, const std::filesystem::path& file,
                   const WriteOptions& options, const std::optional<FileIdentity>& read = std::nullopt);
 

@@ -9,8 +9,9 @@ namespace {
 using namespace std::string_view_literals;
 
 struct Entry {
-  std::string_view start;
+  std::string_view mark;
   ForeignFile file;
+  std::size_t at = 0;  // where the mark stands
 };
 
 constexpr std::string_view kUnpack = "Unpack it first, and give the file that comes out";
@@ -24,21 +25,24 @@ constexpr Entry kForeign[] = {
     {"\0\0\xFE\xFF"sv, {"the file is UTF-32", kConvert}},
     {"{\0"sv, {"the file is UTF-16 or UTF-32", kConvert}},
     {"\0{"sv, {"the file is UTF-16", kConvert}},
-    {"\x1F\x8B"sv, {"the file is compressed (gzip)", kUnpack}},
-    {"\x28\xB5\x2F\xFD"sv, {"the file is compressed (zstd)", kUnpack}},
+    // What is compressed once is unpacked before anybody looks at it.
+    {"\x1F\x8B"sv, {"the file is compressed twice (gzip)", kUnpack}},
+    {"\x28\xB5\x2F\xFD"sv, {"the file is compressed twice (zstd)", kUnpack}},
     {"\xFD"
      "7zXZ\0"sv,
      {"the file is compressed (xz)", kUnpack}},
     {"BZh"sv, {"the file is compressed (bzip2)", kUnpack}},
     {"\x04\x22\x4D\x18"sv, {"the file is compressed (lz4)", kUnpack}},
     {"PK\x03\x04"sv, {"the file is a zip archive", kUnpack}},
+    {"ustar"sv, {"the file is a tar archive", kUnpack}, 257},
 };
 
 }  // namespace
 
 const ForeignFile* ForeignFile::Of(std::string_view start) {
-  const auto* const found =
-      std::ranges::find_if(kForeign, [start](const Entry& each) { return start.starts_with(each.start); });
+  const auto* const found = std::ranges::find_if(kForeign, [start](const Entry& each) {
+    return start.size() > each.at && start.substr(each.at).starts_with(each.mark);
+  });
   return found == std::end(kForeign) ? nullptr : &found->file;
 }
 

@@ -34,6 +34,9 @@ struct Unsound {
 inline constexpr std::string_view kSeeFormat =
     "Correct the line; the manual page hvxdoc(5) describes the format";
 
+/// What may stand around a line.
+inline constexpr std::string_view kBlanks = " \t\r\n";
+
 /// Throws `Unsound`.
 [[noreturn]] void Refuse(std::string problem, std::string_view advice = kSeeFormat);
 

@@ -304,8 +304,7 @@ TEST_F(DocumentFileTest, AMessageDoesNotRepeatAKeyOfAnyLength) {
 TEST_F(DocumentFileTest, ForeignFilesAreToldByName) {
   const std::string document = WithHeader(0, "");
   ExpectRefused("\xEF\xBB\xBF" + document, 1, "begins with a byte order mark. Save it as UTF-8 without one");
-  ExpectRefused("\x1F\x8B\x08\0\0\0\0\0\n"s, 1, "the file is compressed (gzip). Unpack it first");
-  ExpectRefused("\x28\xB5\x2F\xFD\x24\n", 1, "the file is compressed (zstd). Unpack it first");
+  ExpectRefused("BZh91AY\n", 1, "the file is compressed (bzip2). Unpack it first");
   std::string wide;
   for (const char c : document) wide += {c, '\0'};
   ExpectRefused(wide, 1, "the file is UTF-16");

@@ -136,7 +136,9 @@ TEST_F(ArchiveTest, AFolderWithoutDocumentsIsNoSuccess) {
   fs::create_directory(Path("archive"));
   const Ended ended = Run({"upgrade", Path("archive"), "--in-place"});
   EXPECT_EQ(ended.code, 3);
-  EXPECT_TRUE(ended.err.find("no documents were found (*.hvxdoc)") != std::string::npos) << ended.err;
+  EXPECT_TRUE(ended.err.find("no documents were found (*.hvxdoc, *.hvxdoc.gz, *.hvxdoc.zst)") !=
+              std::string::npos)
+      << ended.err;
 }
 
 TEST_F(ArchiveTest, AClashConcernsTheLaterDocument) {

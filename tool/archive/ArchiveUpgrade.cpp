@@ -108,12 +108,10 @@ RunEnd ArchiveUpgrade::Run(const std::vector<std::size_t>& documents) {
 }
 
 Load ArchiveUpgrade::LoadOf(const std::string& document) const {
-  std::error_code error;
-  const std::uintmax_t size = fs::is_regular_file(document, error) ? fs::file_size(document, error) : 0;
   Load load;
-  load.bytes = error ? 0 : size;
+  load.bytes = TextBytes(document);
   load.memory = kMemoryOfAnyDocument + kMemoryPerByte * load.bytes;
-  if (const auto limit = TimeLimit(task_.arguments.limits, document))
+  if (const auto limit = TimeLimit(task_.arguments.limits, load.bytes))
     load.timeLimit = std::chrono::duration_cast<Clock::duration>(*limit);
   return load;
 }

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <unordered_set>
 
@@ -19,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kDocuments = "*.hvxdoc";
+constexpr const char* kDocuments[] = {"*.hvxdoc", "*.hvxdoc.gz", "*.hvxdoc.zst"};
 
 bool Matches(const std::vector<std::string>& patterns, const fs::path& beneath) {
   return std::ranges::any_of(patterns, [&beneath](const std::string& pattern) {
@@ -68,7 +69,7 @@ class Search {
       : sources_(sources),
         include_(sources.include),
         results_(results.empty() ? fs::path() : PlainFormOf(results)) {
-    if (include_.empty()) include_.emplace_back(kDocuments);
+    if (include_.empty()) include_.assign(std::begin(kDocuments), std::end(kDocuments));
   }
 
   void Add(const std::string& given) {

@@ -178,6 +178,7 @@ class UpgradeCommand {
 
 ExitCode RunUpgrade(const UpgradeArguments& arguments, const Places& places) {
   Interruption::HoldBack();
+  if (arguments.output == kStandardStream) KeepOutput();
   UpgradeCommand command(arguments, places);
   // Results that nobody reads are no reason to leave documents half done.
   std::signal(SIGPIPE, SIG_IGN);

@@ -56,6 +56,7 @@ class DocumentUpgrade {
     std::vector<VersionManager::Again> again;
     if (task_.retry) again = leftBehind.Next();
     result_.features = document->FeatureCount();
+    if (task_.record != nullptr) result_.inputSha256 = readDigest_.Sha256Text();
     result_.failsOnDrop = task_.failOnDrop;
     if (chosen.identifiers.empty() && again.empty()) {
       result_.verdict = pending.empty() ? Verdict::kCurrent : Verdict::kNothingChosen;
@@ -109,6 +110,10 @@ class DocumentUpgrade {
   DocumentPtr Read() {
     standalone::ReadOptions options;
     options.onProgress = Telling("reading");
+    options.maxUnpackedBytes = UnpackedLimit(task_.limits);
+    options.unpackedAdvice = "If you trust it, give --limit-unpacked MB, which raises the limit";
+    options.compression = &stored_;
+    if (task_.record != nullptr) options.digest = &readDigest_;
     options.onHeader = [this](const standalone::Document& header,
                               const std::optional<standalone::FileIdentity>& file) {
       read_ = file;
@@ -135,14 +140,26 @@ class DocumentUpgrade {
     if (!task_.destination.inPlace && !isThere) task_.destination.Check();
     result_.summary = SummaryWithoutRun(
         {task_.input, result_.verdict, attention, task_.destination, isThere, task_.dryRun});
-    if (task_.dryRun || task_.destination.inPlace || isThere || !task_.destination.file) return;
+    if (task_.dryRun || task_.destination.inPlace || isThere || task_.destination.IsNone()) return;
     announceCommit_(Pack(result_));
     Interruption::StopIfRequested();
     task_.destination.MakeFolder();
-    if (read_) {
-      standalone::CopyDocument(task_.input, *task_.destination.file, Options(), read_);
-    } else {  // such as a pipe, which can be read once
-      standalone::WriteDocument(document, *task_.destination.file, Options());
+    standalone::WriteOptions options = Options();
+    if (read_ && !task_.destination.isOutput && options.compression == stored_) {
+      standalone::CopyDocument(task_.input, *task_.destination.file, options, read_);
+      result_.resultSha256 = result_.inputSha256;
+    } else {  // such as a pipe, which can be read once, or to be compressed otherwise
+      if (task_.record != nullptr) options.digest = &writtenDigest_;
+      Write(document, options);
+      if (task_.record != nullptr) result_.resultSha256 = writtenDigest_.Sha256Text();
+    }
+  }
+
+  void Write(standalone::Document& document, const standalone::WriteOptions& options) const {
+    if (task_.destination.isOutput) {
+      standalone::StreamDocument(document, STDOUT_FILENO, task_.destination.Text(), options);
+    } else {
+      standalone::WriteDocument(document, *task_.destination.file, options);
     }
   }
 
@@ -182,18 +199,22 @@ class DocumentUpgrade {
       // Before the document: a record that cannot be written must not come too late.
       task_.record->AddRun({*document.Get(), run, comparison, chosen.broughtAlong, dropped});
     }
-    if (task_.dryRun || !task_.destination.file || !held.empty()) return;
+    if (task_.dryRun || task_.destination.IsNone() || !held.empty()) return;
     if (MayBeDone()) {
       FindDone(*document.Get());
       return;
     }
     task_.destination.MakeFolder();
     standalone::WriteOptions options = Options();
+    if (task_.record != nullptr) options.digest = &writtenDigest_;
     options.onProgress = [this, tell = Telling("writing")](std::size_t written, std::size_t total) {
-      if (written == total) announceCommit_(Pack(result_));
+      if (written == total) {
+        if (task_.record != nullptr) result_.resultSha256 = writtenDigest_.Sha256Text();
+        announceCommit_(Pack(result_));
+      }
       tell(written, total);
     };
-    standalone::WriteDocument(*document.Get(), *task_.destination.file, options);
+    Write(*document.Get(), options);
   }
 
   // The result is what stands there, or it has no place.
@@ -208,6 +229,8 @@ class DocumentUpgrade {
     close(descriptor);
     standalone::WriteOptions options;
     options.overwrite = true;
+    options.compression = Options().compression;
+    if (task_.record != nullptr) options.digest = &writtenDigest_;
     options.onProgress = Telling("comparing");
     bool isSame = false;
     try {
@@ -220,6 +243,7 @@ class DocumentUpgrade {
     unlink(temporary.c_str());
     if (!isSame) task_.destination.Check();
     result_.verdict = Verdict::kDoneBefore;
+    if (task_.record != nullptr) result_.resultSha256 = writtenDigest_.Sha256Text();
     result_.summary = fmt::format(
         "{}: done before: its result stands there already{}\n  Result: {}\n", Printable(task_.input),
         result_.needsPerson == 0 ? "" : ", and needs a person", Printable(there.string()));
@@ -257,6 +281,7 @@ class DocumentUpgrade {
             .backupSuffix = task_.destination.backupSuffix,
             .replaces = replacesInput_ ? read_ : std::nullopt,
             .keepResult = task_.keepResult,
+            .compression = task_.destination.CompressionFor(task_.input, stored_),
             .onProgress = {}};
   }
 
@@ -265,6 +290,9 @@ class DocumentUpgrade {
   Progress progress_;
   DocumentResult result_;
   bool replacesInput_ = false;
+  standalone::FileDigest readDigest_;
+  standalone::FileDigest writtenDigest_;
+  standalone::Compression stored_ = standalone::Compression::kNone;
   std::optional<standalone::FileIdentity> read_;  // none where it is no regular file
 };
 

@@ -51,7 +51,8 @@ Destination DestinationOf(const UpgradeArguments& arguments, const GivenDocument
   destination.inPlace = arguments.inPlace;
   destination.backupSuffix = arguments.backupSuffix;
   if (arguments.inPlace) destination.file = input.file;
-  if (!arguments.output.empty()) destination.file = arguments.output;
+  destination.isOutput = arguments.output == kStandardStream;
+  if (!arguments.output.empty() && !destination.isOutput) destination.file = arguments.output;
   destination.makesFolder = !arguments.outputDirectory.empty();
   if (destination.makesFolder) destination.file = fs::path(arguments.outputDirectory) / input.beneath;
   return destination;
@@ -74,6 +75,7 @@ class Targets {
 }  // namespace
 
 std::string Destination::Text() const {
+  if (isOutput) return "standard output";
   if (!file) return "";
   if (!inPlace) return file->string();
   if (backupSuffix.empty()) return "in place";
@@ -91,6 +93,13 @@ bool Destination::Replaces(const fs::path& document) const {
   if (!file) return false;
   std::error_code error;  // a result that is not there yet replaces nothing
   return inPlace || Followed(*file) == Followed(document) || fs::equivalent(*file, document, error);
+}
+
+standalone::Compression Destination::CompressionFor(const fs::path& document,
+                                                    standalone::Compression stored) const {
+  if (isOutput) return standalone::Compression::kNone;
+  const bool isNamed = file && !inPlace && !makesFolder;
+  return isNamed && !Replaces(document) ? standalone::CompressionNamed(*file) : stored;
 }
 
 bool Destination::HoldsCopyOf(const fs::path& document) const {

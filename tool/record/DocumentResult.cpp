@@ -19,6 +19,8 @@ void Visit(Result& result, const Raw& raw, const Text& text) {
   raw(result.totals);
   text(result.problem);
   text(result.kept);
+  text(result.inputSha256);
+  text(result.resultSha256);
   text(result.summary);
   text(result.attention);
 }

@@ -35,10 +35,12 @@ struct DocumentResult {
   std::size_t dropped = 0;      ///< Attributes with dropped values, where these were looked for.
   bool failsOnDrop = false;     ///< Dropped values are wanted to be a failure.
   Totals totals;
-  std::string problem;    ///< Why there is no result; empty when there is one.
-  std::string kept;       ///< Where the result is when its document was changed meanwhile; mostly empty.
-  std::string summary;    ///< For people; empty when there is no result.
-  std::string attention;  ///< JSON objects, separated by commas: what needs a person.
+  std::string problem;       ///< Why there is no result; empty when there is one.
+  std::string kept;          ///< Where the result is when its document was changed meanwhile; mostly empty.
+  std::string inputSha256;   ///< Of the files as they are stored, in hexadecimal digits; empty without a
+  std::string resultSha256;  ///< report, and where there is none.
+  std::string summary;       ///< For people; empty when there is no result.
+  std::string attention;     ///< JSON objects, separated by commas: what needs a person.
 
   /// Whether the upgrade was carried through, written or not.
   [[nodiscard]] bool Succeeded() const { return verdict <= Verdict::kHeldBack; }

@@ -20,11 +20,13 @@ using standalone::DocumentError;
 
 constexpr std::chrono::seconds kBetweenSyncs{1};
 
-void AppendFile(fmt::memory_buffer& out, const std::string& path, const standalone::FileIdentity& identity) {
+void AppendFile(fmt::memory_buffer& out, const std::string& path, const standalone::FileIdentity& identity,
+                const std::string& sha256) {
   JsonObject object(out);
   object.Text("file", path);
   object.Number("bytes", static_cast<std::size_t>(identity.size));
   standalone::AppendJsonInteger(object.Key("modified"), identity.modified);
+  if (!sha256.empty()) object.Text("sha256", sha256);
   object.Close();
 }
 
@@ -37,11 +39,11 @@ void AppendRecord(fmt::memory_buffer& text, const DocumentRecord& record) {
   entry.Text("verdict", NameOf(result.verdict));
   if (!result.problem.empty()) entry.Text("problem", result.problem);
   if (!result.kept.empty()) entry.Text("kept", result.kept);
-  if (record.read) AppendFile(entry.Key("input"), record.input, *record.read);
+  if (record.read) AppendFile(entry.Key("input"), record.input, *record.read, result.inputSha256);
   const bool leftAlone =
       result.verdict == Verdict::kHeldBack || (destination.inPlace && result.verdict != Verdict::kUpgraded);
   if (result.Succeeded() && destination.file && !record.dryRun && !leftAlone && record.wrote) {
-    AppendFile(entry.Key("result"), destination.file->string(), *record.wrote);
+    AppendFile(entry.Key("result"), destination.file->string(), *record.wrote, result.resultSha256);
     if (!destination.backupSuffix.empty()) entry.Text("backup", destination.Backup().string());
   }
   entry.Number("thingsForPerson", result.needsPerson);

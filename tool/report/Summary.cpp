@@ -59,9 +59,10 @@ void AppendPlace(fmt::memory_buffer& out, const Destination& destination, bool d
   auto to = std::back_inserter(out);
   if (dryRun) {
     fmt::format_to(to, "  Nothing was written (dry run)");
-    if (destination.file) fmt::format_to(to, "; the result would go to: {}", Printable(destination.Text()));
+    if (!destination.IsNone())
+      fmt::format_to(to, "; the result would go to: {}", Printable(destination.Text()));
     fmt::format_to(to, "\n");
-  } else if (destination.file) {
+  } else if (!destination.IsNone()) {
     fmt::format_to(to, "  Result: {}{}\n", Printable(destination.Text()), remark);
   }
 }

@@ -94,7 +94,8 @@ std::string FileName(const std::string& value) {
 }
 
 void AddSources(CLI::App& verb, Sources& sources) {
-  verb.add_option("FILE", sources.given, "Documents, and folders with all documents beneath them")
+  verb.add_option("FILE", sources.given,
+                  "Documents ('-': standard input), and folders with all documents beneath them")
       ->type_name("");
   const auto which = "Which documents";
   verb.add_option("--files-from", sources.list, "Also those that this file lists ('-': standard input)")
@@ -103,7 +104,8 @@ void AddSources(CLI::App& verb, Sources& sources) {
       ->group(which);
   verb.add_flag("-0,--null", sources.listHasNul, "The names in LIST end with NUL, not with the line")
       ->group(which);
-  verb.add_option("--include", sources.include, "In folders, files like this (default: *.hvxdoc)")
+  verb.add_option("--include", sources.include,
+                  "In folders, files like this (default: *.hvxdoc, *.hvxdoc.gz, *.hvxdoc.zst)")
       ->type_name("PATTERN")
       ->allow_extra_args(false)
       ->check(NotEmpty)
@@ -115,11 +117,20 @@ void AddSources(CLI::App& verb, Sources& sources) {
       ->group(which);
 }
 
-void Check(const Sources& sources) {
+// A stream is opened under a name, as any other document.
+void OpenStream(std::string& document) {
+  if (document == kStandardStream) document = "/dev/stdin";
+}
+
+void Check(Sources& sources) {
+  const auto streams =
+      std::ranges::count(sources.given, kStandardStream) + (sources.list == kStandardStream ? 1 : 0);
+  if (streams > 1) throw UsageError("standard input can be read once");
+  std::ranges::for_each(sources.given, OpenStream);
   if (sources.IsEmpty()) throw UsageError("say which documents: files or folders, or --files-from LIST");
 }
 
-void Check(const StatusArguments& status) {
+void Check(StatusArguments& status) {
   Check(status.sources);
   if (status.sources.listHasNul && status.sources.list.empty() && status.list.empty())
     throw UsageError("--null goes with --files-from or --list");
@@ -149,7 +160,8 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
   AddSources(*verb, upgrade.sources);
 
   const auto where = "Where the results go (one of -o, --output-dir, --in-place)";
-  auto* const output = verb->add_option("-o,--output", upgrade.output, "Write the result to this file");
+  auto* const output =
+      verb->add_option("-o,--output", upgrade.output, "Write the result to this file ('-': standard output)");
   auto* const folder = verb->add_option("--output-dir", upgrade.outputDirectory,
                                         "Write the results to this folder; what was found in a folder "
                                         "keeps its place beneath it");
@@ -167,7 +179,7 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
   auto* const accept = verb->add_flag("--accept-failures", upgrade.acceptFailures,
                                       "With --in-place and no --backup: replace also by such results");
   for (CLI::Option* const option : {strict, accept}) option->group(where);
-  output->type_name("FILE")->check(FileName);
+  output->type_name("FILE")->check(NotEmpty);
   folder->type_name("DIR")->check(NotEmpty);
   backup->type_name("SUFFIX");
 
@@ -253,6 +265,12 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
                    "When it needs more memory than this many MB (default: what is available)")
       ->type_name("MB")
       ->group(limits);
+  verb->add_option(
+          "--limit-unpacked", upgrade.limits.unpacked,
+          "When it is compressed and unpacks to more than this many MB (default: 256, and 100 for each "
+          "MB of its file)")
+      ->type_name("MB")
+      ->group(limits);
   verb->footer(kUpgradeExamples);
 }
 
@@ -327,10 +345,21 @@ Shard ShardOf(const std::string& text) {
   return shard;
 }
 
+void Check(DiffArguments& diff) {
+  if (diff.before == kStandardStream && diff.after == kStandardStream)
+    throw UsageError("standard input can be read once");
+  OpenStream(diff.before);
+  OpenStream(diff.after);
+}
+
 void Check(UpgradeArguments& upgrade, const CLI::App& verb) {
   if (verb.count("--shard") > 0) upgrade.shard = ShardOf(upgrade.shardText);
   if (!upgrade.again.empty() && upgrade.report.empty()) throw UsageError("--again goes with --report");
   if (upgrade.quiet && upgrade.verbose) throw UsageError("give one of --quiet and --verbose");
+  const bool readsStream = std::ranges::count(upgrade.sources.given, kStandardStream) != 0;
+  if (readsStream && (upgrade.inPlace || !upgrade.outputDirectory.empty()))
+    throw UsageError(
+        "standard input has no name that its result could bear; give -o FILE, or -o - for standard output");
   Check(upgrade.sources);
   CheckNull(upgrade.sources);
   const int places = (upgrade.output.empty() ? 0 : 1) + (upgrade.outputDirectory.empty() ? 0 : 1) +
@@ -415,12 +444,14 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
       CheckNull(check.sources);
       arguments.verb = std::move(check);
     } else if (app.got_subcommand("diff")) {
+      Check(diff);
       arguments.verb = std::move(diff);
     } else if (app.got_subcommand("clean")) {
       arguments.verb = std::move(clean);
     } else if (app.got_subcommand("merge")) {
       arguments.verb = std::move(merge);
     } else {
+      OpenStream(show.file);
       arguments.verb = std::move(show);
     }
     return std::nullopt;

@@ -4,8 +4,11 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <array>
+#include <fstream>
 #include <limits>
 
+#include "file/StoredText.h"
 #include "settings/Machine.h"
 
 namespace tool {
@@ -36,11 +39,23 @@ std::uint64_t memoryLimit = 0;  // of this process, in MB; 0 for none
 
 }  // namespace
 
-std::optional<std::chrono::duration<double>> TimeLimit(const Limits& limits, const fs::path& document) {
+std::uint64_t TextBytes(const fs::path& document) {
   std::error_code error;
-  const auto size = fs::is_regular_file(document, error) ? fs::file_size(document, error) : 0;
-  const double seconds = limits.seconds.value_or(
-      kSecondsOfAnyDocument + kSecondsPerMegabyte * (error ? 0.0 : static_cast<double>(size)) / kMegabyte);
+  if (!fs::is_regular_file(document, error)) return 0;  // a pipe must not be read before the document is
+  const std::uint64_t stored = fs::file_size(document, error);
+  if (error) return 0;
+  std::array<char, standalone::kCompressionBytes> start{};
+  std::ifstream file(document, std::ios::binary);
+  file.read(start.data(), start.size());
+  const auto compression = standalone::CompressionOf({start.data(), static_cast<std::size_t>(file.gcount())});
+  return standalone::LikelyTextBytes(compression, stored);
+}
+
+std::optional<std::chrono::duration<double>> TimeLimit(const Limits& limits, std::uint64_t textBytes) {
+  const double seconds =
+      limits.seconds
+          ? *limits.seconds
+          : kSecondsOfAnyDocument + kSecondsPerMegabyte * static_cast<double>(textBytes) / kMegabyte;
   if (seconds == 0) return std::nullopt;
   return std::chrono::duration<double>(seconds);
 }
@@ -48,6 +63,13 @@ std::optional<std::chrono::duration<double>> TimeLimit(const Limits& limits, con
 std::size_t FeatureLimit(const Limits& limits, std::size_t features) {
   const std::size_t most = limits.features.value_or(kMadeInAnyDocument + kMadePerFeature * features);
   return most == 0 ? std::numeric_limits<std::size_t>::max() : most;
+}
+
+std::optional<std::uint64_t> UnpackedLimit(const Limits& limits) {
+  if (!limits.unpacked) return std::nullopt;
+  constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
+  const bool isNone = *limits.unpacked == 0 || *limits.unpacked > kMost / kBytesPerMegabyte;
+  return isNone ? kMost : *limits.unpacked * kBytesPerMegabyte;
 }
 
 void LimitMemory(const Limits& limits) {

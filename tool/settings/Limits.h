@@ -15,12 +15,17 @@ struct Limits {
   std::optional<double> seconds;           ///< 0 for no limit.
   std::optional<std::size_t> features;     ///< That may be made. 0 for no limit.
   std::optional<std::uint64_t> megabytes;  ///< Of memory. 0 for no limit.
+  std::optional<std::uint64_t> unpacked;   ///< MB that a compressed document may unpack to. 0 for no limit.
 };
 
+/// How many bytes of text a document holds, as far as its file tells without being unpacked; 0 for a pipe.
+[[nodiscard]] std::uint64_t TextBytes(const std::filesystem::path& document);
 /// The time that a document may take: what the user chose, or enough for many times what a document of that
 /// size takes. Empty for no limit.
 [[nodiscard]] std::optional<std::chrono::duration<double>> TimeLimit(const Limits& limits,
-                                                                     const std::filesystem::path& document);
+                                                                     std::uint64_t textBytes);
+/// How many bytes a compressed document may unpack to; empty for the default.
+[[nodiscard]] std::optional<std::uint64_t> UnpackedLimit(const Limits& limits);
 /// How many features may be made in a document that holds so many.
 [[nodiscard]] std::size_t FeatureLimit(const Limits& limits, std::size_t features);
 

@@ -5,6 +5,9 @@
 
 namespace tool {
 
+/// Stands for standard input among documents and lists, for standard output as the place of a result.
+inline constexpr const char* kStandardStream = "-";
+
 /// What a command is to look at.
 struct Sources {
   std::vector<std::string> given;  ///< Files, and folders with all documents beneath them.

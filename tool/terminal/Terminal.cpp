@@ -14,6 +14,7 @@ namespace tool {
 namespace {
 
 int outputError = 0;
+bool isOutputKept = false;
 
 bool ColoursOn(std::FILE* stream) {
   const char* const refused = std::getenv("NO_COLOR");
@@ -66,6 +67,14 @@ void Put(std::FILE* stream, std::string_view text) {
   errno = 0;
   const bool isWhole = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
   if (!isWhole && stream == stdout && outputError == 0) outputError = errno;
+}
+
+void Say(std::string_view text) {
+  Put(isOutputKept ? stderr : stdout, text);
+}
+
+void KeepOutput() {
+  isOutputKept = true;
 }
 
 void FlushOutput() {

@@ -30,9 +30,10 @@ enum class Colour { kGreen, kYellow, kRed };
 /// Writes `text` to the stream. Where that fails nothing happens: messages that nobody can read end no work,
 /// and of standard output it is found, and told, when the program ends.
 void Put(std::FILE* stream, std::string_view text);
-inline void Say(std::string_view text) {
-  Put(stdout, text);
-}
+/// To standard output, unless that is kept.
+void Say(std::string_view text);
+/// Standard output is for a result alone: from now on `Say` goes to standard error.
+void KeepOutput();
 
 /// Brings what was put to standard output there.
 void FlushOutput();
