@@ -27,7 +27,7 @@ class FaultTest : public ToolTest {
 
   std::string file_ = Document("job.hvxdoc", kJobLines);
   std::string before_ = Content(file_);
-  std::vector<std::string> inPlace_ = {"upgrade", file_,      "--in-place",   "--backup",
+  std::vector<std::string> inPlace_ = {"upgrade", file_,      "--in-place",    "--backup",
                                        ".old",    "--report", Path("r.jsonl"), "--force"};
 };
 

@@ -42,7 +42,17 @@ HRESULT Meddle(const VLMListValVLMUnicodeString& /*identifiers*/, Features /*fea
   return S_OK;
 }
 
-const VLMUnicodeString kIdentifiers[] = {"Meddle", "Succeed", "LoopForEver", "Crash", "GiveUp", "Fail"};
+// What the name of the last feature says.
+HRESULT AsNamed(const VLMListValVLMUnicodeString& identifiers, Features features) {
+  if (features.Size() == 0) return S_OK;
+  const VLMUnicodeString name = features[features.Size()]->GetName();
+  if (name == VLMUnicodeString("LoopForEver")) return LoopForEver(identifiers, features);
+  if (name == VLMUnicodeString("Crash")) return Crash(identifiers, features);
+  return S_OK;
+}
+
+const VLMUnicodeString kIdentifiers[] = {"Meddle", "Succeed", "LoopForEver", "Crash",
+                                         "GiveUp", "Fail",    "AsNamed"};
 
 const HVXDocumentUpgrade kDocumentUpgrades[] = {
     {"Meddle", "Writes to the document behind the program's back.", &Meddle},
@@ -51,6 +61,7 @@ const HVXDocumentUpgrade kDocumentUpgrades[] = {
     {"Crash", "Aborts.", &Crash},
     {"GiveUp", "Gives up.", &GiveUp},
     {"Fail", "Fails.", &Fail},
+    {"AsNamed", "Loops or crashes.", &AsNamed},
 };
 
 }  // namespace

@@ -1,0 +1,201 @@
+// One command on many documents: several workers, stopped and gone on with.
+
+#include <fmt/format.h>
+
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <map>
+#include <thread>
+
+#include "ToolRun.h"
+
+namespace tool_testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+class ArchiveRunTest : public ToolTest {
+ protected:
+  ArchiveRunTest() {
+    fs::create_directories(Path("archive/Träger 2019/Fuß & Kopf"));
+    for (int i = 0; i < kSound; ++i) {
+      const std::string place = i % 2 == 0 ? "Träger 2019/" : "Träger 2019/Fuß & Kopf/";
+      static_cast<void>(Document(fmt::format("archive/{}teil {}.hvxdoc", place, i), kJobLines));
+    }
+    static_cast<void>(Document("archive/done.hvxdoc", "{\"id\":1,\"type\":\"AnalysisModel\"}\n",
+                               R"("UpgradeJobForFromInputFile","UpgradeJobRestartData","AsNamed")"));
+    static_cast<void>(Document("archive/newer.hvxdoc", kJobLines, R"("UpgradeOfTheFuture")"));
+    static_cast<void>(Document("archive/broken.hvxdoc", std::string(kJobLines) + "{\"id\":\n"));
+    static_cast<void>(Document("archive/stray.hvxdoc", std::string(kJobLines) + std::string(kBrokenJobLine)));
+    static_cast<void>(Document("archive/crashing.hvxdoc", std::string(kJobLines) + Named("Crash", 1)));
+    // The largest is begun first.
+    static_cast<void>(
+        Document("archive/looping.hvxdoc", std::string(kJobLines) + Named("LoopForEver", 5000)));
+  }
+
+  static std::string Named(const char* name, std::size_t length) {
+    return fmt::format(R"({{"id":9,"type":"SAMContainer","name":"{}","alias":"{}"}})", name,
+                       std::string(length, 'x')) +
+           "\n";
+  }
+
+  [[nodiscard]] std::vector<std::string> Command(const std::string& results, const std::string& report,
+                                                 const char* workers) const {
+    return {"--library",     UPGRADE_LIBRARY, "--library",
+            TROUBLE_LIBRARY, "upgrade",       Path("archive"),
+            "--output-dir",  Path(results),   "--report",
+            Path(report),    "--only",        "AsNamed,UpgradeJobForFromInputFile,UpgradeJobRestartData",
+            "--timeout",     "0.3",           "-j",
+            workers};
+  }
+
+  // How many records there are of each verdict.
+  [[nodiscard]] std::map<std::string, int> Verdicts(const std::string& report) const {
+    std::map<std::string, int> verdicts;
+    const std::string text = Content(Path(report));
+    constexpr std::string_view kRecord = R"("record":"document")";
+    constexpr std::string_view kVerdict = R"("verdict":")";
+    for (std::size_t at = text.find(kRecord); at != std::string::npos; at = text.find(kRecord, at + 1)) {
+      const std::size_t begin = text.find(kVerdict, at) + kVerdict.size();
+      ++verdicts[text.substr(begin, text.find('"', begin) - begin)];
+    }
+    return verdicts;
+  }
+
+  [[nodiscard]] int Records(const std::string& report) const {
+    int records = 0;
+    for (const auto& [verdict, count] : Verdicts(report)) records += count;
+    return records;
+  }
+
+  [[nodiscard]] std::map<std::string, std::string> Results(const std::string& folder) const {
+    std::map<std::string, std::string> results;
+    for (const auto& entry : fs::recursive_directory_iterator(Path(folder))) {
+      if (!entry.is_directory())
+        results[entry.path().lexically_relative(Path(folder)).string()] = Content(entry.path().string());
+    }
+    return results;
+  }
+
+  static constexpr int kSound = 30;
+};
+
+TEST_F(ArchiveRunTest, StoppedAndGoneOnWithItEndsAsInOneGo) {
+  const std::vector<std::string> command = Command("new", "r.jsonl", "2");
+  for (const int signal : {SIGINT, SIGTERM}) {
+    const int before = Records("r.jsonl");
+    const pid_t program = Start(command);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (Records("r.jsonl") < before + (signal == SIGINT ? 5 : 0) &&
+           std::chrono::steady_clock::now() < deadline)
+      std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    if (signal == SIGTERM) std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    kill(program, signal);
+    const auto asked = std::chrono::steady_clock::now();
+    const Ended stopped = Wait(program);
+    EXPECT_EQ(stopped.code, 130) << stopped.out << stopped.err;
+    EXPECT_LT(std::chrono::steady_clock::now() - asked, std::chrono::seconds(5));
+    EXPECT_TRUE(stopped.err.find("The same command goes on with what is left") != std::string::npos)
+        << stopped.err;
+    EXPECT_TRUE(Content(Path("r.jsonl")).find(R"("exitCode":130,"left":)") != std::string::npos);
+  }
+  const Ended ended = Run(command);
+  EXPECT_EQ(ended.code, 3);
+  EXPECT_TRUE(ended.out.starts_with("going on with ")) << ended.out;
+  const std::map<std::string, int> wanted = {{"upgraded", kSound + 1}, {"nothingChosen", 1}, {"newer", 1},
+                                             {"badInput", 1},          {"crashed", 1},       {"timedOut", 1}};
+  EXPECT_EQ(Verdicts("r.jsonl"), wanted);
+  for (const char* const name :
+       {"stray.hvxdoc: 1 thing needs a person", "newer.hvxdoc: ", "broken.hvxdoc:5: ",
+        "crashing.hvxdoc: the upgrade crashed", "looping.hvxdoc: the upgrade was stopped"})
+    EXPECT_TRUE(ended.out.find("  " + Path("archive/") + name) != std::string::npos) << name << ended.out;
+  EXPECT_TRUE(
+      ended.out.find("36 documents: 30 upgraded, 1 upgraded but in need of a person, 1 with nothing to do") !=
+      std::string::npos)
+      << ended.out;
+
+  // Once more: all is told, and nothing is done.
+  const auto results = Results("new");
+  const auto written = fs::last_write_time(Path("new/stray.hvxdoc"));
+  const Ended again = Run(command);
+  EXPECT_EQ(again.code, 3);
+  EXPECT_EQ(Verdicts("r.jsonl"), wanted);
+  EXPECT_EQ(fs::last_write_time(Path("new/stray.hvxdoc")), written);
+
+  // In one go, one after the other.
+  EXPECT_EQ(Run(Command("alone", "alone.jsonl", "1")).code, 3);
+  EXPECT_EQ(Verdicts("alone.jsonl"), wanted);
+  EXPECT_TRUE(Results("alone") == results);
+}
+
+TEST_F(ArchiveRunTest, WhatChangedOrIsWantedAgainIsDoneAgain) {
+  std::vector<std::string> command = Command("new", "r.jsonl", "2");
+  EXPECT_EQ(Run(command).code, 3);
+  const int all = Records("r.jsonl");
+  fs::remove(Path("archive/broken.hvxdoc"));
+  static_cast<void>(Document("archive/broken.hvxdoc", kJobLines));  // corrected
+  EXPECT_EQ(Run(command).code, 4);
+  EXPECT_EQ(Records("r.jsonl"), all + 1);
+  EXPECT_NE(Content(Path("new/broken.hvxdoc")), "");
+
+  command.insert(command.end(), {"--again", "failed"});
+  EXPECT_EQ(Run(command).code, 4);
+  EXPECT_EQ(Records("r.jsonl"), all + 1 + 3);  // the one that loops, the one that crashes, the newer one
+  command.back() = "incomplete";
+  EXPECT_EQ(Run(command).code, 4);
+  EXPECT_EQ(Records("r.jsonl"), all + 1 + 3 + 4);
+
+  // Another command must not go on with it; anew it may begin.
+  command.insert(command.end() - 2, "--strict");
+  const Ended other = Run(command);
+  EXPECT_EQ(other.code, 5);
+  EXPECT_TRUE(other.err.find("r.jsonl: the report is of another command") != std::string::npos) << other.err;
+  EXPECT_TRUE(other.err.find("Give the report another name, or --force to begin it anew") !=
+              std::string::npos);
+}
+
+TEST_F(ArchiveRunTest, WithoutAReportTheSameCommandGoesOnToo) {
+  std::vector<std::string> command = Command("new", "unused", "2");
+  command.erase(command.begin() + 8, command.begin() + 10);
+  fs::remove(Path("archive/looping.hvxdoc"));
+  EXPECT_EQ(Run(command).code, 3);
+  const auto results = Results("new");
+  fs::remove(Path("new/Träger 2019/teil 4.hvxdoc"));
+  const Ended again = Run(command);
+  EXPECT_EQ(again.code, 3);
+  EXPECT_TRUE(Results("new") == results) << again.err;
+  EXPECT_EQ(again.err.find("exists already"), std::string::npos) << again.err;
+
+  // What somebody else put there is not taken for the result.
+  Put(Path("new/Träger 2019/teil 4.hvxdoc"), "mine");
+  EXPECT_EQ(Run(command).code, 5);
+  EXPECT_EQ(Content(Path("new/Träger 2019/teil 4.hvxdoc")), "mine");
+}
+
+TEST_F(ArchiveRunTest, ShardsTogetherDoEachDocumentOnce) {
+  fs::remove(Path("archive/looping.hvxdoc"));
+  std::vector<std::string> merge = {"merge", "--report", Path("all.jsonl")};
+  for (int shard = 1; shard <= 3; ++shard) {
+    std::vector<std::string> command = Command("new", fmt::format("r{}.jsonl", shard), "1");
+    command.insert(command.end(), {"--shard", fmt::format("{}/3", shard)});
+    static_cast<void>(Run(command));
+    merge.push_back(Path(fmt::format("r{}.jsonl", shard)));
+  }
+  const Ended merged = Run(merge);
+  EXPECT_EQ(merged.code, 3);
+  EXPECT_EQ(merged.err, "");
+  EXPECT_EQ(Records("all.jsonl"), kSound + 5);
+  EXPECT_TRUE(merged.out.find("35 documents: 30 upgraded") != std::string::npos) << merged.out;
+
+  merge.pop_back();
+  merge.emplace_back("--force");
+  const Ended missing = Run(merge);
+  EXPECT_TRUE(missing.err.find("no report of these shards was given: 3/3") != std::string::npos)
+      << missing.err;
+  EXPECT_TRUE(missing.err.find("no shard did these documents: ") != std::string::npos) << missing.err;
+  EXPECT_EQ(Run({"upgrade", Path("archive"), "--dry-run", "--shard", "4/3"}).code, 2);
+}
+
+}  // namespace
+}  // namespace tool_testing
