@@ -7,7 +7,7 @@ _hvxupgrade() {
   COMPREPLY=()
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      status | check | upgrade | diff | identifiers | show | clean)
+      status | check | upgrade | merge | diff | identifiers | show | clean)
         verb=$word
         break
         ;;
@@ -17,6 +17,18 @@ _hvxupgrade() {
   case $prev in
     --list)
       mapfile -t COMPREPLY < <(compgen -W "pending current newer broken" -- "$cur")
+      return
+      ;;
+    --report-detail)
+      mapfile -t COMPREPLY < <(compgen -W "full changes summary" -- "$cur")
+      return
+      ;;
+    --again)
+      mapfile -t COMPREPLY < <(compgen -W "failed incomplete all" -- "$cur")
+      return
+      ;;
+    --progress)
+      mapfile -t COMPREPLY < <(compgen -W "auto plain none" -- "$cur")
       return
       ;;
     --only | --until)
@@ -33,21 +45,23 @@ _hvxupgrade() {
       mapfile -t COMPREPLY < <(compgen -d -- "$cur")
       return
       ;;
-    --include | --exclude | --backup | --timeout | --limit-features | --limit-memory | --limit-unpacked | --language | --type | --id | --depth)
+    --jobs | -j | --memory | --shard | --include | --exclude | --backup | --timeout | --limit-features | --limit-memory | --limit-unpacked | --language | --type | --id | --depth)
       return
       ;;
   esac
 
   if [[ $cur == -* ]]; then
     local options="--help --library --data" documents=" --files-from --null --include --exclude"
+    local many=" --jobs --memory --verbose --progress"
     case $verb in
       status) options+="$documents --list --check --json" ;;
       upgrade)
         options+=" --output --output-dir --in-place --backup --dry-run --force --only --until --report --trace"
         options+=" --language --timeout --limit-features --limit-memory --limit-unpacked --quiet --strict --accept-failures --retry --fail-on-drop"
-        options+=" --keep-result$documents"
+        options+=" --keep-result --report-detail --again --shard$documents$many"
         ;;
-      check) options+="$documents --all --json" ;;
+      check) options+="$documents$many --all --json" ;;
+      merge) options+=" --report --force" ;;
       clean) options+=" --dry-run --json" ;;
       diff | identifiers) options+=" --json" ;;
       show) options+=" --attributes --type --id --depth" ;;
@@ -55,9 +69,12 @@ _hvxupgrade() {
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
   elif [[ -z $verb ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "status check upgrade diff identifiers show clean" -- "$cur")
+    mapfile -t COMPREPLY < <(compgen -W "status check upgrade merge diff identifiers show clean" -- "$cur")
   elif [[ $verb == identifiers ]]; then
     _hvxupgrade_identifiers
+  elif [[ $verb == merge ]]; then
+    compopt -o filenames 2>/dev/null
+    mapfile -t COMPREPLY < <(compgen -f -X '!*.jsonl' -- "$cur"; compgen -d -- "$cur")
   elif [[ $verb == clean ]]; then
     compopt -o filenames 2>/dev/null
     mapfile -t COMPREPLY < <(compgen -d -- "$cur")

@@ -2,9 +2,8 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "archive/Leftovers.h"
+#include "archive/Loads.h"
 #include "file/DocumentError.h"
 #include "report/Attention.h"
 #include "settings/Machine.h"
@@ -18,16 +17,9 @@ namespace {
 namespace fs = std::filesystem;
 using standalone::FileIdentity;
 
-// A worker needs so much memory for any document, and for each byte of one. Measured: 14 MB for small ones,
-// and four times the size of large ones; the change log for a report can double that.
-constexpr std::uint64_t kMemoryOfAnyDocument = std::uint64_t{32} << 20U;
-constexpr std::uint64_t kMemoryPerByte = 8;
-
-constexpr std::uint64_t kBytesPerMegabyte = std::uint64_t{1} << 20U;
-
 RunProgress::Kind KindOf(const UpgradeArguments& arguments) {
-  if (arguments.quiet || arguments.progress == "none") return RunProgress::Kind::kNone;
-  return arguments.progress == "plain" ? RunProgress::Kind::kPlain : RunProgress::Kind::kAuto;
+  if (arguments.quiet || arguments.many.progress == "none") return RunProgress::Kind::kNone;
+  return arguments.many.progress == "plain" ? RunProgress::Kind::kPlain : RunProgress::Kind::kAuto;
 }
 
 std::optional<FileIdentity> IdentityOf(const Destination& destination) {
@@ -94,26 +86,13 @@ ArchiveUpgrade::ArchiveUpgrade(const ArchiveTask& task, RunSummary& summary)
 RunEnd ArchiveUpgrade::Run(const std::vector<std::size_t>& documents) {
   loads_.resize(task_.documents.size());
   for (const std::size_t document : documents) {
-    loads_[document] = LoadOf(task_.documents[document].file);
+    loads_[document] = LoadOf(task_.documents[document].file, task_.arguments.limits);
     state_.bytes += loads_[document].bytes;
   }
   state_.documents = documents.size();
-  Supervisor::Settings settings;
-  settings.workers = task_.arguments.workers.value_or(UsableCores());
-  settings.workers = std::clamp<std::size_t>(settings.workers, 1, std::max<std::size_t>(1, documents.size()));
+  Supervisor::Settings settings = SettingsFor(task_.arguments.many, documents.size());
   if (task_.trace != nullptr) settings.workers = 1;  // calls of several documents would mix
-  const auto& megabytes = task_.arguments.megabytesInAll;
-  settings.memory = megabytes ? *megabytes * kBytesPerMegabyte : AvailableMemory().value_or(0);
   return Supervisor(processes_, loads_, settings).Run(documents);
-}
-
-Load ArchiveUpgrade::LoadOf(const std::string& document) const {
-  Load load;
-  load.bytes = TextBytes(document);
-  load.memory = kMemoryOfAnyDocument + kMemoryPerByte * load.bytes;
-  if (const auto limit = TimeLimit(task_.arguments.limits, load.bytes))
-    load.timeLimit = std::chrono::duration_cast<Clock::duration>(*limit);
-  return load;
 }
 
 void ArchiveUpgrade::PrepareWorker() {
@@ -130,7 +109,7 @@ std::string ArchiveUpgrade::Work(std::size_t document, const AnnounceCommit& ann
       .manager = task_.manager,
       .selection = task_.selection,
       .dryRun = arguments.dryRun,
-      .quiet = arguments.quiet || !isSingle_ || arguments.progress != "auto",
+      .quiet = arguments.quiet || !isSingle_ || arguments.many.progress != "auto",
       .strict = arguments.strict,
       .acceptFailures = arguments.acceptFailures,
       .failOnDrop = arguments.failOnDrop,
@@ -219,7 +198,7 @@ void ArchiveUpgrade::Tell(const DocumentResult& result) const {
     Complain(result.problem);
   } else if (task_.arguments.quiet) {
     if (!result.IsComplete()) Complain(Unpainted(firstLine()));
-  } else if (isSingle_ || task_.arguments.verbose) {
+  } else if (isSingle_ || task_.arguments.many.verbose) {
     Say(result.summary);
   } else if (!result.IsComplete()) {
     Say(firstLine() + "\n");

@@ -61,7 +61,6 @@ class ArchiveUpgrade {
                    const DocumentResult& result);
   void Tell(const DocumentResult& result) const;
   void TellProgress();
-  [[nodiscard]] Load LoadOf(const std::string& document) const;
 
   const ArchiveTask& task_;
   RunSummary& summary_;

@@ -122,7 +122,7 @@ class JsonView final : public View {
   void Add(const Status& status) override {
     if (status.error) {
       Complain(status.error->what());
-      AppendUnreadable(documents_->Entry(), status.file, *status.error);
+      AppendUnreadable(documents_->Entry(), status.file, status.error->what());
     } else {
       AppendJson(documents_->Entry(), status);
     }

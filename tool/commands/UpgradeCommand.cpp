@@ -121,7 +121,8 @@ class UpgradeCommand {
   // A short run has told it all already.
   void TellAll(std::size_t left) const {
     constexpr std::size_t kShort = 20;
-    if (summary_.Documents() > kShort && !arguments_.verbose) Say(summary_.ClosingList(arguments_.report));
+    if (summary_.Documents() > kShort && !arguments_.many.verbose)
+      Say(summary_.ClosingList(arguments_.report));
     Say(summary_.Verdict() + (left == 0 ? "\n" : fmt::format("; {} left\n", left)));
   }
 

@@ -28,12 +28,11 @@ ExitCode ExitCodeOf(const standalone::DocumentError& error) {
   return ExitCode::kBadInput;
 }
 
-void AppendUnreadable(fmt::memory_buffer& out, const std::string& file,
-                      const standalone::DocumentError& error) {
+void AppendUnreadable(fmt::memory_buffer& out, const std::string& file, std::string_view problem) {
   JsonObject entry(out);
   entry.Text("file", file);
   entry.Text("verdict", "error");
-  entry.Text("error", error.what());
+  entry.Text("error", problem);
   entry.Close();
 }
 

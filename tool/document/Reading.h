@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <string>
+#include <string_view>
 
 #include "file/DocumentError.h"
 #include "model/Document.h"
@@ -16,7 +17,6 @@ namespace tool {
 [[nodiscard]] ExitCode ExitCodeOf(const standalone::DocumentError& error);
 
 /// The entry of a JSON list of documents for one that could not be read.
-void AppendUnreadable(fmt::memory_buffer& out, const std::string& file,
-                      const standalone::DocumentError& error);
+void AppendUnreadable(fmt::memory_buffer& out, const std::string& file, std::string_view problem);
 
 }  // namespace tool

@@ -1,31 +1,8 @@
 #include "record/DocumentResult.h"
 
-#include <cstring>
-#include <type_traits>
+#include "record/Packing.h"
 
 namespace tool {
-namespace {
-
-// One function for both directions keeps them the same.
-template <class Result, class Raw, class Text>
-void Visit(Result& result, const Raw& raw, const Text& text) {
-  raw(result.verdict);
-  raw(result.features);
-  raw(result.identifiers);
-  raw(result.needsPerson);
-  raw(result.peakMemory);
-  raw(result.dropped);
-  raw(result.failsOnDrop);
-  raw(result.totals);
-  text(result.problem);
-  text(result.kept);
-  text(result.inputSha256);
-  text(result.resultSha256);
-  text(result.summary);
-  text(result.attention);
-}
-
-}  // namespace
 
 std::string_view NameOf(Verdict verdict) {
   switch (verdict) {
@@ -95,31 +72,11 @@ ExitCode ExitCodeOf(const DocumentResult& result) {
 }
 
 std::string Pack(const DocumentResult& result) {
-  std::string bytes;
-  const auto raw = [&bytes](const auto& value) {
-    static_assert(std::is_trivially_copyable_v<std::remove_cvref_t<decltype(value)>>);
-    bytes.append(reinterpret_cast<const char*>(&value), sizeof value);
-  };
-  Visit(result, raw, [&](const std::string& text) {
-    raw(text.size());
-    bytes += text;
-  });
-  return bytes;
+  return PackFields(result);
 }
 
 DocumentResult Unpack(std::string_view bytes) {
-  DocumentResult result;
-  const auto raw = [&bytes](auto& value) {
-    std::memcpy(&value, bytes.data(), sizeof value);
-    bytes.remove_prefix(sizeof value);
-  };
-  Visit(result, raw, [&](std::string& text) {
-    std::size_t size = 0;
-    raw(size);
-    text = bytes.substr(0, size);
-    bytes.remove_prefix(size);
-  });
-  return result;
+  return UnpackFields<DocumentResult>(bytes);
 }
 
 }  // namespace tool

@@ -48,6 +48,24 @@ struct DocumentResult {
   [[nodiscard]] bool IsComplete() const {
     return verdict <= Verdict::kDoneBefore && needsPerson == 0 && !(failsOnDrop && dropped != 0);
   }
+
+  template <class Self, class Raw, class Text>
+  static void VisitFields(Self& self, const Raw& raw, const Text& text) {
+    raw(self.verdict);
+    raw(self.features);
+    raw(self.identifiers);
+    raw(self.needsPerson);
+    raw(self.peakMemory);
+    raw(self.dropped);
+    raw(self.failsOnDrop);
+    raw(self.totals);
+    text(self.problem);
+    text(self.kept);
+    text(self.inputSha256);
+    text(self.resultSha256);
+    text(self.summary);
+    text(self.attention);
+  }
 };
 
 /// A word for the verdict, as reports hold it.

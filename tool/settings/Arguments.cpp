@@ -122,6 +122,29 @@ void OpenStream(std::string& document) {
   if (document == kStandardStream) document = "/dev/stdin";
 }
 
+constexpr const char* kMany = "Many documents";
+
+void AddMany(CLI::App& verb, ManyDocuments& many) {
+  verb.add_option("-j,--jobs", many.workers,
+                  "Work on so many at a time (default: as many as this process may use processors)")
+      ->type_name("N")
+      ->check(AboveZero)
+      ->group(kMany);
+  verb.add_option(
+          "--memory", many.megabytes,
+          "Begin a document only when those at work will probably need no more than so many MB in all "
+          "(default: what is available; 0: no limit)")
+      ->type_name("MB")
+      ->group(kMany);
+  verb.add_flag("-v,--verbose", many.verbose, "Tell of each document what became of it")->group(kMany);
+  verb.add_option(
+          "--progress", many.progress,
+          "How far the run is: auto (default), plain (a line a minute, as without a terminal) or none")
+      ->type_name("HOW")
+      ->check(CLI::IsMember({"auto", "plain", "none"}))
+      ->group(kMany);
+}
+
 void Check(Sources& sources) {
   const auto streams =
       std::ranges::count(sources.given, kStandardStream) + (sources.list == kStandardStream ? 1 : 0);
@@ -220,37 +243,17 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
                  "End with 1 when values of the old document stand nowhere in the result")
       ->group(told);
   verb->add_flag("-q,--quiet", upgrade.quiet, "Print errors only")->group(told);
-  verb->add_flag("-v,--verbose", upgrade.verbose, "Of several documents, tell of each what became of it")
-      ->group(told);
-  verb->add_option(
-          "--progress", upgrade.progress,
-          "How far the run is: auto (default), plain (a line a minute, as without a terminal) or none")
-      ->type_name("HOW")
-      ->check(CLI::IsMember({"auto", "plain", "none"}))
-      ->group(told);
-
-  const auto many = "Many documents";
-  verb->add_option("-j,--jobs", upgrade.workers,
-                   "Work on so many at a time (default: as many as this process may use processors)")
-      ->type_name("N")
-      ->check(AboveZero)
-      ->group(many);
-  verb->add_option(
-          "--memory", upgrade.megabytesInAll,
-          "Begin a document only when those at work will probably need no more than so many MB in all "
-          "(default: what is available; 0: no limit)")
-      ->type_name("MB")
-      ->group(many);
+  AddMany(*verb, upgrade.many);
   verb->add_option("--again", upgrade.again,
                    "Of those that stand in the report, do again: failed (without a result), incomplete (also "
                    "those that need a person) or all")
       ->type_name("WHICH")
       ->check(CLI::IsMember({"failed", "incomplete", "all"}))
-      ->group(many);
+      ->group(kMany);
   verb->add_option("--shard", upgrade.shardText,
                    "Only part I of N about equally large ones; the parts do not overlap")
       ->type_name("I/N")
-      ->group(many);
+      ->group(kMany);
 
   const auto limits = "When a document is given up; its file stays as it is (0: never)";
   verb->add_option("--timeout", upgrade.limits.seconds,
@@ -297,6 +300,7 @@ void AddCheck(CLI::App& app, CheckArguments& check) {
   CLI::App* const verb =
       app.add_subcommand("check", "Tell whether documents conform to the current data model");
   AddSources(*verb, check.sources);
+  AddMany(*verb, check.many);
   verb->add_flag("--all", check.all, "List every feature, also where many have the same");
   verb->add_flag("--json", check.json, "Print JSON");
   verb->footer(kCheckExamples);
@@ -355,7 +359,7 @@ void Check(DiffArguments& diff) {
 void Check(UpgradeArguments& upgrade, const CLI::App& verb) {
   if (verb.count("--shard") > 0) upgrade.shard = ShardOf(upgrade.shardText);
   if (!upgrade.again.empty() && upgrade.report.empty()) throw UsageError("--again goes with --report");
-  if (upgrade.quiet && upgrade.verbose) throw UsageError("give one of --quiet and --verbose");
+  if (upgrade.quiet && upgrade.many.verbose) throw UsageError("give one of --quiet and --verbose");
   const bool readsStream = std::ranges::count(upgrade.sources.given, kStandardStream) != 0;
   if (readsStream && (upgrade.inPlace || !upgrade.outputDirectory.empty()))
     throw UsageError(

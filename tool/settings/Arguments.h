@@ -27,6 +27,14 @@ struct Shard {
   std::size_t of = 1;
 };
 
+/// How to go about many documents.
+struct ManyDocuments {
+  std::optional<std::size_t> workers;      ///< None: as many as there are processors.
+  std::optional<std::uint64_t> megabytes;  ///< For all workers. None: what is available; 0: no limit.
+  std::string progress = "auto";           ///< Or "plain", "none".
+  bool verbose = false;                    ///< Tells all of each document.
+};
+
 struct UpgradeArguments {
   Sources sources;
   std::string output;  // at most one of these three
@@ -48,10 +56,7 @@ struct UpgradeArguments {
   std::string language = "en";
   std::string trace;
   bool quiet = false;
-  bool verbose = false;
-  std::string progress = "auto";                // or "plain", "none"
-  std::optional<std::size_t> workers;           // none: as many as processors
-  std::optional<std::uint64_t> megabytesInAll;  // none: what is available; 0: no limit
+  ManyDocuments many;
   std::string shardText;
   std::optional<Shard> shard;  // what the text says
   Limits limits;               ///< Of each document.
@@ -72,6 +77,7 @@ struct ShowArguments {
 
 struct CheckArguments {
   Sources sources;
+  ManyDocuments many;
   bool all = false;
   bool json = false;
 };
