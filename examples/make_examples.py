@@ -598,7 +598,10 @@ def bracket_connections(b, g):
     # Nothing was ever made from these two: pairs are created for them.
     g.web_contact = b.contact_property("Contact Connection Property.5", g.web_design, fit=(1, 1, -0.03 * MILLIMETRE))
     g.lug_contact = b.contact_property("Contact Connection Property.6", g.lug_design, kind=2, clearance=0.02 *
-                                       MILLIMETRE, flag=True)
+                                       MILLIMETRE, flag=False)
+    if b.damaged:
+        b.contact_property("Damaged: clearance that no contact takes over", g.tip_design, clearance=0.3 * MILLIMETRE,
+                           flag=True)
     g.thread_fastened = b.add("SAMFaceFaceFastened", b.properties, alias="Fastened Connection Property.1")
     b.support(g.thread_fastened, g.thread_design)
     g.seal_fastened = b.add("SAMFaceFaceFastened", b.properties, alias="Fastened Connection Property.2")
@@ -722,13 +725,15 @@ def bracket_contacts(b, g, case, service):
                       surfacesSwapped=False, slidingFormulation=0, adjustment=2, adjustmentGroup=g.nodes,
                       constraintEnforcement=1),
         b.old_contact(case.interactions, "Contact Connection Enhancement-3", g.coincidence, interactionProperty=g.plain,
-                      constraintEnforcement=7),  # a code that has no counterpart
+                      constraintEnforcement=0),
         b.old_contact(case.interactions, "Contact Connection Enhancement-4", g.web_design, tolerance=0.0,
                       interactionProperty=g.lubricated, slidingFormulation=1, constraintEnforcement=1),
         b.old_contact(case.interactions, "Contact Pair-5", None, interactionProperty=g.coded),
     ]
     if b.damaged:
         b.old_contact(case.interactions, "Damaged: contact without a connection property", ..., interactionProperty=g.dry)
+        b.old_contact(case.interactions, "Damaged: contact with a code that stands for nothing", g.coincidence,
+                      interactionProperty=g.plain, constraintEnforcement=7)
     # Contacts of the later kind.
     pairs = case.pairs = [
         b.contact_pair(case.interactions, "Contact Pair-7", g.shank_contact, fit=True, InteractionProperty=g.dry),

@@ -12,6 +12,7 @@
 #include "commands/CleanCommand.h"
 #include "commands/DiffCommand.h"
 #include "commands/IdentifiersCommand.h"
+#include "commands/MergeCommand.h"
 #include "commands/ShowCommand.h"
 #include "commands/StatusCommand.h"
 #include "commands/UpgradeCommand.h"
@@ -29,6 +30,7 @@ ExitCode RunVerb(const Arguments& arguments) {
     return RunUpgrade(*upgrade, arguments.places);
   if (const auto* const diff = std::get_if<DiffArguments>(&arguments.verb)) return RunDiff(*diff);
   if (const auto* const clean = std::get_if<CleanArguments>(&arguments.verb)) return RunClean(*clean);
+  if (const auto* const merge = std::get_if<MergeArguments>(&arguments.verb)) return RunMerge(*merge);
   const Installation installation(arguments.places);
   if (const auto* const status = std::get_if<StatusArguments>(&arguments.verb))
     return RunStatus(*status, installation.Manager());

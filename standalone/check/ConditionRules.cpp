@@ -35,6 +35,13 @@ constexpr DamageKind kOtherType{"the component {} is of another \"Type\"",
 constexpr DamageKind kShared{"another feature links to the parameter behind {} too",
                              "Give the feature a parameter of its own as {}, beneath it"};
 
+constexpr DamageKind kNumbered{
+    "{} has a number in its name, which nobody reads",
+    "Give the component of that name without a number the value of {}, in its place "
+    "in \"SonsList\""};
+constexpr DamageKind kBehindThird{"{} stands behind the third place of \"SonsList\", where all goes",
+                                  "Put {} among the first three of \"SonsList\""};
+
 // A condition is registered when its migration has succeeded. One that could not be registered has lost its
 // old values: no second run finds them.
 Verdict Unregistered(const Survey& survey, std::vector<Damage> damage = {}) {
@@ -121,7 +128,7 @@ constexpr std::string_view kVelocities[] = {"HVXVelocity_1", "HVXVelocity_2", "H
                                             "HVXVelocity_4", "HVXVelocity_5", "HVXVelocity_6"};
 
 bool IsOldMotion(const Feature& son) {
-  return std::ranges::find(kOldMotion, son.name) != std::end(kOldMotion) && IsComponent(son);
+  return check::IsOldMotion(son.name) && IsComponent(son);
 }
 
 bool HasOldMotion(const Feature& feature) {
@@ -215,12 +222,35 @@ Verdict Submodel(Feature& feature, const Survey& survey) {
   return Listed(feature, survey, HasRepetitions(feature));
 }
 
+// Of repetitions the first stays, and only the name without a number is read.
+Verdict NumberedParameter(Feature& feature, const Survey& /*survey*/) {
+  static const auto layout = LayoutOf(LateType::Of("HVXSubmodelBCLT"));
+  std::set<std::string_view> names;
+  std::vector<Damage> damage;
+  for (const Feature* const son : LinkedFeatures(feature, kSonsList)) {
+    const std::string_view name = son->name.substr(0, son->name.rfind('.'));
+    const bool isFirst =
+        std::ranges::find(layout, name, &ComponentLayout::name) != layout.end() && names.insert(name).second;
+    if (isFirst && name != son->name) damage.push_back({&kNumbered, std::string(son->name)});
+  }
+  return damage.empty() ? Conforms() : Verdict{Verdict::State::kBeyond, std::move(damage)};
+}
+
 Verdict InitialVelocity(Feature& feature, const Survey& survey) {
+  static const auto layout = LayoutOf(LateType::Of("HVXInitialVelocityLT"));
+  constexpr std::size_t kKept = 3;
   const std::vector<Feature*> sons = LinkedFeatures(feature, kSonsList);
-  const bool hasRedundant =
-      sons.size() > 3 &&
-      std::any_of(sons.begin() + 3, sons.end(), [](const Feature* son) { return IsComponent(*son); });
-  return Listed(feature, survey, hasRedundant);
+  bool hasRedundant = false;
+  std::vector<Damage> damage;
+  for (std::size_t i = kKept; i < sons.size(); ++i) {
+    hasRedundant = hasRedundant || IsComponent(*sons[i]);
+    if (std::ranges::find(layout, sons[i]->name, &ComponentLayout::name) != layout.end())
+      damage.push_back({&kBehindThird, std::string(sons[i]->name)});
+  }
+  Verdict verdict = Listed(feature, survey, hasRedundant);
+  if (verdict.state != Verdict::State::kConforms)
+    std::ranges::move(damage, std::back_inserter(verdict.damage));
+  return verdict;
 }
 
 Verdict Axis(Feature& feature, const Survey& /*survey*/) {
@@ -255,6 +285,7 @@ constexpr ConformityRule kRules[] = {
     {"HVXDisplacementBC", "UpgradeDispBCBasicComponents", kHasRedundant, Displacement},
     {"HVXConcentratedForce", "UpgradeConcForceBasicComponents", kHasRedundant, ConcentratedForce},
     {"HVXSubmodelBCLT", "UpgradeSubModelBCBasicComponents", kHasRedundant, Submodel},
+    {"HVXSubmodelBCLT", {}, "the value of a parameter is not where it is read", NumberedParameter},
     {"HVXInitialVelocityLT", "UpgradeInitialVelocityBasicComponents", kHasRedundant, InitialVelocity},
     {"HVXSurfaceHeatFlux", "UpgradeSurfaceHeatFluxInvertSurfaceBasicComponents", check::kLacks,
      check::LacksLayout},
@@ -265,6 +296,10 @@ constexpr ConformityRule kRules[] = {
 };
 
 }  // namespace
+
+bool check::IsOldMotion(std::string_view component) {
+  return std::ranges::find(kOldMotion, component) != std::end(kOldMotion);
+}
 
 std::span<const ConformityRule> ConditionRules() {
   return kRules;

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "analysis/ComponentLayouts.h"
 #include "analysis/Components.h"
 #include "analysis/Contacts.h"
@@ -15,6 +17,7 @@ namespace {
 using check::HasAttribute;
 using check::IsA;
 
+constexpr std::string_view kConversion = "UpgradeToContactConnectionEnhancementLT";
 const Key kConnectionProperty("connectionProperty");
 const Key kContactProperty("SAMFaceFaceContact");
 const Key kFastenedProperty("SAMFaceFaceFastened");
@@ -55,6 +58,15 @@ constexpr DamageKind kWithoutSides{
     "its first support lacks one of its two sides, and each run would make another contact pair without "
     "sides",
     "Give the property both sides of its first support, then run hvxupgrade upgrade --retry"};
+constexpr DamageKind kNoList{"the analysis model has no {} to register it in",
+                             "Give the analysis model an empty list {}"};
+constexpr DamageKind kHadNoList{"the analysis model had no \"FeatList\" to register it in",
+                                "Give the analysis model an empty list \"FeatList\" in the document as it "
+                                "was before, and upgrade that again"};
+constexpr DamageKind kNotInList{
+    "it is not in the \"FeatList\" of the analysis model",
+    "Enter the feature in the \"FeatList\" of the analysis model, and give it its "
+    "\"PropagationState\" and \"PropagatedTo\" in the workbench"};
 constexpr DamageKind kStandsNowhere{"it stands in no container", "Put the feature in the analysis container"};
 
 std::string IdOf(const Feature& feature) {
@@ -64,6 +76,7 @@ std::string IdOf(const Feature& feature) {
 Verdict OldContact(Feature& feature, const Survey& survey) {
   std::vector<Damage> damage;
   if (!HasAttribute(feature, kConnectionProperty)) damage.push_back({&kNoProperty, "connectionProperty"});
+  if (!survey.CanRegister()) damage.push_back({&kNoList, "FeatList"});
   const Feature* const analysisCase = CaseAbove(feature);
   if (analysisCase == nullptr) {
     damage.push_back({&kNoCase, {}});
@@ -71,6 +84,20 @@ Verdict OldContact(Feature& feature, const Survey& survey) {
     damage.push_back({&kNoContainer, "HVXInteractionContainerLT"});
   }
   return Damaged(std::move(damage));
+}
+
+// Its conversion ends with the registration, and then propagates it. What an old contact held still tells
+// that the pair was one.
+Verdict HalfConverted(Feature& feature, const Survey& survey) {
+  static const Key oldKeys[] = {
+      Key("connectionProperty"),   Key("interactionProperty"),   Key("surfacesSwapped"),
+      Key("firstSurfaceReversed"), Key("secondSurfaceReversed"), Key("slidingFormulation"),
+      Key("adjustment"),           Key("adjustmentGroup"),       Key("adjustTolVal_param"),
+      Key("thicknessOption"),      Key("constraintEnforcement")};
+  if (survey.IsRegistered(feature) || !survey.Of().HasRecorded(kConversion)) return Conforms();
+  if (std::ranges::none_of(oldKeys, [&](const Key& key) { return HasAttribute(feature, key); }))
+    return Conforms();
+  return {Verdict::State::kOnce, {}, survey.CanRegister() ? &kNotInList : &kHadNoList};
 }
 
 // What the upgrade puts in the place of a support on the property.
@@ -249,8 +276,10 @@ constexpr std::string_view kPairs =
     "HVXContactConnectionEnhancementStdLT HVXContactConnectionEnhancementExplicitLT";
 
 constexpr ConformityRule kRules[] = {
-    {"HVXSurfaceToSurfaceContactLT", "UpgradeToContactConnectionEnhancementLT",
-     "contacts of this late type have become contact pairs", OldContact},
+    {"HVXSurfaceToSurfaceContactLT", kConversion, "contacts of this late type have become contact pairs",
+     OldContact},
+    {kStandardPair, kConversion, "the conversion of the old contact that it was did not come to its end",
+     HalfConverted},
     {kPairs, "UpgCCPToGACOrConstraintAsSupp", "a support rests on a contact connection property",
      PairOnProperty},
     {kPairs, {}, "it has no supports", OnNothing},

@@ -116,7 +116,7 @@ struct ConformityRule {
 };
 
 /// What of a feature's attributes is read as something else than a person meant, in one state of it: values
-/// that cannot be read, and missing ones for which upgrades take 0.
+/// that cannot be read, codes that stand for nothing, and missing ones for which upgrades take 0.
 [[nodiscard]] std::vector<Damage> MisreadIn(const FeatureState& state);
 inline constexpr std::string_view kUnreadableReason = "a value cannot be read";
 

@@ -29,6 +29,9 @@ Feature* FirstSupported(Feature& feature);
 bool IsGroupOfSupports(Feature& feature);
 bool IsOfThisProduct(Feature& analysisCase);
 
+/// Whether velocity and acceleration conditions once held a degree of freedom in a component of that name.
+bool IsOldMotion(std::string_view component);
+
 /// Appends what keeps the value of the parameter behind `key` from being read; nothing when it can be.
 void AppendParameterDamage(Feature& feature, const Key& key, std::vector<Damage>& damage);
 

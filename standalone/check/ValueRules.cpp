@@ -14,6 +14,7 @@ namespace {
 
 enum class Stored : std::uint8_t {
   kText,
+  kSolver,   // "Halvex", or the name of another product
   kInteger,  // of 32 bits
   kCount,    // of mesh objects
   kNumber,   // real or integer
@@ -24,11 +25,15 @@ enum class Stored : std::uint8_t {
   kList,
   kFlags,     // four of them
   kPair,      // of numbers
-  kTwoCodes,  // 0 or 1
-  kThreeCodes,
+  kCode0To1,  // what stands for one of a few things; routines take a default for any other number
+  kCode0To2,
+  kCode1To2,
+  kCode1To3,
 };
 
 constexpr DamageKind kNoText{"{} holds no text", "Give {} a text"};
+constexpr DamageKind kOtherLetters{
+    "{} is \"Halvex\" in other letters, so its case counts as another product's", "Write {} as \"Halvex\""};
 constexpr DamageKind kNoInteger{"{} holds no integer within 32 bits", "Give {} an integer"};
 constexpr DamageKind kNoCount{"{} holds no count of mesh objects", "Mesh the part anew"};
 constexpr DamageKind kNoNumber{"{} holds no number", "Give {} a number"};
@@ -67,12 +72,22 @@ bool IsListOf(const Value& value, Predicate predicate) {
   return value.Kind() == ValueKind::kList && std::ranges::all_of(value.Entries(), predicate);
 }
 
+bool IsInOtherLetters(std::string_view solver) {
+  constexpr std::string_view kName = "halvex";
+  return solver != "Halvex" && std::ranges::equal(solver, kName, [](char letter, char small) {
+           return letter == small || letter == small - 'a' + 'A';
+         });
+}
+
 // Null when the value is what is to be stored.
 const DamageKind* FaultOf(const Value& value, Stored stored) {
   const auto unless = [](bool sound, const DamageKind& kind) { return sound ? nullptr : &kind; };
   switch (stored) {
     case Stored::kText:
       return unless(value.Kind() == ValueKind::kString, kNoText);
+    case Stored::kSolver:
+      if (value.Kind() != ValueKind::kString) return &kNoText;
+      return unless(!IsInOtherLetters(value.AsString()), kOtherLetters);
     case Stored::kInteger:
       return unless(IsInteger32(value), kNoInteger);
     case Stored::kCount:
@@ -94,10 +109,14 @@ const DamageKind* FaultOf(const Value& value, Stored stored) {
       return unless(IsListOf(value, IsFlag) && value.Entries().size() == 4, kNoFlags);
     case Stored::kPair:
       return unless(IsListOf(value, IsNumber) && value.Entries().size() == 2, kNoPair);
-    case Stored::kTwoCodes:
+    case Stored::kCode0To1:
       return unless(IsInteger(value, 0, 1), kNoCode);
-    case Stored::kThreeCodes:
+    case Stored::kCode0To2:
       return unless(IsInteger(value, 0, 2), kNoCode);
+    case Stored::kCode1To2:
+      return unless(IsInteger(value, 1, 2), kNoCode);
+    case Stored::kCode1To3:
+      return unless(IsInteger(value, 1, 3), kNoCode);
   }
   return nullptr;
 }
@@ -108,14 +127,15 @@ struct StoredAs {
   std::initializer_list<std::string_view> keys;
 };
 
-// docs/data-model.md describes them.
+// docs/data-model.md describes them. Codes that are only carried over may be any integer.
 const StoredAs kStored[] = {
     {kind::kParameter, Stored::kNumber, {"Value"}},
     {kind::kConnector, Stored::kLink, {"FirstObject", "SecondObject"}},
     {kind::kAnalysisModel, Stored::kLinks, {"FeatList"}},
     {kind::kAnalysisModel, Stored::kFlag, {"ExplicitModel", "CreatesParameters"}},
-    {kind::kAnalysisCase, Stored::kText, {"Solver"}},
-    {kind::kAnalysisCase, Stored::kInteger, {"AnalysisType", "CaseKind"}},
+    {kind::kAnalysisCase, Stored::kSolver, {"Solver"}},
+    {kind::kAnalysisCase, Stored::kCode1To3, {"AnalysisType"}},
+    {kind::kAnalysisCase, Stored::kCode0To1, {"CaseKind"}},
     {kind::kAnalysisEntity, Stored::kLinks, {"Supports", "SonsList"}},
     {kind::kAnalysisEntity, Stored::kInteger, {"SupportListMode"}},
     {kind::kAnalysisEntity,
@@ -128,7 +148,7 @@ const StoredAs kStored[] = {
      {"StepTimePeriod_param", "StepInitialIncrement_param", "StepMaximumIncrement_param",
       "StepMinimumIncrement_param", "StepStabilizationFactor_param", "StepMinimumTemperatureChange_param",
       "StepMaximumTemperatureChange_param"}},
-    {kind::kGroup, Stored::kInteger, {"GroupKind"}},
+    {kind::kGroup, Stored::kCode0To1, {"GroupKind"}},
     {kind::kGroup, Stored::kFlag, {"DefinedOnMeshPart"}},
     {kind::kGroup, Stored::kLinks, {"Members"}},
     {kind::kMeshPart, Stored::kCount, {"ElementCount", "NodeCount"}},
@@ -144,8 +164,8 @@ const StoredAs kStored[] = {
      Stored::kInteger,
      {"RestartFrequency", "MemoryUnit", "RestartMode", "RestartInterval", "RestartFlag", "InputFileFlag"}},
     {"HVXHacSolutionLT", Stored::kLink, {"AnalysisCase", "WorkingCase"}},
-    {"HVXHacAnaStepSolLT", Stored::kInteger, {"ResultStepType"}},
-    {"SAMFaceFaceContact", Stored::kInteger, {"ContactKind"}},
+    {"HVXHacAnaStepSolLT", Stored::kCode1To3, {"ResultStepType"}},
+    {"SAMFaceFaceContact", Stored::kCode1To2, {"ContactKind"}},
     {"SAMFaceFaceContact", Stored::kFlag, {"ClearanceFlag"}},
     {"SAMFaceFaceContact", Stored::kNumber, {"Clearance"}},
     {"SAMFaceFaceContact", Stored::kLink, {"InterferenceFit"}},
@@ -154,14 +174,13 @@ const StoredAs kStored[] = {
     {"HVXSurfaceToSurfaceContactLT",
      Stored::kFlag,
      {"surfacesSwapped", "firstSurfaceReversed", "secondSurfaceReversed", "thicknessOption"}},
-    {"HVXSurfaceToSurfaceContactLT", Stored::kTwoCodes, {"slidingFormulation"}},
-    {"HVXSurfaceToSurfaceContactLT", Stored::kInteger, {"constraintEnforcement"}},
-    {"HVXSurfaceToSurfaceContactLT", Stored::kThreeCodes, {"adjustment"}},
+    {"HVXSurfaceToSurfaceContactLT", Stored::kCode0To1, {"slidingFormulation", "constraintEnforcement"}},
+    {"HVXSurfaceToSurfaceContactLT", Stored::kCode0To2, {"adjustment"}},
     {"HVXSurfaceToSurfaceContactLT", Stored::kLink, {"interactionProperty", "adjustmentGroup"}},
     {"HVXContactConnectionEnhancementStdLT", Stored::kNumber, {"SearchTolerance", "OverclosureTolerance"}},
     {"HVXContactConnectionEnhancementStdLT", Stored::kLink, {"ContactControl", "InterferenceFit"}},
     {"HVXContactConnectionEnhancementExplicitLT", Stored::kLink, {"ContactControl"}},
-    {kind::kAnalysisEntity, Stored::kInteger, {"PropagationState"}},
+    {kind::kAnalysisEntity, Stored::kCode0To1, {"PropagationState"}},
     {kind::kAnalysisEntity, Stored::kLink, {"MeshPart", "ReferenceConnector"}},
     {kind::kAnalysisEntity, Stored::kLinks, {"ExclusionRegions", "ConnectionDesigns"}},
     {"HVXRigidBodyConstraintLT", Stored::kInteger, {"CenterOfMass"}},
@@ -205,6 +224,14 @@ StoredByKey KeysOf(const LateType& type) {
     }
   }
   return keys;
+}
+
+// Another product's codes are its own.
+bool IsOfAnotherProduct(const FeatureState& analysisCase) {
+  static const Key solver("Solver");
+  return std::ranges::none_of(analysisCase.Attributes(), [](const Attribute& each) {
+    return each.key == solver.Id() && each.value == Value::String("Halvex");
+  });
 }
 
 // Looked up once for each late type.
@@ -256,7 +283,10 @@ std::vector<Damage> MisreadIn(const FeatureState& state) {
   std::vector<Damage> damage;
   for (const Attribute& attribute : state.Attributes()) {
     if (attribute.key >= keys.size() || !keys[attribute.key]) continue;
-    if (const DamageKind* const fault = FaultOf(attribute.value, *keys[attribute.key]))
+    const DamageKind* const fault = FaultOf(attribute.value, *keys[attribute.key]);
+    const bool isForeign = fault == &kNoCode && state.type->MetaClass().IsAKindOf(kind::kAnalysisCase) &&
+                           IsOfAnotherProduct(state);
+    if (fault != nullptr && !isForeign)
       damage.push_back({fault, std::string(NameTable::Text(attribute.key))});
   }
   check::AppendMissing(state, damage);

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include "check/Conformity.h"
-#include "check/Losses.h"
 #include "support/UpgradeFixture.h"
 
 namespace {
@@ -66,6 +65,24 @@ TEST_F(ConformityTest, RedundantSonsAreOldAndStrayOnesDamage) {
   EXPECT_THAT(Found(), ElementsAre("#4 UpgradeDispBCBasicComponents"));
   EXPECT_EQ(Upgrade(4, {"UpgradeDispBCBasicComponents"}), S_OK);
   EXPECT_THAT(Found(), IsEmpty());
+}
+
+// What stays of repetitions, or behind the third place, goes by what stands where.
+TEST_F(ConformityTest, ValuesThatStandWhereTheyAreNotRead) {
+  const auto component = [](int id, int father, const char* name) {
+    return "\n"
+           R"({"id":)" +
+           std::to_string(id) + R"(,"type":"SAMBasicComponent","name":")" + name + R"(","father":{"ref":)" +
+           std::to_string(father) + R"(},"attributes":{"Type":"SAMDouble","Values":2.5}})";
+  };
+  GivenCaseWith(
+      R"({"id":4,"type":"HVXSubmodelBCLT","father":{"ref":2},"attributes":{"SonsList":[{"ref":5},{"ref":6},{"ref":7}]}}
+         {"id":8,"type":"HVXInitialVelocityLT","father":{"ref":2},"attributes":{"SonsList":[{"ref":9},{"ref":10},{"ref":11},{"ref":12}]}})" +
+      component(5, 4, "Magnitude.2") + component(6, 4, "Magnitude") + component(7, 4, "Ramp.2") +
+      component(9, 8, "InitialVelocityTrans") + component(10, 8, "HVXInitialVelocity_1") +
+      component(11, 8, "HVXInitialVelocity_2") + component(12, 8, "HVXInitialVelocity_3"));
+  EXPECT_THAT(Found(), ElementsAre("#4 UpgradeSubModelBCBasicComponents", "#4 - damaged",
+                                   "#8 UpgradeInitialVelocityBasicComponents damaged"));
 }
 
 TEST_F(ConformityTest, StepsNeedContainerAndComponents) {
@@ -298,26 +315,48 @@ TEST_F(ConformityTest, WhatAnUpgradeCannotReachIsDamaged) {
                                    "#6 UpgradeToConnMeshPart damaged", "#6 UpgradeGroupToSupport damaged"));
 }
 
-TEST_F(ConformityTest, WhatAnUpgradeReplacedByNothingIsALoss) {
-  GivenCaseWith(R"({"id":4,"type":"HVXRigidCouplingLT","attributes":{"Supports":[{"ref":5},{"ref":6}]}}
-                   {"id":5,"type":"GeometrySmartConnector","father":{"ref":4},"attributes":{"FirstObject":{"ref":7},"SecondObject":{"ref":1}}}
-                   {"id":6,"type":"GeometrySmartConnector","father":{"ref":4},"attributes":{"FirstObject":{"ref":8},"SecondObject":{"ref":1}}}
-                   {"id":7,"type":"SAMGroup","attributes":{"GroupKind":1,"Members":[]}}
-                   {"id":8,"type":"Surface"}
-                   {"id":10,"type":"HVXLocalElemAsgnLT","father":{"ref":2},"attributes":{"HVXListElementAsgnSpec":[{"ref":11},{"ref":12}]}}
-                   {"id":11,"type":"HVXElementAssignmentLT","father":{"ref":10},"attributes":{"SectionControlsSpec":{"ref":13}}}
-                   {"id":12,"type":"HVXElementAssignmentLT","father":{"ref":10},"attributes":{"SectionControlsSpec":{"ref":14}}}
-                   {"id":13,"type":"HVXSectionControlsLT","father":{"ref":11},"attributes":{"LengthRatio":"x","StiffnessViscousWtFactor":0.5}}
-                   {"id":14,"type":"HVXSectionControlsLT","father":{"ref":12}})");
-  static_cast<void>(Upgrade(4, {"UpgradeGroupToSupport"}));
-  static_cast<void>(Upgrade(10, {"UpgradeLocalElementAssignment"}));
+TEST_F(ConformityTest, CodesStandForSomethingRoutinesKnow) {
+  GivenCaseWith(
+      R"({"id":4,"type":"AnalysisCase","attributes":{"Solver":"Halvex","AnalysisType":4,"CaseKind":2}}
+                   {"id":5,"type":"AnalysisCase","attributes":{"Solver":"Other","AnalysisType":4,"CaseKind":2}}
+                   {"id":6,"type":"HVXHacAnaStepSolLT","attributes":{"ResultStepType":0}}
+                   {"id":7,"type":"SAMGroup","attributes":{"GroupKind":2}}
+                   {"id":8,"type":"SAMFaceFaceContact","attributes":{"ContactKind":0}}
+                   {"id":9,"type":"HVXContactConnectionEnhancementExplicitLT","attributes":{"PropagationState":2}}
+                   {"id":10,"type":"HVXSurfaceToSurfaceContactLT","attributes":{"slidingFormulation":2,"adjustment":3,"constraintEnforcement":7}}
+                   {"id":11,"type":"HVXSurfaceToSurfaceContactLT","attributes":{"slidingFormulation":1,"adjustment":0,"constraintEnforcement":1}}
+                   {"id":12,"type":"HVXHistoryOutputLT","attributes":{"FrequencyType":9}}
+                   {"id":13,"type":"AnalysisCase","attributes":{"Solver":"HALVEX","AnalysisType":1}})");
   std::vector<std::string> found;
-  for (const standalone::Finding& finding : standalone::FindLosses(Doc()))
-    found.push_back('#' + std::to_string(finding.feature->id) + ' ' + finding.key);
-  // What could not be copied (#13) stays where it is.
-  EXPECT_THAT(found, ElementsAre("#4 Supports",
-                                 "#14 LengthRatio, StiffnessViscousWtFactor, DispHourglassScalingFactor, "
-                                 "RotHourglassScalingFactor, OutOfPlaneHourglassScalingFactor"));
+  for (const standalone::Finding& finding : standalone::CheckConformity(Doc())) {
+    if (finding.reason == "a value cannot be read")
+      found.push_back(std::to_string(finding.feature->id) + ' ' + finding.key);
+  }
+  EXPECT_THAT(found, ElementsAre("4 AnalysisType, CaseKind", "6 ResultStepType", "7 GroupKind",
+                                 "8 ContactKind", "9 PropagationState",
+                                 "10 slidingFormulation, adjustment, constraintEnforcement", "13 Solver"));
+}
+
+// Its conversion ends where it is registered, with the old contact a pair already.
+TEST_F(ConformityTest, AContactThatCouldNotBeRegisteredIsHalfConverted) {
+  constexpr const char* kConversion = "UpgradeToContactConnectionEnhancementLT";
+  Given(R"({"id":1,"type":"AnalysisModel"}
+           {"id":2,"type":"AnalysisCase","father":{"ref":1},"attributes":{"Solver":"Halvex","AnalysisType":1}}
+           {"id":3,"type":"HVXInteractionContainerLT","father":{"ref":2}}
+           {"id":4,"type":"HVXSurfaceToSurfaceContactLT","father":{"ref":3},"attributes":{"connectionProperty":null}})");
+  const auto found = [this] { return standalone::CheckConformity(Doc()).at(0); };
+  EXPECT_EQ(found().kind, FindingKind::kPending);
+  EXPECT_EQ(found().key, "FeatList");
+  static_cast<void>(Upgrade(4, {kConversion}));
+  Doc().RecordUpgrade(kConversion);
+  EXPECT_EQ(found().kind, FindingKind::kBeyondUpgrades);
+  EXPECT_THAT(found().NextStep(),
+              testing::EndsWith("in the document as it was before, and upgrade that again"));
+  const standalone::Key list("FeatList");
+  Doc().SetAttribute(At(1), list.Id(), standalone::Value::List({}));
+  EXPECT_THAT(found().NextStep(), testing::HasSubstr("Enter the feature in the \"FeatList\""));
+  standalone::WriteLinks(At(1), list, {&At(4)});
+  EXPECT_NE(found().identifier, kConversion);
 }
 
 }  // namespace

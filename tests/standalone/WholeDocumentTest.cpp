@@ -195,6 +195,8 @@ TEST_P(WholeDocumentTest, OnlyTheDamagedFeaturesStayOld) {
     ++damaged;
   }
   EXPECT_GE(damaged, 4U);
+  for (const Finding& loss : FindLosses(*document.Get()))
+    EXPECT_TRUE(loss.feature->externalName.starts_with("Damaged")) << loss.Explanation();
 }
 
 TEST_P(WholeDocumentTest, WhatAPersonCorrectsIsCompletedByRunningAgain) {

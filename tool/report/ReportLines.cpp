@@ -39,7 +39,8 @@ std::optional<RecordedFile> FileIn(element record, const char* key) {
 }
 
 ReportLine LineOf(element record) {
-  ReportLine line{.file = TextIn(record, "file"), .result = {}, .input = {}, .output = {}};
+  ReportLine line;
+  line.file = TextIn(record, "file");
   DocumentResult& result = line.result;
   result.verdict = VerdictNamed(TextIn(record, "verdict"));
   result.problem = TextIn(record, "problem");
@@ -143,9 +144,13 @@ ReadReportResult ReadReport(const std::filesystem::path& file,
       result.head = *head;
     } else if (kind == "document") {
       if (result.isFinished) refuse("a record stands behind the end of the report");
-      onRecord(LineOf(top));
+      ReportLine record = LineOf(top);
+      record.begin = offset;
+      record.size = static_cast<std::int64_t>(line.size());
+      onRecord(record);
     } else if (kind == "end") {
       result.isFinished = true;
+      result.left = NumberIn(top, "left");
     } else {
       refuse("this is no line of a report");
     }

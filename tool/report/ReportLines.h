@@ -37,13 +37,16 @@ struct ReportLine {
   DocumentResult result;  ///< Without summary; what needs a person is in `attention`.
   std::optional<RecordedFile> input;
   std::optional<RecordedFile> output;
+  std::int64_t begin = 0;  ///< Where in the report its line begins, and
+  std::int64_t size = 0;   ///< how many bytes that has, with the line feed.
 };
 
 /// What was read of a report.
 struct ReadReportResult {
   ReportHead head = {};
   std::int64_t end = 0;     ///< Where the last record ends; what stands behind it may be cut off.
-  bool isFinished = false;  ///< Whether the run came to its end line.
+  bool isFinished = false;  ///< Whether the run came to its end line,
+  std::size_t left = 0;     ///< and how many documents it had not done then.
 };
 
 /// The head of the report that stands there; an empty one when the file begins otherwise. Throws as

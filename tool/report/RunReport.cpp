@@ -58,6 +58,37 @@ void AppendRecord(fmt::memory_buffer& text, const DocumentRecord& record) {
 
 }  // namespace
 
+std::string HeadLine(const ReportHead& head) {
+  fmt::memory_buffer text;
+  JsonObject line(text);
+  line.Text("record", "run");
+  line.Text("report", "hvxupgrade");
+  line.Number("version", kReportVersion);
+  line.Text("tool", head.tool);
+  line.Text("folder", head.folder);
+  line.Texts("arguments", head.arguments);
+  line.Close();
+  text.push_back('\n');
+  return fmt::to_string(text);
+}
+
+std::string EndLine(const RunSummary& summary, ExitCode code, std::size_t left) {
+  fmt::memory_buffer text;
+  JsonObject line(text);
+  line.Text("record", "end");
+  line.Text("verdict", summary.Verdict());
+  line.Number("exitCode", static_cast<std::size_t>(code));
+  line.Number("left", left);
+  JsonObject totals(line.Key("totals"));
+  totals.Number("documents", summary.Documents());
+  totals.Number("features", summary.Features());
+  AppendTotals(totals, summary.All());
+  totals.Close();
+  line.Close();
+  text.push_back('\n');
+  return fmt::to_string(text);
+}
+
 RunReport::RunReport(const std::filesystem::path& file, const ReportHead& head, bool anew,
                      ReportDetail detail, const std::function<void(const ReportLine&)>& onRecord)
     : file_(file), detail_(detail) {
@@ -85,17 +116,7 @@ RunReport::RunReport(const std::filesystem::path& file, const ReportHead& head, 
       Continue(head, onRecord);
       return;
     }
-    fmt::memory_buffer text;
-    JsonObject line(text);
-    line.Text("record", "run");
-    line.Text("report", "hvxupgrade");
-    line.Number("version", kReportVersion);
-    line.Text("tool", head.tool);
-    line.Text("folder", head.folder);
-    line.Texts("arguments", head.arguments);
-    line.Close();
-    text.push_back('\n');
-    Write({text.data(), text.size()});
+    Write(HeadLine(head));
     Sync();
   } catch (...) {
     close(descriptor_);
@@ -150,20 +171,7 @@ void RunReport::Finish(const RunSummary& summary, ExitCode code, std::size_t lef
                         "the report was removed or replaced while it was written",
                         "Run the same command again");
   }
-  fmt::memory_buffer text;
-  JsonObject line(text);
-  line.Text("record", "end");
-  line.Text("verdict", summary.Verdict());
-  line.Number("exitCode", static_cast<std::size_t>(code));
-  line.Number("left", left);
-  JsonObject totals(line.Key("totals"));
-  totals.Number("documents", summary.Documents());
-  totals.Number("features", summary.Features());
-  AppendTotals(totals, summary.All());
-  totals.Close();
-  line.Close();
-  text.push_back('\n');
-  Write({text.data(), text.size()});
+  Write(EndLine(summary, code, left));
   Sync();
 }
 

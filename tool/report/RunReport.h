@@ -27,6 +27,10 @@ struct DocumentRecord {
   double seconds;
 };
 
+/// The first and the last line of a report, with their line feeds. `left`: how many documents were not done.
+[[nodiscard]] std::string HeadLine(const ReportHead& head);
+[[nodiscard]] std::string EndLine(const RunSummary& summary, ExitCode code, std::size_t left);
+
 /// The report of a run: a file with a head line, a line for each document that is done, and a line at the
 /// end. Lines are appended when documents are done, so that a run that is killed leaves a report of all that
 /// it had done; the next one with the same command goes on from it. One run at a time writes to a report.

@@ -67,6 +67,10 @@ constexpr const char* kDiffExamples = R"(Examples:
   hvxupgrade diff bracket.hvxdoc current.hvxdoc
   hvxupgrade diff --json a.hvxdoc b.hvxdoc | jq '.changed[] | select(.type == "HVXPressure")')";
 
+constexpr const char* kMergeExamples = R"(Examples:
+  hvxupgrade merge run.1.jsonl run.2.jsonl
+  hvxupgrade merge run.*.jsonl --report run.jsonl)";
+
 constexpr const char* kCleanExamples = R"(Examples:
   hvxupgrade clean --dry-run .
   hvxupgrade clean --json results | jq .bytes)";
@@ -296,6 +300,17 @@ void AddClean(CLI::App& app, CleanArguments& clean) {
   verb->footer(kCleanExamples);
 }
 
+void AddMerge(CLI::App& app, MergeArguments& merge) {
+  CLI::App* const verb =
+      app.add_subcommand("merge", "Make one report and one exit code of the reports of a run's shards");
+  verb->add_option("REPORT", merge.reports, "The reports")->required()->type_name("");
+  verb->add_option("--report", merge.report, "Write all their records to this report")
+      ->type_name("FILE")
+      ->check(FileName);
+  verb->add_flag("--force", merge.force, "Replace it if it exists already");
+  verb->footer(kMergeExamples);
+}
+
 Shard ShardOf(const std::string& text) {
   Shard shard;
   const std::size_t slash = text.find('/');
@@ -344,8 +359,9 @@ std::string Unexpected(const CLI::App& app, const std::vector<std::string>& word
   const auto isWord = [](const std::string& word) { return !word.starts_with('-'); };
   const auto first = std::ranges::find_if(words, isWord);
   if (!app.get_subcommands().empty() || first == words.end()) return what;
-  return fmt::format("there is no command {}; say status, check, upgrade, diff, identifiers, show or clean",
-                     Quoted(*first));
+  return fmt::format(
+      "there is no command {}; say status, check, upgrade, merge, diff, identifiers, show or clean",
+      Quoted(*first));
 }
 
 }  // namespace
@@ -378,12 +394,14 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
   AddDiff(app, diff);
   CleanArguments clean;
   AddClean(app, clean);
+  MergeArguments merge;
+  AddMerge(app, merge);
 
   const CLI::App* const upgradeVerb = app.get_subcommand("upgrade");
   try {
     app.parse(count, texts);
     if (app.get_subcommands().empty())
-      throw UsageError("say what to do: status, check, upgrade, diff, identifiers, show or clean");
+      throw UsageError("say what to do: status, check, upgrade, merge, diff, identifiers, show or clean");
     if (app.got_subcommand("status")) {
       Check(status);
       arguments.verb = std::move(status);
@@ -400,6 +418,8 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
       arguments.verb = std::move(diff);
     } else if (app.got_subcommand("clean")) {
       arguments.verb = std::move(clean);
+    } else if (app.got_subcommand("merge")) {
+      arguments.verb = std::move(merge);
     } else {
       arguments.verb = std::move(show);
     }

@@ -88,11 +88,17 @@ struct CleanArguments {
   bool json = false;
 };
 
+struct MergeArguments {
+  std::vector<std::string> reports;
+  std::string report;  ///< The one to make of them; empty for none.
+  bool force = false;
+};
+
 /// What the user asked for.
 struct Arguments {
   Places places;
   std::variant<std::monostate, StatusArguments, UpgradeArguments, IdentifiersArguments, ShowArguments,
-               CheckArguments, DiffArguments, CleanArguments>
+               CheckArguments, DiffArguments, CleanArguments, MergeArguments>
       verb;
 };
 

@@ -1,0 +1,177 @@
+#include "commands/MergeCommand.h"
+
+#include <fmt/ranges.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+#include <map>
+
+#include "archive/DocumentSearch.h"
+#include "file/AtomicFile.h"
+#include "file/DocumentError.h"
+#include "report/ReportLines.h"
+#include "report/RunReport.h"
+#include "report/RunSummary.h"
+#include "settings/UsageError.h"
+#include "terminal/Terminal.h"
+
+namespace tool {
+namespace {
+
+namespace fs = std::filesystem;
+using standalone::DocumentError;
+
+// Where a document's record stands.
+struct Place {
+  std::size_t report;
+  std::int64_t begin;
+  std::int64_t size;
+};
+
+class MergeCommand {
+ public:
+  explicit MergeCommand(const MergeArguments& arguments) : arguments_(arguments), summary_(false) {}
+
+  ExitCode Run() {
+    for (std::size_t i = 0; i < arguments_.reports.size(); ++i) ReadPlaces(i);
+    for (std::size_t i = 0; i < arguments_.reports.size(); ++i) Summarize(i);
+    const std::vector<std::string> problems = Problems();
+    Say(summary_.ClosingList(arguments_.report));
+    Say(fmt::format("{}\n", summary_.Verdict()));
+    ExitCode code = summary_.Code();
+    for (const std::string& problem : problems) Complain(problem);
+    if (!problems.empty()) code = MoreSerious(code, ExitCode::kFailedFeatures);
+    if (!arguments_.report.empty()) WriteReport(code);
+    return code;
+  }
+
+ private:
+  void ReadPlaces(std::size_t number) {
+    const std::string& file = arguments_.reports[number];
+    const ReadReportResult read = ReadReport(file, [this, number](const ReportLine& line) {
+      std::vector<Place>& places = places_[line.file];
+      std::erase_if(places, [number](const Place& place) { return place.report == number; });
+      places.push_back({number, line.begin, line.size});
+    });
+    ReportHead head = read.head;
+    Shard shard;
+    Arguments command;
+    std::vector<const char*> texts{"hvxupgrade"};
+    for (const std::string& text : head.arguments) texts.push_back(text.c_str());
+    if (ParseArguments(static_cast<int>(texts.size()), texts.data(), command))
+      throw UsageError(fmt::format("{}: the command in its first line is none of this program", file));
+    const auto& upgrade = std::get<UpgradeArguments>(command.verb);
+    if (upgrade.shard) shard = *upgrade.shard;
+    TakeShardOut(head.arguments);
+    if (number == 0) {
+      head_ = head;
+      command_ = upgrade;
+      shards_.resize(shard.of);
+    }
+    if (head != head_ || shards_.size() != shard.of) {
+      throw UsageError(fmt::format("{} and {} are no reports of shards of one run: {} in {}, and {} in {}",
+                                   arguments_.reports.front(), file, fmt::join(head_.arguments, " "),
+                                   head_.folder, fmt::join(head.arguments, " "), head.folder));
+    }
+    shards_[shard.number - 1].push_back(file);
+    if (!read.isFinished || read.left != 0) unfinished_.push_back(file);
+  }
+
+  static void TakeShardOut(std::vector<std::string>& texts) {
+    const auto option = std::ranges::find(texts, "--shard");
+    if (option != texts.end() && option + 1 != texts.end()) texts.erase(option, option + 2);
+  }
+
+  // Of a document that several shards did, the last report's record counts.
+  void Summarize(std::size_t number) {
+    ReadReport(arguments_.reports[number], [this, number](const ReportLine& line) {
+      const Place& last = places_.at(line.file).back();
+      if (last.report == number && last.begin == line.begin) summary_.Add(line.file, line.result);
+    });
+  }
+
+  [[nodiscard]] std::vector<std::string> Problems() {
+    std::vector<std::string> problems;
+    const auto add = [&problems](const std::vector<std::string>& names, std::string_view what) {
+      constexpr std::size_t kNamed = 20;
+      if (names.empty()) return;
+      const std::vector<std::string> first(
+          names.begin(), names.begin() + static_cast<std::ptrdiff_t>(std::min(kNamed, names.size())));
+      problems.push_back(
+          fmt::format("{}: {}{}", what, fmt::join(first, ", "),
+                      names.size() > kNamed ? fmt::format(", and {} more", names.size() - kNamed) : ""));
+    };
+    std::vector<std::string> missing;
+    for (std::size_t i = 0; i < shards_.size(); ++i) {
+      if (shards_[i].empty()) missing.push_back(fmt::format("{}/{}", i + 1, shards_.size()));
+    }
+    add(missing, "no report of these shards was given");
+    add(unfinished_, "these shards are not finished; the same command goes on with each");
+    std::vector<std::string> several;
+    for (const auto& [file, places] : places_) {
+      if (places.size() > 1) several.push_back(file);
+    }
+    add(several, "several shards did these documents, so the archive changed while they ran");
+    add(DoneByNone(), "no shard did these documents");
+    return problems;
+  }
+
+  [[nodiscard]] std::vector<std::string> DoneByNone() const {
+    std::vector<std::string> none;
+    if (command_.sources.list == "-") return none;  // which is gone
+    const fs::path here = fs::current_path();
+    if (chdir(head_.folder.c_str()) != 0) return none;
+    for (const GivenDocument& document :
+         FindDocuments(command_.sources, command_.outputDirectory).documents) {
+      if (!places_.contains(document.file)) none.push_back(document.file);
+    }
+    if (chdir(here.c_str()) != 0)
+      throw DocumentError(DocumentError::Kind::kUnreadable, here.string(), 0, "cannot be entered any more",
+                          "Run the same command again in a folder that is there");
+    return none;
+  }
+
+  void WriteReport(ExitCode code) const {
+    standalone::WriteOptions options;
+    options.overwrite = arguments_.force;
+    RefuseTaken(arguments_.report, arguments_.force);
+    standalone::AtomicFile output(arguments_.report, options);
+    output.Write(HeadLine(head_));
+    std::vector<std::ifstream> reports;
+    for (const std::string& file : arguments_.reports) reports.emplace_back(file, std::ios::binary);
+    std::vector<char> block(std::size_t{1} << 16U);
+    for (const auto& [file, places] : places_) {
+      const Place& place = places.back();
+      std::ifstream& report = reports[place.report];
+      report.seekg(place.begin);
+      for (std::int64_t left = place.size; left > 0;) {
+        const auto size = std::min<std::int64_t>(left, static_cast<std::int64_t>(block.size()));
+        if (!report.read(block.data(), size))
+          throw DocumentError(DocumentError::Kind::kUnreadable, arguments_.reports[place.report], 0,
+                              "the report was changed while it was read", "Run the same command again");
+        output.Write({block.data(), static_cast<std::size_t>(size)});
+        left -= size;
+      }
+    }
+    output.Write(EndLine(summary_, code, 0));
+    output.Commit();
+    Say(fmt::format("  Report: {}\n", Printable(arguments_.report)));
+  }
+
+  const MergeArguments& arguments_;
+  RunSummary summary_;
+  ReportHead head_;           // without the shard
+  UpgradeArguments command_;  // of the first report
+  std::map<std::string, std::vector<Place>> places_;
+  std::vector<std::vector<std::string>> shards_;  // the reports of each
+  std::vector<std::string> unfinished_;
+};
+
+}  // namespace
+
+ExitCode RunMerge(const MergeArguments& arguments) {
+  return MergeCommand(arguments).Run();
+}
+
+}  // namespace tool
