@@ -191,6 +191,7 @@ TEST_F(ArchiveRunTest, ShardsTogetherDoEachDocumentOnce) {
   merge.pop_back();
   merge.emplace_back("--force");
   const Ended missing = Run(merge);
+  EXPECT_EQ(missing.code, 130);
   EXPECT_TRUE(missing.err.find("no report of these shards was given: 3/3") != std::string::npos)
       << missing.err;
   EXPECT_TRUE(missing.err.find("no shard did these documents: ") != std::string::npos) << missing.err;

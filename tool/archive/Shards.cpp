@@ -10,7 +10,8 @@
 
 namespace tool {
 
-std::vector<std::size_t> DocumentsOfShard(const std::vector<GivenDocument>& documents, const Shard& shard) {
+std::vector<std::size_t> DocumentsOfShard(const std::vector<GivenDocument>& documents, const Shard& shard,
+                                          bool sizesChange) {
   std::vector<std::size_t> order(documents.size());
   std::iota(order.begin(), order.end(), 0);
   if (shard.of <= 1) return order;
@@ -18,7 +19,7 @@ std::vector<std::size_t> DocumentsOfShard(const std::vector<GivenDocument>& docu
   sizes.reserve(documents.size());
   for (const GivenDocument& document : documents) {
     std::error_code error;
-    const std::uintmax_t size = std::filesystem::file_size(document.file, error);
+    const std::uintmax_t size = sizesChange ? 0 : std::filesystem::file_size(document.file, error);
     sizes.push_back(error ? 0 : size);
   }
   std::ranges::sort(order, [&](std::size_t left, std::size_t right) {

@@ -42,6 +42,7 @@ class MergeCommand {
     ExitCode code = summary_.Code();
     for (const std::string& problem : problems) Complain(problem);
     if (!problems.empty()) code = MoreSerious(code, ExitCode::kFailedFeatures);
+    if (isLeft_) code = ExitCode::kInterrupted;
     if (!arguments_.report.empty()) WriteReport(code);
     return code;
   }
@@ -93,9 +94,10 @@ class MergeCommand {
 
   [[nodiscard]] std::vector<std::string> Problems() {
     std::vector<std::string> problems;
-    const auto add = [&problems](const std::vector<std::string>& names, std::string_view what) {
+    const auto add = [&](const std::vector<std::string>& names, std::string_view what, bool isLeft = true) {
       constexpr std::size_t kNamed = 20;
       if (names.empty()) return;
+      isLeft_ = isLeft_ || isLeft;
       const std::vector<std::string> first(
           names.begin(), names.begin() + static_cast<std::ptrdiff_t>(std::min(kNamed, names.size())));
       problems.push_back(
@@ -112,7 +114,7 @@ class MergeCommand {
     for (const auto& [file, places] : places_) {
       if (places.size() > 1) several.push_back(file);
     }
-    add(several, "several shards did these documents, so the archive changed while they ran");
+    add(several, "several shards did these documents, so the archive changed while they ran", false);
     add(DoneByNone(), "no shard did these documents");
     return problems;
   }
@@ -166,6 +168,7 @@ class MergeCommand {
   std::map<std::string, std::vector<Place>> places_;
   std::vector<std::vector<std::string>> shards_;  // the reports of each
   std::vector<std::string> unfinished_;
+  bool isLeft_ = false;  // something is not done yet
 };
 
 }  // namespace

@@ -46,8 +46,7 @@ class UpgradeCommand {
     RemoveOldLeftovers(Targets(), arguments.quiet);
     MakeFolderForOthers();
     if (!arguments.trace.empty()) trace_.emplace(arguments.trace, arguments.force);
-    todo_ = arguments.shard ? DocumentsOfShard(found_.documents, *arguments.shard)
-                            : DocumentsOfShard(found_.documents, {});
+    todo_ = DocumentsOfShard(found_.documents, arguments.shard.value_or(Shard()), arguments.inPlace);
     if (!arguments.report.empty()) OpenReport();
   }
 

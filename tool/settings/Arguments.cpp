@@ -43,8 +43,8 @@ constexpr const char* kStatusExamples = R"(Examples:
 
 constexpr const char* kUpgradeExamples = R"(Examples:
   hvxupgrade upgrade bracket.hvxdoc -o current.hvxdoc
-  hvxupgrade upgrade bracket.hvxdoc --dry-run --report changes.json
-  hvxupgrade upgrade archive --output-dir current --timeout 60
+  hvxupgrade upgrade bracket.hvxdoc --dry-run --report changes.jsonl
+  hvxupgrade upgrade archive --output-dir current --report run.jsonl
   find archive -name '*.hvxdoc' -mtime -30 -print0 | hvxupgrade upgrade --files-from - -0 --in-place --backup .old
   hvxupgrade upgrade bracket.hvxdoc --in-place --backup .old
   hvxupgrade upgrade bracket.hvxdoc -o half.hvxdoc --until UpgradeJobRestartData)";
