@@ -103,9 +103,10 @@ void ArchiveUpgrade::PrepareWorker() {
 std::string ArchiveUpgrade::Work(std::size_t document, const AnnounceCommit& announceCommit) {
   const UpgradeArguments& arguments = task_.arguments;
   const bool isRunOfMany = !isSingle_ || task_.isSearched;
+  const Destination destination = task_.destinations.Of(document);
   const UpgradeTask task{
       .input = task_.documents[document].file,
-      .destination = task_.destinations[document],
+      .destination = destination,
       .manager = task_.manager,
       .selection = task_.selection,
       .dryRun = arguments.dryRun,
@@ -128,7 +129,7 @@ std::string ArchiveUpgrade::Work(std::size_t document, const AnnounceCommit& ann
 
 void ArchiveUpgrade::NoteGiven(std::size_t document) {
   atWork_[document] = {.read = FileIdentity::Of(fs::path(task_.documents[document].file)),
-                       .destination = IdentityOf(task_.destinations[document]),
+                       .destination = IdentityOf(task_.destinations.Of(document)),
                        .begun = Clock::now()};
 }
 
@@ -154,7 +155,7 @@ DocumentResult ArchiveUpgrade::ResultOf(std::size_t document, const WorkEnd& end
   if (end.kind == WorkEnd::Kind::kFinished) return Unpack(end.result);
   Progress::ClearLine();
   const std::string& input = task_.documents[document].file;
-  const Destination& destination = task_.destinations[document];
+  const Destination destination = task_.destinations.Of(document);
   if (destination.file) RemoveLeftovers(*destination.file, Processes::ProcessOf(end.worker));
   if (!end.committing || !IsAnother(IdentityOf(destination), before.destination))
     return ResultOfEnd(input, end);
@@ -166,7 +167,7 @@ DocumentResult ArchiveUpgrade::ResultOf(std::size_t document, const WorkEnd& end
 bool ArchiveUpgrade::AddToReport(std::size_t document, const WorkEnd& end, const AtWork& before,
                                  const DocumentResult& result) {
   const std::string& input = task_.documents[document].file;
-  const Destination& destination = task_.destinations[document];
+  const Destination destination = task_.destinations.Of(document);
   DocumentResult told = result;
   if (!result.Succeeded()) told.attention = AttentionOf(input, result);
   const auto record = records_.find(end.worker);

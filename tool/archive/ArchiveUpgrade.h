@@ -10,6 +10,7 @@
 #include "archive/Supervisor.h"
 #include "document/DocumentUpgrade.h"
 #include "file/FileIdentity.h"
+#include "record/Destinations.h"
 #include "record/GivenDocument.h"
 #include "report/RunReport.h"
 #include "report/RunSummary.h"
@@ -24,9 +25,9 @@ struct ArchiveTask {
   const standalone::VersionManager& manager;
   const Selection& selection;
   const std::vector<GivenDocument>& documents;
-  const std::vector<Destination>& destinations;  ///< Of each document.
-  bool isSearched;                               ///< There may be more documents than anybody named.
-  RunReport* report = nullptr;                   ///< Null when none is wanted.
+  const Destinations& destinations;
+  bool isSearched;              ///< There may be more documents than anybody named.
+  RunReport* report = nullptr;  ///< Null when none is wanted.
   const Trace* trace = nullptr;
 };
 

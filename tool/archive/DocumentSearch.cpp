@@ -30,6 +30,14 @@ bool Matches(const std::vector<std::string>& patterns, const fs::path& beneath) 
   });
 }
 
+// Folder by folder: what stands in one stands together.
+bool InOrderOfPlaces(std::string_view left, std::string_view right) {
+  const auto rank = [](char letter) {
+    return letter == '/' ? -1 : static_cast<int>(static_cast<unsigned char>(letter));
+  };
+  return std::ranges::lexicographical_compare(left, right, {}, rank, rank);
+}
+
 struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
@@ -68,7 +76,8 @@ class Search {
   Search(const Sources& sources, const fs::path& results)
       : sources_(sources),
         include_(sources.include),
-        results_(results.empty() ? fs::path() : PlainFormOf(results)) {
+        results_(results.empty() ? fs::path() : PlainFormOf(results)),
+        isAlone_(sources.given.size() == 1 && sources.list.empty()) {
     if (include_.empty()) include_.assign(std::begin(kDocuments), std::end(kDocuments));
   }
 
@@ -77,7 +86,7 @@ class Search {
     if (fs::is_directory(given, error)) {
       AddBeneath(given);
     } else {
-      AddDocument({given, fs::path(given).filename()});
+      AddDocument({given, given.size() - fs::path(given).filename().native().size()});
     }
   }
 
@@ -102,7 +111,7 @@ class Search {
   }
 
   void AddDocument(GivenDocument document) {
-    if (met_.insert(PlainFormOf(document.file).string()).second)
+    if (isAlone_ || met_.insert(PlainFormOf(document.file).string()).second)
       found_.documents.push_back(std::move(document));
   }
 
@@ -116,7 +125,7 @@ class Search {
       folders.pop_back();
       LookThrough(given, folder, folders, documents);
     }
-    std::ranges::sort(documents, {}, &GivenDocument::beneath);
+    std::ranges::sort(documents, InOrderOfPlaces, &GivenDocument::Beneath);
     for (GivenDocument& document : documents) AddDocument(std::move(document));
   }
 
@@ -134,7 +143,9 @@ class Search {
       if (type == fs::file_type::directory) {
         if (PlainFormOf(fs::path(given) / beneath) != results_) folders.push_back(beneath);
       } else if (Matches(include_, beneath) && entry->is_regular_file(gone)) {
-        documents.push_back({(fs::path(given) / beneath).string(), beneath});
+        std::string file = (fs::path(given) / beneath).string();
+        const std::size_t begins = file.size() - beneath.native().size();
+        documents.push_back({std::move(file), begins});
       }
     }
     if (!error) return;
@@ -148,6 +159,7 @@ class Search {
   std::vector<std::string> include_;
   fs::path results_;
   std::string folders_;  // those that were searched
+  bool isAlone_;         // nothing but one folder or file was given, in which nothing stands twice
   std::unordered_set<std::string> met_;
   FoundDocuments found_;
 };

@@ -46,13 +46,12 @@ void RemoveLeftovers(const fs::path& target, pid_t process) {
   }
 }
 
-void RemoveOldLeftovers(const std::vector<fs::path>& targets, bool quiet) {
-  std::set<fs::path> folders;
-  for (const fs::path& target : targets) folders.insert(FolderOf(target));
+void RemoveOldLeftovers(const std::set<fs::path>& folders, bool quiet) {
   std::size_t files = 0;
   std::uintmax_t bytes = 0;
   std::set<fs::path> cleaned;
-  for (const fs::path& folder : folders) {
+  for (const fs::path& each : folders) {
+    const fs::path folder = each.empty() ? fs::path(".") : each;
     std::error_code error;
     for (const Leftover& leftover : ContentOf(folder, error).leftovers) {
       if (leftover.maker != standalone::Maker::kGone || !fs::remove(leftover.file, error)) continue;

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <set>
 #include <system_error>
 #include <vector>
 
@@ -34,8 +35,8 @@ struct FolderContent {
 /// Removes the temporary files that the process, a worker that was killed while it wrote `target`, left.
 void RemoveLeftovers(const std::filesystem::path& target, pid_t process);
 
-/// Removes, in the folders where `targets` are to be written, the temporary files of processes that are gone,
-/// and says so on standard error, once for all of them, unless `quiet`.
-void RemoveOldLeftovers(const std::vector<std::filesystem::path>& targets, bool quiet);
+/// Removes, in `folders`, the temporary files of processes that are gone, and says so on standard error, once
+/// for all of them, unless `quiet`.
+void RemoveOldLeftovers(const std::set<std::filesystem::path>& folders, bool quiet);
 
 }  // namespace tool

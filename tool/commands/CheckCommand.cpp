@@ -28,7 +28,8 @@ ExitCode RunCheck(const CheckArguments& arguments, const standalone::VersionMana
   }
   if (!arguments.json) {
     if (found.documents.size() > 1) Say(check.Verdict() + "\n");
-    if (check.HidesFindings()) Say("  What is found in each: --verbose, or the check of that document alone\n");
+    if (check.HidesFindings())
+      Say("  What is found in each: --verbose, or the check of that document alone\n");
     return code;
   }
   fmt::memory_buffer out;

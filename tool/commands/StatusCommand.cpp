@@ -212,7 +212,8 @@ ExitCode RunStatus(const StatusArguments& arguments, const VersionManager& manag
   const FoundDocuments found = FindDocuments(arguments.sources);
   ExitCode code = TellProblems(found);
   const std::unique_ptr<View> view = ViewFor(arguments, found);
-  for (const auto& [file, beneath] : found.documents) {
+  for (const GivenDocument& document : found.documents) {
+    const std::string& file = document.file;
     const Status status = StatusOf(file, manager);
     view->Add(status);
     code = MoreSerious(code, status.Code(arguments.check));

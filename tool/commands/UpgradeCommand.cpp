@@ -39,11 +39,12 @@ class UpgradeCommand {
         installation_(places),
         selection_(installation_.Manager(), arguments.only, arguments.until),
         found_(FindDocuments(arguments.sources, arguments.outputDirectory)),
-        destinations_(DestinationsOf(arguments, found_.documents)),
-        emptyFolders_(arguments.dryRun ? std::vector<Destination>() : destinations_),
+        destinations_(arguments, found_.documents),
+        emptyFolders_(arguments.outputDirectory.empty() || arguments.dryRun ? std::set<fs::path>()
+                                                                            : destinations_.Folders()),
         summary_(arguments.dryRun) {
     UseLanguage(arguments.language, DataFolder(places) / "messages");
-    RemoveOldLeftovers(Targets(), arguments.quiet);
+    if (!arguments.dryRun) RemoveOldLeftovers(destinations_.Folders(), arguments.quiet);
     MakeFolderForOthers();
     if (!arguments.trace.empty()) trace_.emplace(arguments.trace, arguments.force);
     todo_ = DocumentsOfShard(found_.documents, arguments.shard.value_or(Shard()), arguments.inPlace);
@@ -84,7 +85,7 @@ class UpgradeCommand {
     std::erase_if(todo_, [&done](std::size_t document) { return done.IsDone(document); });
     // What this run's own report names as its result may be replaced by the next.
     for (const std::size_t document : todo_) {
-      if (done.IsOwnResult(document)) destinations_[document].overwrite = true;
+      if (done.IsOwnResult(document)) destinations_.AllowReplacing(document);
     }
   }
 
@@ -153,20 +154,11 @@ class UpgradeCommand {
     }
   }
 
-  // Files that will be put in place.
-  [[nodiscard]] std::vector<fs::path> Targets() const {
-    std::vector<fs::path> targets;
-    for (const Destination& destination : destinations_) {
-      if (destination.file && !arguments_.dryRun) targets.push_back(*destination.file);
-    }
-    return targets;
-  }
-
   const UpgradeArguments& arguments_;
   Installation installation_;
   Selection selection_;
   FoundDocuments found_;
-  std::vector<Destination> destinations_;
+  Destinations destinations_;
   EmptyFolders emptyFolders_;  // before what may write into them
   std::optional<Trace> trace_;
   RunSummary summary_;

@@ -1,15 +1,10 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <optional>
-#include <set>
 #include <string>
-#include <vector>
 
 #include "file/Compression.h"
-#include "record/GivenDocument.h"
-#include "settings/Arguments.h"
 
 namespace tool {
 
@@ -48,27 +43,11 @@ struct Destination {
 /// Makes a folder, with those above it; throws as `Destination::Check` does.
 void MakeFolder(const std::filesystem::path& folder);
 
-/// Takes the folders away again that a run made, as far as nothing came to stand in them.
-class EmptyFolders {
- public:
-  /// The run may make the folders of these destinations, with the folders above them.
-  explicit EmptyFolders(const std::vector<Destination>& destinations);
-  ~EmptyFolders();
-  EmptyFolders(const EmptyFolders&) = delete;
-  EmptyFolders& operator=(const EmptyFolders&) = delete;
-
- private:
-  std::set<std::filesystem::path, std::greater<>> missing_;  // before the run, the inner ones first
-};
-
 /// Throws `standalone::DocumentError` (`kUnwritable`) when something stands there that is no file, or that
 /// may not be replaced.
 void RefuseTaken(const std::filesystem::path& file, bool overwrite);
 
-/// The destination of each document, in the same order. Where two results would go to the same file, the
-/// later one bears the clash. Throws `UsageError` when the report or trace would take the place of a
-/// document, a result or a backup, and when several documents would go to one file that was named.
-[[nodiscard]] std::vector<Destination> DestinationsOf(const UpgradeArguments& arguments,
-                                                      const std::vector<GivenDocument>& documents);
+/// Where a write to `file` ends up: links are followed.
+[[nodiscard]] std::filesystem::path RealPathOf(const std::filesystem::path& file);
 
 }  // namespace tool
