@@ -48,8 +48,13 @@ const standalone::VersionManager& Manager() {
   return *manager;
 }
 
-DocumentPtr DocumentOf(const std::string& text) {
+const std::string& MemoryFileOf(const std::string& text) {
   std::ofstream(MemoryFile(), std::ios::binary | std::ios::trunc) << text;
+  return MemoryFile();
+}
+
+DocumentPtr DocumentOf(const std::string& text) {
+  static_cast<void>(MemoryFileOf(text));
   return ReadWritten();
 }
 

@@ -65,6 +65,21 @@ def as_zstd(data):
             + (len(data) << 3 | 1).to_bytes(3, "little") + data)
 
 
+REPORT = [
+    {"record": "run", "report": "hvxupgrade", "version": 3, "tool": "1.0.0", "folder": "/home",
+     "arguments": ["upgrade", "a"]},
+    {"record": "document", "file": "a/b.hvxdoc", "verdict": "upgraded",
+     "input": {"file": "a/b.hvxdoc", "bytes": 9, "modified": 17, "sha256": "00"},
+     "result": {"file": "n/b.hvxdoc", "bytes": 12, "modified": 18}, "thingsForPerson": 1, "dropped": 0,
+     "needsPerson": [{"document": "a/b.hvxdoc", "problem": "leftBehind", "message": "x"}],
+     "totals": {"features": 3, "concerned": 1, "changed": 1, "created": 0, "removed": 0, "failed": 0},
+     "seconds": 0.5, "identifiers": ["UpgradeJobMemoryUnit"], "changed": [{"id": 3}], "created": []},
+    {"record": "document", "file": "a/c.hvxdoc", "verdict": "badInput", "problem": "a/c.hvxdoc: broken",
+     "thingsForPerson": 0, "needsPerson": []},
+    {"record": "end", "verdict": "2 documents: ...", "exitCode": 3, "left": 0, "totals": {"documents": 2}},
+]
+
+
 def main():
     folder = pathlib.Path(sys.argv[1])
     folder.mkdir(parents=True, exist_ok=True)
@@ -84,6 +99,8 @@ def main():
             if len(types) == 1:  # a few compressed ones
                 (folder / f"{name}.gz").write_bytes(gzip.compress(text, mtime=0))
                 (folder / f"{name}.zst").write_bytes(as_zstd(text))
+    text = "".join(json.dumps(line, separators=(",", ":")) + "\n" for line in REPORT)
+    (folder / "report.jsonl").write_text(text, encoding="utf-8")
     if len(sys.argv) > 2:
         entries = sorted(f'"{word}"\n' for word in words)
         pathlib.Path(sys.argv[2]).write_text("".join(entries), encoding="utf-8")

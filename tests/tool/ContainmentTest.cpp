@@ -49,8 +49,10 @@ TEST_F(ContainmentTest, AFatalAssertionIsReportedWithItsSource) {
 }
 
 TEST_F(ContainmentTest, OtherDocumentsGoOn) {
-  const std::string troubled = Document("a.hvxdoc", kJobLines, R"("Succeed","LoopForEver","GiveUp","Fail","AsNamed")");
-  const std::string sound = Document("b.hvxdoc", kJobLines, R"("LoopForEver","Crash","GiveUp","Fail","AsNamed")");
+  const std::string troubled =
+      Document("a.hvxdoc", kJobLines, R"("Succeed","LoopForEver","GiveUp","Fail","AsNamed")");
+  const std::string sound =
+      Document("b.hvxdoc", kJobLines, R"("LoopForEver","Crash","GiveUp","Fail","AsNamed")");
   const Ended ended =
       Run({"--library", TROUBLE_LIBRARY, "upgrade", troubled, sound, "--output-dir", Path("new")});
   EXPECT_EQ(ended.code, 1);

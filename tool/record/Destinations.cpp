@@ -53,7 +53,7 @@ Destinations::Destinations(const UpgradeArguments& arguments, const std::vector<
     if (!clash.empty()) clashes_.emplace(i, std::move(clash));
   }
   const auto addOther = [&](const std::string& file, const std::string& what) {
-    const fs::path real = RealPathOf(file);
+    fs::path real = RealPathOf(file);
     if (const auto input = inputs.Find(real))
       throw UsageError(fmt::format("{} would replace {}", what, documents[*input].file));
     if (const auto target = targets.Find(real)) {
