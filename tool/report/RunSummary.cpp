@@ -81,7 +81,8 @@ std::string RunSummary::Verdict() const {
     const std::size_t count = counts_[static_cast<std::size_t>(group)];
     if (count != 0) parts.push_back(fmt::format("{} {}", count, what));
   }
-  return fmt::format("{}: {}", Count(documents_, "document"), fmt::join(parts, ", "));
+  return fmt::format("{}{}{}", Count(documents_, "document"), parts.empty() ? "" : ": ",
+                     fmt::join(parts, ", "));
 }
 
 std::string RunSummary::ClosingList(const std::string& where) const {
