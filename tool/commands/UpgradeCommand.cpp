@@ -153,12 +153,13 @@ class UpgradeCommand {
     }
   }
 
-  // Files that will be put in place.
+  // Files beside which temporary ones come up.
   [[nodiscard]] std::vector<fs::path> Targets() const {
     std::vector<fs::path> targets;
     for (const Destination& destination : destinations_) {
       if (destination.file && !arguments_.dryRun) targets.push_back(*destination.file);
     }
+    if (!arguments_.report.empty()) targets.emplace_back(arguments_.report);
     return targets;
   }
 
