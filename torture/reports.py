@@ -74,8 +74,9 @@ def is_told(run):
     return (run.code == 5 and "report" in run.errors) or (run.code == 3 and "not enough memory" in run.errors)
 
 
-def judge_finished(data, documents):
-    """The broken promises of a report that the same command went on with, until it was done."""
+def judge_finished(data, documents, once):
+    """The broken promises of a report that the same command went on with, until it was done. `once`: no document
+    may have been upgraded twice."""
     if data is None:
         return ["the same command afterwards leaves no report"]
     report = read(data)
@@ -87,7 +88,6 @@ def judge_finished(data, documents):
     if set(report.verdicts) != set(documents):
         broken.append(f"the report tells of {sorted(report.verdicts)} afterwards")
     for document, verdicts in report.verdicts.items():
-        # One whose file could not be looked at for its record is looked at again.
-        if verdicts[-1] not in DONE_BEFORE or verdicts.count("upgraded") > 1:
+        if verdicts[-1] not in DONE_BEFORE or verdicts.count("upgraded") > (1 if once else 2):
             broken.append(f"the report says {verdicts} of {document} afterwards")
     return broken

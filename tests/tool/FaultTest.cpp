@@ -151,6 +151,14 @@ TEST_F(FaultTest, WhatTheSystemRefusesTheSupervisorDoesNotHangTheRun) {
   }
 }
 
+TEST_F(FaultTest, AWorkerOfWhichTheSystemDoesNotTellWhetherItStandsIsStopped) {
+  const Ended ended =
+      RunUnder("program:waitpid:1:10", {"--library", TROUBLE_LIBRARY, "upgrade", file_, "--dry-run", "--only",
+                                        "LoopForEver", "--timeout", "0.1"});
+  EXPECT_EQ(ended.code, 1);
+  EXPECT_TRUE(Has(ended.err, "stopped after 0.1 s")) << ended.err;
+}
+
 TEST_F(FaultTest, WorkersThatEndBeforeTheyBeginAreToldAsTheCause) {
   const Ended ended = RunUnder("worker:prctl:1:signal9:forever", inPlace_);
   EXPECT_EQ(ended.code, 1);

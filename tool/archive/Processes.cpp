@@ -222,8 +222,8 @@ void Processes::Hold(WorkerNumber worker) {
   if (found == workers_.end() || found->second.gone) return;
   Worker& held = found->second;
   kill(held.process, SIGSTOP);
-  Await(held.process, held.status, WUNTRACED);
-  held.gone = !WIFSTOPPED(held.status);
+  const bool isTold = Await(held.process, held.status, WUNTRACED) == held.process;
+  held.gone = isTold && !WIFSTOPPED(held.status);
   Receive(worker, held);
   if (workers_.contains(worker)) news_.push_back({.kind = Event::Kind::kHeld, .worker = worker, .bytes = {}});
 }

@@ -9,6 +9,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <thread>
 #include <utility>
 
 #include "file/DocumentError.h"
@@ -20,6 +21,8 @@ namespace {
 using standalone::DocumentError;
 
 constexpr std::chrono::seconds kBetweenSyncs{1};
+constexpr std::chrono::seconds kUntilWorkersEnd{4};
+constexpr std::chrono::milliseconds kBetweenLocks{20};
 
 void AppendFile(fmt::memory_buffer& out, const std::string& path, const standalone::FileIdentity& identity,
                 const std::string& sha256) {
@@ -141,13 +144,22 @@ bool RunReport::Open(bool anew) {
   return true;
 }
 
-// Workers share the lock: while one of a killed run is still at work, the report is not free.
+// Workers share the lock. Those of a run that was killed end soon.
+bool RunReport::Lock() const {
+  const auto until = std::chrono::steady_clock::now() + kUntilWorkersEnd;
+  while (flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
+    if (errno == EINTR) continue;
+    if (errno != EWOULDBLOCK) Fail();
+    if (std::chrono::steady_clock::now() >= until) return false;
+    std::this_thread::sleep_for(kBetweenLocks);
+  }
+  return true;
+}
+
 void RunReport::OpenAndLock() {
   descriptor_ = open(file_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_APPEND, 0666);
   if (descriptor_ < 0) Fail();
-  const bool isLocked = flock(descriptor_, LOCK_EX | LOCK_NB) == 0;
-  if (!isLocked && errno != EWOULDBLOCK) Fail();
-  if (isLocked && IsInPlace()) return;
+  if (Lock() && IsInPlace()) return;
   close(std::exchange(descriptor_, -1));
   Refuse("another run is writing this report", "Wait for its end, or give the report another name");
 }

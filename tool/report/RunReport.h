@@ -61,6 +61,7 @@ class RunReport {
  private:
   bool Open(bool anew);
   void OpenAndLock();
+  [[nodiscard]] bool Lock() const;
   [[nodiscard]] bool IsInPlace() const;
   [[nodiscard]] bool HoldsOnlyPartOf(std::string_view head) const;
   void Continue(const ReportHead& head, const std::function<void(const ReportLine&)>& onRecord);
