@@ -126,6 +126,11 @@ TEST_F(FaultTest, AReportWhoseHeadCannotBeWrittenIsNotThere) {
   }
 }
 
+TEST_F(FaultTest, AFileSystemWithoutLocksTakesReports) {
+  for (const std::string error : {"38", "95", "37"})
+    EXPECT_EQ(RunUnder("program:flock:1:" + error, inPlace_).code, 0);
+}
+
 TEST_F(FaultTest, ARunThatWasKilledWhileItWroteTheHeadIsGoneOnWith) {
   inPlace_.pop_back();  // --force
   ASSERT_EQ(Run(inPlace_).code, 0);

@@ -149,6 +149,8 @@ bool RunReport::Lock() const {
   const auto until = std::chrono::steady_clock::now() + kUntilWorkersEnd;
   while (flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
     if (errno == EINTR) continue;
+    if (errno == ENOSYS || errno == EOPNOTSUPP || errno == ENOLCK)
+      return true;  // a file system without locks
     if (errno != EWOULDBLOCK) Fail();
     if (std::chrono::steady_clock::now() >= until) return false;
     std::this_thread::sleep_for(kBetweenLocks);
