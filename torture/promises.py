@@ -34,7 +34,7 @@ def judge(trial, run, reference, after):
 
 
 def at_start(run):
-    return run.code == 127 and "error while loading shared libraries" in run.errors
+    return run.code == 127 and re.search("error while loading shared libraries|cannot allocate TLS", run.errors)
 
 
 def judge_end(trial, run):
@@ -90,12 +90,13 @@ def judge_results(trial, run, reference, after):
     if run.code == 0:
         if not whole:
             broken.append("exit code 0, but not all is there")
-        if trial.output is None and run.output != reference.output:
+        if trial.output is None and run.output != reference.output and not is_done_again(trial):
             broken.append("exit code 0, but the output is not whole")
     elif run.code > 0 and not at_start(run) and not has_message(trial, run):
         broken.append(f"exit code {run.code}, and nothing is told")
     if trial.variant.report in after:
-        broken += reports.judge(after[trial.variant.report], run, done, reference.start.get(trial.variant.report))
+        broken += reports.judge(after[trial.variant.report], run, done, reference.start.get(trial.variant.report),
+                                not is_done_again(trial))
     broken += judge_files(trial, run, reference, after)
     if all(done.values()):
         return ("upgraded" if whole else "upgraded, something else missing"), broken
@@ -109,13 +110,13 @@ def is_whole(trial, reference, after):
         return False
     if not report or not after.get(report):
         return not report
-    if lacks_times(trial):
+    if is_done_again(trial):
         return bool(reports.read(after[report]).end)
     return reports.steady(after[report]) == reports.steady(reference.end[report])
 
 
-def lacks_times(trial):
-    """Whether a record may lack the times of a file that could not be looked at: its document is done again."""
+def is_done_again(trial):
+    """Whether a document may be, since the file that its record tells of could not be looked at."""
     return trial.fault.startswith("program:stat:")
 
 
@@ -185,5 +186,5 @@ def judge_again(trial, run, reference, after):
             broken.append(f"the same command afterwards leaves {name}")
     if trial.variant.report:
         documents = [target.document for target in trial.variant.targets]
-        broken += reports.judge_finished(after.get(trial.variant.report), documents, not lacks_times(trial))
+        broken += reports.judge_finished(after.get(trial.variant.report), documents, not is_done_again(trial))
     return broken

@@ -118,6 +118,18 @@ TEST_F(FaultTest, AReportThatCannotBeReadIsNotCutOff) {
   }
 }
 
+// Least of all is it taken for one that this run has made, and removed.
+TEST_F(FaultTest, AReportThatCannotBeLookedAtStays) {
+  inPlace_.pop_back();  // --force
+  ASSERT_EQ(Run(inPlace_).code, 0);
+  const std::string report = Content(Path("r.jsonl"));
+  for (int number = 1; number <= 40; ++number) {
+    const Ended ended = RunUnder("program:stat:" + std::to_string(number) + ":13:forever", inPlace_);
+    EXPECT_TRUE(Content(Path("r.jsonl")).starts_with(report.substr(0, report.find(R"({"record":"end")"))))
+        << number << ended.err;
+  }
+}
+
 TEST_F(FaultTest, AReportWhoseHeadCannotBeWrittenIsNotThere) {
   for (const std::string fault : {"program:write:1:28", "program:write:1:28:forever"}) {
     const Ended ended = RunUnder(fault, inPlace_);

@@ -100,12 +100,16 @@ RunReport::RunReport(const std::filesystem::path& file, const ReportHead& head, 
     : file_(file), detail_(detail) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(file, error);
+  if (status.type() == std::filesystem::file_type::none) {
+    errno = error.value();
+    Fail();
+  }
   if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
     Refuse("this is not a regular file");
   if (!std::filesystem::exists(status) &&
       std::filesystem::is_symlink(std::filesystem::symlink_status(file, error)))
     Refuse("this is a link to a file that does not exist");
-  bool isMade = !std::filesystem::exists(status);
+  bool isMade = status.type() == std::filesystem::file_type::not_found;
   try {
     isMade = Open(anew) || isMade;
     const std::string line = HeadLine(head);
