@@ -35,11 +35,14 @@ class Trial:
         words += map(str, self.variant.words())
         if self.output:
             words.append(f">{self.output}")
+        notes = [self.variant.name, *self.notes()]
+        return f"{' '.join(words)}    # {', '.join(notes)}"
+
+    def notes(self):
         notes = [f"setrlimit {limit}={value}" for limit, value in self.limits]
         notes += [f"signal {blow.number} to {blow.to} after {blow.moment:.6f} s" for blow in self.blows]
         notes += [f"as user {self.user}"] if self.user is not None else []
-        notes += [self.note] if self.note else []
-        return " ".join(words) + (f"    # {', '.join(notes)}" if notes else "")
+        return notes + ([self.note] if self.note else [])
 
 
 @dataclasses.dataclass
