@@ -72,6 +72,7 @@ HVX_FAILING_AS(lseek, off_t, lseek64, (int file, off_t offset, int from), (file,
 HVX_FAILING(int, fsetxattr, (int file, const char* name, const void* value, std::size_t size, int flags),
             (file, name, value, size, flags), -1)
 HVX_FAILING(int, fremovexattr, (int file, const char* name), (file, name), -1)
+HVX_FAILING(int, flock, (int file, int operation), (file, operation), -1)
 HVX_FAILING(int, isatty, (int file), (file), 0)
 HVX_FAILING(ssize_t, writev, (int file, const void* parts, int count), (file, parts, count), -1)
 HVX_FAILING(ssize_t, sendfile, (int to, int from, off_t* at, std::size_t size), (to, from, at, size), -1)
@@ -84,6 +85,13 @@ HVX_FAILING_AS(readdir, void*, readdir64, (void* folder), (folder), nullptr)
 
 // Processes.
 HVX_FAILING(int, pipe2, (int* ends, int flags), (ends, flags), -1)
+HVX_FAILING(int, socketpair, (int family, int type, int protocol, int* ends), (family, type, protocol, ends),
+            -1)
+HVX_FAILING(ssize_t, recv, (int socket, void* out, std::size_t size, int flags), (socket, out, size, flags),
+            -1)
+HVX_FAILING(ssize_t, send, (int socket, const void* bytes, std::size_t size, int flags),
+            (socket, bytes, size, flags), -1)
+HVX_FAILING(int, shutdown, (int socket, int how), (socket, how), -1)
 HVX_FAILING(int, poll, (void* files, unsigned long count, int wait), (files, count, wait), -1)
 HVX_FAILING(int, ppoll, (void* files, unsigned long count, const void* wait, const void* mask),
             (files, count, wait, mask), -1)

@@ -1,4 +1,6 @@
 // The C library's streams, which call the system past everything that stands before it.
+#include <sys/types.h>
+
 #include <cerrno>
 #include <cstddef>
 
@@ -48,6 +50,19 @@ extern "C" int fflush(void* stream) {
   if (!Fails(Call::k_fflush)) return real(stream);
   NoteError(stream);
   return -1;
+}
+
+// What getline is, inlined.
+extern "C" ssize_t __getdelim(char** line, std::size_t* size, int end, void* stream) {
+  using Function = ssize_t (*)(char**, std::size_t*, int, void*);
+  static auto* const real = reinterpret_cast<Function>(Real("__getdelim"));
+  if (!Fails(Call::k_getline)) return real(line, size, end, stream);
+  if (errno == EIO) NoteError(stream);
+  return -1;
+}
+
+extern "C" ssize_t getline(char** line, std::size_t* size, void* stream) {
+  return __getdelim(line, size, '\n', stream);
 }
 
 // Closed all the same.

@@ -155,9 +155,9 @@ Fault MeetMoving(Call call, int file) {
   struct stat status {};
   if (fault != Fault::kError || !isOfDisks) return fault;
   const int cause = errno;
-  const bool isPipe = syscall(SYS_fstat, file, &status) == 0 && S_ISFIFO(status.st_mode);
+  const bool isKnown = syscall(SYS_fstat, file, &status) == 0;
   errno = cause;
-  return isPipe ? Fault::kNone : fault;
+  return isKnown && (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode)) ? Fault::kNone : fault;
 }
 
 void* Real(const char* name) {

@@ -18,13 +18,13 @@
 // clang-format off
 #define HVX_TORTURED_CALLS(X)                                                                             \
   X(access) X(alloc) X(close) X(closedir) X(dlopen) X(fchmod) X(fchown) X(fclose) X(fcntl) X(fdatasync)   \
-  X(fdopendir) X(fflush) X(fopen) X(fork) X(fread) X(fremovexattr) X(fsetxattr) X(fstat) X(fsync)         \
-  X(ftruncate) X(futimens) X(fwrite) X(getcwd) X(getentropy) X(gethostname) X(getrlimit) X(getxattr)      \
-  X(isatty) X(kill) X(link) X(listxattr) X(lseek) X(lstat) X(mkdir) X(mkostemp) X(mmap) X(open) X(openat) \
-  X(opendir) X(pathconf) X(pipe2) X(poll) X(ppoll) X(prctl) X(pread) X(pwrite) X(read) X(readdir)         \
-  X(readlink) X(realpath) X(remove) X(rename) X(renameat2) X(rmdir) X(sendfile) X(setrlimit) X(setvbuf)   \
-  X(sigaction) X(sigprocmask) X(stat) X(statvfs) X(symlink) X(sysconf) X(unlink) X(unlinkat) X(utimensat) \
-  X(waitpid) X(write) X(writev)
+  X(fdopendir) X(fflush) X(flock) X(fopen) X(fork) X(fread) X(fremovexattr) X(fsetxattr) X(fstat)         \
+  X(fsync) X(ftruncate) X(futimens) X(fwrite) X(getcwd) X(getentropy) X(gethostname) X(getline) X(getrlimit)         \
+  X(getxattr) X(isatty) X(kill) X(link) X(listxattr) X(lseek) X(lstat) X(mkdir) X(mkostemp) X(mmap)       \
+  X(open) X(openat) X(opendir) X(pathconf) X(pipe2) X(poll) X(ppoll) X(prctl) X(pread) X(pwrite) X(read)  \
+  X(readdir) X(readlink) X(realpath) X(recv) X(remove) X(rename) X(renameat2) X(rmdir) X(send)            \
+  X(sendfile) X(setrlimit) X(setvbuf) X(shutdown) X(sigaction) X(sigprocmask) X(socketpair) X(stat)       \
+  X(statvfs) X(symlink) X(sysconf) X(unlink) X(unlinkat) X(utimensat) X(waitpid) X(write) X(writev)
 // clang-format on
 
 namespace torture {
@@ -54,7 +54,8 @@ enum class Fault { kNone, kError, kShort };
 /// been sent on return.
 Fault Meet(Call call);
 
-/// The same for a call that moves bytes to or from `file`: a pipe has no disk that could be full or broken.
+/// The same for a call that moves bytes to or from `file`: a pipe or socket has no disk that could be full or
+/// broken.
 Fault MeetMoving(Call call, int file);
 
 /// Whether the call is to fail; for those that nothing shortens.

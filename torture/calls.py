@@ -6,21 +6,22 @@ import struct
 import tempfile
 
 from torture.process import run_program
-from torture.setting import FAILING_CALLS, IN_PLACE, PROGRAM, TO_FILE, TO_FOLDER, VIEWING, fill
+from torture.setting import FAILING_CALLS, IN_PLACE, VIEWING, WRITING, fill
 from torture.trial import Trial
 
 # How calls can fail. The first is tried from some call on for ever, too.
 FOLDERS = (errno.EACCES, errno.EIO, errno.ENOMEM)
 OPENING = (errno.EMFILE, errno.EACCES, errno.ENFILE, errno.EIO, errno.ENOMEM)
 MAKING = (errno.ENOSPC, errno.EDQUOT, errno.EACCES, errno.EROFS, errno.EIO)
-WRITING = (errno.ENOSPC, errno.EIO, errno.EDQUOT, errno.EINTR, errno.EFBIG, "short")
+WRITING_FAULTS = (errno.ENOSPC, errno.EIO, errno.EDQUOT, errno.EINTR, errno.EFBIG, "short")
 FAULTS = {
     "access": FOLDERS, "stat": FOLDERS, "lstat": FOLDERS, "fstat": (errno.EIO, errno.ENOMEM), "statvfs": FOLDERS,
     "readlink": FOLDERS, "realpath": FOLDERS, "getcwd": (errno.ENOENT, errno.ENOMEM), "pathconf": (errno.EIO,),
     "open": OPENING, "openat": OPENING, "opendir": OPENING, "fdopendir": (errno.ENOMEM,), "fopen": OPENING,
     "readdir": (errno.EIO,), "closedir": (errno.EIO,), "mkostemp": (errno.ENOSPC, errno.EMFILE, *MAKING[1:]),
     "read": (errno.EIO, errno.EINTR, "short"), "pread": (errno.EIO, errno.EINTR, "short"), "fread": (errno.EIO,),
-    "write": WRITING, "pwrite": WRITING, "writev": (errno.ENOSPC, errno.EIO), "fwrite": (errno.ENOSPC, errno.EIO),
+    "write": WRITING_FAULTS, "pwrite": WRITING_FAULTS, "writev": (errno.ENOSPC, errno.EIO),
+    "fwrite": (errno.ENOSPC, errno.EIO),
     "fflush": (errno.ENOSPC, errno.EIO), "sendfile": (errno.ENOSPC, errno.EIO),
     "close": (errno.EIO, errno.ENOSPC, errno.EINTR), "fclose": (errno.EIO, errno.ENOSPC),
     "fsync": (errno.EIO, errno.ENOSPC, errno.EDQUOT), "fdatasync": (errno.EIO,),
@@ -30,15 +31,17 @@ FAULTS = {
     "symlink": MAKING, "mkdir": MAKING, "unlink": (errno.EACCES, errno.EIO), "unlinkat": (errno.EACCES, errno.EIO),
     "remove": (errno.EACCES, errno.EIO), "rmdir": (errno.EACCES, errno.EIO),
     "fchmod": (errno.EPERM, errno.EIO), "fchown": (errno.EPERM, errno.EDQUOT), "futimens": (errno.EPERM,),
-    "utimensat": (errno.EPERM,), "listxattr": (errno.EIO, errno.ERANGE),
-    "getxattr": (errno.EIO,), "fsetxattr": (errno.ENOSPC, errno.EPERM),
+    "utimensat": (errno.EPERM,), "flock": (errno.ENOLCK, errno.EIO, errno.EINTR),
+    "listxattr": (errno.EIO, errno.ERANGE), "getxattr": (errno.EIO,), "fsetxattr": (errno.ENOSPC, errno.EPERM),
     "fremovexattr": (errno.EIO, errno.ENOTSUP), "ftruncate": (errno.EIO,), "lseek": (errno.EIO,),
     "mmap": (errno.ENOMEM,), "fork": (errno.EAGAIN, errno.ENOMEM), "pipe2": (errno.EMFILE, errno.ENFILE),
+    "socketpair": (errno.EMFILE, errno.ENFILE, errno.ENOMEM), "send": (errno.ENOBUFS,), "recv": (errno.EINTR,),
+    "shutdown": (errno.ENOTCONN,),
     "poll": (errno.ENOMEM, errno.EINTR), "ppoll": (errno.ENOMEM, errno.EINTR), "waitpid": (errno.ECHILD, errno.EINTR),
     "kill": (errno.EPERM,), "sigaction": (errno.EINVAL,), "sigprocmask": (errno.EINVAL,), "prctl": (errno.EINVAL,),
     "fcntl": (errno.EBADF,), "dlopen": (errno.ENOENT,), "getrlimit": (errno.EPERM,), "setrlimit": (errno.EPERM,),
     "gethostname": (errno.ENAMETOOLONG,), "getentropy": (errno.ENOSYS,), "isatty": (errno.ENOTTY,),
-    "sysconf": (errno.EINVAL,), "setvbuf": (errno.ENOMEM,),
+    "sysconf": (errno.EINVAL,), "setvbuf": (errno.ENOMEM,), "getline": (errno.EIO, errno.ENOMEM),
 }
 # Lacks that are told as such.
 LACKS = {errno.ENOMEM, errno.ENOSPC, errno.EDQUOT, errno.EMFILE, errno.ENFILE}
@@ -56,7 +59,7 @@ def counted(variant, start):
         folder.mkdir()
         fill(folder, start)
         state = pathlib.Path(name) / "state"
-        run_program([PROGRAM, *variant.arguments], folder,
+        run_program(variant.words(), folder,
                     {"LD_PRELOAD": str(FAILING_CALLS), "HVX_TORTURE_STATE": str(state)})
         data = state.read_bytes()
     counts = {}
@@ -71,7 +74,7 @@ def counted(variant, start):
 def failing_calls(references, sample, rng):
     """`sample` is how many of each kind are wanted, at most; None for all."""
     trials = []
-    for variant in (IN_PLACE, TO_FOLDER, TO_FILE):
+    for variant in WRITING:
         counts = counted(variant, references[variant.name].start)
         fully = variant is IN_PLACE
         once = [trial_of("calls that fail once", variant, role, call, number, fault)

@@ -1,5 +1,4 @@
 """Real file systems that are full, lack inodes, or may only be read. Mounting takes a space of mounts of our own."""
-import dataclasses
 import pathlib
 import shutil
 import subprocess
@@ -8,12 +7,10 @@ import tempfile
 
 from torture import promises
 from torture.process import run_program
-from torture.setting import IN_PLACE, PROGRAM, TO_FILE, TO_FOLDER, Variant, content, fill
+from torture.setting import COMPRESSED, IN_PLACE, REPORT_APART, TO_FILE, TO_FOLDER, TWO_WORKERS, content, fill
 from torture.trial import Outcome, Trial
 
 PAGE = 4096
-REPORT_APART = Variant("report elsewhere", (*IN_PLACE.arguments[:-2], "apart/r.json", "--force"), IN_PLACE.targets,
-                       "apart/r.json")
 
 
 def own_mounts():
@@ -34,15 +31,6 @@ def run_apart(short):
     return subprocess.run(command, check=False).returncode
 
 
-def reference_apart(references):
-    """As in place, with the report in a folder of its own."""
-    usual = references[IN_PLACE.name]
-    end = {name: data for name, data in usual.end.items() if name != IN_PLACE.report}
-    output = usual.output.replace(b"Report: r.json", b"Report: apart/r.json")
-    return dataclasses.replace(usual, start=usual.start | {"apart/": b""}, output=output,
-                               end=end | {"apart/": b"", "apart/r.json": usual.end[IN_PLACE.report]})
-
-
 def mount(folder, options):
     subprocess.run(["mount", "-t", "tmpfs", "-o", options, "none", folder], check=True)
 
@@ -53,10 +41,10 @@ def remount(folder, options):
 
 def rooms(references, short):
     """Yields the outcome of each trial."""
-    start = references[IN_PLACE.name].start
-    held = sum(-(-len(data) // PAGE) for data in start.values())
     step = 3 if short else 1
-    for variant in (IN_PLACE, TO_FOLDER, TO_FILE):
+    for variant in (IN_PLACE, TWO_WORKERS, TO_FOLDER, TO_FILE, COMPRESSED):
+        start = references[variant.name].start
+        held = sum(-(-len(data) // PAGE) for data in start.values())
         for pages in range(held, held + 40, step):
             yield in_room("full file system", variant, references, f"size={pages * PAGE}", "size=64m")
         for inodes in range(len(start) + 1, len(start) + 12, step):
@@ -80,11 +68,11 @@ def in_room(kind, variant, references, options, freed, later=""):
         fill(folder, reference.start, attribute=False)  # for which there may be no room
         if later:
             remount(room, later)
-        run = run_program([PROGRAM, *variant.arguments], folder)
+        run = run_program(variant.words(), folder)
         after = content(folder)
         verdict, broken = promises.judge(trial, run, reference, after)
         remount(room, freed)
-        again = run_program([PROGRAM, *variant.arguments, "--force"], folder)
+        again = run_program(variant.words_again(), folder)
         broken += promises.judge_again(trial, again, reference, content(folder))
         return Outcome(trial, verdict, broken, run)
     finally:

@@ -7,7 +7,8 @@ import tempfile
 
 from torture import promises
 from torture.process import run_program
-from torture.setting import FAILING_CALLS, PROGRAM, Variant, attributes, content, fill
+from torture.reports import steady
+from torture.setting import FAILING_CALLS, Variant, attributes, content, fill
 
 
 @dataclasses.dataclass(frozen=True)
@@ -31,14 +32,17 @@ class Trial:
     def text(self):
         """How to repeat it, in a folder with the documents."""
         words = [f"{key}={shlex.quote(value)}" for key, value in self.environment().items()]
-        words += [str(PROGRAM), *self.variant.arguments]
+        words += map(str, self.variant.words())
         if self.output:
             words.append(f">{self.output}")
+        notes = [self.variant.name, *self.notes()]
+        return f"{' '.join(words)}    # {', '.join(notes)}"
+
+    def notes(self):
         notes = [f"setrlimit {limit}={value}" for limit, value in self.limits]
         notes += [f"signal {blow.number} to {blow.to} after {blow.moment:.6f} s" for blow in self.blows]
         notes += [f"as user {self.user}"] if self.user is not None else []
-        notes += [self.note] if self.note else []
-        return " ".join(words) + (f"    # {', '.join(notes)}" if notes else "")
+        return notes + ([self.note] if self.note else [])
 
 
 @dataclasses.dataclass
@@ -68,12 +72,12 @@ class Bench:
         reference = self.references[trial.variant.name]
         fill(folder, reference.start)
         if trial.user is not None:
-            for path in (folder, *folder.iterdir()):
+            for path in (folder, *folder.rglob("*")):
                 shutil.chown(path, trial.user, trial.user)
             folder.parent.chmod(0o711)
         before = {name: attributes(folder / name) for name in reference.start}
-        run = run_program([PROGRAM, *trial.variant.arguments], folder, trial.environment(), trial.limits,
-                          trial.blows, trial.user, trial.output)
+        run = run_program(trial.variant.words(), folder, trial.environment(), trial.limits, trial.blows,
+                          trial.user, trial.output)
         after = content(folder)
         verdict, broken = promises.judge(trial, run, reference, after)
         broken += [f"{name} has other rights or attributes" for name, kept in before.items()
@@ -85,13 +89,11 @@ class Bench:
         """What the same command makes of it, without the fault."""
         if not trial.variant.targets or after == reference.start:
             return []  # an undisturbed run was seen already
-        state = hash((trial.variant.name, *after.items()))
+        files = {name: steady(data) if name == trial.variant.report else data for name, data in after.items()}
+        state = hash(repr((trial.variant.name, files)))
         if state in self.finished:
             return []
-        words = list(trial.variant.arguments)
-        if "--force" not in words:
-            words.append("--force")
-        run = run_program([PROGRAM, *words], folder, user=trial.user)
+        run = run_program(trial.variant.words_again(), folder, user=trial.user)
         broken = promises.judge_again(trial, run, reference, content(folder))
         if not broken:
             self.finished.add(state)

@@ -20,10 +20,10 @@ SimulatedOutside::SimulatedOutside(unsigned seed, const Troubles& troubles, std:
   if (Chance(troubles.interrupt)) {
     const int times = 1 + static_cast<int>(Number(2));
     for (int i = 0; i < times; ++i)
-      Schedule(milliseconds(Number(20'000)), {.event = {.kind = Event::Kind::kInterrupt, .bytes = {}}});
+      Schedule(milliseconds(Number(6000)), {.event = {.kind = Event::Kind::kInterrupt, .bytes = {}}});
   }
   if (Chance(troubles.terminate))
-    Schedule(milliseconds(Number(20'000)), {.event = {.kind = Event::Kind::kTerminate, .bytes = {}}});
+    Schedule(milliseconds(Number(6000)), {.event = {.kind = Event::Kind::kTerminate, .bytes = {}}});
 }
 
 void SimulatedOutside::Schedule(Clock::duration in, Happening happening) {
@@ -34,14 +34,18 @@ void SimulatedOutside::NextStep(WorkerNumber number, Clock::duration in) {
   Schedule(in, {.worker = number});
 }
 
+// News takes a while to come, in the order in which it was told.
 void SimulatedOutside::Tell(WorkerNumber number, Event::Kind kind, std::string bytes) {
-  Schedule({}, {.event = {.kind = kind, .worker = number, .bytes = std::move(bytes)}});
+  Worker& worker = At(number);
+  worker.told = std::max(worker.told, now_ + milliseconds(Number(3) == 0 ? Number(150) : 0));
+  Schedule(worker.told - now_, {.event = {.kind = kind, .worker = number, .bytes = std::move(bytes)}});
 }
 
 void SimulatedOutside::End(WorkerNumber number, Event::End how) {
   Worker& worker = At(number);
   worker.isGone = true;
-  Schedule(milliseconds(Number(5)),
+  worker.told = std::max(worker.told, now_ + milliseconds(Number(5)));
+  Schedule(worker.told - now_,
            {.event = {.kind = Event::Kind::kEnded, .worker = number, .bytes = "it ended", .end = how}});
 }
 
@@ -71,6 +75,9 @@ Event SimulatedOutside::Wait(std::optional<Clock::time_point> until) {
       continue;
     }
     const Event::Kind kind = happening.event.kind;
+    if (kind == Event::Kind::kCommitting) At(happening.event.worker).isKnownToCommit = true;
+    if (kind == Event::Kind::kResult || kind == Event::Kind::kLastResult)
+      At(happening.event.worker).isKnownToCommit = false;
     mayKillCommits_ = mayKillCommits_ || (kind == Event::Kind::kInterrupt && wasAsked_);
     if (kind == Event::Kind::kTerminate && !terminated_) terminated_ = now_;
     wasAsked_ = wasAsked_ || kind == Event::Kind::kInterrupt || kind == Event::Kind::kTerminate;
@@ -87,7 +94,8 @@ void SimulatedOutside::Advance(WorkerNumber number) {
     End(number, worker.end.value_or(Chance(300) ? Event::End::kOutOfMemory : Event::End::kCrash));
     return;
   }
-  const auto soon = [this] { return milliseconds(1 + Number(300)); };
+  // Some take as long as a worker that is asked to stop is given.
+  const auto soon = [this] { return milliseconds(Chance(100) ? 900 + Number(300) : 1 + Number(300)); };
   switch (worker.step) {
     case Step::kIdle:
     case Step::kDone:
@@ -169,6 +177,7 @@ void SimulatedOutside::Dismiss(WorkerNumber number) {
 
 void SimulatedOutside::Ask(WorkerNumber number) {
   Worker& worker = At(number);
+  Require(!worker.isKnownToCommit, "a worker is asked to stop that puts its result in place");
   if (worker.isDeaf || worker.step == Step::kCommitting) return;
   worker.end = Event::End::kStoppedOnRequest;
   NextStep(number, milliseconds(Number(400)));
@@ -190,7 +199,8 @@ void SimulatedOutside::GoOn(WorkerNumber number) {
 void SimulatedOutside::Kill(WorkerNumber number) {
   Worker& worker = At(number);
   if (worker.isGone) return;
-  Require(worker.step != Step::kCommitting || mayKillCommits_ || terminated_,
+  worker.isKilled = true;
+  Require(!worker.isKnownToCommit || mayKillCommits_ || terminated_,
           "a worker is killed while it puts its result in place");
   End(number, Event::End::kCrash);
 }
@@ -205,6 +215,8 @@ bool SimulatedOutside::Close(std::size_t document, const WorkEnd& end) {
   const bool isDone = end.kind == WorkEnd::Kind::kFinished || (end.committing && disk_.placed[document] != 0);
   if (!isDone && end.kind == WorkEnd::Kind::kInterrupted) return true;
   Require(!isDone || disk_.placed[document] == 1, "a result is not there once");
+  Require(end.kind != WorkEnd::Kind::kCrashed || !At(end.worker).isKilled,
+          "what was killed is said to have crashed");
   Require(end.kind != WorkEnd::Kind::kTimedOut || end.limit.has_value(), "there was no limit of time");
   diskIsFull_ = diskIsFull_ || Chance(troubles_.fullDisk);
   if (diskIsFull_) {

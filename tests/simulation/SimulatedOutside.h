@@ -70,6 +70,9 @@ class SimulatedOutside final : public tool::Outside {
     bool isHeld = false;
     bool isGone = false;  // its end is on its way
     bool isDismissed = false;
+    bool isKilled = false;
+    bool isKnownToCommit = false;                  // the supervisor has heard of it
+    Clock::time_point told = {};                   // when the last news from it comes
     std::optional<Event::End> end = std::nullopt;  // it will come to this instead of its next step
   };
   struct Happening {

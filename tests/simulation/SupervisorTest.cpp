@@ -41,9 +41,8 @@ Troubles TroublesOf(unsigned seed) {
     const bool concernsRun = i >= 6;
     if (which == 9 || which == i) *all[i] = concernsRun ? kMostly : kSeldom;
   }
-  if (which == 3) {
-    troubles.noStart = kMostly;
-  }
+  if (which == 2) troubles.deaf = troubles.interrupt = kMostly;
+  if (which == 3) troubles.noStart = kMostly;
   return troubles;
 }
 

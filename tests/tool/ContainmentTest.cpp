@@ -2,6 +2,7 @@
 
 #include <signal.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 
 #include <chrono>
 #include <fstream>
@@ -103,6 +104,52 @@ TEST_F(ContainmentTest, AWorkerEndsWithItsParent) {
   while (kill(worker, 0) == 0 && std::chrono::steady_clock::now() - begun < std::chrono::seconds(20))
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
   EXPECT_NE(kill(worker, 0), 0);
+}
+
+TEST_F(ContainmentTest, ACrashIsReportedAlsoWhereEndsOfProcessesAreIgnored) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  ::signal(SIGCHLD, SIG_IGN);  // which the program inherits
+  const pid_t program =
+      Start({"--library", TROUBLE_LIBRARY, "upgrade", file, "--dry-run", "--only", "Crash"});
+  ::signal(SIGCHLD, SIG_DFL);
+  const Ended ended = Wait(program);
+  EXPECT_EQ(ended.code, 1);
+  EXPECT_NE(ended.err.find("crashed (signal 6, "), std::string::npos) << ended.err;
+}
+
+// Its workers need a moment to notice.
+TEST_F(ContainmentTest, ARunThatWasKilledCanBeGoneOnWithAtOnce) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  std::vector<std::string> run{"--library", TROUBLE_LIBRARY, "upgrade",  file,           "--dry-run",
+                               "--only",    "LoopForEver",   "--report", Path("r.jsonl")};
+  const pid_t first = Start(run);
+  while (OutputSoFar() != "looping\n") std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  kill(first, SIGKILL);
+  static_cast<void>(Wait(first));
+  run.insert(run.end(), {"--timeout", "0.1"});
+  const Ended second = Run(run);
+  EXPECT_EQ(second.code, 1);
+  EXPECT_NE(second.err.find("stopped after 0.1 s"), std::string::npos) << second.err;
+}
+
+TEST_F(ContainmentTest, AReportIsWrittenByOneRunAtATime) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  std::vector<std::string> run{"--library", TROUBLE_LIBRARY, "upgrade",  file,           "--dry-run",
+                               "--only",    "LoopForEver",   "--report", Path("r.jsonl")};
+  const pid_t first = Start(run);
+  while (OutputSoFar() != "looping\n") std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  const std::string report = Content(Path("r.jsonl"));
+  run.emplace_back("--force");
+  const Ended second = Run(run);
+  EXPECT_EQ(second.code, 5);
+  EXPECT_NE(second.err.find("another run is writing this report"), std::string::npos) << second.err;
+  EXPECT_EQ(Content(Path("r.jsonl")), report);
+  kill(first, SIGTERM);
+  int status = 0;
+  waitpid(first, &status, 0);
+  EXPECT_EQ(WEXITSTATUS(status), 130);
+  EXPECT_TRUE(Content(Path("r.jsonl")).starts_with(report));
+  EXPECT_NE(Content(Path("r.jsonl")).find(R"("exitCode":130,"left":1)"), std::string::npos);
 }
 
 constexpr std::string_view kEndlessForce =

@@ -49,7 +49,6 @@ DocumentResult ResultOfEnd(const std::string& input, const WorkEnd& end) {
       break;
     case WorkEnd::Kind::kInterrupted:
       result.verdict = Verdict::kInterrupted;
-      result.problem = fmt::format("{}: interrupted. Nothing was written", input);
       break;
     case WorkEnd::Kind::kOutOfMemory:
       result.verdict = Verdict::kAborted;
@@ -92,7 +91,10 @@ RunEnd ArchiveUpgrade::Run(const std::vector<std::size_t>& documents) {
   state_.documents = documents.size();
   Supervisor::Settings settings = SettingsFor(task_.arguments.many, documents.size());
   if (task_.trace != nullptr) settings.workers = 1;  // calls of several documents would mix
-  return Supervisor(processes_, loads_, settings).Run(documents);
+  const RunEnd end = Supervisor(processes_, loads_, settings).Run(documents);
+  if (end == RunEnd::kInterrupted && documents.size() == 1 && state_.done == 0)
+    Complain(fmt::format("{}: interrupted. Nothing was written", task_.documents[documents.front()].file));
+  return end;
 }
 
 void ArchiveUpgrade::PrepareWorker() {
@@ -101,6 +103,7 @@ void ArchiveUpgrade::PrepareWorker() {
 }
 
 std::string ArchiveUpgrade::Work(std::size_t document, const AnnounceCommit& announceCommit) {
+  records_.clear();  // which are other workers'
   const UpgradeArguments& arguments = task_.arguments;
   const bool isRunOfMany = !isSingle_ || task_.isSearched;
   const Destination destination = task_.destinations.Of(document);
@@ -138,10 +141,7 @@ bool ArchiveUpgrade::Close(std::size_t document, const WorkEnd& end) {
   atWork_.erase(document);
   progress_.Clear();
   const DocumentResult result = ResultOf(document, end, before);
-  if (result.verdict == Verdict::kInterrupted) {
-    if (isSingle_) Complain(result.problem);
-    return true;
-  }
+  if (result.verdict == Verdict::kInterrupted) return true;
   summary_.Add(task_.documents[document].file, result);
   ++state_.done;
   state_.bytesDone += loads_[document].bytes;

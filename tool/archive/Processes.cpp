@@ -24,6 +24,7 @@ namespace tool {
 namespace {
 
 constexpr std::chrono::milliseconds kBetweenTicks{200};
+constexpr timespec kWithoutPolling{.tv_sec = 0, .tv_nsec = 20'000'000};
 
 pid_t Await(pid_t process, int& status, int options) {
   pid_t got = 0;
@@ -50,9 +51,15 @@ Event EndOf(WorkerNumber number, int status) {
 
 }  // namespace
 
+Processes::Processes(Hooks hooks) : hooks_(std::move(hooks)) {
+  // Ignored, as who starts this program may have it, it would keep the system from telling how workers end.
+  std::signal(SIGCHLD, SIG_DFL);
+}
+
 Processes::~Processes() {
   for (auto& [number, worker] : workers_) {
     if (!worker.gone) kill(worker.process, SIGTERM);
+    if (!worker.gone) kill(worker.process, SIGCONT);  // or one that is held would not notice
     close(worker.socket);
   }
   for (auto& [number, worker] : workers_) {
@@ -100,10 +107,12 @@ void Processes::Poll(std::optional<Clock::time_point> until) {
     sockets.push_back({worker.socket, POLLIN, 0});
     numbers.push_back(number);
   }
-  if (ppoll(sockets.data(), sockets.size(), until ? &wait : nullptr, &Interruption::WhileWaiting()) <= 0)
-    return;
+  const int ready =
+      ppoll(sockets.data(), sockets.size(), until ? &wait : nullptr, &Interruption::WhileWaiting());
+  if (ready == 0 || (ready < 0 && errno == EINTR)) return;
+  if (ready < 0) nanosleep(&kWithoutPolling, nullptr);  // then each is looked at
   for (std::size_t i = 0; i < sockets.size(); ++i) {
-    if (sockets[i].revents != 0) Receive(numbers[i], workers_.at(numbers[i]));
+    if (ready < 0 || sockets[i].revents != 0) Receive(numbers[i], workers_.at(numbers[i]));
   }
 }
 
@@ -138,7 +147,10 @@ void Processes::Bury(Workers::iterator worker) {
   Worker& dead = worker->second;
   close(dead.socket);
   if (!dead.gone) Await(dead.process, dead.status, 0);
-  news_.push_back(EndOf(worker->first, dead.status));
+  Event end = EndOf(worker->first, dead.status);
+  startFailure_ = "its worker ended too early";
+  if (!end.bytes.empty()) startFailure_ += fmt::format(" ({})", end.bytes);
+  news_.push_back(std::move(end));
   workers_.erase(worker);
 }
 
@@ -174,7 +186,14 @@ std::optional<WorkerNumber> Processes::Start() {
   }
   close(ends[1]);
   const WorkerNumber number = ++started_ << 32U | static_cast<std::uint32_t>(process);
-  workers_.emplace(number, Worker{.process = process, .socket = ends[0], .received = {}});
+  try {
+    workers_.emplace(number, Worker{.process = process, .socket = ends[0], .received = {}});
+  } catch (...) {
+    close(ends[0]);  // at which it ends
+    int status = 0;
+    Await(process, status, 0);
+    throw;
+  }
   hooks_.onStart(number);
   return number;
 }
@@ -183,8 +202,9 @@ void Processes::Give(WorkerNumber worker, std::size_t document) {
   hooks_.onGive(document);
   const std::uint64_t number = document;
   const auto found = workers_.find(worker);  // its end may be among the news
-  if (found != workers_.end())
-    static_cast<void>(send(found->second.socket, &number, sizeof number, MSG_NOSIGNAL));
+  if (found == workers_.end()) return;
+  // One that does not get it would wait for ever.
+  if (send(found->second.socket, &number, sizeof number, MSG_NOSIGNAL) != sizeof number) Kill(worker);
 }
 
 void Processes::Dismiss(WorkerNumber worker) {
@@ -202,8 +222,8 @@ void Processes::Hold(WorkerNumber worker) {
   if (found == workers_.end() || found->second.gone) return;
   Worker& held = found->second;
   kill(held.process, SIGSTOP);
-  Await(held.process, held.status, WUNTRACED);
-  held.gone = !WIFSTOPPED(held.status);
+  const bool isTold = Await(held.process, held.status, WUNTRACED) == held.process;
+  held.gone = isTold && !WIFSTOPPED(held.status);
   Receive(worker, held);
   if (workers_.contains(worker)) news_.push_back({.kind = Event::Kind::kHeld, .worker = worker, .bytes = {}});
 }

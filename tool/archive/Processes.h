@@ -32,7 +32,7 @@ class Processes final : public Outside {
     std::function<void()> onTick;  ///< Now and then, while there is nothing else to do.
   };
 
-  explicit Processes(Hooks hooks) : hooks_(std::move(hooks)) {}
+  explicit Processes(Hooks hooks);
   /// Asks those that are left to stop, and waits for them.
   ~Processes() override;
   Processes(const Processes&) = delete;
@@ -54,7 +54,7 @@ class Processes final : public Outside {
   [[nodiscard]] static pid_t ProcessOf(WorkerNumber worker) {
     return static_cast<pid_t>(worker & kProcessBits);
   }
-  /// Why the last `Start` gave none.
+  /// Why the last `Start` gave none, or what became of the last worker that did no work.
   [[nodiscard]] const std::string& StartFailure() const { return startFailure_; }
 
  private:

@@ -44,7 +44,7 @@ class UpgradeCommand {
                                                                             : destinations_.Folders()),
         summary_(arguments.dryRun) {
     UseLanguage(arguments.language, DataFolder(places) / "messages");
-    if (!arguments.dryRun) RemoveOldLeftovers(destinations_.Folders(), arguments.quiet);
+    RemoveOldLeftovers(FoldersOfTemporaries(), arguments.quiet);
     MakeFolderForOthers();
     if (!arguments.trace.empty()) trace_.emplace(arguments.trace, arguments.force);
     todo_ = DocumentsOfShard(found_.documents, arguments.shard.value_or(Shard()), arguments.inPlace);
@@ -152,6 +152,14 @@ class UpgradeCommand {
       if (isFile && folderOf(other) == folderOf(fs::path(arguments_.outputDirectory) / "any"))
         MakeFolder(arguments_.outputDirectory);
     }
+  }
+
+  // Where temporary files come up.
+  [[nodiscard]] std::set<fs::path> FoldersOfTemporaries() const {
+    std::set<fs::path> folders;
+    if (!arguments_.dryRun) folders = destinations_.Folders();
+    if (!arguments_.report.empty()) folders.insert(RealPathOf(arguments_.report).parent_path());
+    return folders;
   }
 
   const UpgradeArguments& arguments_;

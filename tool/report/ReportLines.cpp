@@ -83,8 +83,9 @@ std::optional<ReportHead> HeadOf(element line) {
 // The lines of a file, each with its line feed; one that is cut off is left out.
 class Lines {
  public:
-  explicit Lines(const std::filesystem::path& file) : stream_(std::fopen(file.c_str(), "re"), &std::fclose) {
-    if (stream_ == nullptr) Fail(file);
+  explicit Lines(const std::filesystem::path& file)
+      : file_(file), stream_(std::fopen(file.c_str(), "re"), &std::fclose) {
+    if (stream_ == nullptr) Fail();
   }
   ~Lines() { std::free(line_); }
   Lines(const Lines&) = delete;
@@ -92,18 +93,21 @@ class Lines {
 
   bool Next(std::string_view& line) {
     const ssize_t got = getline(&line_, &capacity_, stream_.get());
+    // What cannot be read must not be taken for the end, where the report goes on.
+    if (std::ferror(stream_.get()) != 0 || (got < 0 && std::feof(stream_.get()) == 0)) Fail();
     if (got <= 0 || line_[got - 1] != '\n') return false;
     line = {line_, static_cast<std::size_t>(got)};
     return true;
   }
 
-  [[noreturn]] static void Fail(const std::filesystem::path& file) {
-    throw DocumentError(DocumentError::Kind::kUnreadable, file.string(), 0,
+  [[noreturn]] void Fail() const {
+    throw DocumentError(DocumentError::Kind::kUnreadable, file_.string(), 0,
                         fmt::format("the report cannot be read ({})", std::strerror(errno)),
                         "Check the path and the permissions");
   }
 
  private:
+  std::filesystem::path file_;
   std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream_;
   char* line_ = nullptr;
   std::size_t capacity_ = 0;

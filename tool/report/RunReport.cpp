@@ -9,6 +9,8 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <thread>
+#include <utility>
 
 #include "file/DocumentError.h"
 #include "report/JsonOutput.h"
@@ -19,6 +21,8 @@ namespace {
 using standalone::DocumentError;
 
 constexpr std::chrono::seconds kBetweenSyncs{1};
+constexpr std::chrono::seconds kUntilWorkersEnd{4};
+constexpr std::chrono::milliseconds kBetweenLocks{20};
 
 void AppendFile(fmt::memory_buffer& out, const std::string& path, const standalone::FileIdentity& identity,
                 const std::string& sha256) {
@@ -96,31 +100,28 @@ RunReport::RunReport(const std::filesystem::path& file, const ReportHead& head, 
     : file_(file), detail_(detail) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(file, error);
+  if (status.type() == std::filesystem::file_type::none) {
+    errno = error.value();
+    Fail();
+  }
   if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
     Refuse("this is not a regular file");
   if (!std::filesystem::exists(status) &&
       std::filesystem::is_symlink(std::filesystem::symlink_status(file, error)))
     Refuse("this is a link to a file that does not exist");
-  if (anew) unlink(file.c_str());
-  descriptor_ = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_APPEND, 0666);
-  if (descriptor_ < 0) Fail();
-  if (flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
-    const bool isTaken = errno == EWOULDBLOCK;
-    const int cause = errno;
-    close(descriptor_);
-    descriptor_ = -1;
-    errno = cause;
-    if (isTaken) Refuse("another run is writing this report");
-    Fail();
-  }
+  bool isMade = status.type() == std::filesystem::file_type::not_found;
   try {
-    if (lseek(descriptor_, 0, SEEK_END) > 0) {
+    isMade = Open(anew) || isMade;
+    const std::string line = HeadLine(head);
+    if (HoldsOnlyPartOf(line)) {  // or nothing: more was not there when a run was killed
+      isTorn_ = true;
+      AppendLine([&] { Write(line); });
+      Sync();
+    } else {
       Continue(head, onRecord);
-      return;
     }
-    Write(HeadLine(head));
-    Sync();
   } catch (...) {
+    if (isMade && descriptor_ >= 0 && end_ == 0) unlink(file_.c_str());
     close(descriptor_);
     throw;
   }
@@ -128,6 +129,61 @@ RunReport::RunReport(const std::filesystem::path& file, const ReportHead& head, 
 
 RunReport::~RunReport() {
   close(descriptor_);
+}
+
+// True when it took the place of another. That is locked until the new one is, so that a run that is writing
+// it is noticed.
+bool RunReport::Open(bool anew) {
+  OpenAndLock();
+  if (!anew || lseek(descriptor_, 0, SEEK_END) == 0) return false;
+  const int replaced = std::exchange(descriptor_, -1);
+  try {
+    if (unlink(file_.c_str()) != 0) Fail();
+    OpenAndLock();
+  } catch (...) {
+    close(replaced);
+    throw;
+  }
+  close(replaced);
+  return true;
+}
+
+// Workers share the lock. Those of a run that was killed end soon.
+bool RunReport::Lock() const {
+  const auto until = std::chrono::steady_clock::now() + kUntilWorkersEnd;
+  while (flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
+    if (errno == EINTR) continue;
+    if (errno == ENOSYS || errno == EOPNOTSUPP || errno == ENOLCK)
+      return true;  // a file system without locks
+    if (errno != EWOULDBLOCK) Fail();
+    if (std::chrono::steady_clock::now() >= until) return false;
+    std::this_thread::sleep_for(kBetweenLocks);
+  }
+  return true;
+}
+
+void RunReport::OpenAndLock() {
+  descriptor_ = open(file_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_APPEND, 0666);
+  if (descriptor_ < 0) Fail();
+  if (Lock() && IsInPlace()) return;
+  close(std::exchange(descriptor_, -1));
+  Refuse("another run is writing this report", "Wait for its end, or give the report another name");
+}
+
+bool RunReport::IsInPlace() const {
+  errno = 0;
+  const auto here = standalone::FileIdentity::Of(descriptor_);
+  const auto there = standalone::FileIdentity::Of(file_);
+  if ((!here || !there) && errno != 0 && errno != ENOENT && errno != ENOTDIR) Fail();
+  return here && there && here->IsSameFile(*there);
+}
+
+bool RunReport::HoldsOnlyPartOf(std::string_view head) const {
+  std::string there(head.size(), '\0');
+  const ssize_t got = pread(descriptor_, there.data(), there.size(), 0);
+  if (got < 0) Fail();
+  there.resize(static_cast<std::size_t>(got));
+  return there.size() < head.size() && head.starts_with(there);
 }
 
 void RunReport::Continue(const ReportHead& head, const std::function<void(const ReportLine&)>& onRecord) {
@@ -151,29 +207,36 @@ std::unique_ptr<RecordFile> RunReport::MakeRecordFile() const {
 void RunReport::Append(const DocumentRecord& record, const RecordFile* rest) {
   fmt::memory_buffer text;
   AppendRecord(text, record);
-  const std::int64_t before = end_;
-  try {
+  AppendLine([&] {
     Write({text.data(), text.size()});
     if (rest != nullptr) TakeOver(*rest);
     Write("}\n");
-  } catch (const DocumentError&) {
-    end_ = before;
-    if (ftruncate(descriptor_, before) != 0)
-      end_ = before;  // a cut-off line at the end is left out by readers
-    throw;
-  }
+  });
   if (std::chrono::steady_clock::now() - synced_ >= kBetweenSyncs) Sync();
 }
 
+// What was written of a line that does not get whole goes again; until then none follows.
+void RunReport::AppendLine(const std::function<void()>& write) {
+  const std::int64_t before = end_;
+  if (isTorn_ && ftruncate(descriptor_, before) != 0) Fail();
+  isTorn_ = true;
+  try {
+    write();
+  } catch (...) {
+    end_ = before;
+    isTorn_ = ftruncate(descriptor_, before) != 0;
+    throw;
+  }
+  isTorn_ = false;
+}
+
 void RunReport::Finish(const RunSummary& summary, ExitCode code, std::size_t left) {
-  const auto here = standalone::FileIdentity::Of(descriptor_);
-  const auto there = standalone::FileIdentity::Of(file_);
-  if (!here || !there || !here->IsSameFile(*there)) {
+  if (!IsInPlace()) {
     throw DocumentError(DocumentError::Kind::kUnwritable, file_.string(), 0,
                         "the report was removed or replaced while it was written",
                         "Run the same command again");
   }
-  Write(EndLine(summary, code, left));
+  AppendLine([&] { Write(EndLine(summary, code, left)); });
   Sync();
 }
 
@@ -211,9 +274,8 @@ void RunReport::Fail() const {
                       "Check the folder, its permissions and the room on its disk");
 }
 
-void RunReport::Refuse(std::string_view problem) const {
-  throw DocumentError(DocumentError::Kind::kUnwritable, file_.string(), 0, problem,
-                      "Give the report another name, or --force to begin it anew");
+void RunReport::Refuse(std::string_view problem, std::string_view advice) const {
+  throw DocumentError(DocumentError::Kind::kUnwritable, file_.string(), 0, problem, advice);
 }
 
 }  // namespace tool

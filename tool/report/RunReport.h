@@ -59,18 +59,27 @@ class RunReport {
   void Finish(const RunSummary& summary, ExitCode code, std::size_t left);
 
  private:
+  bool Open(bool anew);
+  void OpenAndLock();
+  [[nodiscard]] bool Lock() const;
+  [[nodiscard]] bool IsInPlace() const;
+  [[nodiscard]] bool HoldsOnlyPartOf(std::string_view head) const;
   void Continue(const ReportHead& head, const std::function<void(const ReportLine&)>& onRecord);
+  void AppendLine(const std::function<void()>& write);
   void Write(std::string_view bytes);
   void TakeOver(const RecordFile& rest);
   void Sync();
   [[noreturn]] void Fail() const;
-  [[noreturn]] void Refuse(std::string_view problem) const;
+  [[noreturn]] void Refuse(
+      std::string_view problem,
+      std::string_view advice = "Give the report another name, or --force to begin it anew") const;
 
   std::filesystem::path file_;
   ReportDetail detail_;
   int descriptor_ = -1;
   bool goesOn_ = false;
-  std::int64_t end_ = 0;  // of the last whole line
+  std::int64_t end_ = 0;  // of the last whole line, unless one is being written
+  bool isTorn_ = false;   // something may stand behind it
   std::chrono::steady_clock::time_point synced_;
 };
 
