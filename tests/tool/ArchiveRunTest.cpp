@@ -46,7 +46,7 @@ class ArchiveRunTest : public ToolTest {
             TROUBLE_LIBRARY, "upgrade",       Path("archive"),
             "--output-dir",  Path(results),   "--report",
             Path(report),    "--only",        "AsNamed,UpgradeJobForFromInputFile,UpgradeJobRestartData",
-            "--timeout",     "0.3",           "-j",
+            "--timeout",     kTimeout,        "-j",
             workers};
   }
 
@@ -79,6 +79,12 @@ class ArchiveRunTest : public ToolTest {
   }
 
   static constexpr int kSound = 30;
+  // Enough for what ends.
+#ifdef HVX_SANITIZED
+  static constexpr const char* kTimeout = "5";
+#else
+  static constexpr const char* kTimeout = "0.5";
+#endif
 };
 
 TEST_F(ArchiveRunTest, StoppedAndGoneOnWithItEndsAsInOneGo) {
