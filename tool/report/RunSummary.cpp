@@ -61,6 +61,11 @@ void RunSummary::Add(const std::string& file, const DocumentResult& result) {
   if (lines.size() < kListed) lines.push_back(LineOf(file, result));
 }
 
+bool RunSummary::NeedsPerson() const {
+  return first_.contains(Group::kUpgradedInNeed) || first_.contains(Group::kCurrentInNeed) ||
+         first_.contains(Group::kHeldBack);
+}
+
 std::string RunSummary::Verdict() const {
   const std::string done = dryRun_ ? "would be upgraded" : "upgraded";
   const std::pair<Group, std::string> words[] = {

@@ -24,6 +24,9 @@ class RunSummary {
   /// Whether some result was written.
   [[nodiscard]] bool Wrote() const { return wrote_; }
 
+  /// Whether something in a document that was gone through needs a person.
+  [[nodiscard]] bool NeedsPerson() const;
+
   /// "4 documents: 3 upgraded, 1 given up".
   [[nodiscard]] std::string Verdict() const;
   /// Which documents need a person or have no result, by what is wrong with them: the first twenty of each
