@@ -125,9 +125,9 @@ class UpgradeCommand {
       Say(summary_.ClosingList(arguments_.report));
     Say(summary_.Verdict() + (left == 0 ? "\n" : fmt::format("; {} left\n", left)));
     if (!summary_.NeedsPerson() || left != 0 || arguments_.dryRun) return;
-    std::string where = Printable(arguments_.outputDirectory);
+    std::string where = Word(arguments_.outputDirectory);
     if (where.empty())
-      where = arguments_.sources.given.size() == 1 ? Printable(arguments_.sources.given.front()) : "DOCUMENT";
+      where = arguments_.sources.given.size() == 1 ? Word(arguments_.sources.given.front()) : "DOCUMENT";
     Say(fmt::format("  Next: hvxupgrade check --verbose {} tells what each needs\n", where));
   }
 
