@@ -34,6 +34,7 @@ std::vector<std::string> DecidingArguments(const UpgradeArguments& arguments) {
   value("--until", arguments.until);
   if (arguments.language != "en") value("--language", arguments.language);
   if (arguments.shard) value("--shard", fmt::format("{}/{}", arguments.shard->number, arguments.shard->of));
+  texts.emplace_back("--");  // names may begin with a dash
   texts.insert(texts.end(), sources.given.begin(), sources.given.end());
   return texts;
 }

@@ -30,12 +30,15 @@ std::string Duration(double seconds) {
   return fmt::format("{} h {:02} min", whole / 3600, whole / 60 % 60);
 }
 
-// The first `width` characters, which may be wider than a column each: one is left free.
+// As much from the beginning as fits, with a column left free. Scripts of wide characters, and some others
+// with them, count two columns a character.
 std::string Fitted(const std::string& text, std::size_t width) {
   std::size_t columns = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool begins = (static_cast<unsigned char>(text[i]) & 0xC0U) != 0x80U;
-    if (begins && ++columns >= width) return text.substr(0, i);
+    const auto byte = static_cast<unsigned char>(text[i]);
+    const bool begins = (byte & 0xC0U) != 0x80U;
+    if (begins) columns += byte >= 0xE1U ? 2 : 1;
+    if (begins && columns >= width) return text.substr(0, i);
   }
   return text;
 }
