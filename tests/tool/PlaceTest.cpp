@@ -121,6 +121,20 @@ TEST_F(PlaceTest, TheNextRunRemovesWhatKilledOnesLeft) {
   EXPECT_EQ(Names(), fs::path(mine).filename().string() + " job.hvxdoc");
 }
 
+TEST_F(PlaceTest, LeftoversGoAlsoWhereTheDocumentIsGivenByItsNameAlone) {
+  static_cast<void>(Document("job.hvxdoc", kJobLines));
+  LeaveTemporary("job.hvxdoc", "half");
+  fs::create_directory(Path("apart"));
+  const fs::path before = fs::current_path();
+  fs::current_path(Path(""));
+  const Ended ended = Run({"upgrade", "job.hvxdoc", "--in-place", "--report", "apart/r.jsonl"});
+  fs::current_path(before);
+  EXPECT_EQ(ended.code, 0);
+  EXPECT_EQ(ended.err,
+            "removed 1 temporary file (4 bytes) that earlier runs, which were killed, left in .\n");
+  EXPECT_EQ(Names(), "apart job.hvxdoc");
+}
+
 TEST_F(PlaceTest, CleanListsAndRemovesLeftoversOfProcessesThatAreGone) {
   fs::create_directories(Path("top/sub"));
   fs::create_directory(Path("elsewhere"));

@@ -117,7 +117,7 @@ Destination Destinations::Of(std::size_t document) const {
 
 std::set<fs::path> Destinations::Folders() const {
   std::set<fs::path> folders;
-  std::string last;
+  std::optional<std::string> last;  // the documents of a folder mostly stand together
   for (std::size_t i = 0; i < documents_.size(); ++i) {
     const Destination destination = PlaceOf(i);
     if (!destination.file) continue;
