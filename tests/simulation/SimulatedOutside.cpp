@@ -75,9 +75,6 @@ Event SimulatedOutside::Wait(std::optional<Clock::time_point> until) {
       continue;
     }
     const Event::Kind kind = happening.event.kind;
-    if (kind == Event::Kind::kCommitting) At(happening.event.worker).isKnownToCommit = true;
-    if (kind == Event::Kind::kResult || kind == Event::Kind::kLastResult)
-      At(happening.event.worker).isKnownToCommit = false;
     mayKillCommits_ = mayKillCommits_ || (kind == Event::Kind::kInterrupt && wasAsked_);
     if (kind == Event::Kind::kTerminate && !terminated_) terminated_ = now_;
     wasAsked_ = wasAsked_ || kind == Event::Kind::kInterrupt || kind == Event::Kind::kTerminate;
@@ -88,7 +85,7 @@ Event SimulatedOutside::Wait(std::optional<Clock::time_point> until) {
 // What a worker does next, unless it comes to an end.
 void SimulatedOutside::Advance(WorkerNumber number) {
   const auto found = workers_.find(number);
-  if (found == workers_.end() || found->second.isGone || found->second.isHeld) return;
+  if (found == workers_.end() || found->second.isGone) return;
   Worker& worker = found->second;
   if (worker.end || Chance(troubles_.crash)) {
     End(number, worker.end.value_or(Chance(300) ? Event::End::kOutOfMemory : Event::End::kCrash));
@@ -111,13 +108,15 @@ void SimulatedOutside::Advance(WorkerNumber number) {
     case Step::kBegun:
       // What an earlier run put in place is found to be done.
       if (disk_.placed[worker.document] == 0) {
-        worker.step = Step::kCommitting;
-        Tell(number, Event::Kind::kCommitting, "placed");
+        worker.step = Step::kReady;
+        Tell(number, Event::Kind::kReady, "placed");
       } else {
         worker.step = Step::kPlaced;
       }
-      NextStep(number, Chance(50) ? seconds(3) : soon());
+      NextStep(number, soon());
       return;
+    case Step::kReady:
+      return;  // it waits
     case Step::kCommitting:
       worker.step = Step::kPlaced;
       ++disk_.placed[worker.document];
@@ -177,30 +176,26 @@ void SimulatedOutside::Dismiss(WorkerNumber number) {
 
 void SimulatedOutside::Ask(WorkerNumber number) {
   Worker& worker = At(number);
-  Require(!worker.isKnownToCommit, "a worker is asked to stop that puts its result in place");
-  if (worker.isDeaf || worker.step == Step::kCommitting) return;
+  Require(worker.step != Step::kCommitting, "a worker is asked to stop that puts its result in place");
+  if (worker.isDeaf || worker.step == Step::kReady) return;
   worker.end = Event::End::kStoppedOnRequest;
   NextStep(number, milliseconds(Number(400)));
 }
 
-void SimulatedOutside::Hold(WorkerNumber number) {
+void SimulatedOutside::Commit(WorkerNumber number) {
   Worker& worker = At(number);
+  Require(!worker.isKilled, "a worker that was killed is let commit");
   if (worker.isGone) return;
-  worker.isHeld = true;
-  Tell(number, Event::Kind::kHeld);
-}
-
-void SimulatedOutside::GoOn(WorkerNumber number) {
-  Worker& worker = At(number);
-  worker.isHeld = false;
-  if (!worker.isGone) NextStep(number, milliseconds(1));
+  Require(worker.step == Step::kReady, "a worker is let commit that did not ask");
+  worker.step = Step::kCommitting;
+  NextStep(number, Chance(50) ? seconds(3) : milliseconds(1 + Number(300)));
 }
 
 void SimulatedOutside::Kill(WorkerNumber number) {
   Worker& worker = At(number);
   if (worker.isGone) return;
   worker.isKilled = true;
-  Require(!worker.isKnownToCommit || mayKillCommits_ || terminated_,
+  Require(worker.step != Step::kCommitting || mayKillCommits_ || terminated_,
           "a worker is killed while it puts its result in place");
   End(number, Event::End::kCrash);
 }

@@ -50,8 +50,7 @@ class SimulatedOutside final : public tool::Outside {
   void Give(WorkerNumber worker, std::size_t document) override;
   void Dismiss(WorkerNumber worker) override;
   void Ask(WorkerNumber worker) override;
-  void Hold(WorkerNumber worker) override;
-  void GoOn(WorkerNumber worker) override;
+  void Commit(WorkerNumber worker) override;
   void Kill(WorkerNumber worker) override;
   void Forget(WorkerNumber worker) override;
   bool Close(std::size_t document, const WorkEnd& end) override;
@@ -61,17 +60,15 @@ class SimulatedOutside final : public tool::Outside {
   [[nodiscard]] const std::vector<std::string>& Breaches() const { return breaches_; }
 
  private:
-  enum class Step { kIdle, kGiven, kBegun, kCommitting, kPlaced, kDone };
+  enum class Step { kIdle, kGiven, kBegun, kReady, kCommitting, kPlaced, kDone };
   struct Worker {
     Step step = Step::kIdle;
     std::size_t document = 0;
     bool hangs = false;
     bool isDeaf = false;
-    bool isHeld = false;
     bool isGone = false;  // its end is on its way
     bool isDismissed = false;
     bool isKilled = false;
-    bool isKnownToCommit = false;                  // the supervisor has heard of it
     Clock::time_point told = {};                   // when the last news from it comes
     std::optional<Event::End> end = std::nullopt;  // it will come to this instead of its next step
   };

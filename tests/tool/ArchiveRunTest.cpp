@@ -1,6 +1,9 @@
 // One command on many documents: several workers, stopped and gone on with.
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
@@ -179,6 +182,25 @@ TEST_F(ArchiveRunTest, WithoutAReportTheSameCommandGoesOnToo) {
   EXPECT_EQ(Content(Path("new/Träger 2019/teil 4.hvxdoc")), "mine");
 }
 
+TEST_F(ArchiveRunTest, TheSystemIsHeardAlsoWhenNobodyReadsTheOutput) {
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  const int reader = open(Path("pipe").c_str(), O_RDWR | O_NONBLOCK);
+  while (write(reader, "full", 4) > 0) continue;
+  std::vector<std::string> command = Command("new", "r.jsonl", "2");
+  command.emplace_back("--verbose");
+  const pid_t program = Start(command, Path("pipe"));
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (!fs::exists(Path("new")) && std::chrono::steady_clock::now() < deadline)
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  kill(program, SIGTERM);
+  const auto asked = std::chrono::steady_clock::now();
+  EXPECT_EQ(Wait(program).code, 130);
+  EXPECT_LT(std::chrono::steady_clock::now() - asked, std::chrono::seconds(5));
+  EXPECT_TRUE(Content(Path("r.jsonl")).find(R"("exitCode":130,"left":)") != std::string::npos);
+  close(reader);
+}
+
 TEST_F(ArchiveRunTest, ShardsTogetherDoEachDocumentOnce) {
   fs::remove(Path("archive/looping.hvxdoc"));
   std::vector<std::string> merge = {"merge", "--report", Path("all.jsonl")};
@@ -202,6 +224,22 @@ TEST_F(ArchiveRunTest, ShardsTogetherDoEachDocumentOnce) {
       << missing.err;
   EXPECT_TRUE(missing.err.find("no shard did these documents: ") != std::string::npos) << missing.err;
   EXPECT_EQ(Run({"upgrade", Path("archive"), "--dry-run", "--shard", "4/3"}).code, 2);
+}
+
+TEST_F(ArchiveRunTest, MergeKnowsDocumentsWhoseNamesBeginWithADash) {
+  const fs::path before = fs::current_path();
+  fs::current_path(Path(""));
+  for (const char* const name : {"-a.hvxdoc", "--b.hvxdoc"}) static_cast<void>(Document(name, kJobLines));
+  std::vector<std::string> merge = {"merge", "--report", "all.jsonl"};
+  for (const char* const shard : {"1/2", "2/2"}) {
+    merge.push_back(fmt::format("r{}.jsonl", shard[0]));
+    static_cast<void>(Run({"upgrade", "--in-place", "--shard", shard, "--report", merge.back(), "--",
+                           "-a.hvxdoc", "--b.hvxdoc"}));
+  }
+  const Ended merged = Run(merge);
+  fs::current_path(before);
+  EXPECT_EQ(merged.code, 0) << merged.err;
+  EXPECT_TRUE(merged.out.find("2 documents: 2 upgraded") != std::string::npos) << merged.out;
 }
 
 }  // namespace

@@ -119,8 +119,10 @@ TEST_F(ArchiveTest, StatusCountsAndLists) {
             "  broken                          2   --list broken\n");
   EXPECT_EQ(StatusOf({Path("archive"), "--list", "pending"}).out,
             Path("archive/old 1.hvxdoc") + "\n" + Path("archive/old 2.hvxdoc") + "\n");
-  EXPECT_EQ(StatusOf({Path("archive"), "--list", "broken", "-0"}).out,
-            Path("archive/sub/broken.hvxdoc") + '\0' + Path("archive/sub/empty.hvxdoc") + '\0');
+  const Ended broken = StatusOf({Path("archive"), "--list", "broken", "-0"});
+  EXPECT_EQ(broken.out, Path("archive/sub/broken.hvxdoc") + '\0' + Path("archive/sub/empty.hvxdoc") + '\0');
+  EXPECT_TRUE(broken.err.find(Path("archive/sub/empty.hvxdoc") + ": the file is empty") != std::string::npos)
+      << broken.err;
   EXPECT_EQ(StatusOf({Path("archive/sub"), "--exclude", "[be]*", "--check"}).code, 4);
 }
 

@@ -38,7 +38,7 @@ ArchiveCheck::ArchiveCheck(const CheckArguments& arguments, const standalone::Ve
       documents_(documents),
       entries_(arguments.json ? documents.size() : 0),
       progress_(KindOf(arguments, documents.size())),
-      processes_({.work = [this](std::size_t document, const AnnounceCommit&) { return Work(document); },
+      processes_({.work = [this](std::size_t document, const RequestCommit&) { return Work(document); },
                   .prepare = [] {},
                   .onStart = [](WorkerNumber) {},
                   .onForget = [](WorkerNumber) {},

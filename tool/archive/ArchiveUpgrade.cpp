@@ -74,7 +74,7 @@ ArchiveUpgrade::ArchiveUpgrade(const ArchiveTask& task, RunSummary& summary)
       isSingle_(task.documents.size() == 1),
       progress_(isSingle_ ? RunProgress::Kind::kNone : KindOf(task.arguments)),
       processes_({.work = [this](std::size_t document,
-                                 const AnnounceCommit& announce) { return Work(document, announce); },
+                                 const RequestCommit& announce) { return Work(document, announce); },
                   .prepare = [this] { PrepareWorker(); },
                   .onStart = [this](WorkerNumber worker) { records_[worker] = std::move(ownRecord_); },
                   .onForget = [this](WorkerNumber worker) { records_.erase(worker); },
@@ -102,7 +102,7 @@ void ArchiveUpgrade::PrepareWorker() {
   if (task_.report != nullptr) ownRecord_ = task_.report->MakeRecordFile();
 }
 
-std::string ArchiveUpgrade::Work(std::size_t document, const AnnounceCommit& announceCommit) {
+std::string ArchiveUpgrade::Work(std::size_t document, const RequestCommit& requestCommit) {
   records_.clear();  // which are other workers'
   const UpgradeArguments& arguments = task_.arguments;
   const bool isRunOfMany = !isSingle_ || task_.isSearched;
@@ -125,7 +125,7 @@ std::string ArchiveUpgrade::Work(std::size_t document, const AnnounceCommit& ann
       .record = ownRecord_.get(),
       .trace = task_.trace};
   ResetPeakMemory();
-  DocumentResult result = UpgradeDocument(task, announceCommit);
+  DocumentResult result = UpgradeDocument(task, requestCommit);
   result.peakMemory = PeakMemory();
   return Pack(result);
 }
@@ -161,7 +161,7 @@ DocumentResult ArchiveUpgrade::ResultOf(std::size_t document, const WorkEnd& end
     return ResultOfEnd(input, end);
   Complain(
       fmt::format("{}: the process ended ({}) when the result was in place, whole", input, CauseOf(end)));
-  return Unpack(end.announced);
+  return Unpack(end.ready);
 }
 
 bool ArchiveUpgrade::AddToReport(std::size_t document, const WorkEnd& end, const AtWork& before,

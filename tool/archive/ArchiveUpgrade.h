@@ -53,7 +53,7 @@ class ArchiveUpgrade {
     Clock::time_point begun;
   };
 
-  [[nodiscard]] std::string Work(std::size_t document, const AnnounceCommit& announceCommit);
+  [[nodiscard]] std::string Work(std::size_t document, const RequestCommit& requestCommit);
   void PrepareWorker();
   void NoteGiven(std::size_t document);
   bool Close(std::size_t document, const WorkEnd& end);

@@ -28,8 +28,8 @@ struct WorkEnd {
   Kind kind = Kind::kCrashed;
   std::string result;
   std::string cause;
-  bool committing = false;  ///< It had announced its commit, so that its output may be in place.
-  std::string announced;    ///< What it said then.
+  bool committing = false;  ///< It had been let commit, so that its output may be in place.
+  std::string ready;        ///< The result that it had asked to commit.
   WorkerNumber worker = 0;
   std::optional<Clock::duration> limit;  ///< The time that it had.
 };
@@ -39,10 +39,9 @@ struct Event {
   enum class Kind {
     kNothing,     ///< The time is up.
     kBegun,       ///< The worker has begun its document.
-    kCommitting,  ///< All that is left is to put the output in place; `bytes` is the result if that succeeds.
+    kReady,       ///< The worker waits for `Outside::Commit`; `bytes` is the result if that succeeds.
     kResult,      ///< The worker has done its document; `bytes` is the result.
     kLastResult,  ///< The same, and the worker takes no other: it has grown.
-    kHeld,        ///< The worker stands still (`Outside::Hold`); all that it said before has been told.
     kEnded,       ///< The process is gone; `end` and `bytes` (the cause of a crash) tell how.
     kInterrupt,   ///< The user asks to stop, once more each time.
     kTerminate,   ///< The system asks to stop, and will soon end this process itself.
@@ -73,10 +72,9 @@ class Outside {
   virtual void Dismiss(WorkerNumber worker) = 0;
   /// Asks the worker to stop soon; it may not notice.
   virtual void Ask(WorkerNumber worker) = 0;
-  /// Stops the worker where it is; `kHeld` or `kEnded` follows. What it has not said by then, it has not
-  /// begun.
-  virtual void Hold(WorkerNumber worker) = 0;
-  virtual void GoOn(WorkerNumber worker) = 0;
+  /// Lets a worker that is ready put its output in place.
+  virtual void Commit(WorkerNumber worker) = 0;
+  /// `kEnded` follows. What the worker was not let commit is not in place, and never will be.
   virtual void Kill(WorkerNumber worker) = 0;
   /// The worker's end was told, and nothing will be asked of it any more.
   virtual void Forget(WorkerNumber worker) = 0;

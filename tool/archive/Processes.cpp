@@ -26,12 +26,10 @@ namespace {
 constexpr std::chrono::milliseconds kBetweenTicks{200};
 constexpr timespec kWithoutPolling{.tv_sec = 0, .tv_nsec = 20'000'000};
 
-pid_t Await(pid_t process, int& status, int options) {
-  pid_t got = 0;
-  do {
-    got = waitpid(process, &status, options);
-  } while (got < 0 && errno == EINTR);
-  return got;
+int Await(pid_t process) {
+  int status = 0;
+  while (waitpid(process, &status, 0) < 0 && errno == EINTR) continue;
+  return status;
 }
 
 Event EndOf(WorkerNumber number, int status) {
@@ -58,13 +56,10 @@ Processes::Processes(Hooks hooks) : hooks_(std::move(hooks)) {
 
 Processes::~Processes() {
   for (auto& [number, worker] : workers_) {
-    if (!worker.gone) kill(worker.process, SIGTERM);
-    if (!worker.gone) kill(worker.process, SIGCONT);  // or one that is held would not notice
+    kill(worker.process, SIGTERM);
     close(worker.socket);
   }
-  for (auto& [number, worker] : workers_) {
-    if (!worker.gone) Await(worker.process, worker.status, 0);
-  }
+  for (const auto& [number, worker] : workers_) Await(worker.process);
 }
 
 Event Processes::Wait(std::optional<Clock::time_point> until) {
@@ -134,20 +129,18 @@ void Processes::TakeMessages(WorkerNumber number, Worker& worker) {
   char kind = 0;
   Event event{.kind = Event::Kind::kNothing, .worker = number, .bytes = {}};
   while (TakeMessage(worker.received, kind, event.bytes)) {
-    event.kind = kind == kBegunMessage        ? Event::Kind::kBegun
-                 : kind == kCommittingMessage ? Event::Kind::kCommitting
-                 : kind == kResultMessage     ? Event::Kind::kResult
-                                              : Event::Kind::kLastResult;
+    event.kind = kind == kBegunMessage    ? Event::Kind::kBegun
+                 : kind == kReadyMessage  ? Event::Kind::kReady
+                 : kind == kResultMessage ? Event::Kind::kResult
+                                          : Event::Kind::kLastResult;
     news_.push_back(std::move(event));
     event = {.kind = Event::Kind::kNothing, .worker = number, .bytes = {}};
   }
 }
 
 void Processes::Bury(Workers::iterator worker) {
-  Worker& dead = worker->second;
-  close(dead.socket);
-  if (!dead.gone) Await(dead.process, dead.status, 0);
-  Event end = EndOf(worker->first, dead.status);
+  close(worker->second.socket);
+  Event end = EndOf(worker->first, Await(worker->second.process));
   startFailure_ = "its worker ended too early";
   if (!end.bytes.empty()) startFailure_ += fmt::format(" ({})", end.bytes);
   news_.push_back(std::move(end));
@@ -190,8 +183,7 @@ std::optional<WorkerNumber> Processes::Start() {
     workers_.emplace(number, Worker{.process = process, .socket = ends[0], .received = {}});
   } catch (...) {
     close(ends[0]);  // at which it ends
-    int status = 0;
-    Await(process, status, 0);
+    Await(process);
     throw;
   }
   hooks_.onStart(number);
@@ -201,10 +193,17 @@ std::optional<WorkerNumber> Processes::Start() {
 void Processes::Give(WorkerNumber worker, std::size_t document) {
   hooks_.onGive(document);
   const std::uint64_t number = document;
-  const auto found = workers_.find(worker);  // its end may be among the news
+  Send(worker, &number, sizeof number);
+}
+
+void Processes::Commit(WorkerNumber worker) {
+  Send(worker, &kCommitReply, sizeof kCommitReply);
+}
+
+void Processes::Send(WorkerNumber number, const void* bytes, std::size_t size) {
+  const auto found = workers_.find(number);  // its end may be among the news
   if (found == workers_.end()) return;
-  // One that does not get it would wait for ever.
-  if (send(found->second.socket, &number, sizeof number, MSG_NOSIGNAL) != sizeof number) Kill(worker);
+  if (send(found->second.socket, bytes, size, MSG_NOSIGNAL) != static_cast<ssize_t>(size)) Kill(number);
 }
 
 void Processes::Dismiss(WorkerNumber worker) {
@@ -214,28 +213,12 @@ void Processes::Dismiss(WorkerNumber worker) {
 
 void Processes::Ask(WorkerNumber worker) {
   const auto found = workers_.find(worker);
-  if (found != workers_.end() && !found->second.gone) kill(found->second.process, SIGTERM);
-}
-
-void Processes::Hold(WorkerNumber worker) {
-  const auto found = workers_.find(worker);
-  if (found == workers_.end() || found->second.gone) return;
-  Worker& held = found->second;
-  kill(held.process, SIGSTOP);
-  const bool isTold = Await(held.process, held.status, WUNTRACED) == held.process;
-  held.gone = isTold && !WIFSTOPPED(held.status);
-  Receive(worker, held);
-  if (workers_.contains(worker)) news_.push_back({.kind = Event::Kind::kHeld, .worker = worker, .bytes = {}});
-}
-
-void Processes::GoOn(WorkerNumber worker) {
-  const auto found = workers_.find(worker);
-  if (found != workers_.end() && !found->second.gone) kill(found->second.process, SIGCONT);
+  if (found != workers_.end()) kill(found->second.process, SIGTERM);
 }
 
 void Processes::Kill(WorkerNumber worker) {
   const auto found = workers_.find(worker);
-  if (found != workers_.end() && !found->second.gone) kill(found->second.process, SIGKILL);
+  if (found != workers_.end()) kill(found->second.process, SIGKILL);
 }
 
 }  // namespace tool

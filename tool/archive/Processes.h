@@ -6,13 +6,13 @@
 #include <vector>
 
 #include "archive/Outside.h"
-#include "document/AnnounceCommit.h"
+#include "document/RequestCommit.h"
 
 namespace tool {
 
 /// The work on one document, in a worker process. Exceptions other than `Interrupted` and lack of memory end
 /// the process, as a crash does.
-using Work = std::function<std::string(std::size_t document, const AnnounceCommit& announceCommit)>;
+using Work = std::function<std::string(std::size_t document, const RequestCommit& requestCommit)>;
 
 /// The outside as it is: processes of this program, and the signals that it gets. There is one at a time, in
 /// a single-threaded process, after `Interruption::HoldBack`.
@@ -44,8 +44,7 @@ class Processes final : public Outside {
   void Give(WorkerNumber worker, std::size_t document) override;
   void Dismiss(WorkerNumber worker) override;
   void Ask(WorkerNumber worker) override;
-  void Hold(WorkerNumber worker) override;
-  void GoOn(WorkerNumber worker) override;
+  void Commit(WorkerNumber worker) override;
   void Kill(WorkerNumber worker) override;
   void Forget(WorkerNumber worker) override { hooks_.onForget(worker); }
   bool Close(std::size_t document, const WorkEnd& end) override { return hooks_.close(document, end); }
@@ -62,13 +61,13 @@ class Processes final : public Outside {
     pid_t process;
     int socket;
     std::string received;
-    bool gone = false;  // reaped, with this status
-    int status = 0;
   };
   using Workers = std::map<WorkerNumber, Worker>;
   // A process number comes back in a long run.
   static constexpr std::uint64_t kProcessBits = 0xFFFFFFFF;
 
+  // One that does not get it would wait for ever, and is killed.
+  void Send(WorkerNumber number, const void* bytes, std::size_t size);
   void TakeSignals();
   void Poll(std::optional<Clock::time_point> until);
   void Receive(WorkerNumber number, Worker& worker);

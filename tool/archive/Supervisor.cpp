@@ -99,10 +99,12 @@ void Supervisor::Handle(const Event& event) {
       if (slot.document && loads_[*slot.document].timeLimit && !slot.asked)
         slot.deadline = outside_.Now() + *loads_[*slot.document].timeLimit;
       break;
-    case Event::Kind::kCommitting:
+    case Event::Kind::kReady:
+      if (slot.killed) break;
       slot.committing = true;
-      slot.announced = event.bytes;
+      slot.ready = event.bytes;
       if (!slot.asked) slot.deadline.reset();
+      outside_.Commit(event.worker);
       break;
     case Event::Kind::kResult:
     case Event::Kind::kLastResult: {
@@ -116,9 +118,6 @@ void Supervisor::Handle(const Event& event) {
       if (isLast) outside_.Dismiss(event.worker);
       break;
     }
-    case Event::Kind::kHeld:
-      slot.committing ? outside_.GoOn(event.worker) : outside_.Kill(event.worker);
-      break;
     case Event::Kind::kEnded:
       HandleEnd(worker, event);
       break;
@@ -154,7 +153,7 @@ void Supervisor::CloseDocument(Slots::iterator worker, WorkEnd end) {
   const std::size_t document = *slot.document;
   end.worker = worker->first;
   end.committing = slot.committing;
-  end.announced = slot.announced;
+  end.ready = slot.ready;
   end.limit = loads_[document].timeLimit;
   memoryInUse_ -= loads_[document].memory;
   const bool isInterrupted = end.kind == WorkEnd::Kind::kInterrupted;
@@ -172,9 +171,9 @@ void Supervisor::MeetDeadlines() {
     if (!slot.deadline || now < *slot.deadline) continue;
     slot.deadline.reset();
     if (!slot.document) {
-      outside_.Kill(number);  // dismissed, and has nothing to lose
+      Kill(number, slot);  // dismissed, and has nothing to lose
     } else if (slot.asked) {
-      if (!slot.committing) outside_.Hold(number);
+      if (!slot.committing) Kill(number, slot);
     } else {
       AskToStop(number, slot, WorkEnd::Kind::kTimedOut);
     }
@@ -195,10 +194,15 @@ void Supervisor::Stop(RunEnd why) {
   }
 }
 
+void Supervisor::Kill(WorkerNumber number, Slot& slot) {
+  slot.killed = true;
+  outside_.Kill(number);
+}
+
 void Supervisor::KillAll() {
   for (auto& [number, slot] : workers_) {
     slot.asked = slot.asked.value_or(WorkEnd::Kind::kInterrupted);
-    outside_.Kill(number);
+    Kill(number, slot);
   }
 }
 

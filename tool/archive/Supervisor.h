@@ -30,8 +30,8 @@ enum class RunEnd {
 /// document that it is at, and nothing else; another worker takes over.
 ///
 /// A worker that takes too long, or is at work when the run is to stop, is asked to stop, gets a moment for
-/// it, and is killed. Only when it has announced its commit is it let finish, so that its output is there
-/// whole or not at all: unless the user asks a second time or the system presses.
+/// it, and is killed. A worker puts its output in place only when it is let, and then it is let finish:
+/// unless the user asks a second time or the system presses.
 ///
 /// Nothing is done twice, and nothing is forgotten: each document is closed once, except those that were left
 /// because the run ended early. It touches the world through `Outside` alone, and is the same with the same
@@ -54,10 +54,11 @@ class Supervisor {
     std::optional<std::size_t> document = std::nullopt;
     bool begun = false;
     bool committing = false;
-    std::string announced = {};
+    std::string ready = {};                                    // the result that it asked to commit
     std::optional<Clock::time_point> deadline = std::nullopt;  // of the next step against it
     std::optional<WorkEnd::Kind> asked = std::nullopt;         // why it was asked to stop
     bool dismissed = false;
+    bool killed = false;  // its end is on its way
   };
   using Slots = std::map<WorkerNumber, Slot>;
   struct LargestFirst {
@@ -79,6 +80,7 @@ class Supervisor {
   void MeetDeadlines();
   void AskToStop(WorkerNumber number, Slot& slot, WorkEnd::Kind why);
   void Stop(RunEnd why);
+  void Kill(WorkerNumber number, Slot& slot);
   void KillAll();
   [[nodiscard]] bool IsStopping() const { return end_ != RunEnd::kDone; }
 

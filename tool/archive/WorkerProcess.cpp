@@ -52,12 +52,11 @@ void Send(int socket, char kind, std::string_view content) {
   }
 }
 
-// False when there is none to come.
-bool ReceiveDocument(int socket, std::uint64_t& document) {
-  std::size_t got = 0;
-  while (got < sizeof document) {
-    Interruption::StopIfRequested();
-    const ssize_t read = ::read(socket, reinterpret_cast<char*>(&document) + got, sizeof document - got);
+// False when there is nothing to come any more.
+bool Receive(int socket, void* bytes, std::size_t size, bool mayStop) {
+  for (std::size_t got = 0; got < size;) {
+    if (mayStop) Interruption::StopIfRequested();
+    const ssize_t read = ::read(socket, static_cast<char*>(bytes) + got, size - got);
     if (read < 0 && errno == EINTR) continue;
     if (read <= 0) return false;
     got += static_cast<std::size_t>(read);
@@ -65,14 +64,21 @@ bool ReceiveDocument(int socket, std::uint64_t& document) {
   return true;
 }
 
+// A request to stop is the supervisor's business here: it answers, or ends this process.
+void AwaitCommit(int socket) {
+  char reply = 0;
+  if (!Receive(socket, &reply, sizeof reply, false)) throw Interrupted();
+  Interruption::GoOnToTheEnd();
+}
+
 void WorkOn(const Work& work, int socket) {
   const std::size_t before = OwnMemory();
   std::uint64_t document = 0;
-  while (ReceiveDocument(socket, document)) {
+  while (Receive(socket, &document, sizeof document, true)) {
     Send(socket, kBegunMessage, {});
-    const std::string result = work(document, [socket](const std::string& announced) {
-      Interruption::GoOnToTheEnd();
-      Send(socket, kCommittingMessage, announced);
+    const std::string result = work(document, [socket](const std::string& ready) {
+      Send(socket, kReadyMessage, ready);
+      AwaitCommit(socket);
     });
     FlushAll();
     if (OwnMemory() > before + kMostGrowth) malloc_trim(0);

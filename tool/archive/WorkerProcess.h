@@ -9,15 +9,17 @@
 #include "archive/Processes.h"
 
 /// \file
-/// A worker's side of the socket between it and the supervisor. The supervisor sends the numbers of
-/// documents. The worker answers in messages: a byte for the kind, the size of what follows, and that.
+/// A worker's side of the socket between it and the supervisor. The supervisor sends the number of a
+/// document, and a byte when the worker may put its output in place. The worker answers in messages: a byte
+/// for the kind, the size of what follows, and that.
 
 namespace tool {
 
 inline constexpr char kBegunMessage = 'B';
-inline constexpr char kCommittingMessage = 'C';
+inline constexpr char kReadyMessage = 'W';  // waits for kCommitReply
 inline constexpr char kResultMessage = 'R';
 inline constexpr char kLastResultMessage = 'L';
+inline constexpr char kCommitReply = 'C';
 
 // How a worker ends that could not say so itself.
 inline constexpr int kStoppedOnRequestStatus = 75;

@@ -184,6 +184,7 @@ class TotalsView final : public View {
   std::uint64_t features_ = 0;
 };
 
+// The names alone go to standard output, where a program can read them; why, to standard error.
 class NamesView final : public View {
  public:
   // With `endsWithNul` names are printed as they are, for programs; else as people can see them.
@@ -191,6 +192,7 @@ class NamesView final : public View {
   void Add(const Status& status) override {
     if (WordsOf(status.state).name != state_) return;
     Say(endsWithNul_ ? status.file + '\0' : Printable(status.file) + '\n');
+    if (status.error) Complain(status.error->what());
   }
 
  private:

@@ -36,8 +36,8 @@ using standalone::VersionManager;
 
 class DocumentUpgrade {
  public:
-  DocumentUpgrade(const UpgradeTask& task, const AnnounceCommit& announceCommit)
-      : task_(task), announceCommit_(announceCommit), progress_(Printable(task.input), !task.quiet) {}
+  DocumentUpgrade(const UpgradeTask& task, const RequestCommit& requestCommit)
+      : task_(task), requestCommit_(requestCommit), progress_(Printable(task.input), !task.quiet) {}
 
   DocumentResult Run() {
     if (task_.record != nullptr) task_.record->Begin();
@@ -141,7 +141,7 @@ class DocumentUpgrade {
     result_.summary = SummaryWithoutRun(
         {task_.input, result_.verdict, attention, task_.destination, isThere, task_.dryRun});
     if (task_.dryRun || task_.destination.inPlace || isThere || task_.destination.IsNone()) return;
-    announceCommit_(Pack(result_));
+    requestCommit_(Pack(result_));
     Interruption::StopIfRequested();
     task_.destination.MakeFolder();
     standalone::WriteOptions options = Options();
@@ -210,7 +210,7 @@ class DocumentUpgrade {
     options.onProgress = [this, tell = Telling("writing")](std::size_t written, std::size_t total) {
       if (written == total) {
         if (task_.record != nullptr) result_.resultSha256 = writtenDigest_.Sha256Text();
-        announceCommit_(Pack(result_));
+        requestCommit_(Pack(result_));
       }
       tell(written, total);
     };
@@ -286,7 +286,7 @@ class DocumentUpgrade {
   }
 
   const UpgradeTask& task_;
-  const AnnounceCommit& announceCommit_;
+  const RequestCommit& requestCommit_;
   Progress progress_;
   DocumentResult result_;
   bool replacesInput_ = false;
@@ -318,7 +318,7 @@ Verdict VerdictOf(DocumentError::Kind kind) {
 
 }  // namespace
 
-DocumentResult UpgradeDocument(const UpgradeTask& task, const AnnounceCommit& announceCommit) {
+DocumentResult UpgradeDocument(const UpgradeTask& task, const RequestCommit& requestCommit) {
   const auto aborted = [&task](std::string_view why) {
     return WithoutResult(
         Verdict::kAborted,
@@ -326,7 +326,7 @@ DocumentResult UpgradeDocument(const UpgradeTask& task, const AnnounceCommit& an
   };
   try {
     LimitMemory(task.limits);
-    return DocumentUpgrade(task, announceCommit).Run();
+    return DocumentUpgrade(task, requestCommit).Run();
   } catch (const Interrupted&) {
     throw;
   } catch (const standalone::ChangedMeanwhile& changed) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/AnnounceCommit.h"
+#include "document/RequestCommit.h"
 #include "document/Selection.h"
 #include "document/Trace.h"
 #include "record/Destination.h"
@@ -35,6 +35,6 @@ struct UpgradeTask {
 /// Reads the document, runs the selected upgrades, verifies the result, adds to the record, and puts the
 /// result in place, announcing this right before. Whatever goes wrong is told by the result, and the files
 /// are then as they were; throws `Interrupted` only.
-[[nodiscard]] DocumentResult UpgradeDocument(const UpgradeTask& task, const AnnounceCommit& announceCommit);
+[[nodiscard]] DocumentResult UpgradeDocument(const UpgradeTask& task, const RequestCommit& requestCommit);
 
 }  // namespace tool

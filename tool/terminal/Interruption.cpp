@@ -12,6 +12,7 @@ volatile std::sig_atomic_t requested = 0;
 volatile std::sig_atomic_t requests = 0;
 volatile std::sig_atomic_t terminated = 0;
 sigset_t whileWaiting;
+bool isHeldBack = false;
 
 volatile std::sig_atomic_t graceSeconds = 0;  // 0 for as long as it takes
 
@@ -41,6 +42,11 @@ void Interruption::HoldBack() {
     sigaction(signal, &action, nullptr);
   }
   sigprocmask(SIG_BLOCK, &held, &whileWaiting);
+  isHeldBack = true;
+}
+
+bool Interruption::IsHeldBack() {
+  return isHeldBack;
 }
 
 const sigset_t& Interruption::WhileWaiting() {
@@ -49,6 +55,7 @@ const sigset_t& Interruption::WhileWaiting() {
 
 void Interruption::LetIn() {
   requested = 0;
+  isHeldBack = false;
   graceSeconds = kGraceSeconds;
   struct sigaction action {};
   action.sa_handler = &Note;

@@ -19,6 +19,8 @@ class Interruption {
   /// From now on SIGINT, SIGTERM and SIGHUP, as far as they were not ignored, only make `Requested` true.
   /// They are let in only within calls that take `WhileWaiting` as their signal mask.
   static void HoldBack();
+  /// Whether that was called, in this process.
+  [[nodiscard]] static bool IsHeldBack();
   [[nodiscard]] static const sigset_t& WhileWaiting();
 
   /// In a fresh child process: lets the signals in at any time, and forgets those that the parent got. From

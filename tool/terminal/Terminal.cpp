@@ -1,6 +1,8 @@
 #include "terminal/Terminal.h"
 
 #include <fmt/format.h>
+#include <limits.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -8,6 +10,7 @@
 #include <cstdlib>
 
 #include "file/JsonText.h"
+#include "terminal/Interruption.h"
 #include "terminal/VisibleText.h"
 
 namespace tool {
@@ -19,6 +22,32 @@ bool isOutputKept = false;
 bool ColoursOn(std::FILE* stream) {
   const char* const refused = std::getenv("NO_COLOR");
   return (refused == nullptr || *refused == '\0') && isatty(fileno(stream)) != 0;
+}
+
+void PutPiece(std::FILE* stream, std::string_view piece) {
+  errno = 0;
+  const bool isWhole = std::fwrite(piece.data(), 1, piece.size(), stream) == piece.size();
+  if (!isWhole && stream == stdout && outputError == 0) outputError = errno;
+}
+
+// Waits until the stream takes PIPE_BUF bytes at once. False when a stop was requested and nobody reads:
+// the user may still do so, but the system has no time.
+bool HasRoom(std::FILE* stream) {
+  constexpr timespec kPatience{.tv_sec = 1, .tv_nsec = 0};
+  constexpr timespec kNone{};
+  static bool isLost = false;  // one second in all, or a long list would take as many as it has pieces
+  pollfd output{fileno(stream), POLLOUT, 0};
+  for (;;) {
+    const bool isLast = Interruption::Requested();
+    const timespec* const patience = !isLast                                   ? nullptr
+                                     : Interruption::IsTermination() || isLost ? &kNone
+                                                                               : &kPatience;
+    const int ready = ppoll(&output, 1, patience, &Interruption::WhileWaiting());
+    if (ready > 0 || (ready < 0 && errno != EINTR)) return true;
+    if (ready < 0) continue;
+    isLost = true;
+    return false;
+  }
 }
 
 }  // namespace
@@ -64,9 +93,15 @@ std::string Count(std::size_t count, std::string_view noun) {
 }
 
 void Put(std::FILE* stream, std::string_view text) {
-  errno = 0;
-  const bool isWhole = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
-  if (!isWhole && stream == stdout && outputError == 0) outputError = errno;
+  if (!Interruption::IsHeldBack()) {
+    PutPiece(stream, text);
+    return;
+  }
+  while (!text.empty() && HasRoom(stream)) {
+    PutPiece(stream, text.substr(0, PIPE_BUF));
+    text.remove_prefix(std::min<std::size_t>(text.size(), PIPE_BUF));
+    if (stream == stdout) FlushOutput();
+  }
 }
 
 void Say(std::string_view text) {

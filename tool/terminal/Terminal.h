@@ -28,7 +28,8 @@ enum class Colour { kGreen, kYellow, kRed };
 [[nodiscard]] std::string Count(std::size_t count, std::string_view noun);
 
 /// Writes `text` to the stream. Where that fails nothing happens: messages that nobody can read end no work,
-/// and of standard output it is found, and told, when the program ends.
+/// and of standard output it is found, and told, when the program ends. While signals are held back, they are
+/// noticed also when nobody takes the text; once a stop was requested, what finds no reader is left out.
 void Put(std::FILE* stream, std::string_view text);
 /// To standard output, unless that is kept.
 void Say(std::string_view text);
