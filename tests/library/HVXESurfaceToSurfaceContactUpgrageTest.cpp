@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "analysis/VLMISamAnalysisSupport.h"
 #include "support/References.h"
 #include "support/UpgradeFixture.h"
@@ -301,6 +303,23 @@ TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, FailedToleranceStepEndsBeforeName
   EXPECT_EQ(Calls("HVXIFactoryExtForPropagation").size(), 0U);
   EXPECT_EQ(Calls("HVXUpgradeManager").size(), 0U);
   EXPECT_EQ(Calls("VLMIAlias::SetExternalName").size(), 1U);
+
+  // The step looks for the document once more, behind the settings.
+  GivenContact({});
+  standalone::CheckpointPlan plan = Recording();
+  EXPECT_EQ(UpgradeUnder(plan, 20, {kIdentifier}), S_OK);
+  const std::vector<standalone::HostCall>& calls = standalone::Checkpoint::Recorded();
+  const auto look = std::ranges::adjacent_find(
+      calls, [](const standalone::HostCall& one, const standalone::HostCall& next) {
+        return one.operation == "HVXAnalysisDocUtils::GetDocument" &&
+               next.operation == "HVXAnalysisDocUtils::GetAnalysisModel";
+      });
+  ASSERT_NE(look, calls.end());
+  plan.failNth = look - calls.begin() + 1;
+  GivenContact({});
+  EXPECT_EQ(UpgradeUnder(plan, 20, {kIdentifier}), S_OK);
+  EXPECT_EQ(Calls("HVXIFactoryExtForPropagation").size(), 0U);
+  EXPECT_EQ(Calls("HVXUpgradeManager").size(), 0U);
 }
 
 TEST_F(HVXESurfaceToSurfaceContactUpgrageTest,
