@@ -23,6 +23,11 @@ const HVXUpgradeLibrary& Library() {
   return library.Description();
 }
 
+// What is measured must have done its work.
+void Require(benchmark::State& state, bool holds, const char* otherwise) {
+  if (!holds) state.SkipWithError(otherwise);
+}
+
 VLMListValVLMUnicodeString AllIdentifiersBut(std::string_view left) {
   VLMListValVLMUnicodeString identifiers;
   for (const VLMUnicodeString& identifier : Library().identifiers) {
@@ -39,10 +44,12 @@ void DispatchWithoutMatch(benchmark::State& state) {
   Feature& feature = *document->Create(LateType::Of("HVXRiksStepLT"), "Step", nullptr, nullptr);
   VLMListValVLMUnicodeString identifiers = AllIdentifiersBut("AddConnectionContainer");
   identifiers.Append("UpgradeOfNobody");
+  HRESULT result = S_OK;
   for (auto _ : state) {
     const HVXIUpgrade_var spUpgrade = HandleOn<HVXIUpgrade>(&feature);
-    benchmark::DoNotOptimize(spUpgrade->Upgrade(identifiers));
+    benchmark::DoNotOptimize(result = spUpgrade->Upgrade(identifiers));
   }
+  Require(state, result == S_OK && document->Touched().size() == 1, "something was upgraded");
 }
 BENCHMARK(DispatchWithoutMatch);
 
@@ -54,6 +61,7 @@ void Cast(benchmark::State& state) {
   for (auto _ : state) {
     const VLMISpecObject_var spCast{VLMBaseUnknown_var(spObject)};
     benchmark::DoNotOptimize(spCast.Get());
+    if (spCast == NULL_var) state.SkipWithError("the cast gives nothing");
   }
 }
 BENCHMARK(Cast);
@@ -78,12 +86,23 @@ void ResetMesh(benchmark::State& state) {
   for (auto _ : state) {
     state.PauseTiming();
     const DocumentPtr document = ReadLines(fmt::format(
-        R"({{"id":1,"type":"MSHMeshSet"}}
-{{"id":2,"type":"MSHMeshPart","father":{{"ref":1}},"attributes":{{"NodeCount":{0},"NodeUserNumbers":[1,{0}]}}}}
+        R"({{"id":1,"type":"AnalysisModel","attributes":{{"ExplicitModel":true}}}}
+{{"id":2,"type":"MSHMeshSet"}}
+{{"id":3,"type":"MSHMeshPart","father":{{"ref":2}},"attributes":{{"NodeCount":{0},"NodeUserNumbers":[1,{0}]}}}}
 )",
         count));
     state.ResumeTiming();
-    benchmark::DoNotOptimize(HandleOn<HVXIUpgrade>(document->Find(1))->Upgrade(identifiers));
+    HRESULT result = E_FAIL;
+    benchmark::DoNotOptimize(result = HandleOn<HVXIUpgrade>(document->Find(2))->Upgrade(identifiers));
+    state.PauseTiming();
+    document->DropAllDeadLinks();
+    const Value numbers =
+        document->FindAttribute(*document->Find(3), NameTable::Intern("NodeUserNumbers"))->value;
+    Require(
+        state,
+        result == S_OK && numbers.Entries()[0].AsInteger() == 0 && numbers.Entries()[1].AsInteger() == count,
+        "the numbers were not reset");
+    state.ResumeTiming();
   }
   state.counters["per node"] =
       benchmark::Counter(static_cast<double>(count),
@@ -106,7 +125,10 @@ void ReplaceProperties(benchmark::State& state) {
     for (Feature* each = document->First(); each != nullptr; each = each->next)
       features.Append(HandleOn<VLMISpecObject>(each));
     state.ResumeTiming();
-    benchmark::DoNotOptimize(Library().documentUpgrades[0].upgrade(identifiers, features));
+    HRESULT result = E_FAIL;
+    benchmark::DoNotOptimize(result = Library().documentUpgrades[0].upgrade(identifiers, features));
+    Require(state, result == S_OK && document->CreatedCount() >= 4 * static_cast<std::size_t>(properties),
+            "the properties were not replaced");
   }
   state.counters["per property"] =
       benchmark::Counter(static_cast<double>(properties),

@@ -12,17 +12,6 @@ namespace {
 const Key kElementUserNumbers("ElementUserNumbers");
 const Key kNodeUserNumbers("NodeUserNumbers");
 
-constexpr std::int64_t kNoCounterpart = -1;
-
-// A place: the block's number and the object's within it.
-constexpr int kIndexBits = 32;
-std::size_t BlockAt(std::int64_t place) {
-  return static_cast<std::size_t>(place >> kIndexBits);
-}
-std::size_t IndexAt(std::int64_t place) {
-  return static_cast<std::size_t>(place & ((std::int64_t{1} << kIndexBits) - 1));
-}
-
 struct Run {
   std::int64_t first = 0;
   std::int64_t count = 0;
@@ -101,59 +90,45 @@ std::size_t MeshNumbers::AddBlock(Feature& part, Kind kind, std::size_t count,
   return blocks_.size() - 1;
 }
 
-bool MeshNumbers::Holds(std::size_t block, const void* meshObject) const {
-  if (block == kNoBlock) return false;
-  const auto* const first = static_cast<const char*>(blocks_[block].objects.get());
-  const auto* const object = static_cast<const char*>(meshObject);
-  return !std::less<>()(object, first) && std::less<>()(object, first + blocks_[block].count);
-}
-
 std::int64_t MeshNumbers::PlaceOf(const void* meshObject) const {
-  if (!Holds(lastFound_, meshObject)) {
-    const auto after = byAddress_.upper_bound(meshObject);
-    if (after == byAddress_.begin() || !Holds(std::prev(after)->second, meshObject)) return -1;
-    lastFound_ = std::prev(after)->second;
-  }
-  const auto* const first = static_cast<const char*>(blocks_[lastFound_].objects.get());
-  return (static_cast<std::int64_t>(lastFound_) << kIndexBits) |
-         (static_cast<const char*>(meshObject) - first);
+  const auto after = byAddress_.upper_bound(meshObject);
+  if (after == byAddress_.begin()) return -1;
+  const auto [first, block] = *std::prev(after);
+  const auto index = reinterpret_cast<std::uintptr_t>(meshObject) - reinterpret_cast<std::uintptr_t>(first);
+  return index < blocks_[block].count ? FirstPlace(block) + static_cast<std::int64_t>(index) : -1;
 }
 
-const Feature* MeshNumbers::PartAt(std::int64_t place) const {
-  return place < 0 ? nullptr : blocks_[BlockAt(place)].part;
+bool MeshNumbers::SetNumberAt(std::int64_t place, std::int32_t number) {
+  if (StoredNumber(place) == nullptr) return false;
+  SetNumberAtHand(place, number);
+  return true;
 }
 
-bool MeshNumbers::HasCounterpart(std::int64_t place) {
-  return place >= 0 && !PartAt(place)->removed && Expanded(place) != kNoCounterpart;
+std::int32_t* MeshNumbers::StoredNumber(std::int64_t place) {
+  if (place < 0 || PartAt(place)->removed) return nullptr;
+  if (atHand_.IndexOf(place) >= atHand_.count) TakeUp(BlockAt(place));
+  std::int32_t& number = atHand_.numbers[atHand_.IndexOf(place)];
+  return number == kNoCounterpart ? nullptr : &number;
 }
 
-std::int32_t MeshNumbers::NumberAt(std::int64_t place) {
-  return Expanded(place);
-}
-
-void MeshNumbers::SetNumberAt(std::int64_t place, std::int32_t number) {
-  std::int32_t& stored = Expanded(place);
-  isChanged_ = isChanged_ || stored != number;
-  stored = number;
-}
-
-std::int32_t& MeshNumbers::Expanded(std::int64_t place) {
-  if (expandedBlock_ != BlockAt(place)) {
-    WriteBack();
-    const Block& block = blocks_[BlockAt(place)];
-    const Key& key = block.kind == kElements ? kElementUserNumbers : kNodeUserNumbers;
-    numbers_ = Expand(block.part->document->FindAttribute(*block.part, key.Id()), block.count);
-    expandedBlock_ = BlockAt(place);
-    // From the first look on, not only from the first change: nobody may change the attribute unseen.
-    block.part->isBehind = true;
-  }
-  return numbers_[IndexAt(place)];
+void MeshNumbers::TakeUp(std::size_t block) {
+  WriteBack();
+  const auto& [part, kind, count, objects] = blocks_[block];
+  const Key& key = kind == kElements ? kElementUserNumbers : kNodeUserNumbers;
+  numbers_ = Expand(part->document->FindAttribute(*part, key.Id()), count);
+  atHand_ = {.firstObject = reinterpret_cast<std::uintptr_t>(objects.get()),
+             .count = count,
+             .firstPlace = FirstPlace(block),
+             .part = part,
+             .numbers = numbers_.data()};
+  // From the first look on, not only from the first change: nobody may change the attribute unseen.
+  part->isBehind = true;
 }
 
 void MeshNumbers::WriteBack() {
-  if (expandedBlock_ == kNoBlock) return;
-  const Block& block = blocks_[expandedBlock_];
-  expandedBlock_ = kNoBlock;
+  if (atHand_.count == 0) return;
+  const Block& block = blocks_[BlockAt(atHand_.firstPlace)];
+  atHand_ = {};
   const std::vector<std::int32_t> numbers = std::move(numbers_);
   const bool wasChanged = std::exchange(isChanged_, false);
   block.part->isBehind = false;

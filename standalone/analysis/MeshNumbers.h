@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -22,6 +23,9 @@ extern const Key kNodeCount;
 /// The most elements and nodes that the mesh parts of a document may have in all, since each is worked on by
 /// itself. A few bytes of a document can announce any number of them.
 inline constexpr std::int32_t kMostMeshObjects = 1 << 27;
+
+/// Stands, in the runs of a mesh part, where a mesh object has no explicit counterpart, and so no number.
+inline constexpr std::int32_t kNoCounterpart = -1;
 
 /// The mesh objects of a document, and the explicit model that their user numbers stand in.
 ///
@@ -47,13 +51,34 @@ class MeshNumbers final : public DocumentCompanion, public VLMAnalysisExplicitMo
   /// The number by which the model knows a mesh object; below 0 for an object of no mesh part here.
   [[nodiscard]] std::int64_t PlaceOf(const void* meshObject) const;
   /// The mesh part that the place belongs to; null for a place below 0.
-  [[nodiscard]] const Feature* PartAt(std::int64_t place) const;
-  /// Whether the mesh object has an explicit counterpart; false for a place below 0.
-  bool HasCounterpart(std::int64_t place);
+  [[nodiscard]] const Feature* PartAt(std::int64_t place) const {
+    return place < 0 ? nullptr : blocks_[BlockAt(place)].part;
+  }
+  /// The user number of the mesh object's explicit counterpart; null when it has none, or for a place
+  /// below 0. It stays there until the next call.
+  [[nodiscard]] const std::int32_t* NumberAt(std::int64_t place) { return StoredNumber(place); }
+  /// False, and nothing changes, where that gives null.
+  [[nodiscard]] bool SetNumberAt(std::int64_t place, std::int32_t number);
 
-  // For a place with a counterpart.
-  [[nodiscard]] std::int32_t NumberAt(std::int64_t place);
-  void SetNumberAt(std::int64_t place, std::int32_t number);
+  // The same for objects of the block that is worked on, which are most: there is nothing to be found out.
+  /// Gives the place of the object's counterpart. False when it has none, or is another block's.
+  [[nodiscard]] bool FindAtHand(const void* meshObject, std::int64_t& place) const {
+    const std::uintptr_t index = reinterpret_cast<std::uintptr_t>(meshObject) - atHand_.firstObject;
+    if (index >= atHand_.count || atHand_.numbers[index] == kNoCounterpart || atHand_.part->removed)
+      return false;
+    place = atHand_.firstPlace + static_cast<std::int64_t>(index);
+    return true;
+  }
+  [[nodiscard]] bool IsAtHand(std::int64_t place) const {
+    const std::size_t index = atHand_.IndexOf(place);
+    return index < atHand_.count && atHand_.numbers[index] != kNoCounterpart && !atHand_.part->removed;
+  }
+  /// For a place that is at hand.
+  void SetNumberAtHand(std::int64_t place, std::int32_t number) {
+    std::int32_t& stored = atHand_.numbers[atHand_.IndexOf(place)];
+    if (stored != number) isChanged_ = true;
+    stored = number;
+  }
 
   // DocumentCompanion
   void WriteBack() override;
@@ -68,6 +93,24 @@ class MeshNumbers final : public DocumentCompanion, public VLMAnalysisExplicitMo
   };
   static constexpr std::size_t kNoBlock = static_cast<std::size_t>(-1);
 
+  // A place: the block's number and the object's within it.
+  static constexpr int kIndexBits = 32;
+  static std::int64_t FirstPlace(std::size_t block) { return static_cast<std::int64_t>(block) << kIndexBits; }
+  static std::size_t BlockAt(std::int64_t place) { return static_cast<std::size_t>(place >> kIndexBits); }
+
+  // The block whose numbers are kept one by one.
+  struct AtHand {
+    std::uintptr_t firstObject = 0;
+    std::size_t count = 0;  // 0 for no block
+    std::int64_t firstPlace = 0;
+    Feature* part = nullptr;
+    std::int32_t* numbers = nullptr;  // or `kNoCounterpart`
+    // Not below `count` for a place of another block, or below 0.
+    [[nodiscard]] std::size_t IndexOf(std::int64_t place) const {
+      return static_cast<std::size_t>(place) - static_cast<std::size_t>(firstPlace);
+    }
+  };
+
   template <class MeshObject>
   void* Objects(Feature& part, Kind kind, std::size_t count) {
     std::size_t& known = kind == kElements ? elementsOf_.try_emplace(&part, kNoBlock).first->second
@@ -80,18 +123,17 @@ class MeshNumbers final : public DocumentCompanion, public VLMAnalysisExplicitMo
   }
   void Count(const Feature& part, std::size_t before, std::size_t now);
   std::size_t AddBlock(Feature& part, Kind kind, std::size_t count, std::shared_ptr<void> objects);
-  [[nodiscard]] bool Holds(std::size_t block, const void* meshObject) const;
-  std::int32_t& Expanded(std::int64_t place);
+  std::int32_t* StoredNumber(std::int64_t place);
+  void TakeUp(std::size_t block);
 
   std::vector<Block> blocks_;
   std::size_t objects_ = 0;  // of all blocks that stand for a mesh part as it is
   std::map<const void*, std::size_t, std::less<>> byAddress_;
   std::unordered_map<const Feature*, std::size_t> elementsOf_;
   std::unordered_map<const Feature*, std::size_t> nodesOf_;
-  mutable std::size_t lastFound_ = kNoBlock;  // mesh objects are mostly asked about in order
 
-  std::size_t expandedBlock_ = kNoBlock;
-  std::vector<std::int32_t> numbers_;  // of the expanded block; -1 for no counterpart
+  AtHand atHand_;
+  std::vector<std::int32_t> numbers_;  // of the block at hand
   bool isChanged_ = false;
 };
 

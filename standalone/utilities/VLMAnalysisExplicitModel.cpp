@@ -15,17 +15,41 @@ MeshNumbers& NumbersOf(VLMAnalysisExplicitModel& model) {
   return static_cast<MeshNumbers&>(model);
 }
 
+// These two stand apart from the short way below, which keeps next to nothing while it runs.
+
 // Gives the model's number of the mesh object; below 0, with S_OK, for one without a counterpart.
-HRESULT Link(std::string_view operation, const void* meshObject, VLMAnalysisExplicitModel* model,
-             std::int64_t& place) {
+[[gnu::noinline]] HRESULT FindOut(std::string_view operation, const void* meshObject,
+                                  VLMAnalysisExplicitModel* model, std::int64_t& place) {
   place = -1;
   std::int64_t found = -1;
   if (meshObject != nullptr && model != nullptr) found = NumbersOf(*model).PlaceOf(meshObject);
   const Feature* const part = found < 0 ? nullptr : NumbersOf(*model).PartAt(found);
   if (const HRESULT entered = Checkpoint::Pass(operation, part); Failed(entered)) return entered;
   if (meshObject == nullptr || model == nullptr) return E_FAIL;
-  if (NumbersOf(*model).HasCounterpart(found)) place = found;
+  if (NumbersOf(*model).NumberAt(found) != nullptr) place = found;
   return S_OK;
+}
+
+[[gnu::noinline]] HRESULT SetWherever(VLMAnalysisExplicitModel* model, std::int64_t place,
+                                      std::int32_t number) {
+  const Feature* const part = model == nullptr ? nullptr : NumbersOf(*model).PartAt(place);
+  if (const HRESULT entered = Checkpoint::Pass("VLMAnalysisExplicitParent::SetUserNumber", part);
+      Failed(entered)) {
+    return entered;
+  }
+  if (part == nullptr || number < 0) return E_FAIL;
+  return NumbersOf(*model).SetNumberAt(place, number) ? S_OK : E_FAIL;
+}
+
+HRESULT Link(std::string_view operation, const void* meshObject, VLMAnalysisExplicitModel* model,
+             VLMAnalysisExplicitModel*& linkedModel, std::int64_t& place) {
+  if (model != nullptr && NumbersOf(*model).FindAtHand(meshObject, place) && Checkpoint::PassUnseen()) {
+    linkedModel = model;
+    return S_OK;
+  }
+  const HRESULT linked = FindOut(operation, meshObject, model, place);
+  linkedModel = place < 0 ? nullptr : model;
+  return linked;
 }
 
 }  // namespace
@@ -41,26 +65,18 @@ VLMAnalysisExplicitModel* VLMAnalysisExplicitModel::GetDocumentModel(const VLMDo
 
 HRESULT VLMAnalysisExplicitElement::LinkWithMeshPointer(const VLMMSHElement* element,
                                                         VLMAnalysisExplicitModel* model) {
-  const HRESULT linked = Link("VLMAnalysisExplicitElement::LinkWithMeshPointer", element, model, index_);
-  model_ = index_ < 0 ? nullptr : model;
-  return linked;
+  return Link("VLMAnalysisExplicitElement::LinkWithMeshPointer", element, model, model_, index_);
 }
 
 HRESULT VLMAnalysisExplicitNode::LinkWithMeshPointer(const VLMMSHNode* node,
                                                      VLMAnalysisExplicitModel* model) {
-  const HRESULT linked = Link("VLMAnalysisExplicitNode::LinkWithMeshPointer", node, model, index_);
-  model_ = index_ < 0 ? nullptr : model;
-  return linked;
+  return Link("VLMAnalysisExplicitNode::LinkWithMeshPointer", node, model, model_, index_);
 }
 
 HRESULT VLMAnalysisExplicitParent::SetUserNumber(std::int32_t number) {
-  const Feature* const part = model_ == nullptr ? nullptr : NumbersOf(*model_).PartAt(index_);
-  if (const HRESULT entered = Checkpoint::Pass("VLMAnalysisExplicitParent::SetUserNumber", part);
-      Failed(entered)) {
-    return entered;
-  }
-  if (part == nullptr || number < 0 || !NumbersOf(*model_).HasCounterpart(index_)) return E_FAIL;
-  NumbersOf(*model_).SetNumberAt(index_, number);
+  if (model_ == nullptr || number < 0 || !NumbersOf(*model_).IsAtHand(index_) || !Checkpoint::PassUnseen())
+    return SetWherever(model_, index_, number);
+  NumbersOf(*model_).SetNumberAtHand(index_, number);
   return S_OK;
 }
 
@@ -70,7 +86,8 @@ HRESULT VLMAnalysisExplicitParent::GetUserNumber(std::int32_t& number) const {
       Failed(entered)) {
     return entered;
   }
-  if (part == nullptr || !NumbersOf(*model_).HasCounterpart(index_)) return E_FAIL;
-  number = NumbersOf(*model_).NumberAt(index_);
+  const std::int32_t* const stored = part == nullptr ? nullptr : NumbersOf(*model_).NumberAt(index_);
+  if (stored == nullptr) return E_FAIL;
+  number = *stored;
   return S_OK;
 }
