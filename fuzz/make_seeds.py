@@ -99,11 +99,26 @@ def main():
             if len(types) == 1:  # a few compressed ones
                 (folder / f"{name}.gz").write_bytes(gzip.compress(text, mtime=0))
                 (folder / f"{name}.zst").write_bytes(as_zstd(text))
-    text = "".join(json.dumps(line, separators=(",", ":")) + "\n" for line in REPORT)
-    (folder / "report.jsonl").write_text(text, encoding="utf-8")
-    if len(sys.argv) > 2:
-        entries = sorted(f'"{word}"\n' for word in words)
-        pathlib.Path(sys.argv[2]).write_text("".join(entries), encoding="utf-8")
+    write_reports(pathlib.Path(sys.argv[2]), words)
+    entries = sorted(f'"{word}"\n' for word in words)
+    pathlib.Path(sys.argv[3]).write_text("".join(entries), encoding="utf-8")
+
+
+def write_reports(folder, words):
+    """As long as a run got before it ended, or was killed; and all that a record may lack."""
+    folder.mkdir(parents=True, exist_ok=True)
+    lines = [json.dumps(line, separators=(",", ":")) + "\n" for line in REPORT]
+    for count in range(1, len(lines) + 1):
+        (folder / f"of-{count}-lines.jsonl").write_text("".join(lines[:count]), encoding="utf-8")
+    (folder / "cut-off.jsonl").write_text("".join(lines)[:-20], encoding="utf-8")
+    for line in REPORT:
+        words.update(line)
+        for key in line:
+            if key in ("record", "report"):
+                continue
+            lacking = {other: value for other, value in line.items() if other != key}
+            text = lines[0] + json.dumps(lacking, separators=(",", ":")) + "\n"
+            (folder / f"without-{line['record']}-{key}.jsonl").write_text(text, encoding="utf-8")
 
 
 main()
