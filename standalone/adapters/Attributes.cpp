@@ -1,5 +1,6 @@
 #include "adapters/Attributes.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -9,6 +10,16 @@ namespace {
 const Value* FindValue(Feature& feature, const Key& key, ValueKind kind) {
   const Attribute* const attribute = feature.document->FindAttribute(feature, key.Id());
   return attribute != nullptr && attribute->value.Kind() == kind ? &attribute->value : nullptr;
+}
+
+// The first entry of the list for which `isWanted` holds; null without one.
+const Value* FindEntry(Feature& feature, const Key& key, const std::function<bool(const Value&)>& isWanted) {
+  if (const OpenList* const open = feature.document->OpenListOf(feature, key.Id()))
+    return open->FindFirst(isWanted);
+  const Value* const list = FindValue(feature, key, ValueKind::kList);
+  if (list == nullptr) return nullptr;
+  const auto found = std::ranges::find_if(list->Entries(), isWanted);
+  return found == list->Entries().end() ? nullptr : &*found;
 }
 
 bool NumberOf(const Value& value, double& number) {
@@ -141,12 +152,31 @@ Feature* LinkedFeature(Feature& feature, const Key& key) {
 
 std::vector<Feature*> LinkEntries(Feature& feature, const Key& key) {
   std::vector<Feature*> targets;
-  const Value* const found = FindValue(feature, key, ValueKind::kList);
-  if (found == nullptr) return targets;
-  for (const Value& entry : found->Entries()) {
+  const auto add = [&targets](const Value& entry) {
     targets.push_back(entry.Kind() == ValueKind::kLink ? entry.Target() : nullptr);
-  }
+    return false;
+  };
+  static_cast<void>(FindEntry(feature, key, add));
   return targets;
+}
+
+std::size_t CountEntries(Feature& feature, const Key& key) {
+  if (const OpenList* const open = feature.document->OpenListOf(feature, key.Id())) return open->Size();
+  const Value* const found = FindValue(feature, key, ValueKind::kList);
+  return found == nullptr ? 0 : found->Entries().size();
+}
+
+Feature* FindLinked(Feature& feature, const Key& key, const std::function<bool(Feature&)>& isWanted) {
+  const Value* const found = FindEntry(feature, key, [&isWanted](const Value& entry) {
+    return entry.Kind() == ValueKind::kLink && entry.Target() != nullptr && isWanted(*entry.Target());
+  });
+  return found == nullptr ? nullptr : found->Target();
+}
+
+bool HoldsLink(Feature& feature, const Key& key, const Feature& target) {
+  if (const OpenList* const open = feature.document->OpenListOf(feature, key.Id()))
+    return open->Holds(target);
+  return FindLinked(feature, key, [&target](Feature& linked) { return &linked == &target; }) != nullptr;
 }
 
 std::vector<Feature*> LinkedFeatures(Feature& feature, const Key& key) {
@@ -156,32 +186,29 @@ std::vector<Feature*> LinkedFeatures(Feature& feature, const Key& key) {
 }
 
 bool CanHoldList(Feature& feature, const Key& key) {
-  return !HasValue(feature, key) || FindValue(feature, key, ValueKind::kList) != nullptr;
+  return feature.document->OpenListOf(feature, key.Id()) != nullptr || !HasValue(feature, key) ||
+         FindValue(feature, key, ValueKind::kList) != nullptr;
 }
 
 void InsertLink(Feature& feature, const Key& key, Feature& target, int position) {
   Document& document = *feature.document;
-  const Value* const list = FindValue(feature, key, ValueKind::kList);
-  if (list == nullptr) WriteLinks(feature, key, {});
-  const std::span<const Value> before = list == nullptr ? std::span<const Value>() : list->Entries();
-  if (position < 1 || static_cast<std::size_t>(position) > before.size()) {
+  if (position < 1 || static_cast<std::size_t>(position) > CountEntries(feature, key)) {
+    const bool isThere = document.OpenListOf(feature, key.Id()) != nullptr ||
+                         FindValue(feature, key, ValueKind::kList) != nullptr;
+    if (!isThere) WriteLinks(feature, key, {});
     document.AppendToList(feature, key.Id(), Value::Link(&target));
     return;
   }
-  std::vector<Value> entries(before.begin(), before.end());
-  entries.insert(entries.begin() + position - 1, Value::Link(&target));
+  const std::span<const Value> before = FindValue(feature, key, ValueKind::kList)->Entries();
+  const auto place = before.begin() + (position - 1);
+  std::vector<Value> entries(before.begin(), place);
+  entries.push_back(Value::Link(&target));
+  entries.insert(entries.end(), place, before.end());
   document.SetAttribute(feature, key.Id(), Value::List(document.Keep(std::span<const Value>(entries))));
 }
 
 void DropLink(Feature& feature, const Key& key, const Feature& target) {
-  const Value* const list = FindValue(feature, key, ValueKind::kList);
-  if (list == nullptr) return;
-  std::vector<Value> entries(list->Entries().begin(), list->Entries().end());
-  std::erase_if(entries, [&target](const Value& entry) {
-    return entry.Kind() == ValueKind::kLink && entry.Target() == &target;
-  });
-  Document& document = *feature.document;
-  document.SetAttribute(feature, key.Id(), Value::List(document.Keep(std::span<const Value>(entries))));
+  feature.document->DropFromList(feature, key.Id(), target);
 }
 
 void WriteLink(Feature& feature, const Key& key, Feature* target) {

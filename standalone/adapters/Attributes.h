@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -67,6 +68,14 @@ std::vector<Feature*> LinkedFeatures(Feature& feature, const Key& key);
 
 /// The same, with null for an entry that holds nothing: for lists whose entries belong to those of others.
 std::vector<Feature*> LinkEntries(Feature& feature, const Key& key);
+
+/// How many entries such a list has.
+std::size_t CountEntries(Feature& feature, const Key& key);
+/// The first feature, in order, that the list holds a link to and that `isWanted`; null without one.
+/// It must not change the list.
+Feature* FindLinked(Feature& feature, const Key& key, const std::function<bool(Feature&)>& isWanted);
+/// Whether the list holds a link to `target`.
+bool HoldsLink(Feature& feature, const Key& key, const Feature& target);
 
 /// Whether a list of links can be kept under the key: not where a value of another kind stands.
 bool CanHoldList(Feature& feature, const Key& key);

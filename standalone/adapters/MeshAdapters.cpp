@@ -70,7 +70,7 @@ class MeshPartAdapter final : public FeatureAdapter<VLMIMSHMeshPart> {
 
   int GetSupportCount() override {
     if (Failed(Enter("VLMIMSHMeshPart::GetSupportCount"))) return 0;
-    return static_cast<int>(LinkEntries(Self(), kSupports).size());
+    return static_cast<int>(CountEntries(Self(), kSupports));
   }
 
   HRESULT AddSupport(const VLMIProduct_var& product, const VLMILinkableObject_var& object,

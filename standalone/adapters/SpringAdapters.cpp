@@ -31,7 +31,7 @@ class SpringAdapter final : public FeatureAdapter<HVXISpring> {
 
   int GetConnectionDesignCount() override {
     if (Failed(Enter("HVXISpring::GetConnectionDesignCount"))) return 0;
-    return static_cast<int>(LinkEntries(Self(), kConnectionDesigns).size());
+    return static_cast<int>(CountEntries(Self(), kConnectionDesigns));
   }
 
   HRESULT GetConnectionDesign(int index, VLMBaseUnknown_var& design) override {

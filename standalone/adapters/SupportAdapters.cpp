@@ -90,7 +90,7 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
         Failed(entered)) {
       return entered;
     }
-    const auto count = static_cast<int>(LinkEntries(Self(), kSupports).size());
+    const auto count = static_cast<int>(CountEntries(Self(), kSupports));
     if (position != -1 && (position < 1 || position > count + 1)) return E_FAIL;
     return Connect(object, second, connectorType, position);
   }
@@ -113,11 +113,9 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
         Failed(entered)) {
       return entered;
     }
-    const Feature* const wanted = FeatureOf(support);
-    for (Feature* const connector : LinkedFeatures(Self(), kSupports)) {
-      if (connector == wanted) return TakeOutIfOfType(*connector, connectorType);
-    }
-    return E_FAIL;
+    Feature* const wanted = FeatureOf(support);
+    if (wanted == nullptr || !HoldsLink(Self(), kSupports, *wanted)) return E_FAIL;
+    return TakeOutIfOfType(*wanted, connectorType);
   }
 
   HRESULT TakeOut(const VLMBaseUnknown_var& object, const VLMBaseUnknown_var& second,
@@ -128,14 +126,11 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
     }
     const Feature* const first = FeatureOf(object);
     const Feature* const context = FeatureOf(second);
-    for (Feature* const connector : LinkedFeatures(Self(), kSupports)) {
-      if (LinkedFeature(*connector, kFirstObject) == first &&
-          LinkedFeature(*connector, kSecondObject) == context &&
-          Succeeded(TakeOutIfOfType(*connector, connectorName))) {
-        return S_OK;
-      }
-    }
-    return E_FAIL;
+    Feature* const wanted = FindLinked(Self(), kSupports, [&](Feature& connector) {
+      return LinkedFeature(connector, kFirstObject) == first &&
+             LinkedFeature(connector, kSecondObject) == context && IsOfType(connector, connectorName);
+    });
+    return wanted == nullptr ? E_FAIL : TakeOutIfOfType(*wanted, connectorName);
   }
 
   HRESULT PutIn(const VLMILinkableObject_var& object, const VLMBaseUnknown_var& second,
@@ -208,8 +203,11 @@ class SupportAdapter final : public FeatureAdapter<VLMISamAnalysisSupport> {
     return E_FAIL;
   }
 
+  [[nodiscard]] static bool IsOfType(const Feature& support, const VLMUnicodeString& type) {
+    return type.IsNull() || support.TypeName() == type.View();
+  }
   [[nodiscard]] HRESULT TakeOutIfOfType(Feature& support, const VLMUnicodeString& type) const {
-    if (!type.IsNull() && support.TypeName() != type.View()) return E_FAIL;
+    if (!IsOfType(support, type)) return E_FAIL;
     TakeSupportOut(Self(), support);
     return S_OK;
   }

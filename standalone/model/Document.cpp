@@ -50,7 +50,7 @@ Feature* Document::Find(FeatureId id) const {
 }
 
 Attribute* Document::FindAttribute(Feature& feature, NameId key) {
-  if (feature.hasDeadLinks || feature.isBehind) Settle(feature);
+  if (feature.hasDeadLinks || feature.isBehind || openFeature_ == &feature) Settle(feature, key);
   if (feature.attributeCount > AttributeIndex::kFew) return attributeIndex_.Find(feature, key);
   for (Attribute& attribute : feature.Attributes()) {
     if (attribute.key == key) return &attribute;
@@ -71,7 +71,7 @@ std::int64_t Document::HighestNumberAfter(std::string_view prefix) {
 }
 
 std::span<const Attribute> Document::AttributesOf(Feature& feature) {
-  if (feature.hasDeadLinks || feature.isBehind) Settle(feature);
+  if (feature.hasDeadLinks || feature.isBehind || openFeature_ == &feature) Settle(feature);
   return feature.Attributes();
 }
 
@@ -109,6 +109,7 @@ void Document::Remove(Feature& feature) {
     for (Feature* son = doomed[i]->firstSon; son != nullptr; son = son->nextSibling) doomed.push_back(son);
   }
   for (Feature* const each : doomed) {
+    if (each == openFeature_) CloseList();
     Touch(*each, ChangedPart::kRemoved);
     each->removed = true;
     sets_.NoteDisturbed(*each);
@@ -184,6 +185,11 @@ void Document::RemoveAttribute(Feature& feature, NameId key) {
 
 void Document::AppendToList(Feature& feature, NameId key, const Value& entry) {
   Touch(feature, ChangedPart::kAttribute, key);
+  if (OpenListOf(feature, key) != nullptr) {
+    openList_->Append(entry);
+    NoteLinks(feature, entry);
+    return;
+  }
   Attribute& attribute = *FindAttribute(feature, key);
   const bool isList = attribute.value.Kind() == ValueKind::kList;
   const std::span<Value> entries = isList ? attribute.value.Entries() : std::span<Value>();

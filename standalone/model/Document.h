@@ -3,6 +3,7 @@
 #include <deque>
 #include <memory>
 #include <memory_resource>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -16,6 +17,7 @@
 #include "model/KeyedHash.h"
 #include "model/LargePages.h"
 #include "model/NumberedNames.h"
+#include "model/OpenList.h"
 #include "model/RecentTexts.h"
 #include "model/SetIndex.h"
 #include "modeler/VLMDocument.h"
@@ -125,6 +127,15 @@ class Document final : public VLMDocument {
   /// Appends to the attribute, which must exist; one that is no list gives way to a list of the one entry. A
   /// list grows in steps, so that appending n entries costs n.
   void AppendToList(Feature& feature, NameId key, const Value& entry);
+  /// Takes every link to `target` out of the list; whatever else it holds stays. Nothing happens without the
+  /// attribute, or where it is no list.
+  void DropFromList(Feature& feature, NameId key, const Feature& target);
+  /// The list in the form in which it is changed entry by entry: for a long one that `DropFromList` or
+  /// `AppendToList` changed last. Null for any other, whose value is to be looked at. It is that until the
+  /// attribute itself is looked at or set, or another list is changed.
+  [[nodiscard]] const OpenList* OpenListOf(const Feature& feature, NameId key) const {
+    return openFeature_ == &feature && openKey_ == key ? &*openList_ : nullptr;
+  }
   /// Empties a list so that it can be filled anew: takes the links out of it and remembers it as it was,
   /// until it is replaced or given back. Nothing happens to a list without links, or to what is no list.
   void SetListAside(Feature& feature, NameId key);
@@ -199,11 +210,14 @@ class Document final : public VLMDocument {
   void NoteLinks(Feature& referrer, const Value& value);
   void NoteLink(Feature& referrer, Feature& target);
   void MarkReferrers(Feature& target);
+  void TellReferrer(Feature& referrer, const Feature& removed);
   void MarkDeadLinks(Feature& referrer);
   void IndexSharedReferrers();
   void DropDeadLinks(Feature& feature);
-  /// Makes the feature's attributes what they are to be read as.
-  void Settle(Feature& feature);
+  /// Makes the feature's attribute, or all of them, what they are to be read as.
+  void Settle(Feature& feature, NameId key = kNoName);
+  void Open(Feature& feature, NameId key, const Value& list);
+  void CloseList();
   Value WithoutDeadLinks(const Value& value);
 
   std::uint32_t references_ = 1;
@@ -247,6 +261,10 @@ class Document final : public VLMDocument {
     Value list;
   };
   std::vector<ListSetAside> listsSetAside_;
+  // One at a time: routines work on one list after the other.
+  std::optional<OpenList> openList_;
+  Feature* openFeature_ = nullptr;
+  NameId openKey_ = kNoName;
   std::deque<FeatureState> before_{FeatureState()};  // entry 0 is no feature's
 
   // Who links to the features that several others link to; made when the first of those is removed.

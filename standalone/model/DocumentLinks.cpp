@@ -1,5 +1,5 @@
-// Which features link to which, links to what was removed, and lists that are set aside while others are
-// awaited in their place.
+// Which features link to which, links to what was removed, lists that are changed entry by entry, and lists
+// that are set aside while others are awaited in their place.
 
 #include <algorithm>
 #include <iterator>
@@ -44,6 +44,7 @@ bool Document::IsLinkedFromElsewhere(const Feature& target, const Feature& featu
            });
   };
   if (target.referrer == nullptr) return false;
+  if (openFeature_ != &feature) CloseList();
   if (target.referrer != kSeveral) return links(target.referrer);
   if (!sharedReferrersIndexed_) IndexSharedReferrers();
   const Feature*& known = knownLinks_[&target];
@@ -57,6 +58,7 @@ bool Document::IsLinkedFromElsewhere(const Feature& target, const Feature& featu
 
 void Document::DropAllDeadLinks() {
   if (companion_ != nullptr) companion_->WriteBack();
+  CloseList();
   RestoreListsSetAside();
   for (Feature* const feature : withDeadLinks_) {
     if (feature->hasDeadLinks && !feature->removed) DropDeadLinks(*feature);
@@ -124,11 +126,20 @@ void Document::NoteLink(Feature& referrer, Feature& target) {
 void Document::MarkReferrers(Feature& target) {
   if (target.referrer == nullptr) return;
   if (target.referrer != kSeveral) {
-    MarkDeadLinks(*target.referrer);
+    TellReferrer(*target.referrer, target);
     return;
   }
   if (!sharedReferrersIndexed_) IndexSharedReferrers();
-  for (Feature* const referrer : sharedReferrers_[&target]) MarkDeadLinks(*referrer);
+  for (Feature* const referrer : sharedReferrers_[&target]) TellReferrer(*referrer, target);
+}
+
+// An open list is told at once, since nobody looks through it for what was removed.
+void Document::TellReferrer(Feature& referrer, const Feature& removed) {
+  if (&referrer == openFeature_ && openList_->Holds(removed)) {
+    Touch(referrer, ChangedPart::kAttribute, openKey_);
+    openList_->TakeOut(removed);
+  }
+  MarkDeadLinks(referrer);
 }
 
 void Document::MarkDeadLinks(Feature& referrer) {
@@ -137,6 +148,7 @@ void Document::MarkDeadLinks(Feature& referrer) {
 }
 
 void Document::IndexSharedReferrers() {
+  CloseList();
   sharedReferrersIndexed_ = true;
   const auto index = [this](Feature& referrer, const Value& value, const auto& self) -> void {
     if (value.Kind() == ValueKind::kList) {
@@ -153,8 +165,50 @@ void Document::IndexSharedReferrers() {
   }
 }
 
-void Document::Settle(Feature& feature) {
+void Document::DropFromList(Feature& feature, NameId key, const Feature& target) {
+  constexpr std::size_t kLong = 64;
+  if (OpenListOf(feature, key) == nullptr) {
+    const Attribute* const attribute = FindAttribute(feature, key);
+    if (attribute == nullptr || attribute->value.Kind() != ValueKind::kList) return;
+    const std::span<const Value> entries = attribute->value.Entries();
+    if (entries.size() < kLong) {
+      std::vector<Value> rest;
+      std::ranges::remove_copy_if(entries, std::back_inserter(rest), [&target](const Value& entry) {
+        return IsLink(entry) && entry.Target() == &target;
+      });
+      SetAttribute(feature, key, Value::List(Keep(rest)));
+      return;
+    }
+    Open(feature, key, attribute->value);
+  }
+  if (!openList_->Holds(target)) return;
+  Touch(feature, ChangedPart::kAttribute, key);
+  openList_->TakeOut(target);
+}
+
+void Document::Open(Feature& feature, NameId key, const Value& list) {
+  CloseList();
+  openList_.emplace(list.Entries());
+  openFeature_ = &feature;
+  openKey_ = key;
+}
+
+// The changes were noted when they were made.
+void Document::CloseList() {
+  if (openFeature_ == nullptr) return;
+  Feature& feature = *std::exchange(openFeature_, nullptr);
+  const std::vector<Value> entries = openList_->Entries();
+  openList_.reset();
+  const auto attribute = std::ranges::find(feature.Attributes(), openKey_, &Attribute::key);
+  if (attribute->value.Entries().size() != entries.size() ||
+      !std::ranges::equal(attribute->value.Entries(), entries))
+    attribute->value = Value::List(Keep(entries));
+  if (std::ranges::any_of(entries, IsDeadLink)) MarkDeadLinks(feature);
+}
+
+void Document::Settle(Feature& feature, NameId key) {
   if (feature.isBehind) companion_->WriteBack();
+  if (openFeature_ == &feature && (key == openKey_ || key == kNoName)) CloseList();
   if (feature.hasDeadLinks) DropDeadLinks(feature);
 }
 
@@ -164,7 +218,9 @@ void Document::DropDeadLinks(Feature& feature) {
     Touch(feature, ChangedPart::kContainer);
     feature.container = nullptr;
   }
-  const auto holdsDeadLink = [](const Attribute& attribute) { return HoldsDeadLink(attribute.value); };
+  const auto holdsDeadLink = [this, &feature](const Attribute& attribute) {
+    return OpenListOf(feature, attribute.key) == nullptr && HoldsDeadLink(attribute.value);
+  };
   for (const Attribute& attribute : feature.Attributes()) {
     if (holdsDeadLink(attribute)) Touch(feature, ChangedPart::kAttribute, attribute.key);
   }
