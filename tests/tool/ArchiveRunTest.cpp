@@ -204,5 +204,25 @@ TEST_F(ArchiveRunTest, ShardsTogetherDoEachDocumentOnce) {
   EXPECT_EQ(Run({"upgrade", Path("archive"), "--dry-run", "--shard", "4/3"}).code, 2);
 }
 
+// As in archives of times before UTF-8.
+TEST_F(ArchiveRunTest, NamesOfAnyBytesAreFoundAgain) {
+  for (const char* const name : {"Tr\xe4ger/a \xe4.hvxdoc", "Tr\xe4ger/a \xf6.hvxdoc",
+                                 "Tr\xe4ger/a \xf4\x8d\xb3\xa4.hvxdoc", "Tr\xe4ger/a\xff\\xff.hvxdoc"}) {
+    fs::create_directory(Path("Tr\xe4ger"));
+    static_cast<void>(Document(name, kJobLines));
+  }
+  const std::vector<std::string> command = {"upgrade",  Path("Tr\xe4ger"), "--output-dir", Path("n\xfcu"),
+                                            "--report", Path("r.jsonl"),   "--shard",      "1/1"};
+  ASSERT_EQ(Run(command).code, 0);
+  const Ended again = Run(command);
+  EXPECT_EQ(again.code, 0);
+  EXPECT_TRUE(again.out.find("4 documents done before, 0 left") != std::string::npos)
+      << again.out << again.err;
+  const Ended merged = Run({"merge", Path("r.jsonl")});
+  EXPECT_EQ(merged.code, 0);
+  EXPECT_EQ(merged.err, "");
+  EXPECT_TRUE(Content(Path("r.jsonl")).find("a \xf4\x8d\xb3\xb6.hvxdoc") != std::string::npos);
+}
+
 }  // namespace
 }  // namespace tool_testing
