@@ -224,5 +224,19 @@ TEST_F(ArchiveRunTest, NamesOfAnyBytesAreFoundAgain) {
   EXPECT_TRUE(Content(Path("r.jsonl")).find("a \xf4\x8d\xb3\xb6.hvxdoc") != std::string::npos);
 }
 
+// Whatever the number of workers: replacing what the one name stands for is no change of the other document.
+TEST_F(ArchiveRunTest, NamesOfOneFileAreUpgradedOneAfterTheOther) {
+  constexpr int kFiles = 12;
+  fs::create_directory(Path("linked"));
+  for (int i = 0; i < kFiles; ++i) {
+    const std::string file = Document(fmt::format("linked/{}.hvxdoc", i), kJobLines);
+    for (int name = 1; name <= 3; ++name)
+      fs::create_hard_link(file, Path(fmt::format("linked/{}-{}.hvxdoc", i, name)));
+  }
+  const Ended ended = Run({"upgrade", Path("linked"), "--in-place", "--backup", ".old", "-j", "4"});
+  EXPECT_EQ(ended.code, 0) << ended.err;
+  EXPECT_TRUE(ended.out.ends_with("48 documents: 48 upgraded\n")) << ended.out;
+}
+
 }  // namespace
 }  // namespace tool_testing
