@@ -204,6 +204,42 @@ TEST_F(ArchiveRunTest, ShardsTogetherDoEachDocumentOnce) {
   EXPECT_EQ(Run({"upgrade", Path("archive"), "--dry-run", "--shard", "4/3"}).code, 2);
 }
 
+TEST_F(ArchiveRunTest, AMergeTellsWhatItCannotKnow) {
+  fs::create_directory(Path("run"));
+  const std::string document = Document("run/part.hvxdoc", kJobLines);
+  const fs::path before = fs::current_path();
+  fs::current_path(Path("run"));
+  const auto upgrade = [&](const char* report, const char* shard) {
+    return Run({"upgrade", ".", "--output-dir", Path("new"), "--report", Path(report), "--shard", shard})
+        .code;
+  };
+  ASSERT_EQ(upgrade("a.jsonl", "1/1"), 0);
+  ASSERT_EQ(upgrade("b.jsonl", "1/1"), 0);
+  ASSERT_EQ(upgrade("c.jsonl", "1/2"), 0);
+  fs::current_path(before);
+
+  const Ended twice = Run({"merge", Path("a.jsonl"), Path("./a.jsonl")});
+  EXPECT_EQ(twice.code, 0) << twice.err;
+  EXPECT_EQ(twice.err, "");
+  const Ended two = Run({"merge", Path("a.jsonl"), Path("b.jsonl")});
+  EXPECT_EQ(two.code, 1);
+  EXPECT_TRUE(two.err.find("several reports of these shards were given; ") != std::string::npos) << two.err;
+  EXPECT_EQ(two.err.find("several shards did"), std::string::npos) << two.err;
+  const Ended other = Run({"merge", Path("a.jsonl"), Path("c.jsonl")});
+  EXPECT_EQ(other.code, 2);
+  EXPECT_TRUE(other.err.find("--shard 1/1 -- . in ") != std::string::npos) << other.err;
+
+  // A folder that could not be searched may hold documents that no shard did.
+  fs::remove(document);
+  const Ended empty = Run({"merge", Path("a.jsonl")});
+  EXPECT_EQ(empty.code, 3);
+  EXPECT_TRUE(empty.err.find(".: no documents were found") != std::string::npos) << empty.err;
+  fs::remove(Path("run"));
+  const Ended gone = Run({"merge", Path("a.jsonl")});
+  EXPECT_EQ(gone.code, 3);
+  EXPECT_TRUE(gone.err.find("the folder of the run cannot be entered") != std::string::npos) << gone.err;
+}
+
 // As in archives of times before UTF-8.
 TEST_F(ArchiveRunTest, NamesOfAnyBytesAreFoundAgain) {
   for (const char* const name : {"Tr\xe4ger/a \xe4.hvxdoc", "Tr\xe4ger/a \xf6.hvxdoc",
