@@ -105,10 +105,10 @@ RunReport::RunReport(const std::filesystem::path& file, const ReportHead& head, 
     Fail();
   }
   if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
-    Refuse("this is not a regular file");
+    Refuse("this is not a regular file", "Give the name of a file");
   if (!std::filesystem::exists(status) &&
       std::filesystem::is_symlink(std::filesystem::symlink_status(file, error)))
-    Refuse("this is a link to a file that does not exist");
+    Refuse("this is a link to a file that does not exist", "Give the report another name");
   bool isMade = status.type() == std::filesystem::file_type::not_found;
   try {
     isMade = Open(anew) || isMade;
