@@ -114,7 +114,7 @@ TEST_F(AtomicFileTest, ABackupOfAnotherRunIsNotToBlame) {
   WriteOptions options = ReplacingWhatIsThere();
   options.backupSuffix = ".old";
   {
-    const FaultyFileSystem otherRun({.onLink = [&] {
+    const FaultyFileSystem otherRun({.beforeLink = [&] {
       fs::rename(document_, folder_ / "a.old");
       folder_.Put("a", "its result");
     }});
