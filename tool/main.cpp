@@ -75,7 +75,7 @@ ExitCode FinishOutput(ExitCode code) {
 
 ExitCode Run(int count, const char* const* texts) {
   Arguments arguments;
-  if (const auto ended = ParseArguments(count, texts, arguments)) return *ended;
+  if (const auto ended = ParseArguments(count, texts, arguments)) return FinishOutput(*ended);
   return FinishOutput(RunChecked(arguments));
 }
 

@@ -122,7 +122,13 @@ void AtomicFile::Replace() {
   RefuseChanged(false);
   std::optional<Backup> backup;
   if (!backupSuffix_.empty() && std::filesystem::exists(target_)) {
-    backup.emplace(target_, target_.string() + backupSuffix_);
+    try {
+      backup.emplace(target_, target_.string() + backupSuffix_);
+    } catch (const DocumentError&) {
+      // Another run that has replaced the document meanwhile left the only old one there.
+      RefuseChanged(true);
+      throw;
+    }
     RefuseChanged(backup->IsNewLink());
   }
   if (std::rename(temporary_.c_str(), target_.c_str()) != 0) Fail("put in place");
@@ -148,7 +154,7 @@ void AtomicFile::RefuseChanged(bool afterLink) {
     advice = fmt::format("The result could not be kept beside it ({}); run the upgrade again",
                          std::strerror(errno));
   }
-  throw ChangedMeanwhile(given_.string(), how, kept, advice);
+  throw ChangedMeanwhile(given_.string(), fmt::format("while it was being upgraded {}", how), kept, advice);
 }
 
 std::string AtomicFile::KeepBeside() {

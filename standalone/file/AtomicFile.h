@@ -32,7 +32,7 @@ class AtomicFile {
 
  private:
   void Replace();
-  /// `afterLink`: a backup was made by giving the file another name.
+  /// `afterLink`: a backup was made, or tried, by giving the file another name.
   void RefuseChanged(bool afterLink);
   /// Gives the name that the result got; empty when it got none.
   [[nodiscard]] std::string KeepBeside();

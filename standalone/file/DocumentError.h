@@ -32,15 +32,14 @@ class DocumentError : public std::runtime_error {
   std::string problem_;
 };
 
-/// The document is no longer what was read: another program has saved, replaced or removed it since. Nothing
-/// was written in its place.
+/// The document is no longer what was read: another program has saved, replaced or removed it since, or while
+/// it was being read. Nothing was written in its place.
 class ChangedMeanwhile : public DocumentError {
  public:
-  /// `how` is what became of it: "it was written to". `kept` is where the result was kept instead; empty for
-  /// nowhere.
+  /// `how` is what became of it, and when: "while it was being upgraded it was removed". `kept` is where the
+  /// result was kept instead; empty for nowhere.
   ChangedMeanwhile(std::string_view file, std::string_view how, std::string kept, std::string_view advice)
-      : DocumentError(Kind::kUnwritable, file, 0,
-                      std::string("changed meanwhile: while it was being upgraded ").append(how), advice),
+      : DocumentError(Kind::kUnwritable, file, 0, std::string("changed meanwhile: ").append(how), advice),
         kept_(std::move(kept)) {}
 
   [[nodiscard]] const std::string& Kept() const noexcept { return kept_; }

@@ -43,9 +43,11 @@ class Reader {
       if (!headerRead_) RefuseEmpty();
       CheckLinks();
     } catch (const DocumentError& error) {
+      if (error.GetKind() == DocumentError::Kind::kInvalid) RefuseChanged(file);
       if (error.Line() != 0) blocks.Text().RefuseDamaged();
       throw;
     }
+    RefuseChanged(file);
     if (options_.digest != nullptr) *options_.digest = file.Digest();
     return document_;
   }
@@ -71,6 +73,13 @@ class Reader {
 
   [[noreturn]] void RefuseEmpty() const {
     Fail(0, "the file is empty", "Give a document: a header line and one line per feature");
+  }
+
+  // Half of the one state and half of the other is no document, sound or not.
+  void RefuseChanged(const InputFile& file) const {
+    if (file.WasWrittenTo())
+      throw ChangedMeanwhile(file_, "while it was being read another program wrote to it", "",
+                             "Wait until that is done, then run the same command again");
   }
 
   void RefuseForeign(std::string_view start) const {

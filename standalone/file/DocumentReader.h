@@ -47,7 +47,7 @@ struct DocumentHeader {
 
 /// Reads the document that `file` holds, plain or compressed by gzip or zstd, whatever its name. Throws
 /// `DocumentError` when it cannot be read whole and sound; the message names the file, the line and what to
-/// do.
+/// do. Throws `ChangedMeanwhile` when another program wrote to the file while it was being read.
 [[nodiscard]] DocumentPtr ReadDocument(const std::filesystem::path& file, const ReadOptions& options = {});
 
 }  // namespace standalone

@@ -44,6 +44,12 @@ InputFile::~InputFile() {
   close(descriptor_);
 }
 
+// Another name, owner or right changes nothing of what is read.
+bool InputFile::WasWrittenTo() const {
+  const auto now = identity_ ? FileIdentity::Of(descriptor_) : std::nullopt;
+  return now && (now->size != identity_->size || now->modified != identity_->modified);
+}
+
 std::size_t InputFile::Read(std::span<char> to) {
   const std::size_t ahead = std::min(startSize_ - startGiven_, to.size());
   std::copy_n(start_.data() + startGiven_, ahead, to.data());

@@ -26,6 +26,8 @@ class InputFile {
   [[nodiscard]] const std::string& Name() const { return name_; }
   /// Which file is read, in the state in which it was opened; none where it is no regular file.
   [[nodiscard]] const std::optional<FileIdentity>& Identity() const { return identity_; }
+  /// Whether another program has written to it since.
+  [[nodiscard]] bool WasWrittenTo() const;
   [[nodiscard]] Compression Stored() const { return CompressionOf({start_.data(), startSize_}); }
 
   /// Gives how many bytes it put into `to`; fewer than there is room for only at the end of the file. Throws

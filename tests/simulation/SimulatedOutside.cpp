@@ -146,7 +146,10 @@ void SimulatedOutside::Give(WorkerNumber number, std::size_t document) {
   Require(disk_.recorded[document] == 0, "a closed document is given out again");
   Require(!wasAsked_, "a document is given out when the run is to stop");
   for (const auto& [other, at] : workers_) {
-    Require(other == number || at.step == Step::kIdle || at.document != document, "two work on one document");
+    if (other == number || at.step == Step::kIdle) continue;
+    Require(at.document != document, "two work on one document");
+    const std::uint32_t apart = at.step == Step::kDone ? 0 : loads_[document].apart;
+    Require(apart == 0 || loads_[at.document].apart != apart, "two work on one file");
   }
   worker.document = document;
   if (worker.isGone) return;

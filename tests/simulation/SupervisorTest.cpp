@@ -23,6 +23,7 @@ Archive ArchiveOf(unsigned seed) {
   for (tool::Load& load : archive.loads) {
     load.memory = 1 + random() % (random() % 8 == 0 ? 500 : 50);
     load.timeLimit = std::chrono::seconds(1 + random() % 5);
+    if (random() % 4 == 0) load.apart = static_cast<std::uint32_t>(1 + random() % 3);
   }
   archive.settings.workers = 1 + random() % 5;
   if (random() % 2 == 0) archive.settings.memory = 20 + random() % 200;

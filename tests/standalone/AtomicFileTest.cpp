@@ -109,6 +109,21 @@ TEST_F(AtomicFileTest, AChangeAtTheLastMomentTakesTheBackupBack) {
   EXPECT_THAT(folder_.Names(), ElementsAre("a", "a.old"));
 }
 
+// Its backup holds the only old document: nobody must be told to remove that.
+TEST_F(AtomicFileTest, ABackupOfAnotherRunIsNotToBlame) {
+  WriteOptions options = ReplacingWhatIsThere();
+  options.backupSuffix = ".old";
+  {
+    const FaultyFileSystem otherRun({.beforeLink = [&] {
+      fs::rename(document_, folder_ / "a.old");
+      folder_.Put("a", "its result");
+    }});
+    EXPECT_THAT(Replace(options), HasSubstr("another file was put in its place"));
+  }
+  EXPECT_EQ(BytesOf(document_), "its result");
+  EXPECT_EQ(BytesOf(folder_ / "a.old"), "original");
+}
+
 TEST_F(AtomicFileTest, AResultThatCameTooLateIsKeptWhenAskedFor) {
   for (const char* const name : {"a.upgraded", "a.upgraded.2"}) {
     WriteOptions options = ReplacingWhatIsThere();

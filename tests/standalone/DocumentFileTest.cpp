@@ -497,4 +497,24 @@ TEST_F(DocumentFileTest, BrokenDocumentsAreRefusedOrReadWholeWhateverTheBlocks) 
   EXPECT_LT(refused, 1000);  // a changed letter of a name is sound
 }
 
+// Half of the one and half of the other, which may look sound, or cut off.
+TEST_F(DocumentFileTest, ADocumentThatIsSavedWhileItIsReadIsNeither) {
+  const std::string old = WithHeader(2, "{\"id\":1,\"type\":\"X\"}\n{\"id\":2,\"type\":\"X\"}\n");
+  const std::string sound = WithHeader(2, "{\"id\":1,\"type\":\"Y\"}\n{\"id\":2,\"type\":\"Yy\"}\n");
+  for (const std::string& saved : {sound, sound.substr(0, old.size() - 10)}) {
+    ReadOptions options;
+    options.blockBytes = 64;
+    options.onHeader = [&](const Document&, const auto&) { folder_.Put("in.hvxdoc", saved); };
+    EXPECT_THAT(Read(old, options).text,
+                StartsWith("changed meanwhile: while it was being read another program "
+                           "wrote to it. Wait until that is done"));
+  }
+  // What is put in its place by a name is none of its bytes.
+  ReadOptions options;
+  options.onHeader = [&](const Document&, const auto&) {
+    std::filesystem::rename(folder_.Put("new", sound), folder_ / "in.hvxdoc");
+  };
+  EXPECT_EQ(Read(old, options).text, old);
+}
+
 }  // namespace

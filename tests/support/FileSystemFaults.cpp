@@ -40,6 +40,7 @@ FaultyFileSystem::~FaultyFileSystem() {
 using testing_support::Current;
 
 extern "C" int link(const char* from, const char* to) noexcept {
+  if (Current().beforeLink) Current().beforeLink();
   if (Current().linkError != 0) return testing_support::FailWith(Current().linkError);
   const int result = static_cast<int>(syscall(SYS_linkat, AT_FDCWD, from, AT_FDCWD, to, 0));
   if (result == 0 && Current().onLink) Current().onLink();

@@ -242,5 +242,75 @@ TEST_F(ArchiveRunTest, MergeKnowsDocumentsWhoseNamesBeginWithADash) {
   EXPECT_TRUE(merged.out.find("2 documents: 2 upgraded") != std::string::npos) << merged.out;
 }
 
+TEST_F(ArchiveRunTest, AMergeTellsWhatItCannotKnow) {
+  fs::create_directory(Path("run"));
+  const std::string document = Document("run/part.hvxdoc", kJobLines);
+  const fs::path before = fs::current_path();
+  fs::current_path(Path("run"));
+  const auto upgrade = [&](const char* report, const char* shard) {
+    return Run({"upgrade", ".", "--output-dir", Path("new"), "--report", Path(report), "--shard", shard})
+        .code;
+  };
+  ASSERT_EQ(upgrade("a.jsonl", "1/1"), 0);
+  ASSERT_EQ(upgrade("b.jsonl", "1/1"), 0);
+  ASSERT_EQ(upgrade("c.jsonl", "1/2"), 0);
+  fs::current_path(before);
+
+  const Ended twice = Run({"merge", Path("a.jsonl"), Path("./a.jsonl")});
+  EXPECT_EQ(twice.code, 0) << twice.err;
+  EXPECT_EQ(twice.err, "");
+  const Ended two = Run({"merge", Path("a.jsonl"), Path("b.jsonl")});
+  EXPECT_EQ(two.code, 1);
+  EXPECT_TRUE(two.err.find("several reports of these shards were given; ") != std::string::npos) << two.err;
+  EXPECT_EQ(two.err.find("several shards did"), std::string::npos) << two.err;
+  const Ended other = Run({"merge", Path("a.jsonl"), Path("c.jsonl")});
+  EXPECT_EQ(other.code, 2);
+  EXPECT_TRUE(other.err.find("--shard 1/1 -- . in ") != std::string::npos) << other.err;
+
+  // A folder that could not be searched may hold documents that no shard did.
+  fs::remove(document);
+  const Ended empty = Run({"merge", Path("a.jsonl")});
+  EXPECT_EQ(empty.code, 3);
+  EXPECT_TRUE(empty.err.find(".: no documents were found") != std::string::npos) << empty.err;
+  fs::remove(Path("run"));
+  const Ended gone = Run({"merge", Path("a.jsonl")});
+  EXPECT_EQ(gone.code, 3);
+  EXPECT_TRUE(gone.err.find("the folder of the run cannot be entered") != std::string::npos) << gone.err;
+}
+
+// As in archives of times before UTF-8.
+TEST_F(ArchiveRunTest, NamesOfAnyBytesAreFoundAgain) {
+  for (const char* const name : {"Tr\xe4ger/a \xe4.hvxdoc", "Tr\xe4ger/a \xf6.hvxdoc",
+                                 "Tr\xe4ger/a \xf4\x8d\xb3\xa4.hvxdoc", "Tr\xe4ger/a\xff\\xff.hvxdoc"}) {
+    fs::create_directory(Path("Tr\xe4ger"));
+    static_cast<void>(Document(name, kJobLines));
+  }
+  const std::vector<std::string> command = {"upgrade",  Path("Tr\xe4ger"), "--output-dir", Path("n\xfcu"),
+                                            "--report", Path("r.jsonl"),   "--shard",      "1/1"};
+  ASSERT_EQ(Run(command).code, 0);
+  const Ended again = Run(command);
+  EXPECT_EQ(again.code, 0);
+  EXPECT_TRUE(again.out.find("4 documents done before, 0 left") != std::string::npos)
+      << again.out << again.err;
+  const Ended merged = Run({"merge", Path("r.jsonl")});
+  EXPECT_EQ(merged.code, 0);
+  EXPECT_EQ(merged.err, "");
+  EXPECT_TRUE(Content(Path("r.jsonl")).find("a \xf4\x8d\xb3\xb6.hvxdoc") != std::string::npos);
+}
+
+// Whatever the number of workers: replacing what the one name stands for is no change of the other document.
+TEST_F(ArchiveRunTest, NamesOfOneFileAreUpgradedOneAfterTheOther) {
+  constexpr int kFiles = 12;
+  fs::create_directory(Path("linked"));
+  for (int i = 0; i < kFiles; ++i) {
+    const std::string file = Document(fmt::format("linked/{}.hvxdoc", i), kJobLines);
+    for (int name = 1; name <= 3; ++name)
+      fs::create_hard_link(file, Path(fmt::format("linked/{}-{}.hvxdoc", i, name)));
+  }
+  const Ended ended = Run({"upgrade", Path("linked"), "--in-place", "--backup", ".old", "-j", "4"});
+  EXPECT_EQ(ended.code, 0) << ended.err;
+  EXPECT_TRUE(ended.out.ends_with("48 documents: 48 upgraded\n")) << ended.out;
+}
+
 }  // namespace
 }  // namespace tool_testing

@@ -76,8 +76,21 @@ TEST_F(ArchiveTest, PatternsChooseAmongThem) {
   EXPECT_EQ(found({"--include", "*.doc"}), "b");
   EXPECT_EQ(found({"--include", "*.doc", "--include", "a*"}), "ab");
   EXPECT_EQ(found({"--exclude", "drafts"}), "a");
+  EXPECT_EQ(found({"--exclude", "drafts/"}), "a");
   EXPECT_EQ(found({"--exclude", "drafts/*"}), "ad");
   EXPECT_EQ(found({"--exclude", "*/drafts"}), "ac");
+}
+
+TEST_F(ArchiveTest, BackupsAreNoDocumentsWhateverThePattern) {
+  Place("archive/part 1.hvxdoc");
+  const std::vector<std::string> command = {"upgrade", Path("archive"), "--in-place", "--backup",
+                                            ".old",    "--include",     "part*"};
+  ASSERT_EQ(Run(command).code, 0);
+  const std::string backup = Content(Path("archive/part 1.hvxdoc.old"));
+  const Ended again = Run(command);
+  EXPECT_EQ(again.code, 0) << again.err;
+  EXPECT_EQ(Content(Path("archive/part 1.hvxdoc.old")), backup);
+  EXPECT_FALSE(fs::exists(Path("archive/part 1.hvxdoc.old.old")));
 }
 
 TEST_F(ArchiveTest, AListMayHoldAnyNames) {
@@ -90,6 +103,11 @@ TEST_F(ArchiveTest, AListMayHoldAnyNames) {
   const Ended ended = Run({"upgrade", "--files-from", Path("list"), "-0", "--in-place"});
   EXPECT_EQ(ended.code, 0) << ended.err;
   EXPECT_TRUE(ended.out.ends_with("2 documents: 2 upgraded\n")) << ended.out;
+
+  Put(Path("list"), "");  // such as a list of what is pending
+  const Ended nothing = Run({"upgrade", "--files-from", Path("list"), "--in-place"});
+  EXPECT_EQ(nothing.code, 0) << nothing.err;
+  EXPECT_EQ(nothing.out, "0 documents\n");
 
   const Ended missing = StatusOf({"--files-from", Path("none")});
   EXPECT_EQ(missing.code, 3);

@@ -149,6 +149,24 @@ TEST_F(HostileTextTest, NothingInAnArgumentReachesTheTerminal) {
   ExpectClean({"--library", evil, "status", file});
 }
 
+// People copy it into a shell.
+TEST_F(HostileTextTest, TheNextCommandIsOneOfAShell) {
+  const std::string one = Document("1.hvxdoc", kBrokenJobLine);
+  const std::string two = Document("2.hvxdoc", kBrokenJobLine);
+  // Each, and how it ends as a word.
+  const std::pair<const char*, const char*> names[] = {{"Träger_1", "/Träger_1"},
+                                                       {"a b", "/a b'"},
+                                                       {"it's $(touch x)", R"(/it'\''s $(touch x)')"},
+                                                       {"a\nb'\\\xff", R"(/a\u000ab\'\\\xff')"}};
+  for (const auto& [name, word] : names) {
+    const Ended ended = Run({"upgrade", one, two, "--output-dir", Path(name)});
+    const std::size_t next = ended.out.find("  Next: ");
+    ASSERT_NE(next, std::string::npos) << ended.out;
+    const std::string line = ended.out.substr(next, ended.out.find('\n', next) - next);
+    EXPECT_TRUE(line.ends_with(word + std::string(" tells what each needs"))) << line;
+  }
+}
+
 TEST_F(HostileTextTest, WhatIsSeenStays) {
   const std::string file = Document("names.hvxdoc",
                                     "{\"id\":1,\"type\":\"Part\",\"alias\":\"Träger 梁 مرحبا\"}\n"

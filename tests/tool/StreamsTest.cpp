@@ -53,6 +53,14 @@ TEST_F(StreamsTest, AResultGoesToStandardOutputAlone) {
   EXPECT_NE(full.err.find("standard output: cannot be written"), std::string::npos) << full.err;
 }
 
+TEST_F(StreamsTest, HelpThatCannotBeWrittenIsTold) {
+  for (const char* const option : {"--help", "--version"}) {
+    const Ended full = Run({option}, "/dev/full");
+    EXPECT_EQ(full.code, 5);
+    EXPECT_EQ(full.err, "hvxupgrade: standard output cannot be written (No space left on device)\n");
+  }
+}
+
 TEST_F(StreamsTest, EveryCommandReadsStandardInput) {
   const std::string old = Content(old_);
   EXPECT_NE(RunOn(old, {"status", "-"}).out.find("/dev/stdin: upgrade needed"), std::string::npos);

@@ -227,5 +227,21 @@ TEST_F(UpgradeCommandTest, TraceTellsEveryHostCallInOrder) {
                                     "\nHVXIJob::SetMemoryUnit 3 HVXJobLT \"MemoryUnit\"\n");
 }
 
+// A variable of a script that was never set, or a slip, must not take a limit away.
+TEST_F(UpgradeCommandTest, WhatIsNoNumberIsNoLimit) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  for (const char* const option :
+       {"--memory", "--limit-features", "--limit-memory", "--limit-unpacked", "--timeout", "--jobs"}) {
+    for (const char* const value : {"-1", "", "many"})
+      EXPECT_EQ(Run({"upgrade", file, "--in-place", option, value}).code, 2) << option << " " << value;
+  }
+  for (const char* const verb : {"status", "check", "show", "merge", "clean"})
+    EXPECT_EQ(Run({verb, ""}).code, 2);
+  const Ended nameless = Run({"upgrade", "", "--in-place"});
+  EXPECT_EQ(nameless.code, 2);
+  EXPECT_TRUE(Has(nameless.err, "the value is empty")) << nameless.err;
+  EXPECT_TRUE(Has(Content(file), R"("upgrades":[])"));
+}
+
 }  // namespace
 }  // namespace tool_testing

@@ -88,6 +88,7 @@ RunEnd ArchiveUpgrade::Run(const std::vector<std::size_t>& documents) {
     loads_[document] = LoadOf(task_.documents[document].file, task_.arguments.limits);
     state_.bytes += loads_[document].bytes;
   }
+  if (task_.arguments.inPlace) KeepNamesOfOneFileApart(documents);
   state_.documents = documents.size();
   Supervisor::Settings settings = SettingsFor(task_.arguments.many, documents.size());
   if (task_.trace != nullptr) settings.workers = 1;  // calls of several documents would mix
@@ -95,6 +96,21 @@ RunEnd ArchiveUpgrade::Run(const std::vector<std::size_t>& documents) {
   if (end == RunEnd::kInterrupted && documents.size() == 1 && state_.done == 0)
     Complain(fmt::format("{}: interrupted. Nothing was written", task_.documents[documents.front()].file));
   return end;
+}
+
+// Where a file has several names, replacing what one of them stands for changes the file, which the worker at
+// another name would take for the doing of another program.
+void ArchiveUpgrade::KeepNamesOfOneFileApart(const std::vector<std::size_t>& documents) {
+  std::map<std::pair<dev_t, ino_t>, std::uint32_t> files;
+  for (const std::size_t document : documents) {
+    const fs::path file(task_.documents[document].file);
+    std::error_code error;
+    if (fs::hard_link_count(file, error) <= 1 || error) continue;
+    const auto identity = FileIdentity::Of(file);
+    if (!identity) continue;
+    const auto next = static_cast<std::uint32_t>(files.size() + 1);
+    loads_[document].apart = files.try_emplace({identity->device, identity->inode}, next).first->second;
+  }
 }
 
 void ArchiveUpgrade::PrepareWorker() {

@@ -54,6 +54,7 @@ class ArchiveUpgrade {
   };
 
   [[nodiscard]] std::string Work(std::size_t document, const RequestCommit& requestCommit);
+  void KeepNamesOfOneFileApart(const std::vector<std::size_t>& documents);
   void PrepareWorker();
   void NoteGiven(std::size_t document);
   bool Close(std::size_t document, const WorkEnd& end);

@@ -73,11 +73,15 @@ void ReadList(const Sources& sources, const Use& use) {
 
 class Search {
  public:
-  Search(const Sources& sources, const fs::path& results)
+  Search(const Sources& sources, const fs::path& results, std::string backupSuffix)
       : sources_(sources),
         include_(sources.include),
+        exclude_(sources.exclude),
         results_(results.empty() ? fs::path() : PlainFormOf(results)),
+        backupSuffix_(std::move(backupSuffix)),
         isAlone_(sources.given.size() == 1 && sources.list.empty()) {
+    TakeSlashesOff(include_);
+    TakeSlashesOff(exclude_);
     if (include_.empty()) include_.assign(std::begin(kDocuments), std::end(kDocuments));
   }
 
@@ -95,11 +99,11 @@ class Search {
     ReadList(sources_, [this](const std::string& name) { Add(name); });
   }
 
+  // A list may well name nothing, such as one of documents that are still to be done.
   FoundDocuments Finish() {
-    if (found_.documents.empty() && found_.problems.empty()) {
+    if (found_.documents.empty() && found_.problems.empty() && !folders_.empty()) {
       found_.problems.push_back(fmt::format("{}: no documents were found ({}). Choose others with --include",
-                                            folders_.empty() ? sources_.list : folders_,
-                                            fmt::join(include_, ", ")));
+                                            folders_, fmt::join(include_, ", ")));
     }
     return std::move(found_);
   }
@@ -108,6 +112,13 @@ class Search {
   static fs::path PlainFormOf(const fs::path& path) {
     fs::path plain = fs::absolute(path).lexically_normal();
     return plain.has_filename() ? plain : plain.parent_path();  // "folder/" is "folder"
+  }
+
+  // "drafts/" is what other tools call a folder.
+  static void TakeSlashesOff(std::vector<std::string>& patterns) {
+    for (std::string& pattern : patterns) {
+      while (pattern.size() > 1 && pattern.ends_with('/')) pattern.pop_back();
+    }
   }
 
   void AddDocument(GivenDocument document) {
@@ -129,6 +140,14 @@ class Search {
     for (GivenDocument& document : documents) AddDocument(std::move(document));
   }
 
+  // Of a run with the same arguments, which may well choose documents by the beginning of their names.
+  [[nodiscard]] bool IsBackup(const fs::path& file) const {
+    const std::string& name = file.native();
+    if (backupSuffix_.empty() || !name.ends_with(backupSuffix_)) return false;
+    std::error_code error;
+    return fs::is_regular_file(name.substr(0, name.size() - backupSuffix_.size()), error);
+  }
+
   void LookThrough(const std::string& given, const fs::path& folder, std::vector<fs::path>& folders,
                    std::vector<GivenDocument>& documents) {
     const fs::path place = folder.empty() ? fs::path(given) : fs::path(given) / folder;
@@ -137,12 +156,12 @@ class Search {
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
       const fs::path name = entry->path().filename();
       const fs::path beneath = folder / name;
-      if (name.native().starts_with('.') || Matches(sources_.exclude, beneath)) continue;
+      if (name.native().starts_with('.') || Matches(exclude_, beneath)) continue;
       std::error_code gone;  // meanwhile
       const fs::file_type type = entry->symlink_status(gone).type();
       if (type == fs::file_type::directory) {
         if (PlainFormOf(fs::path(given) / beneath) != results_) folders.push_back(beneath);
-      } else if (Matches(include_, beneath) && entry->is_regular_file(gone)) {
+      } else if (Matches(include_, beneath) && entry->is_regular_file(gone) && !IsBackup(entry->path())) {
         std::string file = (fs::path(given) / beneath).string();
         const std::size_t begins = file.size() - beneath.native().size();
         documents.push_back({std::move(file), begins});
@@ -157,7 +176,9 @@ class Search {
 
   const Sources& sources_;
   std::vector<std::string> include_;
+  std::vector<std::string> exclude_;
   fs::path results_;
+  std::string backupSuffix_;
   std::string folders_;  // those that were searched
   bool isAlone_;         // nothing but one folder or file was given, in which nothing stands twice
   std::unordered_set<std::string> met_;
@@ -166,8 +187,9 @@ class Search {
 
 }  // namespace
 
-FoundDocuments FindDocuments(const Sources& sources, const fs::path& results) {
-  Search search(sources, results);
+FoundDocuments FindDocuments(const Sources& sources, const fs::path& results,
+                             const std::string& backupSuffix) {
+  Search search(sources, results, backupSuffix);
   for (const std::string& given : sources.given) search.Add(given);
   if (!sources.list.empty()) search.AddList();
   return search.Finish();
@@ -176,6 +198,17 @@ FoundDocuments FindDocuments(const Sources& sources, const fs::path& results) {
 ExitCode TellProblems(const FoundDocuments& found) {
   for (const std::string& problem : found.problems) Complain(problem);
   return found.problems.empty() ? ExitCode::kDone : ExitCode::kBadInput;
+}
+
+std::string ListOfProblems(const FoundDocuments& found) {
+  constexpr std::size_t kListed = 20;
+  const std::size_t count = found.problems.size();
+  if (count == 0) return {};
+  std::string text = fmt::format("Not searched for documents ({}):\n", count);
+  for (std::size_t i = 0; i < std::min(count, kListed); ++i)
+    text += fmt::format("  {}\n", Printable(found.problems[i]));
+  if (count > kListed) text += fmt::format("  and {} more\n", count - kListed);
+  return text;
 }
 
 }  // namespace tool

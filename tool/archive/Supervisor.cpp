@@ -40,9 +40,20 @@ void Supervisor::GiveOut() {
 
 // The largest one that fits beside those at work. One that waits for memory lets smaller ones pass.
 Supervisor::Waiting::const_iterator Supervisor::NextThatFits() const {
-  if (settings_.memory == 0 || memoryInUse_ == 0) return waiting_.begin();
-  if (memoryInUse_ >= settings_.memory) return waiting_.end();
-  return waiting_.lower_bound({settings_.memory - memoryInUse_, 0});
+  auto next = waiting_.begin();
+  if (settings_.memory != 0 && memoryInUse_ != 0) {
+    if (memoryInUse_ >= settings_.memory) return waiting_.end();
+    next = waiting_.lower_bound({settings_.memory - memoryInUse_, 0});
+  }
+  while (next != waiting_.end() && IsKeptApart(next->second)) ++next;
+  return next;
+}
+
+bool Supervisor::IsKeptApart(std::size_t document) const {
+  const std::uint32_t group = loads_[document].apart;
+  return group != 0 && std::ranges::any_of(workers_, [&](const auto& worker) {
+           return worker.second.document && loads_[*worker.second.document].apart == group;
+         });
 }
 
 // Starts one where there may be another.

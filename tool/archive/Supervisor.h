@@ -15,6 +15,8 @@ struct Load {
   std::uint64_t bytes = 0;
   std::uint64_t memory = 0;                  ///< What a worker will probably need for it, in bytes.
   std::optional<Clock::duration> timeLimit;  ///< None for as long as it takes.
+  /// Documents with one number are not worked on at the same time; 0 for none.
+  std::uint32_t apart = 0;
 };
 
 /// How a run ended.
@@ -71,6 +73,7 @@ class Supervisor {
 
   void GiveOut();
   [[nodiscard]] Waiting::const_iterator NextThatFits() const;
+  [[nodiscard]] bool IsKeptApart(std::size_t document) const;
   [[nodiscard]] Slots::iterator IdleWorker();
   void DismissIdle();
   [[nodiscard]] std::optional<Clock::time_point> NextDeadline();

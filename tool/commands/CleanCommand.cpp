@@ -96,7 +96,7 @@ class CleanCommand {
   void Tell(const Leftover& leftover, Outcome outcome, JsonList& list) const {
     if (arguments_.json) {
       JsonObject entry(list.Entry());
-      entry.Text("file", leftover.file.string());
+      entry.Name("file", leftover.file.string());
       entry.Number("bytes", leftover.bytes);
       entry.Text("host", leftover.name.host);
       entry.Number("process", static_cast<std::size_t>(leftover.name.process));

@@ -85,8 +85,8 @@ void PrintJson(const DiffArguments& arguments, const DocumentDifference& differe
   JsonObject top(output.Buffer());
   top.Text("diff", "hvxupgrade");
   top.Number("version", kJsonVersion);
-  top.Text("before", arguments.before);
-  top.Text("after", arguments.after);
+  top.Name("before", arguments.before);
+  top.Name("after", arguments.after);
   top.Flag("different", !difference.IsEmpty());
   top.Texts("upgradesBefore", difference.upgradesBefore);
   top.Texts("upgradesAfter", difference.upgradesAfter);

@@ -4,12 +4,17 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <fstream>
 #include <map>
+#include <set>
+#include <utility>
 
 #include "archive/DocumentSearch.h"
 #include "file/AtomicFile.h"
 #include "file/DocumentError.h"
+#include "file/FileIdentity.h"
 #include "report/ReportLines.h"
 #include "report/RunReport.h"
 #include "report/RunSummary.h"
@@ -31,25 +36,37 @@ struct Place {
 
 class MergeCommand {
  public:
-  explicit MergeCommand(const MergeArguments& arguments) : arguments_(arguments), summary_(false) {}
+  explicit MergeCommand(const MergeArguments& arguments)
+      : arguments_(arguments), reports_(EachOnce(arguments.reports)), summary_(false) {}
 
   ExitCode Run() {
-    for (std::size_t i = 0; i < arguments_.reports.size(); ++i) ReadPlaces(i);
-    for (std::size_t i = 0; i < arguments_.reports.size(); ++i) Summarize(i);
+    for (std::size_t i = 0; i < reports_.size(); ++i) ReadPlaces(i);
+    for (std::size_t i = 0; i < reports_.size(); ++i) Summarize(i);
     const std::vector<std::string> problems = Problems();
     Say(summary_.ClosingList(arguments_.report));
     Say(fmt::format("{}\n", summary_.Verdict()));
     ExitCode code = summary_.Code();
     for (const std::string& problem : problems) Complain(problem);
     if (!problems.empty()) code = MoreSerious(code, ExitCode::kFailedFeatures);
+    if (isUnsearched_) code = MoreSerious(code, ExitCode::kBadInput);
     if (isLeft_) code = ExitCode::kInterrupted;
     if (!arguments_.report.empty()) WriteReport(code);
     return code;
   }
 
  private:
+  static std::vector<std::string> EachOnce(const std::vector<std::string>& reports) {
+    std::vector<std::string> once;
+    std::set<std::pair<dev_t, ino_t>> met;
+    for (const std::string& report : reports) {
+      const auto file = standalone::FileIdentity::Of(fs::path(report));
+      if (!file || met.emplace(file->device, file->inode).second) once.push_back(report);
+    }
+    return once;
+  }
+
   void ReadPlaces(std::size_t number) {
-    const std::string& file = arguments_.reports[number];
+    const std::string& file = reports_[number];
     const ReadReportResult read = ReadReport(file, [this, number](const ReportLine& line) {
       std::vector<Place>& places = places_[line.file];
       std::erase_if(places, [number](const Place& place) { return place.report == number; });
@@ -68,14 +85,16 @@ class MergeCommand {
     if (number == 0) {
       head_ = head;
       command_ = upgrade;
+      firstArguments_ = read.head.arguments;
       shards_.resize(shard.of);
     }
     if (head != head_ || shards_.size() != shard.of) {
       throw UsageError(fmt::format("{} and {} are no reports of shards of one run: {} in {}, and {} in {}",
-                                   arguments_.reports.front(), file, fmt::join(head_.arguments, " "),
-                                   head_.folder, fmt::join(head.arguments, " "), head.folder));
+                                   reports_.front(), file, fmt::join(firstArguments_, " "), head_.folder,
+                                   fmt::join(read.head.arguments, " "), head.folder));
     }
     shards_[shard.number - 1].push_back(file);
+    shardOf_.push_back(shard.number);
     if (!read.isFinished || read.left != 0) unfinished_.push_back(file);
   }
 
@@ -86,7 +105,7 @@ class MergeCommand {
 
   // Of a document that several shards did, the last report's record counts.
   void Summarize(std::size_t number) {
-    ReadReport(arguments_.reports[number], [this, number](const ReportLine& line) {
+    ReadReport(reports_[number], [this, number](const ReportLine& line) {
       const Place& last = places_.at(line.file).back();
       if (last.report == number && last.begin == line.begin) summary_.Add(line.file, line.result);
     });
@@ -94,6 +113,7 @@ class MergeCommand {
 
   [[nodiscard]] std::vector<std::string> Problems() {
     std::vector<std::string> problems;
+    // What is left to be done, unless told otherwise.
     const auto add = [&](const std::vector<std::string>& names, std::string_view what, bool isLeft = true) {
       constexpr std::size_t kNamed = 20;
       if (names.empty()) return;
@@ -105,29 +125,47 @@ class MergeCommand {
                       names.size() > kNamed ? fmt::format(", and {} more", names.size() - kNamed) : ""));
     };
     std::vector<std::string> missing;
+    std::vector<std::string> repeated;
     for (std::size_t i = 0; i < shards_.size(); ++i) {
-      if (shards_[i].empty()) missing.push_back(fmt::format("{}/{}", i + 1, shards_.size()));
+      if (shards_[i].size() == 1) continue;
+      (shards_[i].empty() ? missing : repeated).push_back(fmt::format("{}/{}", i + 1, shards_.size()));
     }
     add(missing, "no report of these shards was given");
     add(unfinished_, "these shards are not finished; the same command goes on with each");
+    add(repeated, "several reports of these shards were given; of a document the last one's record counts",
+        false);
     std::vector<std::string> several;
     for (const auto& [file, places] : places_) {
-      if (places.size() > 1) several.push_back(file);
+      const auto isOfOther = [&, first = shardOf_[places.front().report]](const Place& place) {
+        return shardOf_[place.report] != first;
+      };
+      if (std::ranges::any_of(places, isOfOther)) several.push_back(file);
     }
     add(several, "several shards did these documents, so the archive changed while they ran", false);
-    add(DoneByNone(), "no shard did these documents");
+    add(DoneByNone(problems), "no shard did these documents");
     return problems;
   }
 
-  [[nodiscard]] std::vector<std::string> DoneByNone() const {
+  // Where that cannot be seen, tells it as problems.
+  [[nodiscard]] std::vector<std::string> DoneByNone(std::vector<std::string>& problems) {
     std::vector<std::string> none;
     if (command_.sources.list == "-") return none;  // which is gone
     const fs::path here = fs::current_path();
-    if (chdir(head_.folder.c_str()) != 0) return none;
-    for (const GivenDocument& document :
-         FindDocuments(command_.sources, command_.outputDirectory).documents) {
+    if (chdir(head_.folder.c_str()) != 0) {
+      isUnsearched_ = true;
+      problems.push_back(
+          fmt::format("{}: the folder of the run cannot be entered ({}), so that nobody knows whether shards "
+                      "passed documents over. Run the same command again where it is there",
+                      head_.folder, std::strerror(errno)));
+      return none;
+    }
+    const FoundDocuments found =
+        FindDocuments(command_.sources, command_.outputDirectory, command_.backupSuffix);
+    for (const GivenDocument& document : found.documents) {
       if (!places_.contains(document.file)) none.push_back(document.file);
     }
+    isUnsearched_ = !found.problems.empty();
+    problems.insert(problems.end(), found.problems.begin(), found.problems.end());
     if (chdir(here.c_str()) != 0)
       throw DocumentError(DocumentError::Kind::kUnreadable, here.string(), 0, "cannot be entered any more",
                           "Run the same command again in a folder that is there");
@@ -141,7 +179,7 @@ class MergeCommand {
     standalone::AtomicFile output(arguments_.report, options);
     output.Write(HeadLine(head_));
     std::vector<std::ifstream> reports;
-    for (const std::string& file : arguments_.reports) reports.emplace_back(file, std::ios::binary);
+    for (const std::string& file : reports_) reports.emplace_back(file, std::ios::binary);
     std::vector<char> block(std::size_t{1} << 16U);
     for (const auto& [file, places] : places_) {
       const Place& place = places.back();
@@ -150,7 +188,7 @@ class MergeCommand {
       for (std::int64_t left = place.size; left > 0;) {
         const auto size = std::min<std::int64_t>(left, static_cast<std::int64_t>(block.size()));
         if (!report.read(block.data(), size))
-          throw DocumentError(DocumentError::Kind::kUnreadable, arguments_.reports[place.report], 0,
+          throw DocumentError(DocumentError::Kind::kUnreadable, reports_[place.report], 0,
                               "the report was changed while it was read", "Run the same command again");
         output.Write({block.data(), static_cast<std::size_t>(size)});
         left -= size;
@@ -162,13 +200,17 @@ class MergeCommand {
   }
 
   const MergeArguments& arguments_;
+  std::vector<std::string> reports_;
   RunSummary summary_;
-  ReportHead head_;           // without the shard
-  UpgradeArguments command_;  // of the first report
+  ReportHead head_;                          // without the shard
+  UpgradeArguments command_;                 // of the first report,
+  std::vector<std::string> firstArguments_;  // with its shard
   std::map<std::string, std::vector<Place>> places_;
   std::vector<std::vector<std::string>> shards_;  // the reports of each
+  std::vector<std::size_t> shardOf_;              // of each report
   std::vector<std::string> unfinished_;
-  bool isLeft_ = false;  // something is not done yet
+  bool isLeft_ = false;        // something is not done yet
+  bool isUnsearched_ = false;  // there may be documents that no shard saw
 };
 
 }  // namespace

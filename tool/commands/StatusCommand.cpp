@@ -95,7 +95,7 @@ void AppendText(fmt::memory_buffer& out, const Status& status) {
 
 void AppendJson(fmt::memory_buffer& out, const Status& status) {
   JsonObject entry(out);
-  entry.Text("file", status.file);
+  entry.Name("file", status.file);
   entry.Text("verdict", WordsOf(status.state).verdict);
   entry.Number("features", status.features);
   entry.Texts("pending", status.pending);

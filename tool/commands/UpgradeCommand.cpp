@@ -16,6 +16,7 @@
 #include "settings/UsageError.h"
 #include "terminal/Interruption.h"
 #include "terminal/Terminal.h"
+#include "terminal/VisibleText.h"
 
 namespace tool {
 namespace {
@@ -32,13 +33,36 @@ void UseLanguage(const std::string& language, const fs::path& folder) {
   standalone::Messages::Use(folder, language);
 }
 
+// As a word of a command that people copy into a shell.
+std::string ShellWord(const std::string& name) {
+  const std::string word = name.starts_with('-') ? "./" + name : name;
+  const auto isPlain = [](char c) {
+    const bool isOfShell =
+        c <= ' ' || std::string_view("!\"#$&'()*;<>?[\\]^`{|}~\x7f").find(c) != std::string_view::npos;
+    return static_cast<unsigned char>(c) >= 0x80 || !isOfShell;
+  };
+  const bool isSeen = WithEscapes(word, Escapes::kAll) == word;
+  if (isSeen && std::ranges::all_of(word, isPlain)) return word;
+  std::string quoted;
+  for (const char c : word) {
+    if (c == '\'') {
+      quoted += isSeen ? R"('\'')" : R"(\')";
+    } else if (c == '\\' && !isSeen) {
+      quoted += R"(\\)";
+    } else {
+      quoted += c;
+    }
+  }
+  return isSeen ? fmt::format("'{}'", quoted) : fmt::format("$'{}'", WithEscapes(quoted, Escapes::kAll));
+}
+
 class UpgradeCommand {
  public:
   UpgradeCommand(const UpgradeArguments& arguments, const Places& places)
       : arguments_(arguments),
         installation_(places),
         selection_(installation_.Manager(), arguments.only, arguments.until),
-        found_(FindDocuments(arguments.sources, arguments.outputDirectory)),
+        found_(FindDocuments(arguments.sources, arguments.outputDirectory, arguments.backupSuffix)),
         destinations_(arguments, found_.documents),
         emptyFolders_(arguments.outputDirectory.empty() || arguments.dryRun ? std::set<fs::path>()
                                                                             : destinations_.Folders()),
@@ -114,7 +138,9 @@ class UpgradeCommand {
             upgrade.StartFailure()));
         break;
     }
-    if (!arguments_.quiet && (found_.documents.size() > 1 || summary_.Documents() > 1)) TellAll(left);
+    const bool isEmptyList = found_.documents.empty() && found_.problems.empty();
+    const bool areSeveral = found_.documents.size() > 1 || summary_.Documents() > 1;
+    if (!arguments_.quiet && (areSeveral || isEmptyList)) TellAll(left);
     return report_ && end != RunEnd::kUnrecordable ? FinishReport(code, left) : code;
   }
 
@@ -122,12 +148,12 @@ class UpgradeCommand {
   void TellAll(std::size_t left) const {
     constexpr std::size_t kShort = 20;
     if (summary_.Documents() > kShort && !arguments_.many.verbose)
-      Say(summary_.ClosingList(arguments_.report));
+      Say(summary_.ClosingList(arguments_.report) + ListOfProblems(found_));
     Say(summary_.Verdict() + (left == 0 ? "\n" : fmt::format("; {} left\n", left)));
     if (!summary_.NeedsPerson() || left != 0 || arguments_.dryRun) return;
-    std::string where = Word(arguments_.outputDirectory);
+    std::string where = arguments_.outputDirectory.empty() ? "" : ShellWord(arguments_.outputDirectory);
     if (where.empty())
-      where = arguments_.sources.given.size() == 1 ? Word(arguments_.sources.given.front()) : "DOCUMENT";
+      where = arguments_.sources.given.size() == 1 ? ShellWord(arguments_.sources.given.front()) : "DOCUMENT";
     Say(fmt::format("  Next: hvxupgrade check --verbose {} tells what each needs\n", where));
   }
 

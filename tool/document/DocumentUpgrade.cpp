@@ -105,6 +105,22 @@ class DocumentUpgrade {
            std::filesystem::is_regular_file(*task_.destination.file, error);
   }
 
+  // A backup in the way may be that of another run, which has replaced the document since it was opened; to
+  // remove it would be the wrong advice.
+  void CheckDestination() const {
+    try {
+      task_.destination.Check();
+    } catch (const DocumentError&) {
+      const auto now = standalone::FileIdentity::Of(std::filesystem::path(task_.input));
+      if (replacesInput_ && read_ && now && !now->IsSameFile(*read_)) {
+        throw standalone::ChangedMeanwhile(task_.input,
+                                           "while it was being read another file was put in its place", "",
+                                           "Nothing was written; run the upgrade again");
+      }
+      throw;
+    }
+  }
+
   // A result that cannot be put in place is refused before the document is read, but a document with nothing
   // to do may have been put there by an earlier run.
   DocumentPtr Read() {
@@ -118,7 +134,7 @@ class DocumentUpgrade {
                               const std::optional<standalone::FileIdentity>& file) {
       read_ = file;
       const bool isPending = !task_.selection.Of(task_.manager.Pending(header)).identifiers.empty();
-      if (isPending && !MayBeDone()) task_.destination.Check();
+      if (isPending && !MayBeDone()) CheckDestination();
     };
     return standalone::ReadDocument(task_.input, options);
   }

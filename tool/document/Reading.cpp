@@ -30,7 +30,7 @@ ExitCode ExitCodeOf(const standalone::DocumentError& error) {
 
 void AppendUnreadable(fmt::memory_buffer& out, const std::string& file, std::string_view problem) {
   JsonObject entry(out);
-  entry.Text("file", file);
+  entry.Name("file", file);
   entry.Text("verdict", "error");
   entry.Text("error", problem);
   entry.Close();

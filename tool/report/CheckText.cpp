@@ -134,7 +134,7 @@ void AppendText(fmt::memory_buffer& out, const CheckedDocument& checked, bool al
 
 void AppendJson(fmt::memory_buffer& out, const CheckedDocument& checked) {
   JsonObject entry(out);
-  entry.Text("file", checked.file);
+  entry.Name("file", checked.file);
   entry.Text("verdict", checked.Verdict());
   entry.Number("features", checked.document->FeatureCount());
   entry.Texts("unknown", checked.unknown);

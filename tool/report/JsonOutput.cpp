@@ -29,6 +29,10 @@ void JsonObject::Text(std::string_view key, std::string_view text) {
   AppendText(Key(key), text);
 }
 
+void JsonObject::Name(std::string_view key, std::string_view name) {
+  AppendText(Key(key), NameAsUtf8(name));
+}
+
 void JsonObject::Number(std::string_view key, std::size_t number) {
   standalone::AppendJsonInteger(Key(key), static_cast<std::int64_t>(number));
 }
@@ -36,6 +40,12 @@ void JsonObject::Number(std::string_view key, std::size_t number) {
 void JsonObject::Texts(std::string_view key, std::span<const std::string> texts) {
   JsonList list(Key(key));
   for (const std::string& text : texts) list.Text(text);
+  list.Close();
+}
+
+void JsonObject::Names(std::string_view key, std::span<const std::string> names) {
+  JsonList list(Key(key));
+  for (const std::string& name : names) list.Text(NameAsUtf8(name));
   list.Close();
 }
 

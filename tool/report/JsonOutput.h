@@ -29,9 +29,12 @@ class JsonObject {
   void Value(std::string_view key, std::string_view json);
   /// Texts may hold any bytes; what is not UTF-8 is replaced, and what is not seen is escaped.
   void Text(std::string_view key, std::string_view text);
+  /// Names of files and arguments, so that they can be told apart and found again (`NameAsUtf8`).
+  void Name(std::string_view key, std::string_view name);
   void Number(std::string_view key, std::size_t number);
   void Flag(std::string_view key, bool flag) { standalone::AppendRaw(Key(key), flag ? "true" : "false"); }
   void Texts(std::string_view key, std::span<const std::string> texts);
+  void Names(std::string_view key, std::span<const std::string> names);
 
  private:
   fmt::memory_buffer& out_;

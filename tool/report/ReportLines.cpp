@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "file/DocumentError.h"
+#include "terminal/VisibleText.h"
 
 namespace tool {
 namespace {
@@ -25,6 +26,10 @@ std::string TextIn(element object, const char* key) {
   return object[key].get(text) == simdjson::SUCCESS ? std::string(text) : std::string();
 }
 
+std::string NameIn(element object, const char* key) {
+  return NameFromUtf8(TextIn(object, key));
+}
+
 std::size_t NumberIn(element object, const char* key) {
   std::uint64_t number = 0;
   return object[key].get(number) == simdjson::SUCCESS ? number : 0;
@@ -33,18 +38,18 @@ std::size_t NumberIn(element object, const char* key) {
 std::optional<RecordedFile> FileIn(element record, const char* key) {
   element object;
   if (record[key].get(object) != simdjson::SUCCESS) return std::nullopt;
-  RecordedFile file{.path = TextIn(object, "file"), .bytes = NumberIn(object, "bytes"), .modified = 0};
+  RecordedFile file{.path = NameIn(object, "file"), .bytes = NumberIn(object, "bytes"), .modified = 0};
   if (object["modified"].get(file.modified) != simdjson::SUCCESS) return std::nullopt;
   return file;
 }
 
 ReportLine LineOf(element record) {
   ReportLine line;
-  line.file = TextIn(record, "file");
+  line.file = NameIn(record, "file");
   DocumentResult& result = line.result;
   result.verdict = VerdictNamed(TextIn(record, "verdict"));
   result.problem = TextIn(record, "problem");
-  result.kept = TextIn(record, "kept");
+  result.kept = NameIn(record, "kept");
   result.needsPerson = NumberIn(record, "thingsForPerson");
   result.dropped = NumberIn(record, "dropped");
   if (record["failsOnDrop"].get(result.failsOnDrop) != simdjson::SUCCESS) result.failsOnDrop = false;
@@ -70,12 +75,12 @@ std::optional<ReportHead> HeadOf(element line) {
   if (TextIn(line, "record") != "run" || TextIn(line, "report") != "hvxupgrade" ||
       NumberIn(line, "version") != kReportVersion)
     return std::nullopt;
-  ReportHead head{.tool = TextIn(line, "tool"), .folder = TextIn(line, "folder"), .arguments = {}};
+  ReportHead head{.tool = TextIn(line, "tool"), .folder = NameIn(line, "folder"), .arguments = {}};
   simdjson::dom::array arguments;
   if (line["arguments"].get(arguments) != simdjson::SUCCESS) return head;
   for (const element argument : arguments) {
     std::string_view text;
-    if (argument.get(text) == simdjson::SUCCESS) head.arguments.emplace_back(text);
+    if (argument.get(text) == simdjson::SUCCESS) head.arguments.push_back(NameFromUtf8(text));
   }
   return head;
 }

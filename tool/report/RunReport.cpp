@@ -27,7 +27,7 @@ constexpr std::chrono::milliseconds kBetweenLocks{20};
 void AppendFile(fmt::memory_buffer& out, const std::string& path, const standalone::FileIdentity& identity,
                 const std::string& sha256) {
   JsonObject object(out);
-  object.Text("file", path);
+  object.Name("file", path);
   object.Number("bytes", static_cast<std::size_t>(identity.size));
   standalone::AppendJsonInteger(object.Key("modified"), identity.modified);
   if (!sha256.empty()) object.Text("sha256", sha256);
@@ -39,16 +39,16 @@ void AppendRecord(fmt::memory_buffer& text, const DocumentRecord& record) {
   const Destination& destination = record.destination;
   JsonObject entry(text);
   entry.Text("record", "document");
-  entry.Text("file", record.input);
+  entry.Name("file", record.input);
   entry.Text("verdict", NameOf(result.verdict));
   if (!result.problem.empty()) entry.Text("problem", result.problem);
-  if (!result.kept.empty()) entry.Text("kept", result.kept);
+  if (!result.kept.empty()) entry.Name("kept", result.kept);
   if (record.read) AppendFile(entry.Key("input"), record.input, *record.read, result.inputSha256);
   const bool leftAlone =
       result.verdict == Verdict::kHeldBack || (destination.inPlace && result.verdict != Verdict::kUpgraded);
   if (result.Succeeded() && destination.file && !record.dryRun && !leftAlone && record.wrote) {
     AppendFile(entry.Key("result"), destination.file->string(), *record.wrote, result.resultSha256);
-    if (!destination.backupSuffix.empty()) entry.Text("backup", destination.Backup().string());
+    if (!destination.backupSuffix.empty()) entry.Name("backup", destination.Backup().string());
   }
   entry.Number("thingsForPerson", result.needsPerson);
   entry.Value("needsPerson", "[" + result.attention + "]");
@@ -71,8 +71,8 @@ std::string HeadLine(const ReportHead& head) {
   line.Text("report", "hvxupgrade");
   line.Number("version", kReportVersion);
   line.Text("tool", head.tool);
-  line.Text("folder", head.folder);
-  line.Texts("arguments", head.arguments);
+  line.Name("folder", head.folder);
+  line.Names("arguments", head.arguments);
   line.Close();
   text.push_back('\n');
   return fmt::to_string(text);
@@ -105,10 +105,10 @@ RunReport::RunReport(const std::filesystem::path& file, const ReportHead& head, 
     Fail();
   }
   if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
-    Refuse("this is not a regular file");
+    Refuse("this is not a regular file", "Give the name of a file");
   if (!std::filesystem::exists(status) &&
       std::filesystem::is_symlink(std::filesystem::symlink_status(file, error)))
-    Refuse("this is a link to a file that does not exist");
+    Refuse("this is a link to a file that does not exist", "Give the report another name");
   bool isMade = status.type() == std::filesystem::file_type::not_found;
   try {
     isMade = Open(anew) || isMade;

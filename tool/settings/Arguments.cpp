@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <sstream>
 
 #include "settings/UsageError.h"
 #include "terminal/Terminal.h"
@@ -81,10 +82,19 @@ std::string NotEmpty(const std::string& value) {
   return value.empty() ? "the value is empty" : "";
 }
 
+bool IsWholeNumber(const std::string& value) {
+  return !value.empty() && value.find_first_not_of("0123456789") == std::string::npos;
+}
+
 std::string AboveZero(const std::string& value) {
-  const bool isNumber = !value.empty() && value.find_first_not_of("0123456789") == std::string::npos;
-  return isNumber && value.find_first_not_of('0') != std::string::npos ? ""
-                                                                       : "must be a whole number above 0";
+  return IsWholeNumber(value) && value.find_first_not_of('0') != std::string::npos
+             ? ""
+             : "must be a whole number above 0";
+}
+
+// Without this the parser would take -1 for the largest number that there is, and nothing for 0.
+std::string WholeNumber(const std::string& value) {
+  return IsWholeNumber(value) ? "" : "must be a whole number, or 0 for no limit";
 }
 
 // The standard streams are no places for it.
@@ -96,7 +106,8 @@ std::string FileName(const std::string& value) {
 void AddSources(CLI::App& verb, Sources& sources) {
   verb.add_option("FILE", sources.given,
                   "Documents ('-': standard input), and folders with all documents beneath them")
-      ->type_name("");
+      ->type_name("")
+      ->check(NotEmpty);
   const auto which = "Which documents";
   verb.add_option("--files-from", sources.list, "Also those that this file lists ('-': standard input)")
       ->type_name("LIST")
@@ -135,6 +146,7 @@ void AddMany(CLI::App& verb, ManyDocuments& many) {
           "Begin a document only when those at work will probably need no more than so many MB in all "
           "(default: what is available; 0: no limit)")
       ->type_name("MB")
+      ->check(WholeNumber)
       ->group(kMany);
   verb.add_flag("-v,--verbose", many.verbose, "Tell of each document what became of it")->group(kMany);
   verb.add_option(
@@ -259,20 +271,24 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
   verb->add_option("--timeout", upgrade.limits.seconds,
                    "After this many seconds (default: 120, and 2 for each MB of the document)")
       ->type_name("SECONDS")
+      ->check(NotEmpty)
       ->group(limits);
   verb->add_option("--limit-features", upgrade.limits.features,
                    "When upgrades made this many features (default: 1000000, and 10 for each feature)")
       ->type_name("N")
+      ->check(WholeNumber)
       ->group(limits);
   verb->add_option("--limit-memory", upgrade.limits.megabytes,
                    "When it needs more memory than this many MB (default: what is available)")
       ->type_name("MB")
+      ->check(WholeNumber)
       ->group(limits);
   verb->add_option(
           "--limit-unpacked", upgrade.limits.unpacked,
           "When it is compressed and unpacks to more than this many MB (default: 256, and 100 for each "
           "MB of its file)")
       ->type_name("MB")
+      ->check(WholeNumber)
       ->group(limits);
   verb->footer(kUpgradeExamples);
 }
@@ -286,7 +302,7 @@ void AddIdentifiers(CLI::App& app, IdentifiersArguments& identifiers) {
 
 void AddShow(CLI::App& app, ShowArguments& show) {
   CLI::App* const verb = app.add_subcommand("show", "Show the features of a document as a tree");
-  verb->add_option("FILE", show.file, "The document")->required()->type_name("");
+  verb->add_option("FILE", show.file, "The document")->required()->type_name("")->check(NotEmpty);
   verb->add_flag("-a,--attributes", show.attributes, "With their attributes");
   verb->add_option("--type", show.lateType, "Only features of this late type")
       ->type_name("LATETYPE")
@@ -308,15 +324,18 @@ void AddCheck(CLI::App& app, CheckArguments& check) {
 
 void AddDiff(CLI::App& app, DiffArguments& diff) {
   CLI::App* const verb = app.add_subcommand("diff", "Tell what differs between two documents");
-  verb->add_option("BEFORE", diff.before, "The one document")->required()->type_name("");
-  verb->add_option("AFTER", diff.after, "The other document")->required()->type_name("");
+  verb->add_option("BEFORE", diff.before, "The one document")->required()->type_name("")->check(NotEmpty);
+  verb->add_option("AFTER", diff.after, "The other document")->required()->type_name("")->check(NotEmpty);
   verb->add_flag("--json", diff.json, "Print JSON");
   verb->footer(kDiffExamples);
 }
 
 void AddClean(CLI::App& app, CleanArguments& clean) {
   CLI::App* const verb = app.add_subcommand("clean", "Remove the temporary files that killed runs left");
-  verb->add_option("FOLDER", clean.folders, "Folders, with all beneath them")->required()->type_name("");
+  verb->add_option("FOLDER", clean.folders, "Folders, with all beneath them")
+      ->required()
+      ->type_name("")
+      ->check(NotEmpty);
   verb->add_flag("--dry-run", clean.dryRun, "Only list them");
   verb->add_flag("--json", clean.json, "Print JSON");
   verb->footer(kCleanExamples);
@@ -325,7 +344,7 @@ void AddClean(CLI::App& app, CleanArguments& clean) {
 void AddMerge(CLI::App& app, MergeArguments& merge) {
   CLI::App* const verb =
       app.add_subcommand("merge", "Make one report and one exit code of the reports of a run's shards");
-  verb->add_option("REPORT", merge.reports, "The reports")->required()->type_name("");
+  verb->add_option("REPORT", merge.reports, "The reports")->required()->type_name("")->check(NotEmpty);
   verb->add_option("--report", merge.report, "Write all their records to this report")
       ->type_name("FILE")
       ->check(FileName);
@@ -463,7 +482,9 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
     Complain(Unexpected(app, app.remaining(), error.what()));
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
-      app.exit(error);
+      std::ostringstream help;
+      app.exit(error, help, help);
+      Say(help.str());
       return ExitCode::kDone;
     }
     Complain(error.what());

@@ -122,6 +122,20 @@ void AppendEscaping(fmt::memory_buffer& out, std::string_view text, const Escape
   }
 }
 
+// What stands for bytes in names: of plane 16, whose characters are for private use.
+constexpr char32_t kStandIns = 0x10dc00;
+
+bool StandsForByte(char32_t character) {
+  return character >= kStandIns + 0x80 && character <= kStandIns + 0xff;
+}
+
+void AppendStandIn(fmt::memory_buffer& out, unsigned char byte) {
+  const char32_t code = kStandIns + byte;
+  for (const char32_t part : {0xf0U | code >> 18U, 0x80U | (code >> 12U & 0x3fU),
+                              0x80U | (code >> 6U & 0x3fU), 0x80U | (code & 0x3fU)})
+    out.push_back(static_cast<char>(part));
+}
+
 }  // namespace
 
 std::string WithEscapes(std::string_view text, Escapes escapes) {
@@ -156,6 +170,36 @@ std::string AsUtf8(std::string_view text) {
     text.remove_prefix(std::max<std::size_t>(bytes, 1));
   }
   return valid;
+}
+
+std::string NameAsUtf8(std::string_view name) {
+  fmt::memory_buffer valid;
+  while (!name.empty()) {
+    const Character character = FirstOf(name);
+    const std::size_t bytes = std::max<std::size_t>(character.bytes, 1);
+    if (character.bytes != 0 && !StandsForByte(character.code)) {
+      AppendRaw(valid, name.substr(0, bytes));
+    } else {
+      for (const char byte : name.substr(0, bytes)) AppendStandIn(valid, static_cast<unsigned char>(byte));
+    }
+    name.remove_prefix(bytes);
+  }
+  return fmt::to_string(valid);
+}
+
+std::string NameFromUtf8(std::string_view text) {
+  std::string name;
+  while (!text.empty()) {
+    const Character character = FirstOf(text);
+    const std::size_t bytes = std::max<std::size_t>(character.bytes, 1);
+    if (StandsForByte(character.code)) {
+      name.push_back(static_cast<char>(character.code - kStandIns));
+    } else {
+      name += text.substr(0, bytes);
+    }
+    text.remove_prefix(bytes);
+  }
+  return name;
 }
 
 }  // namespace tool

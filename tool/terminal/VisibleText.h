@@ -24,4 +24,11 @@ void AppendVisibleJson(fmt::memory_buffer& out, std::string_view json);
 /// `text` as valid UTF-8, with a replacement character for every byte that is not: file names may hold any.
 [[nodiscard]] std::string AsUtf8(std::string_view text);
 
+/// `name`, a file name or an argument, which may hold any bytes, as valid UTF-8 that tells all of them: in
+/// the place of each byte that is not UTF-8 stands U+10DC00 and the byte, such as U+10DCE4, a character for
+/// private use. (So do the bytes of these very characters, should a name hold them.)
+[[nodiscard]] std::string NameAsUtf8(std::string_view name);
+/// The name for which `NameAsUtf8` gives `text`.
+[[nodiscard]] std::string NameFromUtf8(std::string_view text);
+
 }  // namespace tool
