@@ -108,11 +108,12 @@ HRESULT Feature::RemoveSon(const VLMISpecObject_var& son, int option) {
 int Feature::IsReadyInDomain(const VLMUnicodeString& domain) {
   if (Failed(EnterOn(*this, "VLMISpecObject::IsReadyInDomain", domain.View()))) return 0;
   const Attribute* const notReady = document->FindAttribute(*this, kNotReadyIn.Id());
-  if (notReady == nullptr || notReady->value.Kind() != ValueKind::kList) return 1;
+  if (notReady == nullptr) return 1;
+  if (notReady->value.Kind() != ValueKind::kList) return 0;  // unreadable: nobody knows that it is ready
   const std::span<const Value> domains = notReady->value.Entries();
   if (domain.IsNull()) return domains.empty() ? 1 : 0;
   const auto names = [&domain](const Value& entry) {
-    return entry.Kind() == ValueKind::kString && entry.AsString() == domain.View();
+    return entry.Kind() != ValueKind::kString || entry.AsString() == domain.View();
   };
   return std::ranges::none_of(domains, names) ? 1 : 0;
 }

@@ -1,4 +1,5 @@
-// Values of another kind than the one that is read: the readers take them for missing.
+// Values of another kind than the one that is read, and links to other features than belong there: the
+// readers take them for missing.
 
 #include <algorithm>
 #include <limits>
@@ -7,6 +8,7 @@
 
 #include "analysis/Components.h"
 #include "analysis/MeshNumbers.h"
+#include "check/LinkTargets.h"
 #include "check/Rules.h"
 
 namespace standalone {
@@ -22,6 +24,7 @@ enum class Stored : std::uint8_t {
   kLink,
   kLinks,    // a list of them
   kNumbers,  // a list of them
+  kTexts,    // a list of them
   kList,
   kFlags,     // four of them
   kPair,      // of numbers
@@ -41,6 +44,9 @@ constexpr DamageKind kNoFlag{"{} holds neither true nor false", "Give {} the val
 constexpr DamageKind kNoLink{"{} holds no link", "Make {} a link"};
 constexpr DamageKind kNoLinks{"{} holds other than links", "Make {} a list of links"};
 constexpr DamageKind kNoNumbers{"{} holds other than numbers", "Make {} a list of numbers"};
+constexpr DamageKind kNoTexts{"{} holds other than texts", "Make {} a list of texts"};
+constexpr DamageKind kOtherKind{"{} leads to a feature of another kind",
+                                "Let {} lead to a feature of the kind that belongs there"};
 constexpr DamageKind kNoList{"{} holds no list", "Make {} a list"};
 constexpr DamageKind kNoActivity{"{} holds neither an integer nor true or false", "Give {} the value 0 or 1"};
 constexpr DamageKind kNoCode{"{} holds none of its codes", "Give {} one of its codes"};
@@ -103,6 +109,9 @@ const DamageKind* FaultOf(const Value& value, Stored stored) {
                     kNoLinks);
     case Stored::kNumbers:
       return unless(IsListOf(value, IsNumber), kNoNumbers);
+    case Stored::kTexts:
+      return unless(IsListOf(value, [](const Value& each) { return each.Kind() == ValueKind::kString; }),
+                    kNoTexts);
     case Stored::kList:
       return unless(value.Kind() == ValueKind::kList, kNoList);
     case Stored::kFlags:
@@ -151,9 +160,19 @@ const StoredAs kStored[] = {
     {kind::kGroup, Stored::kCode0To1, {"GroupKind"}},
     {kind::kGroup, Stored::kFlag, {"DefinedOnMeshPart"}},
     {kind::kGroup, Stored::kLinks, {"Members"}},
+    {kind::kPart, Stored::kLink, {"MainBody"}},
+    {kind::kPart, Stored::kLinks, {"Bodies"}},
+    {"MechanicalPart", Stored::kLinks, {"Results"}},
+    {"GeometricalElement", Stored::kLink, {"Body"}},
     {kind::kMeshPart, Stored::kCount, {"ElementCount", "NodeCount"}},
     {kind::kMeshPart, Stored::kNumbers, {"ElementUserNumbers", "NodeUserNumbers"}},
     {kind::kMeshPart, Stored::kText, {"MeshType"}},
+    {kind::kMeshPart, Stored::kLink, {"MeshingOperator"}},
+    {kind::kMeshPart, Stored::kTexts, {"NotReadyIn"}},
+    {"MSHMeshingOperator", Stored::kLink, {"ConnectionMesher"}},
+    {"MSHConnectionMesher", Stored::kLinks, {"Points", "Products", "MeshParts"}},
+    {"HVXVirtualPartLT", Stored::kLinks, {"MeshParts"}},
+    {"SAMGenericConnDesign", Stored::kLinks, {"Points", "Products"}},
     {"HVXJobLT", Stored::kText, {"RunType"}},
     {"HVXJobLT",
      Stored::kInteger,
@@ -211,19 +230,35 @@ const StoredAs kStored[] = {
 };
 
 // How a late type's attributes are stored, by the number of their key.
-using StoredByKey = std::vector<std::optional<Stored>>;
+struct StoredKey {
+  std::optional<Stored> stored;
+  const LinkTarget* leadsTo = nullptr;
+};
+using StoredByKey = std::vector<StoredKey>;
 
 StoredByKey KeysOf(const LateType& type) {
   StoredByKey keys;
+  const auto entryOf = [&keys](std::string_view text) -> StoredKey& {
+    const NameId key = NameTable::Intern(text);
+    if (key >= keys.size()) keys.resize(key + std::size_t{1});
+    return keys[key];
+  };
   for (const StoredAs& each : kStored) {
     if (!type.MetaClass().IsAKindOf(each.lateType)) continue;
-    for (const std::string_view text : each.keys) {
-      const NameId key = NameTable::Intern(text);
-      if (key >= keys.size()) keys.resize(key + std::size_t{1});
-      keys[key] = each.stored;
-    }
+    for (const std::string_view text : each.keys) entryOf(text).stored = each.stored;
+  }
+  for (const LinkTarget& each : LinkTargets()) {
+    if (!type.MetaClass().IsAKindOf(each.lateType)) continue;
+    for (const std::string_view text : each.keys) entryOf(text).leadsTo = &each;
   }
   return keys;
+}
+
+// Null when the value is what is to be stored there.
+const DamageKind* FaultOf(const Value& value, const StoredKey& key) {
+  const DamageKind* const fault = key.stored ? FaultOf(value, *key.stored) : nullptr;
+  if (fault != nullptr || key.leadsTo == nullptr) return fault;
+  return LeadsElsewhere(value, *key.leadsTo) ? &kOtherKind : nullptr;
 }
 
 // Another product's codes are its own.
@@ -269,7 +304,7 @@ Verdict UnreadableComponent(Feature& feature, const Survey& /*survey*/) {
 
 constexpr ConformityRule kRules[] = {
     {"VLMKpeParm VLMSamAnalysisConnector VLMSamAnalysisModel VLMSamAnalysisSet VLMSamAnalysisEntity "
-     "PrtContainer",
+     "PrtContainer VLMPrtPart MechanicalPart GeometricalElement MSHMeshingOperator MSHConnectionMesher",
      {},
      kUnreadableReason,
      Misread},
@@ -282,8 +317,8 @@ std::vector<Damage> MisreadIn(const FeatureState& state) {
   const StoredByKey& keys = KnownKeysOf(*state.type);
   std::vector<Damage> damage;
   for (const Attribute& attribute : state.Attributes()) {
-    if (attribute.key >= keys.size() || !keys[attribute.key]) continue;
-    const DamageKind* const fault = FaultOf(attribute.value, *keys[attribute.key]);
+    if (attribute.key >= keys.size()) continue;
+    const DamageKind* const fault = FaultOf(attribute.value, keys[attribute.key]);
     const bool isForeign = fault == &kNoCode && state.type->MetaClass().IsAKindOf(kind::kAnalysisCase) &&
                            IsOfAnotherProduct(state);
     if (fault != nullptr && !isForeign)

@@ -54,10 +54,12 @@ TEST_F(HVXENodesAndElementsUpgradeTest, EveryCounterpartIsResetElementsBeforeNod
 TEST_F(HVXENodesAndElementsUpgradeTest, PartsThatAreNotReadyOrNotMeshedAreLeftAlone) {
   const char* const notReady = R"("ElementCount":1,"ElementUserNumbers":[7,1],"NotReadyIn":["Meshing"])";
   const char* const noNodes = R"("ElementCount":1,"ElementUserNumbers":[7,1])";
-  GivenMesh({notReady, noNodes});
+  const char* const unreadable = R"("ElementCount":1,"ElementUserNumbers":[7,1],"NotReadyIn":"Meshing")";
+  GivenMesh({notReady, noNodes, unreadable});
   EXPECT_EQ(Reset(), S_OK);
   EXPECT_EQ(Line(10), Part(10, notReady));
   EXPECT_EQ(Line(11), Part(11, R"("ElementCount":1,"ElementUserNumbers":[0,1])"));
+  EXPECT_EQ(Line(12), Part(12, unreadable));
 }
 
 TEST_F(HVXENodesAndElementsUpgradeTest, OnlyTheLastResultIsGiven) {

@@ -266,6 +266,30 @@ TEST_F(ConformityTest, ValuesOfAnotherKindCannotBeRead) {
                                    "#8 - damaged", "#10 - damaged", "#11 - damaged"));
 }
 
+// Readers take such a link for none: the friction, the fit and the controls behind the right one would stay
+// behind or go, without a word.
+TEST_F(ConformityTest, LinksLeadToTheKindThatBelongsThere) {
+  GivenCaseWith(R"({"id":4,"type":"HVXInteractionPropertyLT","attributes":{"tangentialBehavior":{"ref":3}}}
+                   {"id":5,"type":"SAMFaceFaceContact","attributes":{"InterferenceFit":{"ref":3}}}
+                   {"id":6,"type":"HVXLocalElemAsgnLT","attributes":{"HVXListElementAsgnSpec":[{"ref":7},{"ref":3}]}}
+                   {"id":7,"type":"HVXElementAssignmentLT","attributes":{"SectionControlsSpec":{"ref":3}}}
+                   {"id":8,"type":"HVXDamperLT","attributes":{"MeshPart":{"ref":9}}}
+                   {"id":9,"type":"MSHMeshPart","attributes":{"MeshingOperator":{"ref":10},"NotReadyIn":"Meshing"}}
+                   {"id":10,"type":"MSHMeshingOperator","attributes":{"ConnectionMesher":{"ref":3}}}
+                   {"id":11,"type":"SAMGenericConnDesign","attributes":{"Points":"x","Products":[null]}}
+                   {"id":12,"type":"HVXVirtualPartLT","attributes":{"MeshParts":7}}
+                   {"id":13,"type":"HVXDamperLT","attributes":{"MeshPart":{"ref":3}}}
+                   {"id":14,"type":"Part","attributes":{"MainBody":"Body","Bodies":[{"ref":15}]}}
+                   {"id":15,"type":"MechanicalPart","attributes":{"Results":[1]}})");
+  std::vector<std::string> found;
+  for (const standalone::Finding& finding : standalone::CheckConformity(Doc())) {
+    if (finding.identifier.empty()) found.push_back(std::to_string(finding.feature->id) + ' ' + finding.key);
+  }
+  EXPECT_THAT(found, ElementsAre("4 tangentialBehavior", "5 InterferenceFit", "6 HVXListElementAsgnSpec",
+                                 "7 SectionControlsSpec", "9 NotReadyIn", "10 ConnectionMesher", "11 Points",
+                                 "12 MeshParts", "13 MeshPart", "14 MainBody", "15 Results"));
+}
+
 TEST_F(ConformityTest, WhatOldDocumentsAlwaysHoldIsMissed) {
   GivenCaseWith(R"({"id":4,"type":"AnalysisCase","father":{"ref":1},"attributes":{"AnalysisType":1}}
                    {"id":5,"type":"AnalysisCase","father":{"ref":1},"attributes":{"Solver":"Halvex"}}

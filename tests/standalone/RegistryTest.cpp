@@ -7,6 +7,7 @@
 #include "base/VLMRegistry.h"
 #include "model/LateTypes.h"
 #include "modeler/VLMISpecObject.h"
+#include "support/TempFolder.h"
 #include "support/UpgradeFixture.h"
 #include "upgrade/UpgradeLibrary.h"
 #include "workbench/HVXIUpgrade.h"
@@ -147,6 +148,13 @@ TEST(LibraryTest, WhatIsNoUpgradeLibraryIsRefusedByName) {
               testing::HasSubstr("was built for another version of this program. Install the one"));
   EXPECT_THAT(messageFor("libm.so.6"),
               testing::HasSubstr("cannot be loaded"));  // a path, not a name to search
+
+  // A full disk leaves such files. Mapping one would end the program by a signal.
+  const testing_support::TempFolder folder;
+  const std::filesystem::path cutOff = folder / "cut.so";
+  std::filesystem::copy_file(HVX_OTHER_LAYOUT_LIBRARY, cutOff);
+  std::filesystem::resize_file(cutOff, std::filesystem::file_size(cutOff) / 4);
+  EXPECT_THAT(messageFor(cutOff.string()), testing::HasSubstr("the file is cut off"));
 }
 
 }  // namespace

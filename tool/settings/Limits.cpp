@@ -87,6 +87,14 @@ void LimitMemory(const Limits& limits) {
 }
 
 std::string MemoryLimitText() {
+  rlimit space{};
+  if (getrlimit(RLIMIT_AS, &space) == 0 && space.rlim_cur != RLIM_INFINITY) {
+    const std::uint64_t megabytes = space.rlim_cur / kBytesPerMegabyte;
+    if (memoryLimit == 0 || megabytes < memoryLimit)
+      return fmt::format(
+          " (the limit is {} MB, which was set before the program began; \"ulimit -v\" raises it)",
+          megabytes);
+  }
   if (memoryLimit == 0) return {};
   return fmt::format(" (the limit is {} MB; --limit-memory raises it)", memoryLimit);
 }
