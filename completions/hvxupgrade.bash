@@ -1,7 +1,7 @@
 # bash completion for hvxupgrade
 
 _hvxupgrade() {
-  local cur prev verb word
+  local cur prev verb="" word
   cur=${COMP_WORDS[COMP_CWORD]}
   prev=${COMP_WORDS[COMP_CWORD - 1]}
   COMPREPLY=()

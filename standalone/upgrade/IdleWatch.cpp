@@ -15,7 +15,7 @@ constexpr std::int64_t kCallsOfSmallDocument = 1'000'000;
 
 IdleRun::IdleRun(std::int64_t calls)
     : std::runtime_error(
-          fmt::format("more than {} calls of the host in a row changed nothing, so that it would "
+          fmt::format("more than {} calls of the host in a row changed nothing, so that it seems to "
                       "go on for ever; hvxupgrade check tells what it stumbles over",
                       calls)) {}
 

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 #include <link.h>
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
@@ -15,22 +16,26 @@ namespace {
 // Whether the file ends before what is to be mapped of it. Loading such a library would end the program by a
 // signal, without a word.
 bool IsCutOff(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  ElfW(Ehdr) header{};
-  if (!stream.read(reinterpret_cast<char*>(&header), sizeof header)) return false;  // the loader tells
-  if (std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0) return false;
-  if (header.e_phentsize != sizeof(ElfW(Phdr))) return false;
-  std::vector<ElfW(Phdr)> segments(header.e_phnum);
-  stream.seekg(static_cast<std::streamoff>(header.e_phoff));
-  const auto bytes = static_cast<std::streamsize>(segments.size() * sizeof(ElfW(Phdr)));
-  if (!stream.read(reinterpret_cast<char*>(segments.data()), bytes)) return true;
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(file, error);
-  if (error) return false;
-  for (const ElfW(Phdr) & each : segments) {
-    if (each.p_type == PT_LOAD && (each.p_offset > size || each.p_filesz > size - each.p_offset)) return true;
-  }
-  return false;
+  std::ifstream stream(file, std::ios::binary);
+  ElfW(Ehdr) header{};
+  // What cannot be read, and what is no library at all, the loader tells.
+  if (error || !stream.read(reinterpret_cast<char*>(&header), sizeof header)) return false;
+  if (std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0) return false;
+  if (header.e_phentsize != sizeof(ElfW(Phdr))) return false;
+  const auto endsBefore = [size](std::uint64_t begin, std::uint64_t bytes) {
+    return begin > size || bytes > size - begin;
+  };
+  std::vector<ElfW(Phdr)> segments(header.e_phnum);
+  const std::size_t bytes = segments.size() * sizeof(ElfW(Phdr));
+  if (endsBefore(header.e_phoff, bytes)) return true;
+  stream.seekg(static_cast<std::streamoff>(header.e_phoff));
+  if (!stream.read(reinterpret_cast<char*>(segments.data()), static_cast<std::streamsize>(bytes)))
+    return false;
+  return std::ranges::any_of(segments, [&endsBefore](const ElfW(Phdr) & each) {
+    return each.p_type == PT_LOAD && endsBefore(each.p_offset, each.p_filesz);
+  });
 }
 
 void* Load(const std::filesystem::path& file) {

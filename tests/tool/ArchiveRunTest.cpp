@@ -224,6 +224,14 @@ TEST_F(ArchiveRunTest, ShardsTogetherDoEachDocumentOnce) {
       << missing.err;
   EXPECT_TRUE(missing.err.find("no shard did these documents: ") != std::string::npos) << missing.err;
   EXPECT_EQ(Run({"upgrade", Path("archive"), "--dry-run", "--shard", "4/3"}).code, 2);
+
+  Put(Path("r3.jsonl"), R"({"record":"ru)");  // killed at once
+  merge.push_back(Path("r3.jsonl"));
+  const Ended unbegun = Run(merge);
+  EXPECT_EQ(unbegun.code, 130);
+  EXPECT_TRUE(unbegun.err.find("these runs were ended before they wrote anything; run their shards again: " +
+                               Path("r3.jsonl")) != std::string::npos)
+      << unbegun.err;
 }
 
 TEST_F(ArchiveRunTest, MergeKnowsDocumentsWhoseNamesBeginWithADash) {

@@ -115,6 +115,18 @@ TEST_F(ArchiveTest, AListMayHoldAnyNames) {
       << missing.err;
 }
 
+TEST_F(ArchiveTest, ALinkThatLeadsNowhereIsTold) {
+  Place("archive/a.hvxdoc");
+  fs::create_symlink("nowhere.hvxdoc", Path("archive/gone.hvxdoc"));
+  fs::create_symlink("round.hvxdoc", Path("archive/round.hvxdoc"));
+  const Ended ended = Run({"upgrade", Path("archive"), "--dry-run"});
+  EXPECT_EQ(ended.code, 3);
+  EXPECT_TRUE(ended.err.find("gone.hvxdoc: cannot be opened (No such file") != std::string::npos)
+      << ended.err;
+  EXPECT_TRUE(ended.err.find("round.hvxdoc: cannot be opened (Too many levels") != std::string::npos)
+      << ended.err;
+}
+
 // From the first lines alone: what stands below may be broken.
 TEST_F(ArchiveTest, StatusCountsAndLists) {
   const std::string file = Document("done.hvxdoc", kJobLines);

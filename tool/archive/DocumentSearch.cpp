@@ -140,6 +140,14 @@ class Search {
     for (GivenDocument& document : documents) AddDocument(std::move(document));
   }
 
+  // So is a link that leads nowhere: what it led to is told to be missing, not passed over.
+  static bool IsDocument(const fs::directory_entry& entry) {
+    std::error_code error;
+    const fs::file_type type = entry.status(error).type();
+    return type == fs::file_type::regular ||
+           (entry.is_symlink(error) && (type == fs::file_type::not_found || type == fs::file_type::none));
+  }
+
   // Of a run with the same arguments, which may well choose documents by the beginning of their names.
   [[nodiscard]] bool IsBackup(const fs::path& file) const {
     const std::string& name = file.native();
@@ -161,7 +169,7 @@ class Search {
       const fs::file_type type = entry->symlink_status(gone).type();
       if (type == fs::file_type::directory) {
         if (PlainFormOf(fs::path(given) / beneath) != results_) folders.push_back(beneath);
-      } else if (Matches(include_, beneath) && entry->is_regular_file(gone) && !IsBackup(entry->path())) {
+      } else if (Matches(include_, beneath) && IsDocument(*entry) && !IsBackup(entry->path())) {
         std::string file = (fs::path(given) / beneath).string();
         const std::size_t begins = file.size() - beneath.native().size();
         documents.push_back({std::move(file), begins});

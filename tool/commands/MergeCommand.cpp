@@ -37,7 +37,12 @@ struct Place {
 class MergeCommand {
  public:
   explicit MergeCommand(const MergeArguments& arguments)
-      : arguments_(arguments), reports_(EachOnce(arguments.reports)), summary_(false) {}
+      : arguments_(arguments), reports_(EachOnce(arguments.reports)), summary_(false) {
+    const auto begun = std::ranges::stable_partition(reports_, HasFirstLine);
+    if (begun.begin() == reports_.begin()) return;  // of none can be told but that it is no report
+    unbegun_.assign(begun.begin(), begun.end());
+    reports_.erase(begun.begin(), begun.end());
+  }
 
   ExitCode Run() {
     for (std::size_t i = 0; i < reports_.size(); ++i) ReadPlaces(i);
@@ -79,6 +84,8 @@ class MergeCommand {
     for (const std::string& text : head.arguments) texts.push_back(text.c_str());
     if (ParseArguments(static_cast<int>(texts.size()), texts.data(), command))
       throw UsageError(fmt::format("{}: the command in its first line is none of this program", file));
+    if (!std::holds_alternative<UpgradeArguments>(command.verb))
+      throw UsageError(fmt::format("{}: the command in its first line is no upgrade", file));
     const auto& upgrade = std::get<UpgradeArguments>(command.verb);
     if (upgrade.shard) shard = *upgrade.shard;
     TakeShardOut(head.arguments);
@@ -131,6 +138,7 @@ class MergeCommand {
       (shards_[i].empty() ? missing : repeated).push_back(fmt::format("{}/{}", i + 1, shards_.size()));
     }
     add(missing, "no report of these shards was given");
+    add(unbegun_, "these runs were ended before they wrote anything; run their shards again");
     add(unfinished_, "these shards are not finished; the same command goes on with each");
     add(repeated, "several reports of these shards were given; of a document the last one's record counts",
         false);
@@ -208,6 +216,7 @@ class MergeCommand {
   std::map<std::string, std::vector<Place>> places_;
   std::vector<std::vector<std::string>> shards_;  // the reports of each
   std::vector<std::size_t> shardOf_;              // of each report
+  std::vector<std::string> unbegun_;
   std::vector<std::string> unfinished_;
   bool isLeft_ = false;        // something is not done yet
   bool isUnsearched_ = false;  // there may be documents that no shard saw

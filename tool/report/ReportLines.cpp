@@ -120,6 +120,11 @@ class Lines {
 
 }  // namespace
 
+bool HasFirstLine(const std::filesystem::path& file) {
+  std::string_view line;
+  return Lines(file).Next(line);
+}
+
 ReportHead ReadReportHead(const std::filesystem::path& file) {
   Lines lines(file);
   std::string_view line;

@@ -49,6 +49,10 @@ struct ReadReportResult {
   std::size_t left = 0;     ///< and how many documents it had not done then.
 };
 
+/// Whether a first line was written to the file, whatever it holds: a run that was killed at once has left
+/// none. Throws as `ReadReport` does when it cannot be read.
+[[nodiscard]] bool HasFirstLine(const std::filesystem::path& file);
+
 /// The head of the report that stands there; an empty one when the file begins otherwise. Throws as
 /// `ReadReport` does when it cannot be read.
 [[nodiscard]] ReportHead ReadReportHead(const std::filesystem::path& file);
