@@ -53,7 +53,8 @@ std::string PlaceOf(const UpgradeWork& work) {
 
 // Conversions of the whole document make a contact pair for each connection property in each case.
 std::string WhatWasMade(const Document& document, const UpgradeWork& work) {
-  std::size_t old = 0;
+  std::size_t old = static_cast<std::size_t>(std::ranges::count_if(
+      document.Touched(), [](const Feature* each) { return each->removed && !each->created; }));
   std::size_t properties = 0;
   std::size_t cases = 0;
   for (const Feature* feature = document.First(); feature != nullptr; feature = feature->next) {

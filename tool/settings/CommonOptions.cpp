@@ -1,0 +1,99 @@
+#include "settings/CommonOptions.h"
+
+#include <algorithm>
+
+#include "settings/UsageError.h"
+
+namespace tool {
+namespace {
+
+bool IsWholeNumber(const std::string& value) {
+  return !value.empty() && value.find_first_not_of("0123456789") == std::string::npos;
+}
+
+}  // namespace
+
+std::string NotEmpty(const std::string& value) {
+  return value.empty() ? "the value is empty" : "";
+}
+
+std::string AboveZero(const std::string& value) {
+  return IsWholeNumber(value) && value.find_first_not_of('0') != std::string::npos
+             ? ""
+             : "must be a whole number above 0";
+}
+
+// Else the parser would take -1 for the largest number that there is, and nothing for 0.
+std::string WholeNumber(const std::string& value) {
+  return IsWholeNumber(value) ? "" : "must be a whole number, or 0 for no limit";
+}
+
+std::string FileName(const std::string& value) {
+  if (value == "-") return "must be the name of a file";
+  return NotEmpty(value);
+}
+
+void AddSources(CLI::App& verb, Sources& sources) {
+  verb.add_option("FILE", sources.given,
+                  "Documents ('-': standard input), and folders with all documents beneath them")
+      ->type_name("")
+      ->check(NotEmpty);
+  const auto which = "Which documents";
+  verb.add_option("--files-from", sources.list, "Also those that this file lists ('-': standard input)")
+      ->type_name("LIST")
+      ->check(NotEmpty)
+      ->group(which);
+  verb.add_flag("-0,--null", sources.listHasNul, "The names in LIST end with NUL, not with the line")
+      ->group(which);
+  verb.add_option("--include", sources.include,
+                  "In folders, files like this (default: *.hvxdoc, *.hvxdoc.gz, *.hvxdoc.zst)")
+      ->type_name("PATTERN")
+      ->allow_extra_args(false)
+      ->check(NotEmpty)
+      ->group(which);
+  verb.add_option("--exclude", sources.exclude, "In folders, no files and folders like this")
+      ->type_name("PATTERN")
+      ->allow_extra_args(false)
+      ->check(NotEmpty)
+      ->group(which);
+}
+
+void AddMany(CLI::App& verb, ManyDocuments& many) {
+  verb.add_option("-j,--jobs", many.workers,
+                  "Work on so many at a time (default: as many as this process may use processors)")
+      ->type_name("N")
+      ->check(AboveZero)
+      ->group(kMany);
+  verb.add_option(
+          "--memory", many.megabytes,
+          "Begin a document only when those at work will probably need no more than so many MB in all "
+          "(default: what is available; 0: no limit)")
+      ->type_name("MB")
+      ->check(WholeNumber)
+      ->group(kMany);
+  verb.add_flag("-v,--verbose", many.verbose, "Tell of each document what became of it")->group(kMany);
+  verb.add_option(
+          "--progress", many.progress,
+          "How far the run is: auto (default), plain (a line a minute, as without a terminal) or none")
+      ->type_name("HOW")
+      ->check(CLI::IsMember({"auto", "plain", "none"}))
+      ->group(kMany);
+}
+
+void Check(Sources& sources) {
+  const auto streams =
+      std::ranges::count(sources.given, kStandardStream) + (sources.list == kStandardStream ? 1 : 0);
+  if (streams > 1) throw UsageError("standard input can be read once");
+  std::ranges::for_each(sources.given, OpenStream);
+  if (sources.IsEmpty()) throw UsageError("say which documents: files or folders, or --files-from LIST");
+}
+
+void CheckNull(const Sources& sources) {
+  if (sources.listHasNul && sources.list.empty()) throw UsageError("--null goes with --files-from");
+}
+
+void OpenStream(std::string& document) {
+  if (document == kStandardStream) document = "/dev/stdin";
+}
+
+}  // namespace tool
