@@ -31,7 +31,7 @@ bool IsAnother(const std::optional<FileIdentity>& now, const std::optional<FileI
   return now && !(before && now->IsSameFile(*before));
 }
 
-std::string CauseOf(const WorkEnd& end) {
+std::string HowItEnded(const WorkEnd& end) {
   if (end.kind == WorkEnd::Kind::kOutOfMemory) return "there is not enough memory";
   return end.cause.empty() ? "stopped" : end.cause;
 }
@@ -176,7 +176,7 @@ DocumentResult ArchiveUpgrade::ResultOf(std::size_t document, const WorkEnd& end
   if (!end.committing || !IsAnother(IdentityOf(destination), before.destination))
     return ResultOfEnd(input, end);
   Complain(
-      fmt::format("{}: the process ended ({}) when the result was in place, whole", input, CauseOf(end)));
+      fmt::format("{}: the process ended ({}) when the result was in place, whole", input, HowItEnded(end)));
   return Unpack(end.ready);
 }
 

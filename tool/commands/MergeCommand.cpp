@@ -38,10 +38,10 @@ class MergeCommand {
  public:
   explicit MergeCommand(const MergeArguments& arguments)
       : arguments_(arguments), reports_(EachOnce(arguments.reports)), summary_(false) {
-    const auto begun = std::ranges::stable_partition(reports_, HasFirstLine);
-    if (begun.begin() == reports_.begin()) return;  // of none can be told but that it is no report
-    unbegun_.assign(begun.begin(), begun.end());
-    reports_.erase(begun.begin(), begun.end());
+    const auto unbegun = std::stable_partition(reports_.begin(), reports_.end(), HasFirstLine);
+    if (unbegun == reports_.begin()) return;  // of none can be told but that it is no report
+    unbegun_.assign(unbegun, reports_.end());
+    reports_.erase(unbegun, reports_.end());
   }
 
   ExitCode Run() {

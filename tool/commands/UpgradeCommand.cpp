@@ -35,7 +35,7 @@ void UseLanguage(const std::string& language, const fs::path& folder) {
 
 // As a word of a command that people copy into a shell.
 std::string ShellWord(const std::string& name) {
-  const std::string word = name.starts_with('-') ? "./" + name : name;
+  std::string word = name.starts_with('-') ? "./" + name : name;
   const auto isPlain = [](char c) {
     const bool isOfShell =
         c <= ' ' || std::string_view("!\"#$&'()*;<>?[\\]^`{|}~\x7f").find(c) != std::string_view::npos;
