@@ -30,7 +30,7 @@ SMALL = ('{"format":"hvxdoc","version":1,"upgrades":[],"features":3}\n'
 
 def make_archive(folder, count, content):
     for number in range(count):
-        place = folder / f"part {number // 500}"
+        place = folder / f"folder {number // 500}"
         if number % 500 == 0:
             place.mkdir(parents=True)
         (place / f"document {number}.hvxdoc").write_text(content, encoding="utf-8")

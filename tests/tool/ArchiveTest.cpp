@@ -82,15 +82,15 @@ TEST_F(ArchiveTest, PatternsChooseAmongThem) {
 }
 
 TEST_F(ArchiveTest, BackupsAreNoDocumentsWhateverThePattern) {
-  Place("archive/part 1.hvxdoc");
+  Place("archive/beam 1.hvxdoc");
   const std::vector<std::string> command = {"upgrade", Path("archive"), "--in-place", "--backup",
-                                            ".old",    "--include",     "part*"};
+                                            ".old",    "--include",     "beam*"};
   ASSERT_EQ(Run(command).code, 0);
-  const std::string backup = Content(Path("archive/part 1.hvxdoc.old"));
+  const std::string backup = Content(Path("archive/beam 1.hvxdoc.old"));
   const Ended again = Run(command);
   EXPECT_EQ(again.code, 0) << again.err;
-  EXPECT_EQ(Content(Path("archive/part 1.hvxdoc.old")), backup);
-  EXPECT_FALSE(fs::exists(Path("archive/part 1.hvxdoc.old.old")));
+  EXPECT_EQ(Content(Path("archive/beam 1.hvxdoc.old")), backup);
+  EXPECT_FALSE(fs::exists(Path("archive/beam 1.hvxdoc.old.old")));
 }
 
 TEST_F(ArchiveTest, AListMayHoldAnyNames) {

@@ -15,6 +15,18 @@ namespace {
 
 class ContainmentTest : public ToolTest {
  protected:
+  // A command on a document that comes to no end, with a report.
+  [[nodiscard]] std::vector<std::string> EndlessRun() const {
+    return {"--library",    TROUBLE_LIBRARY, "upgrade",     Document("job.hvxdoc", kJobLines),
+            "--dry-run",    "--only",        "LoopForEver", "--report",
+            Path("r.jsonl")};
+  }
+  // Comes back when the endless work has begun.
+  [[nodiscard]] pid_t StartAndAwait(const std::vector<std::string>& endless) const {
+    const pid_t program = Start(endless);
+    while (OutputSoFar() != "looping\n") std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return program;
+  }
   // Runs conversion `identifier` in place on a document, which must stay as it is.
   Ended RunOn(const std::string& identifier, std::vector<std::string> more = {}) {
     const std::string file = Document("job.hvxdoc", kJobLines);
@@ -76,9 +88,8 @@ TEST_F(ContainmentTest, AnInterruptionLeavesNothingBehind) {
   const std::string file = Document("job.hvxdoc", kJobLines);
   const std::string before = Content(file);
   for (const int signal : {SIGINT, SIGTERM}) {
-    const pid_t program = Start({"--library", TROUBLE_LIBRARY, "upgrade", file, file, "--dry-run", "--only",
-                                 "LoopForEver", "--report", Path("r.jsonl")});
-    while (OutputSoFar() != "looping\n") std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    const pid_t program = StartAndAwait({"--library", TROUBLE_LIBRARY, "upgrade", file, file, "--dry-run",
+                                         "--only", "LoopForEver", "--report", Path("r.jsonl")});
     kill(program, signal);
     const Ended ended = Wait(program);
     EXPECT_EQ(ended.code, 130) << ended.err;
@@ -93,9 +104,8 @@ TEST_F(ContainmentTest, AnInterruptionLeavesNothingBehind) {
 // Whom signals cannot reach through its parent, since that was killed.
 TEST_F(ContainmentTest, AWorkerEndsWithItsParent) {
   const std::string file = Document("job.hvxdoc", kJobLines);
-  const pid_t program = Start({"--library", TROUBLE_LIBRARY, "upgrade", file, "--dry-run", "--only",
-                               "LoopForEver", "--timeout", "0"});
-  while (OutputSoFar() != "looping\n") std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  const pid_t program = StartAndAwait({"--library", TROUBLE_LIBRARY, "upgrade", file, "--dry-run", "--only",
+                                       "LoopForEver", "--timeout", "0"});
   const std::string id = std::to_string(program);
   const pid_t worker = std::stoi(Content("/proc/" + id + "/task/" + id + "/children"));
   kill(program, SIGKILL);
@@ -119,11 +129,8 @@ TEST_F(ContainmentTest, ACrashIsReportedAlsoWhereEndsOfProcessesAreIgnored) {
 
 // Its workers need a moment to notice.
 TEST_F(ContainmentTest, ARunThatWasKilledCanBeGoneOnWithAtOnce) {
-  const std::string file = Document("job.hvxdoc", kJobLines);
-  std::vector<std::string> run{"--library", TROUBLE_LIBRARY, "upgrade",  file,           "--dry-run",
-                               "--only",    "LoopForEver",   "--report", Path("r.jsonl")};
-  const pid_t first = Start(run);
-  while (OutputSoFar() != "looping\n") std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  std::vector<std::string> run = EndlessRun();
+  const pid_t first = StartAndAwait(run);
   kill(first, SIGKILL);
   static_cast<void>(Wait(first));
   run.insert(run.end(), {"--timeout", "0.1"});
@@ -133,11 +140,8 @@ TEST_F(ContainmentTest, ARunThatWasKilledCanBeGoneOnWithAtOnce) {
 }
 
 TEST_F(ContainmentTest, AReportIsWrittenByOneRunAtATime) {
-  const std::string file = Document("job.hvxdoc", kJobLines);
-  std::vector<std::string> run{"--library", TROUBLE_LIBRARY, "upgrade",  file,           "--dry-run",
-                               "--only",    "LoopForEver",   "--report", Path("r.jsonl")};
-  const pid_t first = Start(run);
-  while (OutputSoFar() != "looping\n") std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  std::vector<std::string> run = EndlessRun();
+  const pid_t first = StartAndAwait(run);
   const std::string report = Content(Path("r.jsonl"));
   run.emplace_back("--force");
   const Ended second = Run(run);
