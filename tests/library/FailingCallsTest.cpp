@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <functional>
 #include <iostream>
@@ -22,6 +21,7 @@
 #include "base/VLMFatalError.h"
 #include "file/DocumentReader.h"
 #include "file/DocumentWriter.h"
+#include "support/Sums.h"
 #include "support/TempFolder.h"
 #include "support/UpgradeFixture.h"
 #include "workbench/HVXIUpgrade.h"
@@ -106,16 +106,8 @@ Outcome RunUnder(CheckpointPlan plan, const Start& start) {
   return outcome;
 }
 
-// The same on every machine, other than std::hash. Takes eight bytes at once, because it sums megabytes.
 std::string SumOf(std::string_view text) {
-  std::uint64_t sum = text.size();
-  for (std::size_t i = 0; i < text.size(); i += sizeof sum) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, text.data() + i, std::min(sizeof word, text.size() - i));
-    sum = (sum ^ word) * 0x9E3779B97F4A7C15U;
-    sum ^= sum >> 32U;
-  }
-  return fmt::format("{:08x}", static_cast<std::uint32_t>(sum));
+  return fmt::format("{:08x}", testing_support::Shortened(testing_support::SumOf(text)));
 }
 
 std::string TextOf(const HostCall& call) {
