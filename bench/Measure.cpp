@@ -6,13 +6,10 @@
 #include <fmt/format.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
-#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <stdexcept>
@@ -21,6 +18,7 @@
 
 #include "BarePass.h"
 #include "DocumentGenerator.h"
+#include "OwnProcess.h"
 #include "ProcessorTime.h"
 #include "check/Conformity.h"
 #include "check/Integrity.h"
@@ -74,19 +72,14 @@ Figures MeasureOnce(const std::string& input, const std::string& output,
                     const std::vector<std::string>& only) {
   constexpr std::size_t kMostPerByteOfFile = 5;  // what a trip takes at its peak, at the most
   WarmMemory(kMostPerByteOfFile * std::filesystem::file_size(input));
-  std::array<int, 2> channel{};
-  if (pipe(channel.data()) != 0) std::abort();
-  const pid_t child = fork();
-  if (child < 0) std::abort();
-  if (child == 0) {
+  return bench::InOwnProcess([&] {
     Figures figures;
     figures.bare = TimeOf([&] { bench::BarePass(input, output); });
     const UpgradeLibrary library(HVX_LIBRARY);
     const VersionManager manager({&library.Description()});
     for (const std::string& identifier : only) {
-      if (manager.Find(identifier) != nullptr) continue;
-      fmt::print(stderr, "there is no upgrade \"{}\"\n", identifier);
-      _exit(2);
+      if (manager.Find(identifier) == nullptr)
+        throw std::runtime_error(fmt::format("there is no upgrade \"{}\"", identifier));
     }
     FeatureCatalogs::Use(std::string(HVX_SOURCE_DIR) + "/standalone/catalogs");
     DocumentPtr document;
@@ -102,28 +95,16 @@ Figures MeasureOnce(const std::string& input, const std::string& output,
       const std::vector<Finding> findings = CheckConformity(*document.Get());
       const auto needsPerson = [](const Finding& finding) { return finding.NeedsPerson(); };
       // A benchmark of documents that do not come out sound would measure something else.
-      if (!faults.empty() || (only.empty() && std::ranges::any_of(findings, needsPerson))) {
-        fmt::print(stderr, "the result is not sound\n");
-        _exit(3);
-      }
+      if (!faults.empty() || (only.empty() && std::ranges::any_of(findings, needsPerson)))
+        throw std::runtime_error("the result is not sound");
     });
     figures.write = TimeOf([&] { WriteDocument(*document.Get(), output, options); });
     figures.resultBytes = static_cast<double>(std::filesystem::file_size(output));
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     figures.peakBytes = static_cast<double>(usage.ru_maxrss) * 1024;
-    const bool sent = write(channel[1], &figures, sizeof(figures)) == sizeof(figures);
-    _exit(sent ? 0 : 1);
-  } else {
-    close(channel[1]);  // so that a child that dies is noticed
-    Figures figures;
-    const bool received = read(channel[0], &figures, sizeof(figures)) == sizeof(figures);
-    int status = 0;
-    waitpid(child, &status, 0);
-    close(channel[0]);
-    if (!received || status != 0) throw std::runtime_error("the measured process failed");
     return figures;
-  }
+  });
 }
 
 template <class Figure>

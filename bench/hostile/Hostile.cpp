@@ -6,34 +6,21 @@
 // With --check it ends with 1 when a shape costs more than docs/reliability.md promises.
 
 #include <fmt/format.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "DocumentGenerator.h"
-#include "ProcessorTime.h"
 #include "Shapes.h"
-#include "check/Conformity.h"
-#include "check/Integrity.h"
-#include "check/Losses.h"
-#include "compare/DocumentDifference.h"
-#include "compare/DroppedValues.h"
-#include "file/DocumentReader.h"
+#include "Trip.h"
 #include "file/DocumentWriter.h"
-#include "session/FeatureCatalogs.h"
-#include "upgrade/UpgradeLibrary.h"
-#include "upgrade/VersionManager.h"
 
 namespace {
 
@@ -49,85 +36,7 @@ constexpr double kMostGrowth = 2.5;
 // Below this the clock tells more than the program.
 constexpr double kLeastSeconds = 0.05;
 
-enum Stage : std::size_t { kRead, kCheck, kUpgrade, kVerify, kWrite, kCompare, kStages };
-constexpr std::array<std::string_view, kStages> kStageNames = {"read",   "check", "upgrade",
-                                                               "verify", "write", "compare"};
-
-struct Cost {
-  std::array<double, kStages> seconds{};
-  double peakBytes = 0.0;
-
-  [[nodiscard]] double Total() const {
-    double total = 0.0;
-    for (const double each : seconds) total += each;
-    return total;
-  }
-};
-
-// A document that is refused, or given up, costs what was done until then.
-Cost Trip(const std::string& input, const std::string& output, bool isUpgraded) {
-  const UpgradeLibrary library(HVX_LIBRARY);
-  const VersionManager manager({&library.Description()});
-  FeatureCatalogs::Use(std::string(HVX_SOURCE_DIR) + "/standalone/catalogs");
-  Cost cost;
-  const auto run = [&cost](Stage stage, const std::function<void()>& action) {
-    const double start = bench::ProcessorTime();
-    try {
-      action();
-      cost.seconds[stage] = bench::ProcessorTime() - start;
-      return true;
-    } catch (const std::exception&) {
-      cost.seconds[stage] = bench::ProcessorTime() - start;
-      return false;
-    }
-  };
-  DocumentPtr document;
-  bool goesOn = run(kRead, [&] { document = ReadDocument(input); });
-  goesOn = goesOn && run(kCheck, [&] { static_cast<void>(CheckConformity(*document.Get())); });
-  goesOn = goesOn && (!isUpgraded || run(kUpgrade, [&] {
-             document->Changes().Start();
-             static_cast<void>(manager.Unknown(*document.Get()));
-             static_cast<void>(manager.Run(document, manager.Pending(*document.Get())));
-           }));
-  goesOn = goesOn && run(kVerify, [&] {
-             static_cast<void>(FindFaults(*document.Get(), 1));
-             static_cast<void>(CheckConformity(*document.Get()));
-             static_cast<void>(FindLosses(*document.Get()));
-             static_cast<void>(FindDroppedValues(*document.Get()));
-           });
-  WriteOptions options;
-  options.overwrite = true;
-  goesOn = goesOn && run(kWrite, [&] { WriteDocument(*document.Get(), output, options); });
-  if (goesOn) {
-    const DocumentPtr before = ReadDocument(input);
-    run(kCompare, [&] { static_cast<void>(Compare(*before.Get(), *document.Get())); });
-  }
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  cost.peakBytes = static_cast<double>(usage.ru_maxrss) * 1024;
-  return cost;
-}
-
-// In a process of its own: what one document leaves in tables of names must not help or hinder the next.
-Cost MeasureOnce(const std::string& input, const std::string& output, bool isUpgraded) {
-  std::array<int, 2> channel{};
-  if (pipe(channel.data()) != 0) throw std::runtime_error("a pipe cannot be made");
-  const pid_t child = fork();
-  if (child < 0) throw std::runtime_error("a process cannot be started");
-  if (child == 0) {
-    const Cost cost = Trip(input, output, isUpgraded);
-    const bool sent = write(channel[1], &cost, sizeof cost) == sizeof cost;
-    _exit(sent ? 0 : 1);
-  }
-  close(channel[1]);
-  Cost cost;
-  const bool received = read(channel[0], &cost, sizeof cost) == sizeof cost;
-  close(channel[0]);
-  int status = 0;
-  waitpid(child, &status, 0);
-  if (!received || status != 0) throw std::runtime_error(fmt::format("the trip of {} failed", input));
-  return cost;
-}
+using bench::Cost;
 
 class Measurement {
  public:
@@ -138,10 +47,12 @@ class Measurement {
     const std::string input = (folder_ / "input.hvxdoc").string();
     const std::string output = (folder_ / "output.hvxdoc").string();
     std::ofstream(input, std::ios::binary) << text;
-    Cost least = MeasureOnce(input, output, isUpgraded);
+    bench::TripOptions options;
+    options.upgrade = isUpgraded;
+    Cost least = MeasureTrip(input, output, options);
     for (int i = 1; i < kRepetitions; ++i) {
-      const Cost cost = MeasureOnce(input, output, isUpgraded);
-      if (cost.Total() < least.Total()) least = cost;
+      const Cost cost = MeasureTrip(input, output, options);
+      if (cost.Seconds() < least.Seconds()) least = cost;
     }
     return least;
   }
@@ -165,7 +76,7 @@ class Measurement {
 };
 
 double PerByte(const Cost& cost, const std::string& text) {
-  return cost.Total() / static_cast<double>(text.size());
+  return cost.Seconds() / static_cast<double>(text.size());
 }
 
 // Whether the shape keeps within the bounds.
@@ -177,10 +88,10 @@ bool Report(std::string_view name, bench::HostileBound bound, const Measurement&
   const double times = PerByte(costOfLarger, larger) / harmlessPerByte;
   const double growth = PerByte(costOfLarger, larger) / PerByte(cost, text);
   const bool holds = (bound == bench::HostileBound::kConstant && growth * kTimes <= slack * kMostGrowth) ||
-                     costOfLarger.Total() < kLeastSeconds ||
+                     costOfLarger.Seconds() < kLeastSeconds ||
                      (times <= slack * kMostTimesHarmless && growth <= slack * kMostGrowth);
   std::string stages;
-  for (std::size_t stage = 0; stage < kStages; ++stage)
+  for (std::size_t stage = 0; stage < bench::kStages; ++stage)
     stages += fmt::format(" {:>8.3f}", costOfLarger.seconds[stage]);
   fmt::print("{:<12} {:>6.1f} {}  {:>7.2f} {:>6.2f} {:>8.1f}{}\n", name,
              static_cast<double>(larger.size()) / 1e6, stages, times, growth, costOfLarger.peakBytes / 1e6,
@@ -196,7 +107,7 @@ bool IsChosen(const std::vector<std::string>& chosen, std::string_view name) {
 bool MeasureAll(const std::vector<std::string>& chosen, std::size_t bytes, const Measurement& measurement,
                 double slack) {
   std::string head;
-  for (const std::string_view stage : kStageNames) head += fmt::format(" {:>8}", stage);
+  for (const std::string_view stage : bench::kStageNames) head += fmt::format(" {:>8}", stage);
   fmt::print(
       "processor seconds at the larger size, the least of {}; cost per byte as a multiple of the harmless "
       "document's, and of its own at a quarter of the size\n"

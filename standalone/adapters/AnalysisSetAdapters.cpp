@@ -11,6 +11,13 @@
 namespace standalone {
 namespace {
 
+// The reach of a listing of a set's own members, beside the modes of a scan.
+constexpr int kMembers = -1;
+
+auto AppendTo(VLMListValVLMBaseUnknown_var& list) {
+  return [&list](Feature& feature) { list.Append(HandleOn<VLMBaseUnknown>(&feature)); };
+}
+
 class ScanAdapter final : public FeatureAdapter<VLMISamAnalysisScan> {
  public:
   using FeatureAdapter::FeatureAdapter;
@@ -18,7 +25,9 @@ class ScanAdapter final : public FeatureAdapter<VLMISamAnalysisScan> {
   HRESULT ListChildren(VLMListValVLMBaseUnknown_var& children, VLMScanMode mode) override {
     children.RemoveAll();
     if (const HRESULT entered = Enter("VLMISamAnalysisScan::ListChildren"); Failed(entered)) return entered;
-    return Scan(children, mode, [](const Feature&) { return true; });
+    Scan(
+        mode, [](const Feature&) { return true; }, AppendTo(children));
+    return S_OK;
   }
 
   HRESULT ListChildrenOfLateType(const VLMUnicodeString& lateType, VLMListValVLMBaseUnknown_var& children,
@@ -28,9 +37,14 @@ class ScanAdapter final : public FeatureAdapter<VLMISamAnalysisScan> {
         Failed(entered)) {
       return entered;
     }
-    return Scan(children, mode, [&lateType](const Feature& feature) {
-      return feature.type->MetaClass().IsAKindOf(lateType.View());
-    });
+    const auto scan = [this, mode](const auto& isOfType) {
+      std::vector<Feature*> found;
+      Scan(mode, isOfType, [&found](Feature& feature) { found.push_back(&feature); });
+      return found;
+    };
+    for (Feature* const each : Doc().Listed().Of({Self(), lateType.View(), static_cast<int>(mode)}, scan))
+      children.Append(HandleOn<VLMBaseUnknown>(each));
+    return S_OK;
   }
 
   HRESULT ListSetsOfName(const VLMUnicodeString& name, VLMListValVLMBaseUnknown_var& sets,
@@ -39,9 +53,11 @@ class ScanAdapter final : public FeatureAdapter<VLMISamAnalysisScan> {
     if (const HRESULT entered = Enter("VLMISamAnalysisScan::ListSetsOfName", name.View()); Failed(entered)) {
       return entered;
     }
-    return Scan(sets, mode, [&name](const Feature& feature) {
+    const auto isWanted = [&name](const Feature& feature) {
       return IsSet(feature) && feature.externalName == name.View();
-    });
+    };
+    Scan(mode, isWanted, AppendTo(sets));
+    return S_OK;
   }
 
   HRESULT AddSet(const VLMISamAnalysisSet_var& set) override {
@@ -75,18 +91,22 @@ class ScanAdapter final : public FeatureAdapter<VLMISamAnalysisScan> {
     return feature.type->MetaClass().IsAKindOf(kind::kAnalysisSet);
   }
 
-  // How deep the mode reaches is told by where the father of a feature stands.
-  [[nodiscard]] bool Reaches(const Feature& feature, VLMScanMode mode) const {
-    if (mode == VLMScanMode::kAll || feature.father == &Self()) return true;
-    return mode == VLMScanMode::kSonsOfSets && feature.father->father == &Self() && IsSet(*feature.father);
-  }
-
-  template <class Predicate>
-  HRESULT Scan(VLMListValVLMBaseUnknown_var& found, VLMScanMode mode, const Predicate& wanted) const {
-    for (Feature* each = NextBeneath(Self(), Self()); each != nullptr; each = NextBeneath(Self(), *each)) {
-      if (Reaches(*each, mode) && wanted(*each)) found.Append(HandleOn<VLMBaseUnknown>(each));
+  template <class Predicate, class Take>
+  void Scan(VLMScanMode mode, const Predicate& isWanted, const Take& take) const {
+    const auto look = [&](Feature& feature) {
+      if (isWanted(feature)) take(feature);
+    };
+    if (mode == VLMScanMode::kAll) {
+      for (Feature* each = NextBeneath(Self(), Self()); each != nullptr; each = NextBeneath(Self(), *each))
+        look(*each);
+      return;
     }
-    return S_OK;
+    for (Feature* son = Self().firstSon; son != nullptr; son = son->nextSibling) {
+      look(*son);
+      if (mode != VLMScanMode::kSonsOfSets || !IsSet(*son)) continue;
+      for (Feature* grandson = son->firstSon; grandson != nullptr; grandson = grandson->nextSibling)
+        look(*grandson);
+    }
   }
 };
 
@@ -101,9 +121,15 @@ class SetAdapter final : public FeatureAdapter<VLMISamAnalysisSet> {
         Failed(entered)) {
       return entered;
     }
-    for (Feature* son = Self().firstSon; son != nullptr; son = son->nextSibling) {
-      if (son->type->MetaClass().IsAKindOf(lateType.View())) members.Append(HandleOn<VLMBaseUnknown>(son));
-    }
+    const auto list = [this](const auto& isOfType) {
+      std::vector<Feature*> found;
+      for (Feature* son = Self().firstSon; son != nullptr; son = son->nextSibling) {
+        if (isOfType(*son)) found.push_back(son);
+      }
+      return found;
+    };
+    for (Feature* const each : Doc().Listed().Of({Self(), lateType.View(), kMembers}, list))
+      members.Append(HandleOn<VLMBaseUnknown>(each));
     return S_OK;
   }
 

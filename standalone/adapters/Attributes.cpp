@@ -13,7 +13,8 @@ const Value* FindValue(Feature& feature, const Key& key, ValueKind kind) {
 }
 
 // The first entry of the list for which `isWanted` holds; null without one.
-const Value* FindEntry(Feature& feature, const Key& key, const std::function<bool(const Value&)>& isWanted) {
+template <class Predicate>
+const Value* FindEntry(Feature& feature, const Key& key, const Predicate& isWanted) {
   if (const OpenList* const open = feature.document->OpenListOf(feature, key.Id()))
     return open->FindFirst(isWanted);
   const Value* const list = FindValue(feature, key, ValueKind::kList);
@@ -158,6 +159,14 @@ std::vector<Feature*> LinkEntries(Feature& feature, const Key& key) {
   };
   static_cast<void>(FindEntry(feature, key, add));
   return targets;
+}
+
+const Value* EntryAt(Feature& feature, const Key& key, std::size_t position) {
+  if (OpenList* const open = feature.document->OpenListOf(feature, key.Id())) return open->At(position);
+  const Value* const list = FindValue(feature, key, ValueKind::kList);
+  return list == nullptr || position < 1 || position > list->Entries().size()
+             ? nullptr
+             : &list->Entries()[position - 1];
 }
 
 std::size_t CountEntries(Feature& feature, const Key& key) {

@@ -69,6 +69,9 @@ std::vector<Feature*> LinkedFeatures(Feature& feature, const Key& key);
 /// The same, with null for an entry that holds nothing: for lists whose entries belong to those of others.
 std::vector<Feature*> LinkEntries(Feature& feature, const Key& key);
 
+/// The entry of such a list at `position`, from 1; null beyond its end and without a list. It stays until the
+/// list is changed.
+const Value* EntryAt(Feature& feature, const Key& key, std::size_t position);
 /// How many entries such a list has.
 std::size_t CountEntries(Feature& feature, const Key& key);
 /// The first feature, in order, that the list holds a link to and that `isWanted`; null without one.

@@ -103,22 +103,16 @@ class AttrAccessAdapter final : public FeatureAdapter<VLMISpecAttrAccess> {
 
   int GetListSize(VLMSpecAttrKey key) override {
     if (Failed(EnterKey("VLMISpecAttrAccess::GetListSize", key))) return 0;
-    const Attribute* const attribute = Doc().FindAttribute(Self(), key.Name());
-    if (attribute == nullptr || attribute->value.Kind() != ValueKind::kList) return 0;
-    return static_cast<int>(attribute->value.Entries().size());
+    return static_cast<int>(CountEntries(Self(), Key(key.Name())));
   }
 
   VLMISpecObject_var GetObject(VLMSpecAttrKey key, int position) override {
     if (Failed(EnterKey("VLMISpecAttrAccess::GetObject", key))) return {};
-    const Attribute* const attribute = Doc().FindAttribute(Self(), key.Name());
-    if (attribute == nullptr || position < 0) return {};
-    const Value* link = &attribute->value;
-    if (position > 0) {
-      if (link->Kind() != ValueKind::kList || static_cast<std::size_t>(position) > link->Entries().size())
-        return {};
-      link = &link->Entries()[static_cast<std::size_t>(position) - 1];
-    }
-    return link->Kind() == ValueKind::kLink ? HandleOn<VLMISpecObject>(link->Target()) : VLMISpecObject_var();
+    if (position < 0) return {};
+    if (position == 0) return HandleOn<VLMISpecObject>(LinkedFeature(Self(), Key(key.Name())));
+    const Value* const entry = EntryAt(Self(), Key(key.Name()), static_cast<std::size_t>(position));
+    return entry != nullptr && entry->Kind() == ValueKind::kLink ? HandleOn<VLMISpecObject>(entry->Target())
+                                                                 : VLMISpecObject_var();
   }
 
   HRESULT StoreObject(VLMSpecAttrKey key, const VLMBaseUnknown_var& object, int index) override {

@@ -1,6 +1,7 @@
 // Mesh parts and what is reached through them.
 
 #include "adapters/HostLibrary.h"
+#include "analysis/MeshAttachments.h"
 #include "analysis/MeshNumbers.h"
 #include "analysis/Supports.h"
 #include "workbench/HVXIInteractionMeshPart.h"
@@ -12,9 +13,6 @@ const Key kMeshType("MeshType");
 const Key kMeshingOperator("MeshingOperator");
 const Key kConnectionMesher("ConnectionMesher");
 const Key kExclusionRegions("ExclusionRegions");
-const Key kPoints("Points");
-const Key kProducts("Products");
-const Key kMeshParts("MeshParts");
 
 constexpr int kMeshAtNextUpdate = 2;
 constexpr HRESULT kOfAnotherType = 1;
@@ -154,19 +152,9 @@ class ConnectionMesherAdapter final : public FeatureAdapter<VLMIMSHConnectionMes
     if (const HRESULT entered = Enter("VLMIMSHConnectionMesher::ListMeshPartsAtPoint"); Failed(entered)) {
       return entered;
     }
-    const Feature* const wantedPoint = FeatureOf(point);
-    const Feature* const wantedProduct = FeatureOf(product);
-    const std::vector<Feature*> points = LinkEntries(Self(), kPoints);
-    const std::vector<Feature*> products = LinkEntries(Self(), kProducts);
-    const std::vector<Feature*> attached = LinkEntries(Self(), kMeshParts);
-    // One row of three per attachment; a row that lacks one tells nothing.
-    const std::size_t rows = std::min({points.size(), products.size(), attached.size()});
-    for (std::size_t row = 0; row < rows; ++row) {
-      if (attached[row] == nullptr || wantedPoint == nullptr || wantedProduct == nullptr) continue;
-      if (points[row] == wantedPoint && products[row] == wantedProduct) {
-        meshParts.Append(HandleOn<VLMBaseUnknown>(attached[row]));
-      }
-    }
+    const std::vector<Feature*> found =
+        Doc().Remembered<MeshAttachments>().At(Self(), FeatureOf(point), FeatureOf(product));
+    for (Feature* const each : found) meshParts.Append(HandleOn<VLMBaseUnknown>(each));
     return S_OK;
   }
 };

@@ -1,6 +1,7 @@
 // Springs and dampers, the designs of their connections, and virtual parts.
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "adapters/HostLibrary.h"
 #include "analysis/MeshParts.h"
@@ -37,9 +38,10 @@ class SpringAdapter final : public FeatureAdapter<HVXISpring> {
   HRESULT GetConnectionDesign(int index, VLMBaseUnknown_var& design) override {
     design = NULL_var;
     if (const HRESULT entered = Enter("HVXISpring::GetConnectionDesign"); Failed(entered)) return entered;
-    const std::vector<Feature*> designs = LinkEntries(Self(), kConnectionDesigns);
-    if (index < 1 || static_cast<std::size_t>(index) > designs.size()) return E_FAIL;
-    design = HandleOn<VLMBaseUnknown>(designs[static_cast<std::size_t>(index) - 1]);
+    const Value* const entry =
+        index < 1 ? nullptr : EntryAt(Self(), kConnectionDesigns, static_cast<std::size_t>(index));
+    if (entry == nullptr || entry->Kind() != ValueKind::kLink) return E_FAIL;
+    design = HandleOn<VLMBaseUnknown>(entry->Target());
     return design == NULL_var ? E_FAIL : S_OK;
   }
 };
@@ -106,12 +108,10 @@ class ConnectionDesignAdapter final : public FeatureAdapter<HVXISamAnalysisConne
     if (!CanHoldList(Self(), key)) return false;
     const std::vector<Feature*> stored = LinkEntries(Self(), key);
     if (nothingFound) return stored.empty();
-    const std::vector<Feature*> supports = LinkedFeatures(Self(), kSupports);
-    return std::ranges::all_of(stored, [&](const Feature* each) {
-      return each == nullptr || std::ranges::any_of(supports, [&](Feature* connector) {
-               return LinkedFeature(*connector, object) == each;
-             });
-    });
+    std::unordered_set<const Feature*> known{nullptr};
+    for (Feature* const connector : LinkedFeatures(Self(), kSupports))
+      known.insert(LinkedFeature(*connector, object));
+    return std::ranges::all_of(stored, [&known](const Feature* each) { return known.contains(each); });
   }
 };
 

@@ -6,6 +6,9 @@ namespace standalone {
 namespace {
 
 const Key kPropagatedTo("PropagatedTo");
+// Which steps these are follows from where the feature stands. Written out, the lists of all features would
+// be as long as features times steps.
+constexpr std::string_view kLaterSteps = "later steps";
 
 }  // namespace
 
@@ -20,21 +23,15 @@ void GiveDefaultPropagationData(Feature& feature) {
 }
 
 HRESULT PropagateToLaterSteps(Feature& feature) {
-  if (feature.document->FindAttribute(feature, kPropagatedTo.Id()) == nullptr) return E_FAIL;
-  if (!CanHoldList(feature, kPropagatedTo)) return E_FAIL;
-  const Feature* const analysisCase = CaseAbove(feature);
-  std::vector<Feature*> steps;
-  if (analysisCase != nullptr) steps = StepsOf(*analysisCase);
-  std::size_t own = 0;  // the initial step, for a feature that stands beneath none
-  for (std::size_t i = 0; i < steps.size(); ++i) {
-    if (StandsBeneath(feature, *steps[i])) own = i;
+  const Attribute* const reach = feature.document->FindAttribute(feature, kPropagatedTo.Id());
+  if (reach == nullptr) return E_FAIL;
+  const bool isToLaterSteps = reach->value == Value::String(kLaterSteps);
+  if (!isToLaterSteps && !CanHoldList(feature, kPropagatedTo)) return E_FAIL;
+  if (CaseAbove(feature) == nullptr) {
+    WriteLinks(feature, kPropagatedTo, {});
+    return S_OK;
   }
-  std::vector<Feature*> reached;
-  for (std::size_t i = own + 1; i < steps.size(); ++i) {
-    if (!IsOfKind(*steps[i], "HVXStaticLPStepLT")) reached.push_back(steps[i]);
-  }
-  WriteLinks(feature, kPropagatedTo, reached);
-  return S_OK;
+  return WriteAttribute(feature, kPropagatedTo, VLMUnicodeString(kLaterSteps));
 }
 
 }  // namespace standalone

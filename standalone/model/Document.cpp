@@ -113,6 +113,7 @@ void Document::Remove(Feature& feature) {
     Touch(*each, ChangedPart::kRemoved);
     each->removed = true;
     sets_.NoteDisturbed(*each);
+    listings_.NoteChanged(*each->type);
     numberedNames_.Forget(each->externalName);
     MarkReferrers(*each);
     Unlink(*each);
@@ -124,6 +125,7 @@ void Document::SetType(Feature& feature, const LateType& type) {
   if (feature.type == &type) return;
   Touch(feature, ChangedPart::kType);
   sets_.NoteDisturbed(feature);
+  listings_.NoteRetyped(*feature.type, type);
   feature.type = &type;
   sets_.NoteDisturbed(feature);
   rearranged_.push_back(&feature);
@@ -238,6 +240,7 @@ Feature& Document::AppendRead(FeatureId id, const LateType& type) {
   idsAscend_ = idsAscend_ && id > highestId_;
   if (type.IsAnalysisModel() && AnalysisModel() == nullptr) analysisModel_ = feature;
   sets_.NoteLast(*feature);
+  listings_.NoteChanged(type);
   highestId_ = std::max(highestId_, id);
   if (idsAscend_) {
     byId_.push_back(feature);

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <typeindex>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -16,6 +17,7 @@
 #include "model/Feature.h"
 #include "model/KeyedHash.h"
 #include "model/LargePages.h"
+#include "model/Listings.h"
 #include "model/NumberedNames.h"
 #include "model/OpenList.h"
 #include "model/RecentTexts.h"
@@ -101,6 +103,16 @@ class Document final : public VLMDocument {
   [[nodiscard]] std::vector<Feature*> AnalysisSets(std::string_view lateTypeOrKind) {
     return sets_.OfKind(lateTypeOrKind, first_);
   }
+  /// What was listed lately beneath the document's features.
+  [[nodiscard]] Listings& Listed() { return listings_; }
+  /// A table of a part of the host about this document, empty at first: what it found out and may need again.
+  /// It is the part's business to know whether that still holds.
+  template <class Table>
+  [[nodiscard]] Table& Remembered() {
+    std::shared_ptr<void>& table = remembered_[typeid(Table)];
+    if (table == nullptr) table = std::make_shared<Table>();
+    return *static_cast<Table*>(table.get());
+  }
   /// What goes along with the document; null until it is set.
   [[nodiscard]] DocumentCompanion* Companion() const { return companion_.get(); }
   void SetCompanion(std::unique_ptr<DocumentCompanion> companion) { companion_ = std::move(companion); }
@@ -131,10 +143,12 @@ class Document final : public VLMDocument {
   /// attribute, or where it is no list.
   void DropFromList(Feature& feature, NameId key, const Feature& target);
   /// The list in the form in which it is changed entry by entry: for a long one that `DropFromList` or
-  /// `AppendToList` changed last. Null for any other, whose value is to be looked at. It is that until the
-  /// attribute itself is looked at or set, or another list is changed.
-  [[nodiscard]] const OpenList* OpenListOf(const Feature& feature, NameId key) const {
-    return openFeature_ == &feature && openKey_ == key ? &*openList_ : nullptr;
+  /// `AppendToList` changed last, or out of which links went with their targets. Null for any other, whose
+  /// value is to be looked at. It is that until the attribute itself is looked at or set, or another list is
+  /// changed.
+  [[nodiscard]] OpenList* OpenListOf(Feature& feature, NameId key) {
+    if (feature.hasDeadLinks) SettleEntries(feature, key);
+    return IsOpen(feature, key) ? &*openList_ : nullptr;
   }
   /// Empties a list so that it can be filled anew: takes the links out of it and remembers it as it was,
   /// until it is replaced or given back. Nothing happens to a list without links, or to what is no list.
@@ -213,12 +227,18 @@ class Document final : public VLMDocument {
   void TellReferrer(Feature& referrer, const Feature& removed);
   void MarkDeadLinks(Feature& referrer);
   void IndexSharedReferrers();
-  void DropDeadLinks(Feature& feature);
+  /// Opens the list of that key, if it is long and links to what was removed.
+  void DropDeadLinks(Feature& feature, NameId toOpen = kNoName);
   /// Makes the feature's attribute, or all of them, what they are to be read as.
   void Settle(Feature& feature, NameId key = kNoName);
-  void Open(Feature& feature, NameId key, const Value& list);
+  void SettleEntries(Feature& feature, NameId key);
+  [[nodiscard]] bool IsOpen(const Feature& feature, NameId key) const {
+    return openFeature_ == &feature && openKey_ == key;
+  }
+  void Open(Feature& feature, NameId key, std::span<const Value> entries);
   void CloseList();
   Value WithoutDeadLinks(const Value& value);
+  std::vector<Value> AliveEntries(const Value& list);
 
   std::uint32_t references_ = 1;
   std::string displayName_;
@@ -237,6 +257,7 @@ class Document final : public VLMDocument {
   Feature* analysisModel_ = nullptr;
   FeatureId highestId_ = 0;
   SetIndex sets_;
+  Listings listings_;
   NumberedNames numberedNames_;
 
   std::vector<Feature*> byId_;  // ascending ids, also those of removed features
@@ -247,6 +268,7 @@ class Document final : public VLMDocument {
 
   AttributeIndex attributeIndex_;
   std::unique_ptr<DocumentCompanion> companion_;
+  std::unordered_map<std::type_index, std::shared_ptr<void>> remembered_;
 
   std::vector<Feature*> touched_;
   std::uint64_t changeCount_ = 0;

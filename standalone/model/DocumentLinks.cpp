@@ -186,16 +186,16 @@ void Document::DropFromList(Feature& feature, NameId key, const Feature& target)
       SetAttribute(feature, key, Value::List(Keep(rest)));
       return;
     }
-    Open(feature, key, attribute->value);
+    Open(feature, key, entries);
   }
   if (!openList_->Holds(target)) return;
   Touch(feature, ChangedPart::kAttribute, key);
   openList_->TakeOut(target);
 }
 
-void Document::Open(Feature& feature, NameId key, const Value& list) {
+void Document::Open(Feature& feature, NameId key, std::span<const Value> entries) {
   CloseList();
-  openList_.emplace(list.Entries());
+  openList_.emplace(entries);
   openFeature_ = &feature;
   openKey_ = key;
 }
@@ -219,17 +219,27 @@ void Document::Settle(Feature& feature, NameId key) {
   if (feature.hasDeadLinks) DropDeadLinks(feature);
 }
 
-void Document::DropDeadLinks(Feature& feature) {
+void Document::SettleEntries(Feature& feature, NameId key) {
+  if (feature.isBehind) companion_->WriteBack();
+  DropDeadLinks(feature, key);
+}
+
+void Document::DropDeadLinks(Feature& feature, NameId toOpen) {
   feature.hasDeadLinks = false;
   if (feature.container != nullptr && feature.container->removed) {
     Touch(feature, ChangedPart::kContainer);
     feature.container = nullptr;
   }
   const auto holdsDeadLink = [this, &feature](const Attribute& attribute) {
-    return OpenListOf(feature, attribute.key) == nullptr && HoldsDeadLink(attribute.value);
+    return !IsOpen(feature, attribute.key) && HoldsDeadLink(attribute.value);
   };
   for (const Attribute& attribute : feature.Attributes()) {
     if (holdsDeadLink(attribute)) Touch(feature, ChangedPart::kAttribute, attribute.key);
+  }
+  for (const Attribute& attribute : feature.Attributes()) {
+    if (attribute.key != toOpen || attribute.value.Kind() != ValueKind::kList || !holdsDeadLink(attribute))
+      continue;
+    if (attribute.value.Entries().size() >= kLong) Open(feature, toOpen, AliveEntries(attribute.value));
   }
   std::uint32_t kept = 0;
   for (const Attribute& attribute : feature.Attributes()) {
@@ -243,12 +253,15 @@ void Document::DropDeadLinks(Feature& feature) {
 }
 
 Value Document::WithoutDeadLinks(const Value& value) {
-  if (value.Kind() != ValueKind::kList) return value;
+  return value.Kind() == ValueKind::kList ? Value::List(Keep(AliveEntries(value))) : value;
+}
+
+std::vector<Value> Document::AliveEntries(const Value& list) {
   std::vector<Value> alive;
-  for (const Value& entry : value.Entries()) {
+  for (const Value& entry : list.Entries()) {
     if (!IsDeadLink(entry)) alive.push_back(WithoutDeadLinks(entry));
   }
-  return Value::List(Keep(alive));
+  return alive;
 }
 
 }  // namespace standalone

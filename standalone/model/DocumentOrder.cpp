@@ -8,6 +8,7 @@ void Document::PlaceBeside(Feature& feature, Feature& other, bool after) {
   Feature* const anchor = after ? &other : other.previousSibling;
   if (&feature == &other || anchor == &feature || feature.previousSibling == anchor) return;
   Touch(feature, ChangedPart::kFather);
+  listings_.NoteMoved(feature);
 
   Feature* const father = feature.father;
   UnlinkSon(feature);
@@ -27,6 +28,7 @@ bool Document::PlaceBeneath(Feature& feature, Feature& father) {
   }
   if (father.lastSon == &feature) return true;
   Touch(feature, ChangedPart::kFather);
+  listings_.NoteMoved(feature);
   UnlinkSon(feature);
   Feature* const last = father.lastSon;
   LinkLastSon(feature, father);

@@ -1,12 +1,16 @@
 #include "model/OpenList.h"
 
-#include <algorithm>
+#include <bit>
 
 namespace standalone {
 namespace {
 
 // Fewer than these are never worth packing for.
 constexpr std::size_t kFewGone = 64;
+
+std::size_t LowestBit(std::size_t i) {
+  return i & (~i + 1);
+}
 
 }  // namespace
 
@@ -22,6 +26,7 @@ bool OpenList::TakeOut(const Feature& target) {
   for (auto place = begin; place != end; ++place) {
     entries_[place->second].isGone = true;
     --size_;
+    for (std::size_t i = place->second + 1; i < counts_.size(); i += LowestBit(i)) --counts_[i];
   }
   places_.erase(begin, end);
   while (first_ < entries_.size() && entries_[first_].isGone) ++first_;
@@ -34,6 +39,31 @@ void OpenList::Append(const Value& entry) {
     places_.emplace(entry.Target(), entries_.size());
   entries_.push_back({entry});
   ++size_;
+  if (counts_.empty()) return;
+  const std::size_t last = counts_.size();
+  std::uint32_t count = 1;
+  for (std::size_t i = last - 1; i > last - LowestBit(last); i -= LowestBit(i)) count += counts_[i];
+  counts_.push_back(count);
+}
+
+const Value* OpenList::At(std::size_t position) {
+  if (position < 1 || position > size_) return nullptr;
+  if (counts_.empty()) CountAll();
+  std::size_t before = 0;  // entries that stand before the one that is looked for
+  for (std::size_t step = std::bit_floor(counts_.size() - 1); step > 0; step /= 2) {
+    if (before + step >= counts_.size() || counts_[before + step] >= position) continue;
+    before += step;
+    position -= counts_[before];
+  }
+  return &entries_[before].value;
+}
+
+void OpenList::CountAll() {
+  counts_.assign(entries_.size() + 1, 0);
+  for (std::size_t i = 1; i < counts_.size(); ++i) {
+    if (!entries_[i - 1].isGone) ++counts_[i];
+    if (const std::size_t next = i + LowestBit(i); next < counts_.size()) counts_[next] += counts_[i];
+  }
 }
 
 std::vector<Value> OpenList::Entries() const {

@@ -114,7 +114,7 @@ TEST_F(HVXESurfaceToSurfaceContactUpgrageTest, BecomesAContactPairWithItsSetting
       R"("adjustmentGroup":{"ref":6},"thicknessOption":true,"constraintEnforcement":0,"Supports":[{"ref":141}],)"
       R"("InteractionProperty":{"ref":4},"SurfacesSwapped":true,"FirstSurfaceReversed":false,)"
       R"("SecondSurfaceReversed":true,"AdjustmentTolerance":0.25,"SlidingFormulation":1,"Adjustment":2,)"
-      R"("AdjustmentGroup":{"ref":6},"PropagationState":0,"PropagatedTo":[{"ref":17}]}})");
+      R"("AdjustmentGroup":{"ref":6},"PropagationState":0,"PropagatedTo":"later steps"}})");
   EXPECT_EQ(SupportOf(20), Id(5, 5));
   EXPECT_EQ(Setting("CnstEnfMethod"), R"("Values":1}})");
   EXPECT_EQ(Setting("ThicknessOptioin"), R"("Values":true}})");

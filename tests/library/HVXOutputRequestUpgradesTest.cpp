@@ -47,7 +47,7 @@ TEST_F(HVXEFORequestContainerTest, OldRequestsAreReplacedByCurrentOnes) {
       R"({"id":23,"type":"HVXNewFieldOutputLT","name":"HVXNewFieldOutputLT.23","alias":"Field Output Request-5",)"
       R"("father":{"ref":10},"attributes":{"FrequencyType":1,"Frequency":7,"VariableSelection":1,)"
       R"("PreselectedVariableList":"S,E,U,RF,NT","Supports":[{"ref":26}],"PropagationState":0,)"
-      R"("PropagatedTo":[{"ref":7}]}})");
+      R"("PropagatedTo":"later steps"}})");
   EXPECT_THAT(Line(24), testing::HasSubstr("ElementOutputPosition"));
   EXPECT_THAT(Line(26),
               testing::HasSubstr(R"("attributes":{"FirstObject":{"ref":1},"SecondObject":{"ref":1}})"));

@@ -102,7 +102,7 @@ TEST_F(ElementAssignmentHostTest, EntryIsFoundByItsKind) {
 
 class OutputHostTest : public testing_support::UpgradeTest {
  protected:
-  // Requests #20 in the case's own set, #21 in the initial step and #22 in the last step.
+  // Requests #20 in the case's own set, #21 in the initial step, #22 in the last step and #23 in no case.
   void SetUp() override {
     Given(R"({"id":1,"type":"AnalysisCase"}
              {"id":2,"type":"HVXSimulationHistoryLT","father":{"ref":1}}
@@ -112,30 +112,38 @@ class OutputHostTest : public testing_support::UpgradeTest {
              {"id":6,"type":"HVXRiksStepLT","father":{"ref":2}}
              {"id":10,"type":"HVXFieldOutputRequestContainerLT","father":{"ref":1}}
              {"id":20,"type":"HVXNewFieldOutputLT","father":{"ref":10}}
-             {"id":21,"type":"HVXNewFieldOutputLT","father":{"ref":3}}
-             {"id":22,"type":"HVXNewFieldOutputLT","father":{"ref":6}})");
+             {"id":21,"type":"HVXNewFieldOutputLT","father":{"ref":3},"attributes":{"PropagatedTo":[{"ref":6}]}}
+             {"id":22,"type":"HVXNewFieldOutputLT","father":{"ref":6},"attributes":{"PropagatedTo":"everywhere"}}
+             {"id":23,"type":"HVXNewFieldOutputLT"})");
   }
 };
 
-TEST_F(OutputHostTest, PropagationReachesTheLaterStepsButNoPerturbation) {
+TEST_F(OutputHostTest, PropagationReachesTheLaterSteps) {
   const HVXIFactoryExtForPropagation_var factory = As<HVXIFactoryExtForPropagation>(10);
   EXPECT_EQ(factory->Propagate(As<VLMBaseUnknown>(20), 0), E_FAIL);  // has no data yet
   EXPECT_EQ(factory->Propagate(NULL_var, 0), E_FAIL);
   EXPECT_EQ(factory->SetDefaultPropagationData(NULL_var, 0, NULL_var), E_FAIL);
-  for (const standalone::FeatureId id : {20, 21, 22}) {
-    EXPECT_EQ(factory->SetDefaultPropagationData(As<VLMBaseUnknown>(id), 0, NULL_var), S_OK);
-    EXPECT_EQ(factory->Propagate(As<VLMBaseUnknown>(id), 0), S_OK);
+  EXPECT_EQ(factory->SetDefaultPropagationData(As<VLMBaseUnknown>(20), 0, NULL_var), S_OK);
+  EXPECT_THAT(Line(20), HasSubstr(R"("PropagationState":0,"PropagatedTo":[])"));
+  for (int time = 1; time <= 2; ++time) {
+    EXPECT_EQ(factory->Propagate(As<VLMBaseUnknown>(20), 0), S_OK);
+    EXPECT_THAT(Line(20), HasSubstr(R"("PropagationState":0,"PropagatedTo":"later steps")"));
   }
-  EXPECT_THAT(Line(20), HasSubstr(R"("PropagationState":0,"PropagatedTo":[{"ref":5},{"ref":6}])"));
-  EXPECT_THAT(Line(21), HasSubstr(R"("PropagatedTo":[{"ref":5},{"ref":6}])"));
-  EXPECT_THAT(Line(22), HasSubstr(R"("PropagatedTo":[])"));
+  // A list of steps gives way; what cannot be read stays; outside of a case there are no steps.
+  EXPECT_EQ(factory->Propagate(As<VLMBaseUnknown>(21), 0), S_OK);
+  EXPECT_THAT(Line(21), HasSubstr(R"("PropagatedTo":"later steps")"));
+  EXPECT_EQ(factory->Propagate(As<VLMBaseUnknown>(22), 0), E_FAIL);
+  EXPECT_THAT(Line(22), HasSubstr(R"("PropagatedTo":"everywhere")"));
+  EXPECT_EQ(factory->SetDefaultPropagationData(As<VLMBaseUnknown>(23), 0, NULL_var), S_OK);
+  EXPECT_EQ(factory->Propagate(As<VLMBaseUnknown>(23), 0), S_OK);
+  EXPECT_THAT(Line(23), HasSubstr(R"("PropagatedTo":[])"));
 }
 
 TEST_F(OutputHostTest, EachNewRequestTakesTheNextNumber) {
   const HVXIFieldOutputFact_var factory = As<HVXIFieldOutputFact>(10);
   VLMISpecObject_var request;
   EXPECT_EQ(factory->CreateFieldOutputRequest(request), S_OK);
-  EXPECT_EQ(At(23).externalName, "Field Output Request-1");
+  EXPECT_EQ(At(24).externalName, "Field Output Request-1");
   Doc().SetExternalName(At(21), "Field Output Request-41");
   EXPECT_EQ(factory->CreateFieldOutputRequest(request), S_OK);
   EXPECT_EQ(standalone::FeatureOf(request)->externalName, "Field Output Request-42");

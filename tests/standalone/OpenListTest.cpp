@@ -79,6 +79,11 @@ class OpenListTest : public testing::Test {
     ASSERT_EQ(HoldsLink(*owner_, kList, *target), std::ranges::find(plain_, target) != plain_.end());
     ASSERT_EQ(FindLinked(*owner_, kList, [](const Feature&) { return true; }),
               plain_.empty() ? nullptr : plain_.front());
+    const std::size_t position = Number(plain_.size() + 2);
+    const Value* const entry = EntryAt(*owner_, kList, position);
+    ASSERT_EQ(entry != nullptr, position >= 1 && position <= plain_.size());
+    ASSERT_EQ(entry == nullptr ? nullptr : entry->Target(),
+              entry == nullptr ? nullptr : plain_[position - 1]);
     if (Number(8) != 0) return;
     ASSERT_EQ(LinkEntries(*owner_, kList), plain_);
     switch (Number(3)) {
@@ -123,6 +128,18 @@ TEST_F(OpenListTest, TheStateBeforeTheChangesStays) {
   const FeatureState& state = *document_->Before(*owner_);
   EXPECT_TRUE(std::ranges::equal(state.Attributes().front().value.Entries(), before, {}, &Value::Target));
   EXPECT_EQ(CountEntries(*owner_, kList), 51U);
+}
+
+TEST_F(OpenListTest, IsOpenedWhenTargetsGoOneByOne) {
+  for (int i = 0; i < 3; ++i) {
+    document_->Remove(*plain_[static_cast<std::size_t>(i)]);
+    EXPECT_EQ(EntryAt(*owner_, kList, 1)->Target(), plain_[static_cast<std::size_t>(i) + 1]);
+  }
+  // What stands in the attribute was not made anew for each.
+  ASSERT_NE(document_->OpenListOf(*owner_, kList.Id()), nullptr);
+  EXPECT_FALSE(IsStored({plain_.begin() + 3, plain_.end()}));
+  document_->DropAllDeadLinks();
+  EXPECT_TRUE(IsStored({plain_.begin() + 3, plain_.end()}));
 }
 
 TEST_F(OpenListTest, ALinkInAnOpenListIsALinkFromElsewhere) {

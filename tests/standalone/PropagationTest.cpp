@@ -47,11 +47,9 @@ TEST_F(PropagationTest, SiblingsOfAConvertedContactArePropagatedOnceAndLast) {
       Calls("HVXIFactoryExtForPropagation::Propagate"),
       (CallList{"HVXIFactoryExtForPropagation::Propagate #10", "HVXIFactoryExtForPropagation::Propagate #11",
                 "HVXIFactoryExtForPropagation::Propagate #12"}));
-  // To every step after the initial one that is no perturbation step; the contact itself was propagated on
-  // the way.
+  // The contact itself was propagated on the way.
   for (const standalone::FeatureId pair : {10, 11, 12})
-    EXPECT_NE(Line(pair).find(R"("PropagationState":0,"PropagatedTo":[{"ref":6},{"ref":8}])"),
-              std::string::npos);
+    EXPECT_NE(Line(pair).find(R"("PropagationState":0,"PropagatedTo":"later steps")"), std::string::npos);
   EXPECT_EQ(Line(13), R"({"id":13,"type":"HVXTiedContactLT","father":{"ref":3}})");
   EXPECT_EQ(Line(14).find("PropagatedTo"), std::string::npos);
 }
@@ -84,7 +82,7 @@ TEST_F(PropagationTest, FeatureOfAStepReachesTheStepsBehindIt) {
   EXPECT_EQ(factory->Propagate(As<VLMBaseUnknown>(14), 0), E_FAIL);  // without propagation data
   EXPECT_EQ(factory->SetDefaultPropagationData(As<VLMBaseUnknown>(14), 0, NULL_var), S_OK);
   EXPECT_EQ(factory->Propagate(As<VLMBaseUnknown>(14), 0), S_OK);
-  EXPECT_NE(Line(14).find(R"("PropagatedTo":[{"ref":8}])"), std::string::npos);
+  EXPECT_NE(Line(14).find(R"("PropagatedTo":"later steps")"), std::string::npos);
 }
 
 }  // namespace
