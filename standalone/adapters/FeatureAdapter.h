@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 #include "adapters/Attributes.h"
 #include "checkpoint/Checkpoint.h"
@@ -21,9 +22,15 @@ Feature* FeatureOf(const VLMHandle<Interface>& handle) {
 /// A handle on a feature; null for no feature, or when the feature does not offer the interface.
 template <class Interface>
 VLMHandle<Interface> HandleOn(Feature* feature) {
-  void* found = nullptr;
-  if (feature != nullptr) static_cast<void>(feature->QueryInterface(Interface::kId, &found));
-  return VLMHandle<Interface>::Adopt(static_cast<Interface*>(found));
+  if constexpr (std::is_base_of_v<Interface, VLMISpecObject>) {  // what a feature is itself
+    if (feature == nullptr || Checkpoint::Withholds(Interface::kId, *feature)) return {};
+    feature->AddRef();
+    return VLMHandle<Interface>::Adopt(feature);
+  } else {
+    void* found = nullptr;
+    if (feature != nullptr) static_cast<void>(feature->QueryInterface(Interface::kId, &found));
+    return VLMHandle<Interface>::Adopt(static_cast<Interface*>(found));
+  }
 }
 
 /// Passes the checkpoint with an operation of the feature. E_FAIL when that was removed before.

@@ -2,10 +2,9 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "adapters/Attributes.h"
 #include "analysis/Components.h"
+#include "model/OpenList.h"
 
 namespace standalone::check {
 namespace {
@@ -24,42 +23,42 @@ constexpr DamageKind kEndless{
 // The list while it is trimmed. Positions count from 0 here.
 class Sons {
  public:
-  explicit Sons(Feature& feature) : feature_(feature) {
-    static const Key sonsList("SonsList");
-    const Attribute* const list = feature.document->FindAttribute(feature, sonsList.Id());
-    if (list == nullptr || list->value.Kind() != ValueKind::kList) return;
-    for (const Value& entry : list->value.Entries())
-      entries_.push_back(entry.Kind() == ValueKind::kLink ? entry.Target() : nullptr);
-  }
+  explicit Sons(Feature& feature) : feature_(feature), entries_(EntriesOf(feature)) {}
 
-  [[nodiscard]] std::size_t Size() const { return entries_.size(); }
-  [[nodiscard]] const Feature* At(std::size_t position) const {
-    return position < entries_.size() ? entries_[position] : nullptr;
+  [[nodiscard]] std::size_t Size() const { return entries_.Size(); }
+  [[nodiscard]] const Feature* At(std::size_t position) {
+    const Value* const entry = entries_.At(position + 1);
+    return entry != nullptr && entry->Kind() == ValueKind::kLink ? entry->Target() : nullptr;
   }
-  [[nodiscard]] bool IsComponentCalled(std::size_t position, std::string_view name) const {
+  [[nodiscard]] bool IsComponentCalled(std::size_t position, std::string_view name) {
     const Feature* const son = At(position);
     return son != nullptr && son->name == name && IsComponent(*son);
   }
   // A son goes with all that stands beneath it. One of another father stays.
   void Remove(std::size_t position) {
-    const Feature* const son = entries_[position];
-    if (son->father != &feature_) return;
-    std::erase_if(entries_, [son](const Feature* each) {
-      while (each != nullptr && each != son) each = each->father;
-      return each != nullptr;
-    });
+    const Feature& son = *At(position);
+    if (son.father != &feature_) return;
+    for (const Feature* each = &son; each != nullptr; each = NextBeneath(son, *each))
+      static_cast<void>(entries_.TakeOut(*each));
   }
 
  private:
+  static std::span<const Value> EntriesOf(Feature& feature) {
+    static const Key sonsList("SonsList");
+    const Attribute* const list = feature.document->FindAttribute(feature, sonsList.Id());
+    if (list == nullptr || list->value.Kind() != ValueKind::kList) return {};
+    return list->value.Entries();
+  }
+
   const Feature& feature_;
-  std::vector<const Feature*> entries_;
+  OpenList entries_;
 };
 
 std::string LabelOf(const Feature* son) {
   return son == nullptr ? std::string("null") : fmt::format("{} (feature {})", son->name, son->id);
 }
 
-Trim Outcome(const Sons& sons, std::size_t sizeBefore, std::string_view redundant) {
+Trim Outcome(Sons& sons, std::size_t sizeBefore, std::string_view redundant) {
   Trim trim;
   trim.removesSome = sons.Size() < sizeBefore;
   if (sons.Size() < kSonsOfCurrentModel) trim.damage = &kTooFew;

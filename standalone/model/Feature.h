@@ -49,6 +49,8 @@ struct FeatureState {
   bool hasDeadLinks : 1 = false;
   /// The document's companion keeps values that the attributes do not show yet.
   bool isBehind : 1 = false;
+  /// Was handed over to be propagated, and was not taken yet.
+  bool awaitsPropagation : 1 = false;
 
   void HoldAttributes(Attribute* room, std::uint32_t count, std::uint32_t capacity) {
     attributes = room;

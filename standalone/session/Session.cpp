@@ -11,17 +11,18 @@ Session& Session::Current() {
 
 void Session::SetCurrentDocument(DocumentPtr document) {
   modified_.clear();
-  forPropagation_.clear();
-  appended_.clear();
+  static_cast<void>(TakeForPropagation());
   document_ = std::move(document);
 }
 
 void Session::AppendForPropagation(Feature& feature) {
-  if (appended_.insert(&feature).second) forPropagation_.push_back(&feature);
+  if (feature.awaitsPropagation || feature.document != document_.Get()) return;
+  feature.awaitsPropagation = true;
+  forPropagation_.push_back(&feature);
 }
 
 std::vector<Feature*> Session::TakeForPropagation() {
-  appended_.clear();
+  for (Feature* const feature : forPropagation_) feature->awaitsPropagation = false;
   return std::exchange(forPropagation_, {});
 }
 

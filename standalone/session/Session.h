@@ -1,6 +1,5 @@
 #pragma once
 
-#include <unordered_set>
 #include <vector>
 
 #include "model/Document.h"
@@ -23,8 +22,8 @@ class Session {
   /// The features that notices were sent for, in order, one entry a notice.
   [[nodiscard]] const std::vector<FeatureId>& Modified() const { return modified_; }
 
-  /// Features that must be propagated once the upgrade at work has been through the document; each is kept
-  /// once.
+  /// Features of the current document that must be propagated once the upgrade at work has been through it;
+  /// each is kept once.
   void AppendForPropagation(Feature& feature);
   /// What was kept, in the order of the handing over; nothing is kept afterwards.
   [[nodiscard]] std::vector<Feature*> TakeForPropagation();
@@ -34,7 +33,6 @@ class Session {
   DocumentPtr document_;
   std::vector<FeatureId> modified_;
   std::vector<Feature*> forPropagation_;
-  std::unordered_set<const Feature*> appended_;
 };
 
 /// A document as the current one for the life of this object.
