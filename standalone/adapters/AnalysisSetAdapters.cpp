@@ -2,6 +2,7 @@
 // them.
 
 #include "adapters/HostLibrary.h"
+#include "analysis/Frame.h"
 #include "analysis/VLMISamAnalysisCase.h"
 #include "analysis/VLMISamAnalysisModel.h"
 #include "analysis/VLMISamAnalysisScan.h"
@@ -10,9 +11,6 @@
 
 namespace standalone {
 namespace {
-
-// The reach of a listing of a set's own members, beside the modes of a scan.
-constexpr int kMembers = -1;
 
 auto AppendTo(VLMListValVLMBaseUnknown_var& list) {
   return [&list](Feature& feature) { list.Append(HandleOn<VLMBaseUnknown>(&feature)); };
@@ -36,6 +34,11 @@ class ScanAdapter final : public FeatureAdapter<VLMISamAnalysisScan> {
     if (const HRESULT entered = Enter("VLMISamAnalysisScan::ListChildrenOfLateType", lateType.View());
         Failed(entered)) {
       return entered;
+    }
+    if (mode == VLMScanMode::kSons) {
+      for (Feature* const each : SonsOfKind(Self(), lateType.View()))
+        children.Append(HandleOn<VLMBaseUnknown>(each));
+      return S_OK;
     }
     const auto scan = [this, mode](const auto& isOfType) {
       std::vector<Feature*> found;
@@ -121,14 +124,7 @@ class SetAdapter final : public FeatureAdapter<VLMISamAnalysisSet> {
         Failed(entered)) {
       return entered;
     }
-    const auto list = [this](const auto& isOfType) {
-      std::vector<Feature*> found;
-      for (Feature* son = Self().firstSon; son != nullptr; son = son->nextSibling) {
-        if (isOfType(*son)) found.push_back(son);
-      }
-      return found;
-    };
-    for (Feature* const each : Doc().Listed().Of({Self(), lateType.View(), kMembers}, list))
+    for (Feature* const each : SonsOfKind(Self(), lateType.View()))
       members.Append(HandleOn<VLMBaseUnknown>(each));
     return S_OK;
   }

@@ -1,6 +1,7 @@
 #include "analysis/Frame.h"
 
 #include "analysis/CaseMemo.h"
+#include "model/Document.h"
 
 namespace standalone {
 
@@ -25,6 +26,17 @@ Feature* FirstSonOfKind(const Feature& father, std::string_view lateTypeOrKind) 
   Feature* son = father.firstSon;
   while (son != nullptr && !IsOfKind(*son, lateTypeOrKind)) son = son->nextSibling;
   return son;
+}
+
+const std::vector<Feature*>& SonsOfKind(Feature& father, std::string_view lateTypeOrKind) {
+  const auto list = [&father](const auto& isOfKind) {
+    std::vector<Feature*> found;
+    for (Feature* son = father.firstSon; son != nullptr; son = son->nextSibling) {
+      if (isOfKind(*son)) found.push_back(son);
+    }
+    return found;
+  };
+  return father.document->Listed().Of({father, lateTypeOrKind, Listings::kSons}, list);
 }
 
 std::vector<Feature*> StepsOf(const Feature& analysisCase) {

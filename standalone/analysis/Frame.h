@@ -17,6 +17,9 @@ bool StandsBeneath(const Feature& feature, const Feature& top);
 Feature* CaseAbove(Feature& feature);
 /// The first son of that late type or kind; null without one.
 Feature* FirstSonOfKind(const Feature& father, std::string_view lateTypeOrKind);
+/// All of them, in order; remembered by the document, so that they stay until it changes or something else is
+/// listed.
+const std::vector<Feature*>& SonsOfKind(Feature& father, std::string_view lateTypeOrKind);
 /// The steps of a case, in order; the first is the initial step.
 std::vector<Feature*> StepsOf(const Feature& analysisCase);
 

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <unordered_map>
 
 #include "analysis/Frame.h"
 #include "check/Rules.h"
@@ -47,19 +49,8 @@ Verdict OldAssignments(Feature& feature, const Survey& /*survey*/) {
 // The entry that stands for a type of analysis; null without one.
 Feature* EntryOf(Feature* global, std::int32_t analysisType) {
   if (global == nullptr || !IsA(*global, kGlobal)) return nullptr;
-  for (Feature* const entry : LinkedFeatures(*global, kEntries)) {
-    if (IntegerOf(*entry, kEntryKind, -1) == analysisType) return entry;
-  }
-  return nullptr;
-}
-
-// The upgrade appends to the local assignments, one after the other, until it meets one with two or none.
-bool WouldAppendAgain(const Feature& global) {
-  const Feature* son = global.firstSon;
-  while (son != nullptr && !IsA(*son, kLocal)) son = son->nextSibling;
-  if (son == nullptr) return false;
-  const std::size_t size = AssignmentsOf(*const_cast<Feature*>(son)).size();
-  return size != 0 && size != 2;
+  return FindLinked(*global, kEntries,
+                    [=](Feature& entry) { return IntegerOf(entry, kEntryKind, -1) == analysisType; });
 }
 
 Verdict NeverAgain(Verdict verdict, const DamageKind& why) {
@@ -73,14 +64,49 @@ bool HasPlace(Feature& assignment) {
   return place != nullptr && place->value.Kind() == ValueKind::kLink;
 }
 
-// The upgrade goes through the entry's list and stops where it cannot add controls.
-const Feature* InTheWay(const std::vector<Feature*>& assignments, const Feature& last) {
-  for (Feature* const each : assignments) {
-    if (each == &last) return nullptr;
-    if (!HasPlace(*each)) return each;
+// What the rule asks about the list that an assignment stands in, found out once for all of the list.
+class ListOfAssignments {
+ public:
+  static const ListOfAssignments& Of(Feature& owner) {
+    ListOfAssignments& last = owner.document->Remembered<ListOfAssignments>();
+    if (last.owner_ != &owner || last.changes_ != owner.document->ChangeCount()) last.Read(owner);
+    return last;
   }
-  return nullptr;
-}
+
+  [[nodiscard]] bool Holds(const Feature& assignment) const { return positions_.contains(&assignment); }
+  // The upgrade goes through the list and stops where it cannot add controls: there, if that is before the
+  // assignment; else null.
+  [[nodiscard]] const Feature* InTheWayOf(const Feature& assignment) const {
+    return stop_ != nullptr && positions_.at(stop_) < positions_.at(&assignment) ? stop_ : nullptr;
+  }
+  // The upgrade appends to the local assignments beneath the same father as the owner, one after the other,
+  // until it meets one with two or none.
+  [[nodiscard]] bool WouldAppendAgain() const { return wouldAppendAgain_; }
+
+ private:
+  void Read(Feature& owner) {
+    positions_.clear();
+    stop_ = nullptr;
+    for (Feature* const each : AssignmentsOf(owner)) {
+      positions_.emplace(each, positions_.size());
+      if (stop_ == nullptr && !HasPlace(*each)) stop_ = each;
+    }
+    wouldAppendAgain_ = false;
+    if (owner.father != nullptr) {
+      const std::vector<Feature*>& locals = SonsOfKind(*owner.father, kLocal.Text());
+      const std::size_t size = locals.empty() ? 0 : AssignmentsOf(*locals.front()).size();
+      wouldAppendAgain_ = size != 0 && size != 2;
+    }
+    owner_ = &owner;
+    changes_ = owner.document->ChangeCount();
+  }
+
+  const Feature* owner_ = nullptr;
+  std::uint64_t changes_ = 0;
+  std::unordered_map<const Feature*, std::size_t> positions_;  // of the first occurrence
+  const Feature* stop_ = nullptr;
+  bool wouldAppendAgain_ = false;
+};
 
 // In the global assignment only what the entry of the case's own type lists is looked at.
 Verdict WithoutControls(Feature& feature, const Survey& /*survey*/) {
@@ -88,8 +114,8 @@ Verdict WithoutControls(Feature& feature, const Survey& /*survey*/) {
   if (owner == nullptr || LinkedFeature(feature, kControls) != nullptr) return Conforms();
   Feature* const analysisCase = CaseAbove(feature);
   if (analysisCase == nullptr || !check::IsOfThisProduct(*analysisCase)) return Conforms();
-  const std::vector<Feature*> assignments = AssignmentsOf(*owner);
-  if (std::ranges::find(assignments, &feature) == assignments.end()) return Conforms();
+  const ListOfAssignments& list = ListOfAssignments::Of(*owner);
+  if (!list.Holds(feature)) return Conforms();
   const Attribute* const place = feature.document->FindAttribute(feature, kControls.Id());
   Verdict verdict = place == nullptr                          ? Damaged(kNoPlace, kControls.Text())
                     : place->value.Kind() != ValueKind::kLink ? Damaged(kNoLink, kControls.Text())
@@ -97,11 +123,11 @@ Verdict WithoutControls(Feature& feature, const Survey& /*survey*/) {
   if (!IsA(*owner, kEntry)) return NeverAgain(std::move(verdict), kNotReached);
 
   if (EntryOf(owner->father, IntegerOf(*analysisCase, kAnalysisType, 0)) != owner) return Conforms();
-  if (const Feature* const other = InTheWay(assignments, feature))
+  if (const Feature* const other = list.InTheWayOf(feature))
     verdict.damage.push_back({&kStopsBefore, fmt::format("feature {}", other->id)});
   // Where controls have no place, each run makes some that nothing links to.
   if (!verdict.damage.empty()) verdict.state = Verdict::State::kOnce;
-  return WouldAppendAgain(*owner->father) ? NeverAgain(std::move(verdict), kWouldAppend) : verdict;
+  return list.WouldAppendAgain() ? NeverAgain(std::move(verdict), kWouldAppend) : verdict;
 }
 
 // The release that added pyramids gave each global assignment one for them.

@@ -16,8 +16,9 @@ namespace standalone {
 /// could be about is made, removed, moved or gets another late type.
 class Listings {
  public:
-  /// Which features beneath `top` are listed: those of a late type or kind, as far down as `reach` tells.
-  /// What a reach means is the asker's business.
+  static constexpr int kSons = -1;
+  /// Which features beneath `top` are listed: those of a late type or kind, as far down as `reach` tells: its
+  /// sons alone (`kSons`), or what the asker means by another number.
   struct Wanted {
     const Feature& top;
     std::string_view lateTypeOrKind;

@@ -138,13 +138,14 @@ void Processes::TakeMessages(WorkerNumber number, Worker& worker) {
   }
 }
 
-void Processes::Bury(Workers::iterator worker) {
-  close(worker->second.socket);
-  Event end = EndOf(worker->first, Await(worker->second.process));
+void Processes::Bury(Workers::iterator dead) {
+  // Out of the list first, whatever fails here: the system gives numbers of processes anew.
+  const auto worker = workers_.extract(dead);
+  close(worker.mapped().socket);
+  Event end = EndOf(worker.key(), Await(worker.mapped().process));
   startFailure_ = "its worker ended too early";
   if (!end.bytes.empty()) startFailure_ += fmt::format(" ({})", end.bytes);
   news_.push_back(std::move(end));
-  workers_.erase(worker);
 }
 
 std::optional<WorkerNumber> Processes::Start() {

@@ -22,6 +22,9 @@ constexpr std::size_t kHeadBytes = 1 + sizeof(std::uint64_t);
 // keep, and what a large document leaves in pieces.
 constexpr std::size_t kMostGrowth = std::size_t{48} << 20U;
 
+// Ends the worker; but what is at work, such as a temporary file, goes first.
+struct NobodyToReportTo {};
+
 void FlushAll() {
   FlushOutput();
   std::cout.flush();
@@ -47,7 +50,7 @@ void Send(int socket, char kind, std::string_view content) {
   for (std::string_view bytes = message; !bytes.empty();) {
     const ssize_t sent = write(socket, bytes.data(), bytes.size());
     if (sent < 0 && errno == EINTR) continue;
-    if (sent < 0) _exit(EXIT_FAILURE);  // nobody is left to report to
+    if (sent < 0) throw NobodyToReportTo();
     bytes.remove_prefix(static_cast<std::size_t>(sent));
   }
 }
@@ -115,6 +118,8 @@ void BeWorker(const Work& work, int socket, pid_t parent) noexcept {
     _exit(kStoppedOnRequestStatus);
   } catch (const std::bad_alloc&) {
     _exit(kOutOfMemoryStatus);
+  } catch (const NobodyToReportTo&) {
+    _exit(EXIT_FAILURE);
   }
 }
 
