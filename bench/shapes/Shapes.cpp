@@ -74,6 +74,18 @@ struct Shape {
   FatherAndSon pair;
 };
 
+// What the conversions say grows faster, or never ends: there the limits of a run help. Not measured unless
+// it is asked for.
+struct Known {
+  std::string_view shape;
+  std::string_view why;
+};
+constexpr std::array kKnown{
+    Known{"document/AnalysisModel", "each connection property of each model makes a contact in each case"},
+    Known{"HVXConcentratedForce/GeometrySmartConnector",
+          "the upgrade of a force goes round for ever on sons that do not belong there"},
+};
+
 std::filesystem::path FileOf(const std::string& example) {
   return std::string(HVX_SOURCE_DIR) + "/examples/" + example + ".hvxdoc";
 }
@@ -206,8 +218,12 @@ int main(int argc, char** argv) {
   try {
     std::vector<Shape> shapes = AllShapes();
     std::erase_if(shapes, [&chosen](const Shape& shape) {
-      return !chosen.empty() && std::ranges::find(chosen, shape.pair.Name()) == chosen.end();
+      if (!chosen.empty()) return std::ranges::find(chosen, shape.pair.Name()) == chosen.end();
+      return std::ranges::find(kKnown, shape.pair.Name(), &Known::shape) != kKnown.end();
     });
+    if (chosen.empty()) {
+      for (const Known& known : kKnown) fmt::print("left out: {}: {}\n", known.shape, known.why);
+    }
     if (!folderForAll.empty()) {
       for (const Shape& shape : shapes) {
         std::string name = shape.pair.Name();
