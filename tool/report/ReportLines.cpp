@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <optional>
 
 #include "file/DocumentError.h"
@@ -118,6 +119,14 @@ class Lines {
   std::size_t capacity_ = 0;
 };
 
+// The line as JSON; nothing when it is none. Lack of memory says nothing about the line.
+std::optional<element> Parsed(simdjson::dom::parser& parser, std::string_view line) {
+  element top;
+  const auto error = parser.parse(line.data(), line.size()).get(top);
+  if (error == simdjson::MEMALLOC) throw std::bad_alloc();
+  return error == simdjson::SUCCESS ? std::optional(top) : std::nullopt;
+}
+
 }  // namespace
 
 bool HasFirstLine(const std::filesystem::path& file) {
@@ -129,9 +138,9 @@ ReportHead ReadReportHead(const std::filesystem::path& file) {
   Lines lines(file);
   std::string_view line;
   simdjson::dom::parser parser;
-  element top;
-  if (!lines.Next(line) || parser.parse(line.data(), line.size()).get(top) != simdjson::SUCCESS) return {};
-  return HeadOf(top).value_or(ReportHead());
+  if (!lines.Next(line)) return {};
+  const std::optional<element> top = Parsed(parser, line);
+  return top ? HeadOf(*top).value_or(ReportHead()) : ReportHead();
 }
 
 ReadReportResult ReadReport(const std::filesystem::path& file,
@@ -149,8 +158,9 @@ ReadReportResult ReadReport(const std::filesystem::path& file,
     ++number;
     std::string text(line.substr(0, line.find(kChanges)));
     if (text.size() < line.size()) text += '}';
-    element top;
-    if (parser.parse(text).get(top) != simdjson::SUCCESS) refuse("this is no line of a report");
+    const std::optional<element> parsed = Parsed(parser, text);
+    if (!parsed) refuse("this is no line of a report");
+    const element top = *parsed;
     const std::string kind = TextIn(top, "record");
     if (number == 1) {
       const auto head = HeadOf(top);
