@@ -84,7 +84,7 @@ Cost Trip(const std::string& input, const std::string& output, const TripOptions
   }
   run(kVerify, [&] {
     static_cast<void>(FindFaults(*document.Get(), 1));
-    static_cast<void>(CheckConformity(*document.Get()));
+    static_cast<void>(CheckConformity(*document.Get(), FindingScope::kOfResult));
     static_cast<void>(FindLosses(*document.Get()));
     static_cast<void>(FindDroppedValues(*document.Get()));
   });

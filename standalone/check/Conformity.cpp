@@ -71,7 +71,7 @@ FindingKind KindOf(const Verdict& verdict, bool hasIdentifier, bool isRecorded) 
 
 class Check {
  public:
-  explicit Check(Document& document) : survey_(document), document_(document) {}
+  Check(Document& document, FindingScope scope) : survey_(document), document_(document), scope_(scope) {}
 
   std::vector<Finding> Run() {
     UnknownTypes unknown;
@@ -97,6 +97,9 @@ class Check {
   void Add(Feature& feature, const ConformityRule& rule, Verdict verdict) {
     const bool hasIdentifier = !rule.identifier.empty() && verdict.state != Verdict::State::kBeyond;
     const FindingKind kind = KindOf(verdict, hasIdentifier, document_.HasRecorded(rule.identifier));
+    const std::span<const ConformityRule> values = ValueRules();
+    const bool isOfValue = &rule >= values.data() && &rule < values.data() + values.size();
+    if (kind == FindingKind::kPending && scope_ == FindingScope::kOfResult && !isOfValue) return;
     Finding& finding = findings_.emplace_back(Finding{&feature,
                                                       kind,
                                                       hasIdentifier ? rule.identifier : std::string_view(),
@@ -113,8 +116,7 @@ class Check {
     if (kind == FindingKind::kBeyondUpgrades && verdict.state == Verdict::State::kOnce)
       notAgain_.try_emplace(rule.identifier, &feature);
     if (kind == FindingKind::kLeftBehind && finding.remedy.empty()) finding.remedy = rule.remedy;
-    const std::span<const ConformityRule> values = ValueRules();
-    if (&rule >= values.data() && &rule < values.data() + values.size()) NoteUnreadable(feature);
+    if (isOfValue) NoteUnreadable(feature);
   }
 
   // A value of another kind than is read is in the way of what works on the feature, or on what it is a part
@@ -166,6 +168,7 @@ class Check {
   Survey survey_;
   RulesByType rules_;
   const Document& document_;
+  FindingScope scope_;
   std::vector<Finding> findings_;
   std::unordered_map<const Feature*, std::size_t> unreadable_;  // where the finding about the value stands
   std::map<std::string_view, const Feature*> notAgain_;  // by identifier, what it must not convert again
@@ -216,10 +219,10 @@ Survey::Survey(Document& document)
   }
 }
 
-std::vector<Finding> CheckConformity(Document& document) {
+std::vector<Finding> CheckConformity(Document& document, FindingScope scope) {
   document.DropAllDeadLinks();
   const CaseMemo memo;
-  return Check(document).Run();
+  return Check(document, scope).Run();
 }
 
 }  // namespace standalone

@@ -53,8 +53,16 @@ struct Finding {
   [[nodiscard]] bool NeedsPerson() const;
 };
 
+/// Which findings are asked for.
+enum class FindingScope : std::uint8_t {
+  kAll,
+  kOfResult,  ///< Without pending ones, of which there can be as many as features: for who has just upgraded.
+};
+
 /// All that does not conform, in document order, each feature's findings in the order of the rules; then the
-/// unknown late types, in the order of their first features.
-[[nodiscard]] std::vector<Finding> CheckConformity(Document& document);
+/// unknown late types, in the order of their first features. Of values that cannot be read, pending ones are
+/// given in any scope.
+[[nodiscard]] std::vector<Finding> CheckConformity(Document& document,
+                                                   FindingScope scope = FindingScope::kAll);
 
 }  // namespace standalone

@@ -17,7 +17,7 @@ namespace {
 using namespace standalone;
 
 #ifdef HVX_SANITIZED
-constexpr int kDocuments = 160;  // a run takes several times as long
+constexpr int kDocuments = 100;  // a run takes several times as long
 #else
 constexpr int kDocuments = 2400;
 #endif

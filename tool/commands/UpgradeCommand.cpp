@@ -174,10 +174,7 @@ class UpgradeCommand {
   // The folder of the results is made with the first of them, but a report or trace in it comes earlier.
   void MakeFolderForOthers() const {
     if (arguments_.dryRun || arguments_.outputDirectory.empty()) return;
-    const auto folderOf = [](const fs::path& file) {
-      std::error_code error;
-      return fs::weakly_canonical(fs::absolute(file), error).parent_path();
-    };
+    const auto folderOf = [](const fs::path& file) { return RealPathOf(file).parent_path(); };
     for (const std::string& other : {arguments_.report, arguments_.trace}) {
       const bool isFile = !other.empty() && other != "-";
       if (isFile && folderOf(other) == folderOf(fs::path(arguments_.outputDirectory) / "any"))

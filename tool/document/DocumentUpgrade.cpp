@@ -32,6 +32,7 @@ namespace {
 using standalone::DocumentError;
 using standalone::DocumentPtr;
 using standalone::Finding;
+using standalone::FindingScope;
 using standalone::VersionManager;
 
 class DocumentUpgrade {
@@ -149,7 +150,8 @@ class DocumentUpgrade {
   }
 
   void PassUnchanged(standalone::Document& document) {
-    const std::vector<AttentionItem> attention = AttentionTo(standalone::CheckConformity(document), {});
+    const std::vector<AttentionItem> attention =
+        AttentionTo(standalone::CheckConformity(document, FindingScope::kOfResult), {});
     result_.needsPerson = attention.size();
     result_.attention = JsonOf(task_.input, attention);
     const bool isThere = task_.destination.HoldsCopyOf(task_.input);
@@ -277,7 +279,7 @@ class DocumentUpgrade {
                       "it with the document",
                       faults.front()));
     }
-    std::vector<Finding> findings = standalone::CheckConformity(document);
+    std::vector<Finding> findings = standalone::CheckConformity(document, FindingScope::kOfResult);
     std::ranges::move(standalone::FindLosses(document), std::back_inserter(findings));
     return AttentionTo(findings, run.failures);
   }

@@ -5,6 +5,8 @@
 
 #include <cerrno>
 #include <cstring>
+#include <new>
+#include <system_error>
 
 #include "file/Backup.h"
 #include "file/DocumentError.h"
@@ -41,6 +43,7 @@ fs::path NearestOf(fs::path folder) {
 fs::path RealPathOf(const fs::path& file) {
   std::error_code error;
   fs::path real = fs::weakly_canonical(fs::absolute(file), error);
+  if (error == std::errc::not_enough_memory) throw std::bad_alloc();
   return error ? fs::absolute(file) : real;
 }
 
