@@ -72,7 +72,7 @@ class Processes final : public Outside {
   void Poll(std::optional<Clock::time_point> until);
   void Receive(WorkerNumber number, Worker& worker);
   void TakeMessages(WorkerNumber number, Worker& worker);
-  void Bury(Workers::iterator worker);
+  void Bury(Workers::iterator dead);
 
   Hooks hooks_;
   Workers workers_;
