@@ -9,6 +9,7 @@
 #include "adapters/Attributes.h"
 #include "analysis/CaseMemo.h"
 #include "analysis/Frame.h"
+#include "check/PerLateType.h"
 #include "check/Rule.h"
 #include "check/Rules.h"
 #include "check/UnknownTypes.h"
@@ -44,23 +45,17 @@ class RulesByType {
   }
 
   const std::vector<const ConformityRule*>& Of(const LateType& type) {
-    if (type.Id() >= byType_.size()) byType_.resize(type.Id() + std::size_t{1});
-    Entry& entry = byType_[type.Id()];
-    if (!entry.isKnown) {
-      std::ranges::copy_if(all_, std::back_inserter(entry.rules),
-                           [&type](const ConformityRule* rule) { return Concerns(rule->lateTypes, type); });
-      entry.isKnown = true;
-    }
-    return entry.rules;
+    return byType_.Of(type, [this](const LateType& each) {
+      std::vector<const ConformityRule*> rules;
+      std::ranges::copy_if(all_, std::back_inserter(rules),
+                           [&each](const ConformityRule* rule) { return Concerns(rule->lateTypes, each); });
+      return rules;
+    });
   }
 
  private:
-  struct Entry {
-    bool isKnown = false;
-    std::vector<const ConformityRule*> rules;
-  };
   std::vector<const ConformityRule*> all_;
-  std::vector<Entry> byType_;  // by the number of the late type's name
+  PerLateType<std::vector<const ConformityRule*>> byType_;
 };
 
 FindingKind KindOf(const Verdict& verdict, bool hasIdentifier, bool isRecorded) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "analysis/Components.h"
+#include "check/PerLateType.h"
 #include "check/Rules.h"
 
 namespace standalone {
@@ -38,9 +39,27 @@ const NeverMissing kNeverMissing[] = {
     {"HVXSurfaceToSurfaceContactLT", "adjustmentGroup", "adjustment", Value::Integer(2)},
 };
 
-const Value* ValueIn(const FeatureState& state, std::string_view key) {
-  const NameId id = NameTable::Intern(key);
-  const auto found = std::ranges::find(state.Attributes(), id, &Attribute::key);
+// The same with the numbers of its keys, for one late type.
+struct NeverMissingKey {
+  explicit NeverMissingKey(const NeverMissing& what)
+      : key(NameTable::Intern(what.key)), onlyWith(NameTable::Intern(what.onlyWith)), value(what.value) {}
+
+  NameId key;
+  NameId onlyWith;
+  Value value;
+};
+using NeverMissingKeys = std::vector<NeverMissingKey>;
+
+NeverMissingKeys KeysOf(const LateType& type) {
+  NeverMissingKeys keys;
+  for (const NeverMissing& each : kNeverMissing) {
+    if (type.MetaClass().IsAKindOf(each.lateType)) keys.emplace_back(each);
+  }
+  return keys;
+}
+
+const Value* ValueIn(const FeatureState& state, NameId key) {
+  const auto found = std::ranges::find(state.Attributes(), key, &Attribute::key);
   return found == state.Attributes().end() ? nullptr : &found->value;
 }
 
@@ -50,30 +69,32 @@ bool Holds(const Value* value, const Value& wanted) {
 }
 
 void AppendMissingOf(const FeatureState& state, std::vector<Damage>& damage) {
-  for (const NeverMissing& each : kNeverMissing) {
-    if (!state.type->MetaClass().IsAKindOf(each.lateType)) continue;
+  static PerLateType<NeverMissingKeys> known;
+  for (const NeverMissingKey& each : known.Of(*state.type, KeysOf)) {
     const Value* const value = ValueIn(state, each.key);
-    const bool holdsNothing = value == nullptr || (*value == Value() && !each.onlyWith.empty());
-    if (!holdsNothing || std::ranges::find(damage, each.key, &Damage::key) != damage.end()) continue;
-    if (each.onlyWith.empty() || Holds(ValueIn(state, each.onlyWith), each.value))
-      damage.push_back({&check::kMissing, std::string(each.key)});
+    const bool holdsNothing = value == nullptr || (*value == Value() && each.onlyWith != kNoName);
+    const std::string_view name = NameTable::Text(each.key);
+    if (!holdsNothing || std::ranges::find(damage, name, &Damage::key) != damage.end()) continue;
+    if (each.onlyWith == kNoName || Holds(ValueIn(state, each.onlyWith), each.value))
+      damage.push_back({&check::kMissing, std::string(name)});
   }
 }
 
 // The tolerance of an old contact is a number behind a link, as it was when the document was read.
 void AppendTolerance(const FeatureState& state, std::vector<Damage>& damage) {
   static const Key contact("HVXSurfaceToSurfaceContactLT");
-  constexpr std::string_view kTolerance = "adjustTolVal_param";
-  if (state.type->Id() != contact.Id() || !Holds(ValueIn(state, "adjustment"), Value::Integer(1))) return;
-  const Value* const link = ValueIn(state, kTolerance);
+  static const Key adjustment("adjustment");
+  static const Key tolerance("adjustTolVal_param");
+  if (state.type->Id() != contact.Id() || !Holds(ValueIn(state, adjustment.Id()), Value::Integer(1))) return;
+  const Value* const link = ValueIn(state, tolerance.Id());
   if (link == nullptr || link->Kind() != ValueKind::kLink || link->Target() == nullptr) return;
   const Feature& target = *link->Target();
   const FeatureState* const parameter = target.document->Before(target);
-  const Value* const number = parameter == nullptr ? nullptr : ValueIn(*parameter, kParameterValue.Text());
+  const Value* const number = parameter == nullptr ? nullptr : ValueIn(*parameter, kParameterValue.Id());
   const bool isParameter = parameter != nullptr && parameter->type->MetaClass().IsAKindOf(kind::kParameter);
   if (!isParameter || number == nullptr ||
       !(number->Kind() == ValueKind::kReal || number->Kind() == ValueKind::kInteger))
-    damage.push_back({&kNoTolerance, std::string(kTolerance)});
+    damage.push_back({&kNoTolerance, std::string(tolerance.Text())});
 }
 
 }  // namespace

@@ -3,12 +3,12 @@
 
 #include <algorithm>
 #include <limits>
-#include <memory>
 #include <optional>
 
 #include "analysis/Components.h"
 #include "analysis/MeshNumbers.h"
 #include "check/LinkTargets.h"
+#include "check/PerLateType.h"
 #include "check/Rules.h"
 
 namespace standalone {
@@ -269,15 +269,6 @@ bool IsOfAnotherProduct(const FeatureState& analysisCase) {
   });
 }
 
-// Looked up once for each late type.
-const StoredByKey& KnownKeysOf(const LateType& type) {
-  static std::vector<std::unique_ptr<StoredByKey>> byType;
-  if (type.Id() >= byType.size()) byType.resize(type.Id() + std::size_t{1});
-  std::unique_ptr<StoredByKey>& keys = byType[type.Id()];
-  if (keys == nullptr) keys = std::make_unique<StoredByKey>(KeysOf(type));
-  return *keys;
-}
-
 Verdict Misread(Feature& feature, const Survey& /*survey*/) {
   std::vector<Damage> damage = MisreadIn(feature);
   return damage.empty() ? Conforms() : Verdict{Verdict::State::kBeyond, std::move(damage)};
@@ -314,7 +305,8 @@ constexpr ConformityRule kRules[] = {
 }  // namespace
 
 std::vector<Damage> MisreadIn(const FeatureState& state) {
-  const StoredByKey& keys = KnownKeysOf(*state.type);
+  static PerLateType<StoredByKey> known;
+  const StoredByKey& keys = known.Of(*state.type, KeysOf);
   std::vector<Damage> damage;
   for (const Attribute& attribute : state.Attributes()) {
     if (attribute.key >= keys.size()) continue;

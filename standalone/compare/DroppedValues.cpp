@@ -30,12 +30,37 @@ struct Leaf {
 
 struct HashOfLeaf {
   std::size_t operator()(const Leaf& leaf) const {
-    return KeyedHashOf(leaf.number) ^ KeyedHashOf(leaf.text) ^
+    return KeyedHashOf(leaf.number) ^ (leaf.text.empty() ? 0 : KeyedHashOf(leaf.text)) ^
            (std::hash<const void*>()(leaf.place) + leaf.key) * 0x9e3779b97f4a7c15U;
   }
 };
 
 using Leaves = std::unordered_map<Leaf, std::size_t, HashOfLeaf>;
+
+// Tells of most leaves at once that they are none of some, without a look at these: there are so many that
+// each look waits for memory. What it lets through is to be looked up.
+class Sieve {
+ public:
+  explicit Sieve(const Leaves& leaves) : bits_(std::bit_ceil(leaves.size() * kBitsPerLeaf)) {
+    for (const auto& [leaf, count] : leaves) bits_[PlaceOf(leaf)] = true;
+  }
+
+  [[nodiscard]] bool LetsThrough(const Leaf& leaf) const { return bits_[PlaceOf(leaf)]; }
+
+ private:
+  static constexpr std::size_t kBitsPerLeaf = 16;
+
+  [[nodiscard]] std::size_t PlaceOf(const Leaf& leaf) const {
+    constexpr std::uint64_t kMix = 0x9e3779b97f4a7c15U;
+    const auto place = reinterpret_cast<std::uintptr_t>(leaf.place);
+    std::uint64_t mixed = (leaf.number * kMix) ^ place;
+    mixed = (mixed ^ (mixed >> 29U) ^ leaf.key) * kMix;
+    if (!leaf.text.empty()) mixed ^= std::hash<std::string_view>()(leaf.text);
+    return static_cast<std::size_t>(mixed ^ (mixed >> 32U)) % bits_.size();
+  }
+
+  std::vector<bool> bits_;
+};
 
 Leaf LeafOf(double number) {
   const auto narrow = static_cast<float>(number);
@@ -71,6 +96,7 @@ void VisitLeaves(const Value& value, const Visit& visit) {
 // The leaves of `to` that `from` does not have, each as often as it is missing there.
 template <class Visit>
 void VisitAdded(const Value* from, const Value& to, const Visit& visit) {
+  if (from != nullptr && *from == to) return;
   Leaves known;
   if (from != nullptr) VisitLeaves(*from, [&known](const Leaf& leaf, const Value&) { ++known[leaf]; });
   VisitLeaves(to, [&](const Leaf& leaf, const Value& value) {
@@ -95,51 +121,99 @@ std::string_view KindOfName(std::string_view name) {
   return name.substr(0, name.rfind('.'));
 }
 
+// Upgrades write many times more values than they take away. So those that are gone come first, with what
+// could stand for them, and of those that were written only these are counted.
 class Search {
  public:
   explicit Search(const Document& document) : document_(document) {
+    for (const Feature* const feature : document.Touched()) NoteGone(*feature);
+    if (written_.empty()) return;
+    const Sieve wanted(written_);
     for (const Feature* const feature : document.Touched()) {
-      if (!feature->removed) NoteWritten(*feature);
+      if (!feature->removed) NoteWritten(*feature, wanted);
     }
   }
 
   std::vector<DroppedValues> Run() {
     std::vector<DroppedValues> dropped;
-    for (const Feature* const feature : document_.Touched()) {
-      const FeatureState* const before = document_.Before(*feature);
-      if (before == nullptr) continue;
-      AttributeLookUp now(feature->removed ? std::span<const Attribute>() : feature->Attributes());
-      for (const Attribute& attribute : before->Attributes()) {
-        DroppedValues found = Of(*feature, *before, attribute, now.Find(attribute.key));
-        if (!found.values.empty()) dropped.push_back(std::move(found));
-      }
+    for (const Gone& gone : gone_) {
+      if (Stands(gone)) continue;
+      const bool isOfLast = !dropped.empty() && dropped.back().feature == gone.feature &&
+                            dropped.back().key == gone.attribute->key;
+      if (!isOfLast) dropped.push_back({gone.feature, gone.attribute->key, {}, gone.instead});
+      dropped.back().values.push_back(gone.value);
     }
     return dropped;
   }
 
  private:
-  void NoteWritten(const Feature& feature) {
+  // A value that an attribute held and holds no longer.
+  struct Gone {
+    const Feature* feature;
+    const FeatureState* before;
+    const Attribute* attribute;  // as it was
+    const Value* instead;        // what it holds now; null when it is gone
+    Leaf leaf;
+    Value value;
+  };
+
+  void NoteGone(const Feature& feature) {
+    const FeatureState* const before = document_.Before(feature);
+    if (before == nullptr) return;
+    AttributeLookUp now(feature.removed ? std::span<const Attribute>() : feature.Attributes());
+    for (const Attribute& attribute : before->Attributes()) {
+      const Attribute* const current = now.Find(attribute.key);
+      const Value* const instead = current == nullptr ? nullptr : &current->value;
+      VisitAdded(instead, attribute.value, [&](const Leaf& leaf, const Value& value) {
+        gone_.push_back({&feature, before, &attribute, instead, leaf, value});
+        Want(gone_.back());
+      });
+    }
+  }
+
+  // Has counted, from now on, whatever `WasWritten` asks for.
+  void Want(const Gone& gone) {
+    if (const std::optional<Leaf> radians = InRadians(gone.value)) written_[*radians];
+    if (gone.value.Kind() != ValueKind::kInteger) {
+      written_[gone.leaf];
+      return;
+    }
+    written_[OfKind(gone.leaf, *gone.before, gone.attribute->key)];
+    written_[At(gone.leaf, gone.feature)];
+    if (gone.before->father != nullptr) written_[At(gone.leaf, gone.before->father)];
+  }
+
+  void NoteWritten(const Feature& feature, const Sieve& wanted) {
     const FeatureState* const before = document_.Before(feature);
     AttributeLookUp oldOnes(before == nullptr ? std::span<const Attribute>() : before->Attributes());
     for (const Attribute& attribute : feature.Attributes()) {
       const Attribute* const old = oldOnes.Find(attribute.key);
-      VisitAdded(
-          old == nullptr ? nullptr : &old->value, attribute.value,
-          [&](const Leaf& leaf, const Value& value) { NoteWritten(feature, attribute.key, leaf, value); });
+      VisitAdded(old == nullptr ? nullptr : &old->value, attribute.value,
+                 [&](const Leaf& leaf, const Value& value) {
+                   NoteWritten(feature, attribute.key, leaf, value, wanted);
+                 });
     }
   }
 
-  void NoteWritten(const Feature& feature, NameId key, Leaf leaf, const Value& value) {
-    if (value.Kind() != ValueKind::kInteger) ++written_[leaf];
+  void NoteWritten(const Feature& feature, NameId key, const Leaf& leaf, const Value& value,
+                   const Sieve& wanted) {
+    const auto count = [&](const Leaf& each) {
+      if (!wanted.LetsThrough(each)) return;
+      if (const auto found = written_.find(each); found != written_.end()) ++found->second;
+    };
+    if (value.Kind() != ValueKind::kInteger) count(leaf);
     if (value.Kind() == ValueKind::kString) return;
     // A number that an integer became may be a real.
-    ++written_[OfKind(leaf, feature, key)];
+    count(OfKind(leaf, feature, key));
     constexpr int kLevels = 3;  // the feature, what it stands beneath, and the brothers of that
     const Feature* near = &feature;
-    for (int level = 0; near != nullptr && level < kLevels; ++level, near = near->father) {
-      leaf.place = near;
-      ++written_[leaf];
-    }
+    for (int level = 0; near != nullptr && level < kLevels; ++level, near = near->father)
+      count(At(leaf, near));
+  }
+
+  static Leaf At(Leaf leaf, const void* place) {
+    leaf.place = place;
+    return leaf;
   }
 
   static Leaf OfKind(const Leaf& leaf, const FeatureState& feature, NameId key) {
@@ -149,35 +223,34 @@ class Search {
     return {leaf.number, isNamed ? KindOfName(feature.name) : std::string_view(), feature.type, key};
   }
 
-  bool WasWritten(const Feature& feature, const FeatureState& before, NameId key, Leaf leaf,
-                  const Value& value) {
-    if (value.Kind() != ValueKind::kInteger) return Takes(written_, leaf) || TakesInRadians(value);
-    if (written_.contains(OfKind(leaf, before, key))) return true;
-    leaf.place = &feature;
-    if (written_.contains(leaf)) return true;
-    leaf.place = before.father;
-    return (before.father != nullptr && written_.contains(leaf)) || TakesInRadians(value);
+  bool Stands(const Gone& gone) {
+    const bool isOverwrittenCode = gone.value.Kind() == ValueKind::kInteger && gone.instead != nullptr;
+    return !isOverwrittenCode &&
+           (WasWritten(gone) || FamilyHolds(*gone.feature, *gone.before, gone.attribute->key, gone.leaf));
   }
 
-  // `now` is the attribute as it is; null when it is gone.
-  DroppedValues Of(const Feature& feature, const FeatureState& before, const Attribute& attribute,
-                   const Attribute* now) {
-    DroppedValues dropped{&feature, attribute.key, {}, now == nullptr ? nullptr : &now->value};
-    VisitAdded(dropped.instead, attribute.value, [&](const Leaf& leaf, const Value& value) {
-      const bool isOverwrittenCode = value.Kind() == ValueKind::kInteger && dropped.instead != nullptr;
-      const bool stands = !isOverwrittenCode && (WasWritten(feature, before, attribute.key, leaf, value) ||
-                                                 FamilyHolds(feature, before, attribute.key, leaf));
-      if (!stands) dropped.values.push_back(value);
-    });
-    return dropped;
+  bool WasWritten(const Gone& gone) {
+    if (gone.value.Kind() != ValueKind::kInteger)
+      return Takes(written_, gone.leaf) || TakesInRadians(gone.value);
+    const Feature* const father = gone.before->father;
+    return IsWritten(OfKind(gone.leaf, *gone.before, gone.attribute->key)) ||
+           IsWritten(At(gone.leaf, gone.feature)) ||
+           (father != nullptr && IsWritten(At(gone.leaf, father))) || TakesInRadians(gone.value);
+  }
+
+  [[nodiscard]] bool IsWritten(const Leaf& leaf) const { return written_.find(leaf)->second > 0; }
+
+  static std::optional<Leaf> InRadians(const Value& value) {
+    constexpr double kDegree = std::numbers::pi / 180.0;
+    if (value.Kind() == ValueKind::kString) return std::nullopt;
+    const double degrees =
+        value.Kind() == ValueKind::kReal ? value.AsReal() : static_cast<double>(value.AsInteger());
+    return LeafOf(degrees * kDegree);
   }
 
   bool TakesInRadians(const Value& value) {
-    constexpr double kDegree = std::numbers::pi / 180.0;
-    if (value.Kind() == ValueKind::kString) return false;
-    const double degrees =
-        value.Kind() == ValueKind::kReal ? value.AsReal() : static_cast<double>(value.AsInteger());
-    return Takes(written_, LeafOf(degrees * kDegree));
+    const std::optional<Leaf> radians = InRadians(value);
+    return radians && Takes(written_, *radians);
   }
 
   // Only what was removed: an overwritten value has no brother that stands for it.
@@ -222,7 +295,8 @@ class Search {
   }
 
   const Document& document_;
-  Leaves written_;
+  std::vector<Gone> gone_;
+  Leaves written_;  // how often it was written, for what may stand for a value that is gone
   std::unordered_map<const Feature*, Family> families_;
 };
 

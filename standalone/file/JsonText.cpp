@@ -4,9 +4,7 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <iterator>
-#include <limits>
 
 namespace standalone {
 namespace {
@@ -61,11 +59,8 @@ void AppendJsonText(fmt::memory_buffer& out, std::string_view text) {
 }
 
 void AppendJsonInteger(fmt::memory_buffer& out, std::int64_t number) {
-  constexpr std::size_t kMost = std::numeric_limits<std::int64_t>::digits10 + 2;  // with the sign
-  const std::size_t start = out.size();
-  out.resize(start + kMost);
-  const auto written = std::to_chars(out.data() + start, out.data() + out.size(), number);
-  out.resize(static_cast<std::size_t>(written.ptr - out.data()));
+  const fmt::format_int text(number);
+  AppendRaw(out, {text.data(), text.size()});
 }
 
 void AppendJsonReal(fmt::memory_buffer& out, double number) {

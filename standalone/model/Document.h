@@ -249,7 +249,7 @@ class Document final : public VLMDocument {
   // Features stand by themselves, close together: most passes look at nothing else.
   std::pmr::monotonic_buffer_resource featureArena_{std::size_t{1} << 16, &LargePages::Instance()};
 
-  RecentTexts recentTexts_;
+  RecentTexts<std::string_view> recentTexts_;
 
   Feature* first_ = nullptr;
   Feature* last_ = nullptr;

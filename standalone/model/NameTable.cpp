@@ -5,13 +5,20 @@
 #include <unordered_map>
 
 #include "model/KeyedHash.h"
+#include "model/RecentTexts.h"
 
 namespace standalone {
 namespace {
 
+struct Name {
+  std::string_view text;
+  NameId id = kNoName;
+};
+
 struct Names {
   std::deque<std::string> texts{std::string()};  // a deque keeps its elements where they are
   std::unordered_map<std::string_view, NameId, KeyedHash> ids;
+  RecentTexts<Name> recent;
 };
 
 Names& All() {
@@ -31,9 +38,14 @@ NameId NameTable::Intern(std::string_view name) {
 }
 
 NameId NameTable::Find(std::string_view name) {
-  const auto& ids = All().ids;
-  const auto found = ids.find(name);
-  return found == ids.end() ? kNoName : found->second;
+  if (name.empty()) return kNoName;
+  Names& names = All();
+  Name& recent = names.recent.PlaceOf(name);
+  if (recent.text == name) return recent.id;
+  const auto found = names.ids.find(name);
+  if (found == names.ids.end()) return kNoName;
+  recent = {found->first, found->second};
+  return found->second;
 }
 
 std::string_view NameTable::Text(NameId id) {

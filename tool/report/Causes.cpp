@@ -47,13 +47,29 @@ void Append(fmt::memory_buffer& out, const UpgradeWork& work) {
 Causes::Causes(const standalone::Document& document, const standalone::UpgradeRun& run)
     : run_(run), notes_(document.Changes().Notes()) {
   std::ranges::stable_sort(notes_, std::less<>(), &ChangeNote::feature);
+  last_ = notes_.begin();
+}
+
+Causes::Notes::const_iterator Causes::FirstOf(const Feature& feature) const {
+  const auto isBefore = [&feature](const ChangeNote& note) { return std::less<>()(note.feature, &feature); };
+  const bool isAfterLast = last_ != notes_.end() && isBefore(*last_);
+  Notes::const_iterator from = isAfterLast ? last_ : notes_.begin();
+  Notes::const_iterator to = isAfterLast ? notes_.end() : last_;
+  for (std::ptrdiff_t step = 1; isAfterLast && to - from > step; step *= 2) {
+    if (!isBefore(from[step])) {
+      to = from + step;
+      break;
+    }
+    from += step;
+  }
+  last_ = std::partition_point(from, to, isBefore);
+  return last_;
 }
 
 template <class Predicate>
 std::vector<const UpgradeWork*> Causes::Behind(const Feature& feature, const Predicate& counts) const {
   std::vector<const UpgradeWork*> works;
-  auto note = std::ranges::lower_bound(notes_, &feature, std::less<>(), &ChangeNote::feature);
-  for (; note != notes_.end() && note->feature == &feature; ++note) {
+  for (auto note = FirstOf(feature); note != notes_.end() && note->feature == &feature; ++note) {
     const UpgradeWork* const work = counts(*note) ? &run_.works[note->work] : nullptr;
     if (work != nullptr && (works.empty() || works.back() != work)) works.push_back(work);
   }

@@ -34,8 +34,13 @@ class Causes {
   template <class Predicate>
   [[nodiscard]] std::string TextOf(const standalone::Feature& feature, const Predicate& counts) const;
 
+  using Notes = std::vector<standalone::ChangeNote>;
+  [[nodiscard]] Notes::const_iterator FirstOf(const standalone::Feature& feature) const;
+
   const standalone::UpgradeRun& run_;
-  std::vector<standalone::ChangeNote> notes_;  // by feature, each feature's in the order of the changes
+  Notes notes_;  // by feature, each feature's in the order of the changes
+  // Where the feature's notes begin that was asked for last: mostly the next one's are near.
+  mutable Notes::const_iterator last_;
 };
 
 }  // namespace tool

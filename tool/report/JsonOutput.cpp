@@ -6,6 +6,10 @@ namespace tool {
 namespace {
 
 void AppendText(fmt::memory_buffer& out, std::string_view text) {
+  if (IsPlain(text)) {  // as most are
+    standalone::AppendJsonText(out, text);
+    return;
+  }
   fmt::memory_buffer json;
   standalone::AppendJsonText(json, AsUtf8(text));
   AppendVisibleJson(out, {json.data(), json.size()});

@@ -152,6 +152,10 @@ std::string WithEscapes(std::string_view text, Escapes escapes) {
   return fmt::to_string(out);
 }
 
+bool IsPlain(std::string_view text) {
+  return PlainLength(text) == text.size();
+}
+
 void AppendVisibleJson(fmt::memory_buffer& out, std::string_view json) {
   AppendEscaping(out, json, [&out](const Character& character, char byte) {
     if (character.bytes == 0) {

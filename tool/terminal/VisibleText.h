@@ -18,6 +18,9 @@ enum class Escapes {
 /// or \U000e0041 where four digits are too few, bytes as \x9b. Joiners stay between letters that they join.
 [[nodiscard]] std::string WithEscapes(std::string_view text, Escapes escapes);
 
+/// Whether all characters of `text` are ASCII and seen: nothing of it is to be escaped or replaced here.
+[[nodiscard]] bool IsPlain(std::string_view text);
+
 /// Appends JSON, whose texts hold valid UTF-8, with the same characters as JSON escapes: it means the same.
 void AppendVisibleJson(fmt::memory_buffer& out, std::string_view json);
 
