@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <type_traits>
 
+#include "adapters/AdapterMemory.h"
 #include "adapters/Attributes.h"
 #include "checkpoint/Checkpoint.h"
 #include "model/Document.h"
@@ -49,6 +51,10 @@ class FeatureAdapter : public Interface {
   using AdaptedInterface = Interface;
 
   explicit FeatureAdapter(Feature& feature) : feature_(feature) { feature.AddRef(); }
+  static void* operator new(std::size_t bytes) { return AdapterMemory::Take(bytes); }
+  static void operator delete(void* memory, std::size_t bytes) noexcept {
+    AdapterMemory::GiveBack(memory, bytes);
+  }
 
   void AddRef() noexcept final { ++references_; }
   void Release() noexcept final {

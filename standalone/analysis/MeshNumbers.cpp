@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 #include <stdexcept>
 
 namespace standalone {
@@ -36,18 +37,22 @@ bool ReadRuns(const Attribute& attribute, std::vector<Run>& runs) {
 
 // What the runs do not reach has no counterpart, nor has anything when they cannot be read: then nothing is
 // ever changed and the attribute stays as it is.
-std::vector<std::int32_t> Expand(const Attribute* attribute, std::size_t count) {
-  std::vector<std::int32_t> numbers(count, kNoCounterpart);
+void Expand(const Attribute* attribute, std::size_t count, std::vector<std::int32_t>& numbers) {
+  numbers.resize(count);
+  auto next = numbers.begin();
   std::vector<Run> runs;
-  if (attribute == nullptr || !ReadRuns(*attribute, runs)) return numbers;
-  std::size_t next = 0;
+  if (attribute == nullptr || !ReadRuns(*attribute, runs)) runs.clear();
   for (const Run& run : runs) {
-    const std::size_t end = next + std::min(count - next, static_cast<std::size_t>(run.count));
-    for (std::int64_t number = run.first; next<end; ++next, number += run.first> 0 ? 1 : 0) {
-      numbers[next] = static_cast<std::int32_t>(number);
+    const auto end = next + std::min(numbers.end() - next, static_cast<std::ptrdiff_t>(run.count));
+    const auto first = static_cast<std::int32_t>(run.first);
+    if (first > 0) {
+      std::iota(next, end, first);
+    } else {
+      std::fill(next, end, first);
     }
+    next = end;
   }
-  return numbers;
+  std::fill(next, numbers.end(), kNoCounterpart);
 }
 
 std::vector<Value> RunsOf(const std::vector<std::int32_t>& numbers) {
@@ -107,7 +112,7 @@ bool MeshNumbers::SetNumberAt(std::int64_t place, std::int32_t number) {
 std::int32_t* MeshNumbers::StoredNumber(std::int64_t place) {
   if (place < 0 || PartAt(place)->removed) return nullptr;
   if (atHand_.IndexOf(place) >= atHand_.count) TakeUp(BlockAt(place));
-  std::int32_t& number = atHand_.numbers[atHand_.IndexOf(place)];
+  std::int32_t& number = numbers_[atHand_.IndexOf(place)];
   return number == kNoCounterpart ? nullptr : &number;
 }
 
@@ -115,12 +120,10 @@ void MeshNumbers::TakeUp(std::size_t block) {
   WriteBack();
   const auto& [part, kind, count, objects] = blocks_[block];
   const Key& key = kind == kElements ? kElementUserNumbers : kNodeUserNumbers;
-  numbers_ = Expand(part->document->FindAttribute(*part, key.Id()), count);
+  Expand(part->document->FindAttribute(*part, key.Id()), count, numbers_);
   atHand_ = {.firstObject = reinterpret_cast<std::uintptr_t>(objects.get()),
              .count = count,
-             .firstPlace = FirstPlace(block),
-             .part = part,
-             .numbers = numbers_.data()};
+             .firstPlace = FirstPlace(block)};
   // From the first look on, not only from the first change: nobody may change the attribute unseen.
   part->isBehind = true;
 }
@@ -129,14 +132,13 @@ void MeshNumbers::WriteBack() {
   if (atHand_.count == 0) return;
   const Block& block = blocks_[BlockAt(atHand_.firstPlace)];
   atHand_ = {};
-  const std::vector<std::int32_t> numbers = std::move(numbers_);
   const bool wasChanged = std::exchange(isChanged_, false);
   block.part->isBehind = false;
   if (!wasChanged || block.part->removed) return;
   const Key& key = block.kind == kElements ? kElementUserNumbers : kNodeUserNumbers;
   Document& document = *block.part->document;
   document.SetAttribute(*block.part, key.Id(),
-                        Value::List(document.Keep(std::span<const Value>(RunsOf(numbers)))));
+                        Value::List(document.Keep(std::span<const Value>(RunsOf(numbers_)))));
 }
 
 }  // namespace standalone

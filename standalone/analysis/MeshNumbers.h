@@ -31,8 +31,8 @@ inline constexpr std::int32_t kNoCounterpart = -1;
 ///
 /// The attributes hold user numbers as runs of consecutive ones. Here those of one block of objects (the
 /// elements or the nodes of one mesh part) at a time are kept one by one, so that changing them in turn takes
-/// no more than one step each. They are written back as runs when another block is worked on, or when an
-/// attribute of the mesh part or the document as a whole is looked at.
+/// no more than one step each. They are written back as runs when another block is worked on, when an
+/// attribute of the mesh part or the document as a whole is looked at, or when the mesh part is removed.
 class MeshNumbers final : public DocumentCompanion, public VLMAnalysisExplicitModel {
  public:
   /// The document's own; made by the first call.
@@ -64,18 +64,17 @@ class MeshNumbers final : public DocumentCompanion, public VLMAnalysisExplicitMo
   /// Gives the place of the object's counterpart. False when it has none, or is another block's.
   [[nodiscard]] bool FindAtHand(const void* meshObject, std::int64_t& place) const {
     const std::uintptr_t index = reinterpret_cast<std::uintptr_t>(meshObject) - atHand_.firstObject;
-    if (index >= atHand_.count || atHand_.numbers[index] == kNoCounterpart || atHand_.part->removed)
-      return false;
+    if (index >= atHand_.count || numbers_[index] == kNoCounterpart) return false;
     place = atHand_.firstPlace + static_cast<std::int64_t>(index);
     return true;
   }
   [[nodiscard]] bool IsAtHand(std::int64_t place) const {
     const std::size_t index = atHand_.IndexOf(place);
-    return index < atHand_.count && atHand_.numbers[index] != kNoCounterpart && !atHand_.part->removed;
+    return index < atHand_.count && numbers_[index] != kNoCounterpart;
   }
   /// For a place that is at hand.
   void SetNumberAtHand(std::int64_t place, std::int32_t number) {
-    std::int32_t& stored = atHand_.numbers[atHand_.IndexOf(place)];
+    std::int32_t& stored = numbers_[atHand_.IndexOf(place)];
     if (stored != number) isChanged_ = true;
     stored = number;
   }
@@ -103,8 +102,6 @@ class MeshNumbers final : public DocumentCompanion, public VLMAnalysisExplicitMo
     std::uintptr_t firstObject = 0;
     std::size_t count = 0;  // 0 for no block
     std::int64_t firstPlace = 0;
-    Feature* part = nullptr;
-    std::int32_t* numbers = nullptr;  // or `kNoCounterpart`
     // Not below `count` for a place of another block, or below 0.
     [[nodiscard]] std::size_t IndexOf(std::int64_t place) const {
       return static_cast<std::size_t>(place) - static_cast<std::size_t>(firstPlace);
@@ -133,7 +130,7 @@ class MeshNumbers final : public DocumentCompanion, public VLMAnalysisExplicitMo
   std::unordered_map<const Feature*, std::size_t> nodesOf_;
 
   AtHand atHand_;
-  std::vector<std::int32_t> numbers_;  // of the block at hand
+  std::vector<std::int32_t> numbers_;  // of the block at hand, or `kNoCounterpart`
   bool isChanged_ = false;
 };
 

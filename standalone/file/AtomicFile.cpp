@@ -1,5 +1,6 @@
 #include "file/AtomicFile.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -95,6 +96,17 @@ void AtomicFile::Write(std::string_view bytes) {
     if (written < 0) Fail("written");
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
+  BeginWriteBack();
+}
+
+// The disk works while the rest is made, so that bringing the file there in the end does not wait for all of
+// it. Where that is not possible nothing is lost but time.
+void AtomicFile::BeginWriteBack() {
+  constexpr std::uint64_t kBytes = std::uint64_t{8} << 20U;
+  if (written_ - handedOver_ < kBytes) return;
+  static_cast<void>(sync_file_range(descriptor_, static_cast<off_t>(handedOver_),
+                                    static_cast<off_t>(written_ - handedOver_), SYNC_FILE_RANGE_WRITE));
+  handedOver_ = written_;
 }
 
 FileDigest AtomicFile::Digest() {

@@ -31,6 +31,7 @@ class AtomicFile {
   void Commit();
 
  private:
+  void BeginWriteBack();
   void Replace();
   /// `afterLink`: a backup was made, or tried, by giving the file another name.
   void RefuseChanged(bool afterLink);
@@ -49,7 +50,8 @@ class AtomicFile {
   std::filesystem::path folder_;  // of the target; made beforehand, for once it is in place nothing may fail
   std::string temporary_;
   int descriptor_ = -1;
-  std::uint64_t written_ = 0;  // bytes
+  std::uint64_t written_ = 0;     // bytes
+  std::uint64_t handedOver_ = 0;  // of these, what the system was asked to bring to disk
   std::optional<Sha256> sum_;
 };
 

@@ -110,6 +110,7 @@ void Document::Remove(Feature& feature) {
   }
   for (Feature* const each : doomed) {
     if (each == openFeature_) CloseList();
+    if (each->isBehind) companion_->WriteBack();
     Touch(*each, ChangedPart::kRemoved);
     each->removed = true;
     sets_.NoteDisturbed(*each);

@@ -17,16 +17,21 @@ MeshNumbers& NumbersOf(VLMAnalysisExplicitModel& model) {
 
 // These two stand apart from the short way below, which keeps next to nothing while it runs.
 
-// Gives the model's number of the mesh object; below 0, with S_OK, for one without a counterpart.
-[[gnu::noinline]] HRESULT FindOut(std::string_view operation, const void* meshObject,
-                                  VLMAnalysisExplicitModel* model, std::int64_t& place) {
+// Makes `linkedModel` and `place` those of the mesh object's counterpart; null and below 0, with S_OK, for
+// one without.
+[[gnu::noinline]] HRESULT LinkWherever(std::string_view operation, const void* meshObject,
+                                       VLMAnalysisExplicitModel* model,
+                                       VLMAnalysisExplicitModel*& linkedModel, std::int64_t& place) {
   place = -1;
+  linkedModel = nullptr;
   std::int64_t found = -1;
   if (meshObject != nullptr && model != nullptr) found = NumbersOf(*model).PlaceOf(meshObject);
   const Feature* const part = found < 0 ? nullptr : NumbersOf(*model).PartAt(found);
   if (const HRESULT entered = Checkpoint::Pass(operation, part); Failed(entered)) return entered;
   if (meshObject == nullptr || model == nullptr) return E_FAIL;
-  if (NumbersOf(*model).NumberAt(found) != nullptr) place = found;
+  if (NumbersOf(*model).NumberAt(found) == nullptr) return S_OK;
+  place = found;
+  linkedModel = model;
   return S_OK;
 }
 
@@ -43,13 +48,10 @@ MeshNumbers& NumbersOf(VLMAnalysisExplicitModel& model) {
 
 HRESULT Link(std::string_view operation, const void* meshObject, VLMAnalysisExplicitModel* model,
              VLMAnalysisExplicitModel*& linkedModel, std::int64_t& place) {
-  if (model != nullptr && NumbersOf(*model).FindAtHand(meshObject, place) && Checkpoint::PassUnseen()) {
-    linkedModel = model;
-    return S_OK;
-  }
-  const HRESULT linked = FindOut(operation, meshObject, model, place);
-  linkedModel = place < 0 ? nullptr : model;
-  return linked;
+  if (model == nullptr || !NumbersOf(*model).FindAtHand(meshObject, place) || !Checkpoint::PassUnseen())
+    return LinkWherever(operation, meshObject, model, linkedModel, place);
+  linkedModel = model;
+  return S_OK;
 }
 
 }  // namespace

@@ -25,11 +25,13 @@ FolderContent ContentOf(const fs::path& folder, std::error_code& error) {
   FolderContent content;
   fs::directory_iterator entry(folder, error);
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    // The folder itself tells what its entries are: to ask each of them would take most of the time in a
+    // folder of many files.
     std::error_code gone;  // an entry that went in the meantime is none
-    const fs::file_status status = entry->symlink_status(gone);
-    if (fs::is_directory(status)) content.subfolders.push_back(entry->path());
+    if (entry->is_symlink(gone)) continue;
+    if (entry->is_directory(gone)) content.subfolders.push_back(entry->path());
     const auto name = standalone::TemporaryName::Parse(entry->path().filename().string());
-    if (!name || !fs::is_regular_file(status)) continue;
+    if (!name || !entry->is_regular_file(gone)) continue;
     const std::uintmax_t bytes = entry->file_size(gone);
     if (!gone) content.leftovers.push_back({entry->path(), bytes, *name, name->State()});
   }
