@@ -11,24 +11,18 @@ namespace standalone {
 class AdapterMemory {
  public:
   static void* Take(std::size_t bytes) {
-#ifndef HVX_SANITIZED
-    if (bytes <= kBytes) {
-      if (kept_ == nullptr) return ::operator new(kBytes);
-      --keptCount_;
-      return std::exchange(kept_, kept_->next);
-    }
-#endif
-    return ::operator new(bytes);
+    if (!IsKept(bytes)) return ::operator new(bytes);
+    if (kept_ == nullptr) return ::operator new(kBytes);
+    --keptCount_;
+    return std::exchange(kept_, kept_->next);
   }
   static void GiveBack(void* memory, std::size_t bytes) noexcept {
-#ifndef HVX_SANITIZED
-    if (bytes <= kBytes && keptCount_ < kMostKept) {
-      ++keptCount_;
-      kept_ = new (memory) Piece{kept_};
+    if (!IsKept(bytes) || keptCount_ == kMostKept) {
+      ::operator delete(memory);
       return;
     }
-#endif
-    ::operator delete(memory);
+    ++keptCount_;
+    kept_ = new (memory) Piece{kept_};
   }
 
  private:
@@ -37,6 +31,13 @@ class AdapterMemory {
   };
   static constexpr std::size_t kBytes = 32;  // of one interface of one feature
   static constexpr std::size_t kMostKept = 1024;
+  static constexpr bool IsKept([[maybe_unused]] std::size_t bytes) {
+#ifdef HVX_SANITIZED
+    return false;
+#else
+    return bytes <= kBytes;
+#endif
+  }
   static Piece* kept_;
   static std::size_t keptCount_;
 };

@@ -279,12 +279,17 @@ void Document::Touch(Feature& feature, ChangedPart part, NameId key) {
   ++changeCount_;
   if (feature.created) return;
   changes_.Note(feature, part, key);
-  if (feature.journalEntry != 0) return;
-  feature.journalEntry = static_cast<std::uint32_t>(before_.size());
-  FeatureState& before = before_.emplace_back(feature);
-  touched_.push_back(&feature);
-  if (feature.attributeCount == 0) return;
-  // The old state keeps the old array; the feature goes on with a copy.
+  if (feature.journalEntry == 0) {
+    feature.journalEntry = static_cast<std::uint32_t>(before_.size());
+    before_.emplace_back(feature);
+    touched_.push_back(&feature);
+  }
+  // Until an attribute is changed, and of most features none is, both states share the array. The old one
+  // keeps it then, and the feature goes on with a copy.
+  const FeatureState& before = before_[feature.journalEntry];
+  if (part != ChangedPart::kAttribute || feature.attributes != before.attributes ||
+      before.attributeCount == 0)
+    return;
   const std::uint32_t room = feature.attributeCount + 2;
   auto* const copy = static_cast<Attribute*>(arena_.allocate(room * sizeof(Attribute), alignof(Attribute)));
   std::uninitialized_copy_n(before.attributes, before.attributeCount, copy);

@@ -233,6 +233,7 @@ void Document::DropDeadLinks(Feature& feature, NameId toOpen) {
   const auto holdsDeadLink = [this, &feature](const Attribute& attribute) {
     return !IsOpen(feature, attribute.key) && HoldsDeadLink(attribute.value);
   };
+  if (std::ranges::none_of(feature.Attributes(), holdsDeadLink)) return;
   for (const Attribute& attribute : feature.Attributes()) {
     if (holdsDeadLink(attribute)) Touch(feature, ChangedPart::kAttribute, attribute.key);
   }
