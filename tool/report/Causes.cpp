@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <functional>
+#include <numeric>
+#include <utility>
 
 #include "file/DocumentFormat.h"
 #include "report/JsonOutput.h"
@@ -45,16 +47,18 @@ void Append(fmt::memory_buffer& out, const UpgradeWork& work) {
 }  // namespace
 
 Causes::Causes(const standalone::Document& document, const standalone::UpgradeRun& run)
-    : run_(run), notes_(document.Changes().Notes()) {
-  std::ranges::stable_sort(notes_, std::less<>(), &ChangeNote::feature);
-  last_ = notes_.begin();
+    : run_(run), notes_(document.Changes().Notes()), byFeature_(notes_.size()) {
+  std::iota(byFeature_.begin(), byFeature_.end(), 0U);
+  std::ranges::sort(byFeature_, std::less<>(),
+                    [this](std::uint32_t place) { return std::pair(notes_[place].feature, place); });
+  last_ = byFeature_.begin();
 }
 
-Causes::Notes::const_iterator Causes::FirstOf(const Feature& feature) const {
-  const auto isBefore = [&feature](const ChangeNote& note) { return std::less<>()(note.feature, &feature); };
-  const bool isAfterLast = last_ != notes_.end() && isBefore(*last_);
-  Notes::const_iterator from = isAfterLast ? last_ : notes_.begin();
-  Notes::const_iterator to = isAfterLast ? notes_.end() : last_;
+Causes::Places::const_iterator Causes::FirstOf(const Feature& feature) const {
+  const auto isBefore = [&](std::uint32_t place) { return std::less<>()(notes_[place].feature, &feature); };
+  const bool isAfterLast = last_ != byFeature_.end() && isBefore(*last_);
+  Places::const_iterator from = isAfterLast ? last_ : byFeature_.begin();
+  Places::const_iterator to = isAfterLast ? byFeature_.end() : last_;
   for (std::ptrdiff_t step = 1; isAfterLast && to - from > step; step *= 2) {
     if (!isBefore(from[step])) {
       to = from + step;
@@ -69,8 +73,10 @@ Causes::Notes::const_iterator Causes::FirstOf(const Feature& feature) const {
 template <class Predicate>
 std::vector<const UpgradeWork*> Causes::Behind(const Feature& feature, const Predicate& counts) const {
   std::vector<const UpgradeWork*> works;
-  for (auto note = FirstOf(feature); note != notes_.end() && note->feature == &feature; ++note) {
-    const UpgradeWork* const work = counts(*note) ? &run_.works[note->work] : nullptr;
+  for (auto place = FirstOf(feature); place != byFeature_.end(); ++place) {
+    const ChangeNote& note = notes_[*place];
+    if (note.feature != &feature) break;
+    const UpgradeWork* const work = counts(note) ? &run_.works[note.work] : nullptr;
     if (work != nullptr && (works.empty() || works.back() != work)) works.push_back(work);
   }
   return works;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,13 +35,14 @@ class Causes {
   template <class Predicate>
   [[nodiscard]] std::string TextOf(const standalone::Feature& feature, const Predicate& counts) const;
 
-  using Notes = std::vector<standalone::ChangeNote>;
-  [[nodiscard]] Notes::const_iterator FirstOf(const standalone::Feature& feature) const;
+  using Places = std::vector<std::uint32_t>;
+  [[nodiscard]] Places::const_iterator FirstOf(const standalone::Feature& feature) const;
 
   const standalone::UpgradeRun& run_;
-  Notes notes_;  // by feature, each feature's in the order of the changes
+  const std::vector<standalone::ChangeNote>& notes_;
+  Places byFeature_;  // of notes; each feature's in the order of the changes
   // Where the feature's notes begin that was asked for last: mostly the next one's are near.
-  mutable Notes::const_iterator last_;
+  mutable Places::const_iterator last_;
 };
 
 }  // namespace tool
