@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <numeric>
 #include <stdexcept>
 
 namespace standalone {
@@ -44,13 +43,10 @@ void Expand(const Attribute* attribute, std::size_t count, std::vector<std::int3
   if (attribute == nullptr || !ReadRuns(*attribute, runs)) runs.clear();
   for (const Run& run : runs) {
     const auto end = next + std::min(numbers.end() - next, static_cast<std::ptrdiff_t>(run.count));
-    const auto first = static_cast<std::int32_t>(run.first);
-    if (first > 0) {
-      std::iota(next, end, first);
-    } else {
-      std::fill(next, end, first);
+    for (std::int64_t number = run.first; next != end; ++next) {
+      *next = static_cast<std::int32_t>(number);
+      if (number > 0) ++number;
     }
-    next = end;
   }
   std::fill(next, numbers.end(), kNoCounterpart);
 }

@@ -121,15 +121,21 @@ std::string_view KindOfName(std::string_view name) {
   return name.substr(0, name.rfind('.'));
 }
 
-// Upgrades write many times more values than they take away. So those that are gone come first, with what
-// could stand for them, and of those that were written only these are counted.
+// Upgrades mostly write many times more values than they take away. So those that are gone come first, with
+// what could stand for them, and of those that were written only these are counted.
 class Search {
  public:
   explicit Search(const Document& document) : document_(document) {
-    for (const Feature* const feature : document.Touched()) NoteGone(*feature);
-    if (written_.empty()) return;
-    const Sieve wanted(written_);
-    for (const Feature* const feature : document.Touched()) {
+    const std::vector<Feature*>& touched = document.Touched();
+    for (const Feature* const feature : touched) NoteGone(*feature);
+    std::optional<Sieve> wanted;
+    // A long list that was taken away leaves more to look for than was written: then that is counted whole.
+    if (gone_.size() <= touched.size()) {
+      for (const Gone& gone : gone_) Want(gone);
+      if (written_.empty()) return;
+      wanted.emplace(written_);
+    }
+    for (const Feature* const feature : touched) {
       if (!feature->removed) NoteWritten(*feature, wanted);
     }
   }
@@ -150,12 +156,14 @@ class Search {
   // A value that an attribute held and holds no longer.
   struct Gone {
     const Feature* feature;
-    const FeatureState* before;
     const Attribute* attribute;  // as it was
     const Value* instead;        // what it holds now; null when it is gone
-    Leaf leaf;
     Value value;
   };
+
+  static bool IsOverwrittenCode(const Gone& gone) {
+    return gone.value.Kind() == ValueKind::kInteger && gone.instead != nullptr;
+  }
 
   void NoteGone(const Feature& feature) {
     const FeatureState* const before = document_.Before(feature);
@@ -164,26 +172,29 @@ class Search {
     for (const Attribute& attribute : before->Attributes()) {
       const Attribute* const current = now.Find(attribute.key);
       const Value* const instead = current == nullptr ? nullptr : &current->value;
-      VisitAdded(instead, attribute.value, [&](const Leaf& leaf, const Value& value) {
-        gone_.push_back({&feature, before, &attribute, instead, leaf, value});
-        Want(gone_.back());
+      VisitAdded(instead, attribute.value, [&](const Leaf& /*leaf*/, const Value& value) {
+        gone_.push_back({&feature, &attribute, instead, value});
       });
     }
   }
 
   // Has counted, from now on, whatever `WasWritten` asks for.
   void Want(const Gone& gone) {
+    if (IsOverwrittenCode(gone)) return;
+    const Leaf leaf = *LeafOf(gone.value);
     if (const std::optional<Leaf> radians = InRadians(gone.value)) written_[*radians];
     if (gone.value.Kind() != ValueKind::kInteger) {
-      written_[gone.leaf];
+      written_[leaf];
       return;
     }
-    written_[OfKind(gone.leaf, *gone.before, gone.attribute->key)];
-    written_[At(gone.leaf, gone.feature)];
-    if (gone.before->father != nullptr) written_[At(gone.leaf, gone.before->father)];
+    const FeatureState& before = *document_.Before(*gone.feature);
+    written_[OfKind(leaf, before, gone.attribute->key)];
+    written_[At(leaf, gone.feature)];
+    if (before.father != nullptr) written_[At(leaf, before.father)];
   }
 
-  void NoteWritten(const Feature& feature, const Sieve& wanted) {
+  // Without a sieve everything is wanted.
+  void NoteWritten(const Feature& feature, const std::optional<Sieve>& wanted) {
     const FeatureState* const before = document_.Before(feature);
     AttributeLookUp oldOnes(before == nullptr ? std::span<const Attribute>() : before->Attributes());
     for (const Attribute& attribute : feature.Attributes()) {
@@ -196,10 +207,13 @@ class Search {
   }
 
   void NoteWritten(const Feature& feature, NameId key, const Leaf& leaf, const Value& value,
-                   const Sieve& wanted) {
+                   const std::optional<Sieve>& wanted) {
     const auto count = [&](const Leaf& each) {
-      if (!wanted.LetsThrough(each)) return;
-      if (const auto found = written_.find(each); found != written_.end()) ++found->second;
+      if (!wanted) {
+        ++written_[each];
+      } else if (wanted->LetsThrough(each)) {
+        if (const auto found = written_.find(each); found != written_.end()) ++found->second;
+      }
     };
     if (value.Kind() != ValueKind::kInteger) count(leaf);
     if (value.Kind() == ValueKind::kString) return;
@@ -224,21 +238,22 @@ class Search {
   }
 
   bool Stands(const Gone& gone) {
-    const bool isOverwrittenCode = gone.value.Kind() == ValueKind::kInteger && gone.instead != nullptr;
-    return !isOverwrittenCode &&
-           (WasWritten(gone) || FamilyHolds(*gone.feature, *gone.before, gone.attribute->key, gone.leaf));
+    if (IsOverwrittenCode(gone)) return false;
+    const FeatureState& before = *document_.Before(*gone.feature);
+    const Leaf leaf = *LeafOf(gone.value);
+    return WasWritten(gone, before, leaf) || FamilyHolds(*gone.feature, before, gone.attribute->key, leaf);
   }
 
-  bool WasWritten(const Gone& gone) {
-    if (gone.value.Kind() != ValueKind::kInteger)
-      return Takes(written_, gone.leaf) || TakesInRadians(gone.value);
-    const Feature* const father = gone.before->father;
-    return IsWritten(OfKind(gone.leaf, *gone.before, gone.attribute->key)) ||
-           IsWritten(At(gone.leaf, gone.feature)) ||
-           (father != nullptr && IsWritten(At(gone.leaf, father))) || TakesInRadians(gone.value);
+  bool WasWritten(const Gone& gone, const FeatureState& before, const Leaf& leaf) {
+    if (gone.value.Kind() != ValueKind::kInteger) return Takes(written_, leaf) || TakesInRadians(gone.value);
+    return IsWritten(OfKind(leaf, before, gone.attribute->key)) || IsWritten(At(leaf, gone.feature)) ||
+           (before.father != nullptr && IsWritten(At(leaf, before.father))) || TakesInRadians(gone.value);
   }
 
-  [[nodiscard]] bool IsWritten(const Leaf& leaf) const { return written_.find(leaf)->second > 0; }
+  [[nodiscard]] bool IsWritten(const Leaf& leaf) const {
+    const auto found = written_.find(leaf);
+    return found != written_.end() && found->second > 0;
+  }
 
   static std::optional<Leaf> InRadians(const Value& value) {
     constexpr double kDegree = std::numbers::pi / 180.0;

@@ -103,10 +103,11 @@ void AtomicFile::Write(std::string_view bytes) {
 // it. Where that is not possible nothing is lost but time.
 void AtomicFile::BeginWriteBack() {
   constexpr std::uint64_t kBytes = std::uint64_t{8} << 20U;
-  if (written_ - handedOver_ < kBytes) return;
+  const std::uint64_t whole = written_ / kBytes * kBytes;  // the page that is still filled stays out of it
+  if (whole == handedOver_) return;
   static_cast<void>(sync_file_range(descriptor_, static_cast<off_t>(handedOver_),
-                                    static_cast<off_t>(written_ - handedOver_), SYNC_FILE_RANGE_WRITE));
-  handedOver_ = written_;
+                                    static_cast<off_t>(whole - handedOver_), SYNC_FILE_RANGE_WRITE));
+  handedOver_ = whole;
 }
 
 FileDigest AtomicFile::Digest() {

@@ -7,6 +7,7 @@
 #include "analysis/VLMIMSHMeshPart.h"
 #include "modeler/VLMISpecAttrAccess.h"
 #include "support/UpgradeFixture.h"
+#include "upgrade/VersionManager.h"
 #include "workbench/HVXAnalysisDocUtils.h"
 
 namespace {
@@ -161,6 +162,25 @@ TEST_F(MeshNumbersTest, MillionsOfNodesAreResetInOnePass) {
            {"id":3,"type":"MSHMeshPart","father":{"ref":2},"attributes":{"NodeCount":2000000,"NodeUserNumbers":[1,1999000,-1,500,20000000,500]}})");
   EXPECT_EQ(Upgrade(2, {"RestNodeAndElementUserNumber"}), S_OK);
   EXPECT_THAT(Line(3), testing::HasSubstr(R"("NodeUserNumbers":[0,1999000,-1,500,0,500])"));
+}
+
+// What is changed of a mesh shows only when all of it is: no reason to take the run for an endless one.
+TEST_F(MeshNumbersTest, AMillionNodesAreNoEndlessRun) {
+  Given(R"({"id":1,"type":"AnalysisModel","attributes":{"ExplicitModel":true}}
+           {"id":2,"type":"MSHMeshSet","father":{"ref":1}}
+           {"id":3,"type":"MSHMeshPart","father":{"ref":2},"attributes":{"NodeCount":1000000,"NodeUserNumbers":[1,1000000]}})");
+  const standalone::VersionManager manager({&testing_support::Library()});
+  EXPECT_THAT(manager.Run(standalone::DocumentPtr(&Doc()), {"RestNodeAndElementUserNumber"}).failures,
+              testing::IsEmpty());
+  EXPECT_THAT(Line(3), testing::HasSubstr(R"("NodeUserNumbers":[0,1000000])"));
+}
+
+TEST_F(MeshNumbersTest, ARunMayEndAtTheHighestNumber) {
+  Given(R"({"id":1,"type":"AnalysisModel","attributes":{"ExplicitModel":true}}
+           {"id":2,"type":"MSHMeshSet","father":{"ref":1}}
+           {"id":3,"type":"MSHMeshPart","father":{"ref":2},"attributes":{"NodeCount":3,"NodeUserNumbers":[2147483645,3]}})");
+  EXPECT_EQ(Upgrade(2, {"RestNodeAndElementUserNumber"}), S_OK);
+  EXPECT_THAT(Line(3), testing::HasSubstr(R"("NodeUserNumbers":[0,3])"));
 }
 
 }  // namespace

@@ -17,6 +17,8 @@ class Causes {
  public:
   /// Both must outlive it.
   Causes(const standalone::Document& document, const standalone::UpgradeRun& run);
+  Causes(const Causes&) = delete;
+  Causes& operator=(const Causes&) = delete;
 
   /// A JSON list: what made (removed) the feature, or made the change, in the order of the work. Mostly one
   /// piece.
