@@ -8,6 +8,7 @@
 
 #include "check/Conformity.h"
 #include "check/Integrity.h"
+#include "support/RandomDocuments.h"
 #include "support/References.h"
 #include "support/UpgradeFixture.h"
 #include "upgrade/LeftBehind.h"
@@ -21,69 +22,9 @@ constexpr int kDocuments = 100;  // a run takes several times as long
 #else
 constexpr int kDocuments = 2400;
 #endif
-constexpr int kMissing = 12;  // features, each with what stands beneath it
-constexpr int kOdd = 30;      // attributes
 
 class RandomDocumentTest : public testing_support::UpgradeTest {
  protected:
-  // A concentrated force whose list of sons is not as old releases wrote it keeps its upgrade going without
-  // end, on purpose; so those stay whole, and with them what everything stands beneath.
-  static bool MayGo(const Feature& feature) {
-    if (feature.father == nullptr || feature.type->IsAnalysisModel()) return false;
-    return feature.TypeName() != "HVXConcentratedForce" &&
-           feature.father->TypeName() != "HVXConcentratedForce" && Document::CountBeneath(feature) < 40;
-  }
-
-  // The lines of an example that lost some of its features.
-  static std::string DamagedExample(std::mt19937& random) {
-    const char* const example = random() % 2 == 0 ? "bolted_bracket" : "heated_pipe";
-    const DocumentPtr document = testing_support::ExampleWithSmallMeshes(example);
-    const auto count = static_cast<FeatureId>(document->FeatureCount());
-    for (int i = 0; i < kMissing; ++i) {
-      Feature* const feature = document->Find(static_cast<FeatureId>(random()) % count + 1);
-      if (!feature->removed && MayGo(*feature)) document->Remove(*feature);
-    }
-    return testing_support::LinesOf(*document.Get());
-  }
-
-  // A value that stands where nobody expects it: of another kind, empty, or with an entry twice.
-  static Value OddValue(Document& document, const Value& value, std::mt19937& random) {
-    const auto list = [&document](const std::vector<Value>& entries) {
-      return Value::List(document.Keep(std::span<const Value>(entries)));
-    };
-    switch (random() % 6) {
-      case 0:
-        return Value::String("odd");
-      case 1:
-        return Value::Integer(-1);
-      case 2:
-        return Value::Boolean(true);
-      case 3:
-        return Value::Link(document.Find(static_cast<FeatureId>(random() % document.FeatureCount()) + 1));
-      case 4:
-        return list({});
-      default:
-        if (value.Kind() != ValueKind::kList || value.Entries().empty()) return list({value, value});
-        std::vector<Value> entries(value.Entries().begin(), value.Entries().end());
-        entries.push_back(entries.front());
-        return list(entries);
-    }
-  }
-
-  // The lines of an example in which some attributes hold odd values.
-  static std::string OddExample(std::mt19937& random) {
-    const char* const example = random() % 2 == 0 ? "bolted_bracket" : "heated_pipe";
-    const DocumentPtr document = testing_support::ExampleWithSmallMeshes(example);
-    for (int i = 0; i < kOdd; ++i) {
-      const auto id = static_cast<FeatureId>(random() % document->FeatureCount()) + 1;
-      Feature& feature = *document->Find(id);
-      if (feature.attributeCount == 0 || !MayGo(feature)) continue;
-      const Attribute attribute = feature.Attributes()[random() % feature.attributeCount];
-      document->SetAttribute(feature, attribute.key, OddValue(*document.Get(), attribute.value, random));
-    }
-    return testing_support::LinesOf(*document.Get());
-  }
-
   // Links into the void. A support that connects nothing may well become several: a group's last member is
   // taken once for each of its members.
   static std::vector<std::string> DeadLinks(Document& document) {
@@ -114,7 +55,7 @@ TEST_F(RandomDocumentTest, DamagedDocumentsComeOutSoundAndMoreCurrentThanTheyWer
   std::mt19937 random(20240229);
   for (int i = 0; i < kDocuments; ++i) {
     SCOPED_TRACE(fmt::format("document {}", i));
-    const std::string old = DamagedExample(random);
+    const std::string old = testing_support::DamagedExample(random);
     const DocumentPtr document = testing_support::DocumentOf(old);
     const std::size_t findingsBefore = Findings(*document.Get());
 
@@ -134,7 +75,7 @@ TEST_F(RandomDocumentTest, DocumentsWithOddValuesComeOutReadable) {
   std::mt19937 random(20240301);
   for (int i = 0; i < kDocuments / 4; ++i) {
     SCOPED_TRACE(fmt::format("document {}", i));
-    const std::string old = OddExample(random);
+    const std::string old = testing_support::OddExample(random);
     const DocumentPtr document = testing_support::DocumentOf(old);
     static_cast<void>(manager_.Run(document, manager_.Pending(*document.Get())));
     EXPECT_EQ(FindFaults(*document.Get()), std::vector<std::string>());
@@ -151,8 +92,8 @@ TEST_F(RandomDocumentTest, WhatIsLeftBehindUndamagedGoesWhenItsUpgradeRunsAgain)
   std::mt19937 random(20240302);
   for (int i = 0; i < kDocuments / 8; ++i) {
     SCOPED_TRACE(fmt::format("document {}", i));
-    const DocumentPtr document =
-        testing_support::DocumentOf(i % 2 == 0 ? DamagedExample(random) : OddExample(random));
+    const DocumentPtr document = testing_support::DocumentOf(
+        i % 2 == 0 ? testing_support::DamagedExample(random) : testing_support::OddExample(random));
     static_cast<void>(manager_.Run(document, manager_.Pending(*document.Get())));
     LeftBehind again(*document.Get());
     static_cast<void>(manager_.RunAgain(document, [&again] { return again.Next(); }, {}));
@@ -175,8 +116,8 @@ TEST_F(RandomDocumentTest, DISABLED_Account) {
   std::ofstream account(std::getenv("HVX_ACCOUNT"), std::ios::app);
   std::mt19937 random(20240303);
   for (int i = 0; i < 40; ++i) {
-    const DocumentPtr document =
-        testing_support::DocumentOf(i % 2 == 0 ? DamagedExample(random) : OddExample(random));
+    const DocumentPtr document = testing_support::DocumentOf(
+        i % 2 == 0 ? testing_support::DamagedExample(random) : testing_support::OddExample(random));
     const UpgradeRun run = manager_.Run(document, manager_.Pending(*document.Get()));
     account << std::hash<std::string>()(testing_support::LinesOf(*document.Get()));
     for (const UpgradeFailure& failure : run.failures)

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sheet/Sheet.h"
+
+namespace standalone::sheet {
+
+/// What a difference means for the analysis.
+enum class Meaning : std::uint8_t {
+  kSame,         ///< The same analysis, said otherwise: a unit, a name, a table instead of a value.
+  kOnPurpose,    ///< Another analysis, as the upgrade is there to make it.
+  kUnaccounted,  ///< No upgrade is there to do this.
+};
+
+/// The word for programs: "same", "onPurpose", "unaccounted".
+[[nodiscard]] std::string_view NameOf(Meaning meaning);
+
+/// One thing that two sheets say differently.
+struct Difference {
+  const Subject* before = nullptr;     ///< Null for a subject that only the new sheet has.
+  const Subject* after = nullptr;      ///< Null for one that only the old sheet has.
+  const Quantity* quantity = nullptr;  ///< Null where the subject as a whole is lost or new.
+  std::vector<Fact> lost = {};         ///< What only the old sheet says.
+  std::vector<Fact> gained = {};       ///< What only the new one says.
+  Meaning meaning = Meaning::kUnaccounted;
+  std::string_view identifier = {};  ///< The upgrade that meant it; empty for none.
+  std::string_view sentence = {};    ///< What that upgrade does, without the full stop.
+
+  [[nodiscard]] const Subject& About() const { return after != nullptr ? *after : *before; }
+};
+
+/// What two sheets say differently.
+struct SheetComparison {
+  std::vector<Difference> differences;  ///< By subject, in the order of the new sheet; lost subjects last.
+  std::size_t equal = 0;                ///< How many facts both say.
+
+  [[nodiscard]] std::size_t Count(Meaning meaning) const;
+};
+
+/// Compares an analysis before and after an upgrade. `mayHaveRun` are the upgrades that can have made a
+/// difference: those that only the new document records, and others that were run again.
+[[nodiscard]] SheetComparison Compare(const Sheet& before, const Sheet& after,
+                                      std::span<const std::string> mayHaveRun);
+
+}  // namespace standalone::sheet

@@ -1,0 +1,226 @@
+// Supports, the meshes that are made from them, and exclusion regions.
+
+#include <algorithm>
+
+#include "sheet/Explaining.h"
+
+namespace standalone::sheet {
+namespace {
+
+constexpr std::string_view kConstraints = "rigid body, rigid coupling, smooth coupling";
+
+const Feature* PartOf(const Feature& geometry) {
+  const Feature* const container = geometry.Container();
+  return container == nullptr ? nullptr : HeldFeature(*container, "Part");
+}
+
+const Feature* MainBodyFor(const Feature& geometry) {
+  const Feature* const part = PartOf(geometry);
+  return part == nullptr ? nullptr : HeldFeature(*part, "MainBody");
+}
+
+std::vector<const Feature*> HeldFeatures(const Feature& feature, std::string_view key) {
+  std::vector<const Feature*> found;
+  const Value* const list = Held(feature, key);
+  if (list == nullptr || list->Kind() != ValueKind::kList) return found;
+  for (const Value& entry : list->Entries()) {
+    if (entry.Kind() == ValueKind::kLink && entry.Target() != nullptr) found.push_back(entry.Target());
+  }
+  return found;
+}
+
+// The body of the part whose result is that topological body.
+const Feature* BodyMaking(const Feature& topological) {
+  const Feature* const part = PartOf(topological);
+  if (part == nullptr) return nullptr;
+  for (const Feature* const body : HeldFeatures(*part, "Bodies")) {
+    for (const Feature* const result : HeldFeatures(*body, "Results")) {
+      if (AreSame(HeldFeature(*result, "Body"), &topological)) return body;
+    }
+  }
+  return nullptr;
+}
+
+Fact With(Fact fact, const Feature* target) {
+  fact.value = Value::Link(const_cast<Feature*>(target));
+  return fact;
+}
+
+// Explains the first support for which something else came as `become` says; it gives nothing for a support
+// that is not concerned.
+template <class Become>
+bool ReplacesOne(Change& change, Become become) {
+  const std::vector<Fact> all = change.lost;
+  return std::ranges::any_of(all, [&](const Fact& fact) {
+    const std::vector<Fact> others = become(fact);
+    return !others.empty() && change.Replaced(fact, others);
+  });
+}
+
+bool SolidToBody(Change& change) {
+  return ReplacesOne(change, [](const Fact& fact) -> std::vector<Fact> {
+    const Feature* const solid = TargetOf(fact);
+    if (solid == nullptr || solid->TypeName() != "Solid") return {};
+    const Feature* const body = MainBodyFor(*solid);
+    if (body == nullptr) return {};
+    return {With(fact, body)};
+  });
+}
+
+bool OldBodyToBody(Change& change) {
+  return ReplacesOne(change, [](const Fact& fact) -> std::vector<Fact> {
+    const Feature* const old = TargetOf(fact);
+    if (old == nullptr) return {};
+    const bool isShape = old->TypeName() == "Solid" || old->TypeName() == "ShapeBody";
+    const Feature* const body = isShape                                ? MainBodyFor(*old)
+                                : old->TypeName() == "TopologicalBody" ? BodyMaking(*old)
+                                                                       : nullptr;
+    if (body == nullptr) return {};
+    return {With(fact, body)};
+  });
+}
+
+// The group that is supported; null for any other feature.
+const Subject* GroupOf(const Change& change, const Fact& fact) {
+  const Feature* const target = TargetOf(fact);
+  const Subject* const group = target == nullptr ? nullptr : change.before.Find(target->id);
+  return group != nullptr && group->kind->chapter == Chapter::kGroup ? group : nullptr;
+}
+
+// The members of a group of supports that is not defined on a mesh; none of any other feature.
+std::vector<Fact> MembersOf(const Change& change, const Fact& fact) {
+  const Subject* const group = GroupOf(change, fact);
+  if (group == nullptr || group->kind->name != "group") return {};
+  const Fact* const holds = change.before.Find(*group, "group of");
+  const Fact* const onMesh = change.before.Find(*group, "defined on a mesh");
+  if (holds == nullptr || !IsText(*holds, "supports") || onMesh == nullptr || !IsFlag(*onMesh, false))
+    return {};
+  return AllOf(change.before, *group, "member");
+}
+
+bool GroupToLastMember(Change& change) {
+  return ReplacesOne(change, [&change](const Fact& fact) {
+    std::vector<Fact> members = MembersOf(change, fact);
+    if (!members.empty()) members.assign(members.size(), members.back());
+    return members;
+  });
+}
+
+bool GroupToMembers(Change& change) {
+  return ReplacesOne(change, [&change](const Fact& fact) {
+    std::vector<Fact> members = MembersOf(change, fact);
+    std::erase_if(members, [](const Fact& member) { return member.standing == Standing::kNotSet; });
+    return members;
+  });
+}
+
+// The constraint: of its mesh, what that belongs to.
+const Subject& OwnerOf(const Change& change) {
+  const bool isMesh = change.is->kind->name == "mesh" && change.is->father != nullptr;
+  const Subject* const owner = isMesh ? change.after.Find(change.is->father->id) : nullptr;
+  return owner == nullptr ? *change.is : *owner;
+}
+
+// What the constraint says, before and after.
+std::vector<Fact> SupportsAround(const Change& change, std::string_view quantity) {
+  std::vector<Fact> all;
+  for (const Sheet* const sheet : {&change.before, &change.after}) {
+    const Subject* const owner = sheet->Find(OwnerOf(change).id);
+    if (owner != nullptr) std::ranges::copy(AllOf(*sheet, *owner, quantity), std::back_inserter(all));
+  }
+  return all;
+}
+
+bool AreAmong(const std::vector<Fact>& facts, const std::vector<Fact>& all) {
+  return std::ranges::all_of(facts, [&](const Fact& fact) {
+    return std::ranges::any_of(all, [&](const Fact& other) { return SayTheSame(fact, other); });
+  });
+}
+
+// The members of a group of any kind, as supports are listed in some documents.
+std::vector<Fact> AllMembersOf(const Change& change, const Fact& fact) {
+  const Subject* const group = GroupOf(change, fact);
+  if (group == nullptr) return {};
+  std::vector<Fact> members = AllOf(change.before, *group, "member");
+  std::erase_if(members, [](const Fact& member) { return member.standing == Standing::kNotSet; });
+  return members;
+}
+
+// Whether the facts hold the support itself or, of a group, all of its members.
+bool Cover(const std::vector<Fact>& facts, const Fact& support, const Change& change) {
+  if (support.standing == Standing::kNotSet || AreAmong({support}, facts)) return true;
+  return GroupOf(change, support) != nullptr && AreAmong(AllMembersOf(change, support), facts);
+}
+
+// The supports that the constraint had or has, and all of them; of a group, also its members.
+bool MeshFromSupports(Change& change) {
+  if (!change.lost.empty() || change.gained.empty()) return false;
+  std::vector<Fact> known = SupportsAround(change, "support");
+  for (std::size_t i = 0, count = known.size(); i < count; ++i) {
+    const std::vector<Fact> members = AllMembersOf(change, Fact(known[i]));
+    known.insert(known.end(), members.begin(), members.end());
+  }
+  if (!AreAmong(change.gained, known)) return false;
+  const Subject& owner = OwnerOf(change);
+  for (const Sheet* const sheet : {&change.before, &change.after}) {
+    const Subject* const state = sheet->Find(owner.id);
+    if (state == nullptr) continue;
+    const std::vector<Fact> supports = AllOf(*sheet, *state, "support");
+    if (std::ranges::all_of(supports, [&](const Fact& each) { return Cover(change.gained, each, change); }))
+      return change.All();
+  }
+  return false;
+}
+
+bool MeshExclusions(Change& change) {
+  const std::vector<Fact> regions = SupportsAround(change, "exclusion region");
+  return AreAmong(change.gained, regions) && change.All();
+}
+
+bool NewConnectionMesh(Change& change) {
+  const Feature* const father = change.is == nullptr ? nullptr : change.is->father;
+  const Subject* const owner = father == nullptr ? nullptr : change.before.Find(father->id);
+  const Fact* const type = change.is == nullptr ? nullptr : change.after.Find(*change.is, "mesh type");
+  return owner != nullptr && owner->kind->chapter == Chapter::kInteraction && type != nullptr &&
+         IsText(*type, "Connection") && change.All();
+}
+
+bool CentreOfMass(Change& change) {
+  const Fact* const reference = change.after.Find(*change.is, "reference");
+  const Fact* const gained = change.OnlyGained();
+  return reference != nullptr && gained != nullptr &&
+         IsFlag(*gained, reference->standing == Standing::kNotSet) && change.All();
+}
+
+constexpr std::string_view kBodySupport = "UpgradeBodySupport";
+constexpr std::string_view kMeshPart = "UpgradeToConnMeshPart";
+constexpr std::string_view kFromSupports = "the connection mesh is made from the supports";
+constexpr std::string_view kTakesRegions = "the mesh takes over the exclusion regions";
+
+constexpr Intention kIntentions[] = {
+    {kBodySupport, "gravity, body heat flux, initial temperature, rotational body force, temperature history",
+     "support", Meaning::kSame, "a support on a solid moves to the main body of its part", SolidToBody},
+    {kBodySupport, "rigid body", "support", Meaning::kSame,
+     "a support on an old body moves to the current body of its part", OldBodyToBody},
+    {"UpgradeGroupToSupport", kConstraints, "support", Meaning::kOnPurpose,
+     "a group of supports is replaced by as many supports on its last member", GroupToLastMember},
+    {"AddCenterOfMassToRBC", "rigid body", "centre of mass is the reference", Meaning::kOnPurpose,
+     "a rigid body uses its centre of mass where it has no reference, and only there", CentreOfMass},
+    {kMeshPart, kConstraints, "connection mesh on", Meaning::kSame, kFromSupports, MeshFromSupports},
+    {kMeshPart, "mesh", "support", Meaning::kSame, kFromSupports, MeshFromSupports},
+    {kMeshPart, "mesh", "*", Meaning::kSame, kFromSupports, NewConnectionMesh},
+    {"AddExclusionRegionToMeshPart", kConstraints, "exclusion region of the mesh", Meaning::kSame,
+     kTakesRegions, MeshExclusions},
+    {"AddExclusionRegionToMeshPart", "mesh", "exclusion region", Meaning::kSame, kTakesRegions,
+     MeshExclusions},
+    {"UpdateGroupToExclusionRegion", "rigid coupling, smooth coupling", "exclusion region", Meaning::kSame,
+     "a group among the exclusion regions is replaced by its members", GroupToMembers},
+};
+
+}  // namespace
+
+std::span<const Intention> SupportIntentions() {
+  return kIntentions;
+}
+
+}  // namespace standalone::sheet
