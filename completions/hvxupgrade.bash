@@ -7,7 +7,7 @@ _hvxupgrade() {
   COMPREPLY=()
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      status | check | upgrade | merge | diff | identifiers | show | clean)
+      status | check | upgrade | merge | diff | sheet | identifiers | show | clean)
         verb=$word
         break
         ;;
@@ -25,6 +25,10 @@ _hvxupgrade() {
       ;;
     --again)
       mapfile -t COMPREPLY < <(compgen -W "failed incomplete all" -- "$cur")
+      return
+      ;;
+    --units)
+      mapfile -t COMPREPLY < <(compgen -W "si mm-t-s" -- "$cur")
       return
       ;;
     --progress)
@@ -45,7 +49,7 @@ _hvxupgrade() {
       mapfile -t COMPREPLY < <(compgen -d -- "$cur")
       return
       ;;
-    --jobs | -j | --memory | --shard | --include | --exclude | --backup | --timeout | --limit-features | --limit-memory | --limit-unpacked | --language | --type | --id | --depth)
+    --jobs | -j | --memory | --shard | --include | --exclude | --backup | --timeout | --limit-features | --limit-memory | --limit-unpacked | --language | --type | --id | --depth | --case | --step)
       return
       ;;
   esac
@@ -63,13 +67,14 @@ _hvxupgrade() {
       check) options+="$documents$many --all --json" ;;
       merge) options+=" --report --force" ;;
       clean) options+=" --dry-run --json" ;;
+      sheet) options+=" --case --step --units --all --json --csv" ;;
       diff | identifiers) options+=" --json" ;;
       show) options+=" --attributes --type --id --depth" ;;
       *) options+=" --version" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
   elif [[ -z $verb ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "status check upgrade merge diff identifiers show clean" -- "$cur")
+    mapfile -t COMPREPLY < <(compgen -W "status check upgrade merge diff sheet identifiers show clean" -- "$cur")
   elif [[ $verb == identifiers ]]; then
     _hvxupgrade_identifiers
   elif [[ $verb == merge ]]; then

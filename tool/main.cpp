@@ -13,6 +13,7 @@
 #include "commands/DiffCommand.h"
 #include "commands/IdentifiersCommand.h"
 #include "commands/MergeCommand.h"
+#include "commands/SheetCommand.h"
 #include "commands/ShowCommand.h"
 #include "commands/StatusCommand.h"
 #include "commands/UpgradeCommand.h"
@@ -36,6 +37,8 @@ ExitCode RunVerb(const Arguments& arguments) {
     return RunStatus(*status, installation.Manager());
   if (const auto* const check = std::get_if<CheckArguments>(&arguments.verb))
     return RunCheck(*check, installation.Manager());
+  if (const auto* const sheet = std::get_if<SheetArguments>(&arguments.verb))
+    return RunSheet(*sheet, arguments.places, installation.Manager());
   return RunIdentifiers(std::get<IdentifiersArguments>(arguments.verb), installation.Manager());
 }
 

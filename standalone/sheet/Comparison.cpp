@@ -44,63 +44,86 @@ Fact PlaceFact(const Subject& subject) {
 
 class Comparer {
  public:
-  Comparer(const Sheet& before, const Sheet& after, std::span<const std::string> mayHaveRun)
-      : before_(before), after_(after), intentions_(IntentionsOf(mayHaveRun)) {}
+  Comparer(const Sheet& before, const Sheet& after, std::span<const std::string> mayHaveRun,
+           const std::function<void(Difference&)>& tell)
+      : before_(before),
+        after_(after),
+        connections_(before, after),
+        intentions_(IntentionsOf(mayHaveRun)),
+        tell_(tell) {}
 
-  SheetComparison Run() {
+  SheetTotals Run() {
     Match();
-    for (const Subject& is : after_.Subjects()) {
-      const Subject* const was = WasOf(is);
-      if (was == nullptr) {
-        Explain({before_, after_, nullptr, &is, {}, {}}, nullptr);
+    for (std::size_t i = 0; i < was_.size(); ++i) {
+      const Subject& is = after_.Subjects()[i];
+      if (was_[i] == nullptr) {
+        Explain({before_, after_, connections_, nullptr, &is, {}, {}}, nullptr);
       } else {
-        CompareSubjects(*was, is);
+        CompareSubjects(*was_[i], is);
       }
     }
-    for (const Subject* const was : lost_) Explain({before_, after_, was, nullptr, {}, {}}, nullptr);
-    return std::move(result_);
+    for (const Subject* const was : lost_)
+      Explain({before_, after_, connections_, was, nullptr, {}, {}}, nullptr);
+    return totals_;
   }
 
  private:
   // Subjects are the same when their features are. A request that was replaced by another one in the same
   // place goes on in that one, in their order.
   void Match() {
+    std::vector<bool> stayed(before_.Subjects().size());
+    std::size_t next = 0;  // most follow each other in both
+    was_.reserve(after_.Subjects().size());
     for (const Subject& is : after_.Subjects()) {
-      const Subject* const was = before_.Find(is.id);
-      if (was != nullptr && was->kind->name == is.kind->name) {
-        stayed_.insert(is.id);
+      const auto& old = before_.Subjects();
+      const Subject* const was =
+          next < old.size() && old[next].id == is.id ? &old[next] : before_.Find(is.id);
+      was_.push_back(was != nullptr && was->kind->name == is.kind->name ? was : nullptr);
+      if (was != nullptr) next = static_cast<std::size_t>(was - old.data()) + 1;
+      if (was_.back() != nullptr) {
+        stayed[next - 1] = true;
       } else {
-        fresh_[{is.father == nullptr ? 0 : is.father->id, is.kind->name}].push_back(&is);
+        fresh_[PlaceOf(is)].push_back(was_.size() - 1);
       }
     }
-    std::map<std::pair<FeatureId, std::string_view>, std::size_t> taken;
+    std::map<Place, std::size_t> taken;
     for (const Subject& was : before_.Subjects()) {
-      if (stayed_.contains(was.id)) continue;
-      const std::pair<FeatureId, std::string_view> place{was.father == nullptr ? 0 : was.father->id,
-                                                         was.kind->name};
-      const auto found = fresh_.find(place);
-      std::size_t& next = taken[place];
-      if (IsReplaced(was) && found != fresh_.end() && next < found->second.size()) {
-        successors_[found->second[next++]->id] = &was;
+      if (stayed[static_cast<std::size_t>(&was - before_.Subjects().data())]) continue;
+      const auto found = fresh_.find(PlaceOf(was));
+      std::size_t& place = taken[PlaceOf(was)];
+      if (IsReplaced(was) && found != fresh_.end() && place < found->second.size()) {
+        was_[found->second[place++]] = &was;
       } else {
         lost_.push_back(&was);
       }
     }
   }
 
+  using Place = std::pair<FeatureId, std::string_view>;
+  static Place PlaceOf(const Subject& subject) {
+    return {subject.father == nullptr ? 0 : subject.father->id, subject.kind->name};
+  }
   static bool IsReplaced(const Subject& subject) { return subject.lateType == "HVXFieldOutputLT"; }
 
-  const Subject* WasOf(const Subject& is) const {
-    if (stayed_.contains(is.id)) return before_.Find(is.id);
-    const auto found = successors_.find(is.id);
-    return found == successors_.end() ? nullptr : found->second;
-  }
-
   void CompareSubjects(const Subject& was, const Subject& is) {
-    CompareOne(was, is, TextFact(kNameQuantity, was.name), TextFact(kNameQuantity, is.name));
-    CompareOne(was, is, PlaceFact(was), PlaceFact(is));
-    std::span<const Fact> old = before_.FactsOf(was);
-    std::span<const Fact> now = after_.FactsOf(is);
+    if (was.name == is.name) {
+      ++totals_.equal;
+    } else {
+      CompareOne(was, is, TextFact(kNameQuantity, was.name), TextFact(kNameQuantity, is.name));
+    }
+    if (was.step == is.step && was.analysisCase == is.analysisCase) {
+      ++totals_.equal;
+    } else {
+      CompareOne(was, is, PlaceFact(was), PlaceFact(is));
+    }
+    if (was.kept == is.kept && was.keptCount == is.keptCount && was.description == is.description) {
+      totals_.equal += is.saidCount;
+      return;
+    }
+    const std::vector<Fact> oldFacts = Sheet::FactsOf(was);
+    const std::vector<Fact> newFacts = Sheet::FactsOf(is);
+    std::span<const Fact> old = oldFacts;
+    std::span<const Fact> now = newFacts;
     // Both follow the order of one table, but a quantity may have no facts.
     const std::span<const Fact> whole = now;
     while (!old.empty() || !now.empty()) {
@@ -133,10 +156,10 @@ class Comparer {
   void CompareRuns(const Subject& was, const Subject& is, const Quantity& quantity, std::span<const Fact> old,
                    std::span<const Fact> now) {
     if (old.size() == now.size() && std::ranges::equal(old, now, SayTheSame)) {
-      result_.equal += now.size();
+      totals_.equal += now.size();
       return;
     }
-    Change change{before_, after_, &was, &is, {}, {}};
+    Change change{before_, after_, connections_, &was, &is, {}, {}};
     if (quantity.isList) {
       LeaveDifferent(old, now, change);
     } else {
@@ -157,7 +180,7 @@ class Comparer {
         change.lost.push_back(fact);
       } else {
         change.gained.erase(found);
-        ++result_.equal;
+        ++totals_.equal;
       }
     }
   }
@@ -166,7 +189,7 @@ class Comparer {
     const std::size_t common = std::min(old.size(), now.size());
     for (std::size_t i = 0; i < common; ++i) {
       if (SayTheSame(old[i], now[i])) {
-        ++result_.equal;
+        ++totals_.equal;
       } else {
         change.lost.push_back(old[i]);
         change.gained.push_back(now[i]);
@@ -206,17 +229,21 @@ class Comparer {
       difference.identifier = intention->identifier;
       difference.sentence = intention->sentence;
     }
-    result_.differences.push_back(std::move(difference));
+    ++(difference.meaning == Meaning::kSame        ? totals_.same
+       : difference.meaning == Meaning::kOnPurpose ? totals_.onPurpose
+                                                   : totals_.unaccounted);
+    tell_(difference);
   }
 
   const Sheet& before_;
   const Sheet& after_;
+  Connections connections_;
   std::vector<const Intention*> intentions_;
-  std::unordered_set<FeatureId> stayed_;
-  std::map<std::pair<FeatureId, std::string_view>, std::vector<const Subject*>> fresh_;
-  std::unordered_map<FeatureId, const Subject*> successors_;
+  std::vector<const Subject*> was_;  // by the place of what it is now; null for what is new
+  std::map<Place, std::vector<std::size_t>> fresh_;
   std::vector<const Subject*> lost_;
-  SheetComparison result_;
+  const std::function<void(Difference&)>& tell_;
+  SheetTotals totals_;
 };
 
 }  // namespace
@@ -260,8 +287,18 @@ bool Change::Replaced(const Fact& one, const std::vector<Fact>& others) {
   return true;
 }
 
+SheetTotals Compare(const Sheet& before, const Sheet& after, std::span<const std::string> mayHaveRun,
+                    const std::function<void(Difference&)>& tell) {
+  return Comparer(before, after, mayHaveRun, tell).Run();
+}
+
 SheetComparison Compare(const Sheet& before, const Sheet& after, std::span<const std::string> mayHaveRun) {
-  return Comparer(before, after, mayHaveRun).Run();
+  SheetComparison comparison;
+  const SheetTotals totals = Compare(before, after, mayHaveRun, [&](Difference& difference) {
+    comparison.differences.push_back(std::move(difference));
+  });
+  comparison.equal = totals.equal;
+  return comparison;
 }
 
 }  // namespace standalone::sheet

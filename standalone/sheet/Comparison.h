@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -41,8 +42,21 @@ struct SheetComparison {
   [[nodiscard]] std::size_t Count(Meaning meaning) const;
 };
 
+/// How many facts both say, and how many differences there are of each meaning.
+struct SheetTotals {
+  std::size_t equal = 0;
+  std::size_t same = 0;
+  std::size_t onPurpose = 0;
+  std::size_t unaccounted = 0;
+};
+
 /// Compares an analysis before and after an upgrade. `mayHaveRun` are the upgrades that can have made a
-/// difference: those that only the new document records, and others that were run again.
+/// difference: those that only the new document records, and others that were run again. Each difference is
+/// told once, in the order of `SheetComparison`, and kept by nobody: there can be as many as features.
+SheetTotals Compare(const Sheet& before, const Sheet& after, std::span<const std::string> mayHaveRun,
+                    const std::function<void(Difference& difference)>& tell);
+
+/// The same, with all differences kept.
 [[nodiscard]] SheetComparison Compare(const Sheet& before, const Sheet& after,
                                       std::span<const std::string> mayHaveRun);
 

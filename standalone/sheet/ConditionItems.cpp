@@ -102,9 +102,7 @@ Feature* FirstRepetition(const Reader& reader, Feature& feature, std::string_vie
 
 template <std::size_t kWhich>
 void ReadRepeated(Reader& reader, Feature& feature, const Item& item) {
-  constexpr std::array<As, kRepeated.size()> kAs{As::kInteger, As::kFlag, As::kReal, As::kReal, As::kReal};
   Item one = item;
-  one.as = kAs[kWhich];
   one.read = nullptr;
   one.current = Component(kRepeated[kWhich]);
   Feature* const first = FirstRepetition(reader, feature, kRepeated[kWhich]);
@@ -120,7 +118,9 @@ void ReadRepeated(Reader& reader, Feature& feature, const Item& item) {
 
 template <std::size_t kWhich>
 constexpr Item Repeated(std::string_view name, double fallback, Dimension dimension = Dimension::kNone) {
+  constexpr std::array<As, kRepeated.size()> kAs{As::kInteger, As::kFlag, As::kReal, As::kReal, As::kReal};
   Item item = Custom({name}, ReadRepeated<kWhich>, dimension);
+  item.as = kAs[kWhich];
   item.fallback = Number(fallback);
   return item;
 }

@@ -30,7 +30,7 @@ bool IsDefaultSetting(const Fact& fact) {
   const std::string_view name = fact.quantity->name;
   if (name == "options") return IsList(fact, {0, 0, 0, 0});
   if (name == "option values") return IsList(fact, {0, 0});
-  return IsNumber(fact, name == "element shape" ? 13 : 0);
+  return name == "element shape" ? IsText(fact, "none chosen") : IsNumber(fact, 0);
 }
 
 // What the workbench takes for pyramids.
@@ -83,9 +83,9 @@ constexpr std::string_view kLocal = "local element assignment";
 constexpr std::string_view kControls = "UpgradeGlobalAndLocalElemAssgnToContainSectionControls";
 constexpr std::string_view kList = "UpdateGlobalElementAsgnList";
 constexpr std::string_view kAnew = "UpgradeLocalElementAssignment";
-constexpr std::string_view kDefaults = "element assignments have section controls, with the default values";
+constexpr std::string_view kDefaults = "assignments have section controls, by default values";
 constexpr std::string_view kPyramids = "an assignment for pyramids is added";
-constexpr std::string_view kCopied = "an assignment is added, and the second gets the settings of the first";
+constexpr std::string_view kCopied = "the first assignment is doubled";
 
 constexpr std::array<std::string_view, 8> kControlQuantities{
     "distortion control",

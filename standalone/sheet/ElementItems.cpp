@@ -5,8 +5,9 @@
 namespace standalone::sheet {
 namespace {
 
-constexpr std::string_view kShapes[] = {"point",       "line",  "triangle",   "quadrilateral",
-                                        "tetrahedron", "wedge", "hexahedron", "pyramid"};
+constexpr std::string_view kShapes[] = {
+    "point", "line", "triangle", "quadrilateral", "tetrahedron", "wedge", "hexahedron", "pyramid", "",
+    "",      "",     "",         "none chosen"};
 constexpr std::string_view kKinds[] = {"nonlinear structural", "thermal", "explicit dynamics"};
 constexpr std::string_view kEach = "assignment";
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "sheet/Comparison.h"
+#include "sheet/Connections.h"
 
 /// \file
 /// What upgrades are there to change in an analysis; for the sources of the comparison only.
@@ -15,6 +16,7 @@ namespace standalone::sheet {
 struct Change {
   const Sheet& before;
   const Sheet& after;
+  Connections& connections;
   const Subject* was;  ///< Null for a subject that is new.
   const Subject* is;   ///< Null for one that is lost.
   std::vector<Fact> lost;

@@ -13,28 +13,9 @@ constexpr std::string_view kProperty = "contact property";
 constexpr std::string_view kRemoval = "UpgDocumentForCCPRemoval";
 constexpr std::string_view kConversion = "UpgradeToContactConnectionEnhancementLT";
 
-bool IsPair(const Subject& subject) {
-  return subject.kind->name == "contact pair" || subject.kind->name == "explicit contact pair";
-}
-
-// What is connected; null for nothing.
-const Fact* SidesOf(const Sheet& sheet, const Subject& subject) {
-  const Fact* const sides = sheet.Find(subject, IsPair(subject) ? "between" : "support");
-  return sides == nullptr || sides->standing == Standing::kNotSet ? nullptr : sides;
-}
-
-bool AreSameSides(const Fact* left, const Fact* right) {
-  return left == nullptr || right == nullptr ? left == right : SayTheSame(*left, *right);
-}
-
 // The old property of faces between whose sides the pair is made; null without one.
 const Subject* PropertyBetween(const Change& change, const Subject& pair) {
-  const Fact* const sides = SidesOf(change.after, pair);
-  const auto& all = change.before.Subjects();
-  const auto found = std::ranges::find_if(all, [&](const Subject& subject) {
-    return subject.kind->name == kProperty && AreSameSides(SidesOf(change.before, subject), sides);
-  });
-  return found == all.end() ? nullptr : &*found;
+  return change.connections.PropertyBetween(Connections::SidesOf(change.after, pair));
 }
 
 bool IsClearancePrescribed(const Change& change, const Subject& property) {
@@ -42,12 +23,14 @@ bool IsClearancePrescribed(const Change& change, const Subject& property) {
   return prescribed != nullptr && IsFlag(*prescribed, true);
 }
 
+// Clearances are numbers of single precision, whatever a document holds.
 bool HoldsClearance(const Change& change, const Subject& property, const Subject& pair) {
   const Fact* const clearance = change.before.Find(property, "clearance");
   const Fact* const value = change.after.Find(pair, "fit value");
   const Fact* const type = change.after.Find(pair, "fit type");
-  return clearance != nullptr && value != nullptr && type != nullptr && SayTheSame(*clearance, *value) &&
-         IsNumber(*type, 1);
+  if (clearance == nullptr || value == nullptr || type == nullptr || !IsNumber(*type, 1)) return false;
+  if (clearance->standing == Standing::kUnreadable || clearance->dimension != value->dimension) return false;
+  return IsNumber(*value, static_cast<double>(static_cast<float>(clearance->value.AsReal())));
 }
 
 bool HoldsFit(const Change& change, const Subject& property, const Subject& pair) {
@@ -95,30 +78,23 @@ bool NewPairWithoutClearance(Change& change) {
   return IsNewPairOf(change, true) && change.All();
 }
 
-bool IsOfThisProduct(const Sheet& sheet, const Subject& subject) {
-  const Fact* const solver = sheet.Find(subject, "solver");
-  return subject.kind->chapter == Chapter::kCase && solver != nullptr && IsText(*solver, "Halvex");
-}
-
 // A pair between the same sides stands in every case, and what the property prescribed is with one of them.
 bool ReplacedByPairs(Change& change) {
   if (change.was == nullptr) return false;
   const Subject& property = *change.was;
-  const Fact* const sides = SidesOf(change.before, property);
-  bool isHeld = sides == nullptr;  // what prescribed something to nothing loses nothing
-  for (const Subject& analysisCase : change.after.Subjects()) {
-    if (!IsOfThisProduct(change.after, analysisCase)) continue;
-    bool hasPair = false;
-    for (const Subject& pair : change.after.Subjects()) {
-      if (!IsPair(pair) || !AreSame(pair.analysisCase, analysisCase.feature)) continue;
-      if (!AreSameSides(SidesOf(change.after, pair), sides)) continue;
-      hasPair = true;
-      isHeld = isHeld || (IsClearancePrescribed(change, property) ? HoldsClearance(change, property, pair)
-                                                                  : TakesFitOver(change, property, pair));
-    }
-    if (!hasPair) return false;
-  }
-  return isHeld && change.All();
+  const Fact* const sides = Connections::SidesOf(change.before, property);
+  if (sides == nullptr) return change.All();  // what is prescribed to nothing is no loss
+  const auto& pairs = change.connections.PairsBetween(sides);
+  const auto hasPair = [&](const Subject* analysisCase) {
+    return std::ranges::any_of(
+        pairs, [&](const Subject* pair) { return AreSame(pair->analysisCase, analysisCase->feature); });
+  };
+  const auto holds = [&](const Subject* pair) {
+    return IsClearancePrescribed(change, property) ? HoldsClearance(change, property, *pair)
+                                                   : TakesFitOver(change, property, *pair);
+  };
+  return std::ranges::all_of(change.connections.Cases(), hasPair) && std::ranges::any_of(pairs, holds) &&
+         change.All();
 }
 
 // A request for a property of a connection looks at the pair that came for it.
@@ -126,12 +102,13 @@ bool PropertyToPair(Change& change) {
   for (const Fact& old : change.lost) {
     const Feature* const target = TargetOf(old);
     const Subject* const property = target == nullptr ? nullptr : change.before.Find(target->id);
-    if (property == nullptr || property->kind->name != kProperty) continue;
-    const Fact* const sides = SidesOf(change.before, *property);
+    if (property == nullptr || !IsContactProperty(*property)) continue;
+    const Fact* const sides = Connections::SidesOf(change.before, *property);
     for (const Fact& now : change.gained) {
       const Feature* const other = TargetOf(now);
       const Subject* const pair = other == nullptr ? nullptr : change.after.Find(other->id);
-      if (pair == nullptr || !IsPair(*pair) || !AreSameSides(SidesOf(change.after, *pair), sides)) continue;
+      if (pair == nullptr || !IsPair(*pair)) continue;
+      if (!Connections::AreSameSides(Connections::SidesOf(change.after, *pair), sides)) continue;
       if (!AreSame(pair->analysisCase, change.is->analysisCase)) continue;
       return change.Replaced(Fact(old), {Fact(now)});
     }
@@ -217,18 +194,17 @@ constexpr std::string_view kMapping = "UpgMapCCPClearanceToInterference";
 constexpr std::string_view kMapped = "the clearance that the connection prescribes becomes the pair's fit";
 constexpr std::string_view kControl = "UpgContactWithContactControl";
 constexpr std::string_view kTolerances = "a contact that had no controls gets the default tolerances";
-constexpr std::string_view kReplacing = "pairs take the place of contact properties";
+constexpr std::string_view kReplacing = "contact pairs take the place of contact properties";
 
 constexpr Intention kIntentions[] = {
     {kRemoval, kPairs, "*", Meaning::kSame, kReplacing, NewPair},
-    {kRemoval, kPairs, "*", Meaning::kOnPurpose,
-     "the pair takes the place of a contact property, but not its prescribed clearance",
+    {kRemoval, kPairs, "*", Meaning::kOnPurpose, "new pairs do not take over a prescribed clearance",
      NewPairWithoutClearance},
     {kRemoval, kProperty, "*", Meaning::kSame, kReplacing, ReplacedByPairs},
     {kRemoval, "field output request, history output request, data output request", "support", Meaning::kSame,
-     "requests for a contact property look at the pair that took its place", PropertyToPair},
+     "requests look at the pair in its place", PropertyToPair},
     {kConversion, "contact pair", "stands in", Meaning::kOnPurpose,
-     "contacts are kept with the interactions of their case or of its first step", ToInteractionsOfCase},
+     "contacts stand in their case or its first step", ToInteractionsOfCase},
     {kConversion, kPairs, "also acts in", Meaning::kOnPurpose, "contact pairs act in the later steps as well",
      ToLaterSteps},
     {kMapping, "contact pair", "fit type", Meaning::kOnPurpose, kMapped, FitFromClearance},

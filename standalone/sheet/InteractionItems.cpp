@@ -118,11 +118,14 @@ void ReadFitValue(Reader& reader, Feature& feature, const Item& item) {
 
 constexpr Item FitCode(std::string_view name, std::string_view key) {
   Item item = Custom({name}, ReadFitCode);
+  item.as = As::kInteger;
+  item.fallback = Number(0);
   item.current = Attribute(key);
   return item;
 }
 constexpr Item FitValue() {
   Item item = Custom({"fit value"}, ReadFitValue, Dimension::kLength);
+  item.fallback = Number(0);
   item.current = Attribute("Value");
   return item;
 }

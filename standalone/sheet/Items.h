@@ -88,7 +88,13 @@ struct Item {
   Codes oldCodes = {};  ///< Where the old storage has codes of its own.
   /// Reads what takes more than a place to look at, instead of all this.
   void (*read)(Reader& reader, Feature& feature, const Item& item) = nullptr;
+
+  /// Whether every subject has one fact of it.
+  [[nodiscard]] constexpr bool IsSingle() const { return quantity.each.empty() && !quantity.isList; }
 };
+
+/// What a feature says that holds nothing of the item: the default, or that it is not set. Stays where it is.
+[[nodiscard]] const Fact& ImpliedBy(const Item& item);
 
 /// How features of some late types are described.
 struct Description {
@@ -96,6 +102,9 @@ struct Description {
   Kind kind;
   std::span<const Item> items;
 };
+
+/// All tables.
+[[nodiscard]] std::span<const std::span<const Description>> Descriptions();
 
 // The tables, by subject.
 std::span<const Description> FrameDescriptions();

@@ -1,6 +1,7 @@
 #include "sheet/Reader.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 namespace standalone::sheet {
 namespace {
@@ -38,6 +39,12 @@ bool IsInProduct(const Feature& feature) {
   return feature.type->MetaClass().IsAKindOf(kind::kGeometry) || !feature.type->IsOfHost();
 }
 
+void SetFallback(const Item& item, Fact& fact) {
+  if (item.fallback.form == Fallback::Form::kNone) return;
+  fact.standing = Standing::kDefault;
+  fact.value = WordFor(FallbackOf(item), item.codes);
+}
+
 bool HoldsNothing(const Value& value) {
   return value.Kind() == ValueKind::kLink && value.Target() == nullptr;
 }
@@ -70,6 +77,35 @@ std::optional<Value> ReadAs(As as, const Value& value) {
   return std::nullopt;
 }
 
+namespace {
+
+bool IsImplied(const Item& item, const Fact& fact) {
+  if (!item.IsSingle() || fact.standing == Standing::kSet || fact.standing == Standing::kUnreadable)
+    return false;
+  const bool hasFallback = item.fallback.form != Fallback::Form::kNone;
+  if (fact.standing == Standing::kNotSet) return !hasFallback;
+  return hasFallback && fact.value == ImpliedBy(item).value;
+}
+
+}  // namespace
+
+const Fact& ImpliedBy(const Item& item) {
+  static const std::unordered_map<const Item*, Fact> implied = [] {
+    std::unordered_map<const Item*, Fact> all;
+    for (const std::span<const Description> table : Descriptions()) {
+      for (const Description& description : table) {
+        for (const Item& each : description.items) {
+          Fact fact{.quantity = &each.quantity, .dimension = each.dimension};
+          SetFallback(each, fact);
+          all.emplace(&each, fact);
+        }
+      }
+    }
+    return all;
+  }();
+  return implied.at(&item);
+}
+
 Reader::Reader(Document& document, Sheet& sheet)
     : document_(document), sheet_(sheet), registered_(document.NextId(), document.FeatureCount()) {
   Feature* const model = document.AnalysisModel();
@@ -82,7 +118,7 @@ Reader::Reader(Document& document, Sheet& sheet)
 
 void Reader::Enter(const Item& item, Fact fact) {
   fact.quantity = &item.quantity;
-  sheet_.Add(fact);
+  sheet_.Add(fact, IsImplied(item, fact));
 }
 
 void Reader::Set(const Item& item, const Value& value, std::uint32_t index) {
@@ -105,8 +141,15 @@ void Reader::SetConnected(const Item& item, const Value& entry, std::uint32_t in
   Enter(item, fact);
 }
 
+NameId Reader::NumberOf(std::string_view key) const {
+  const auto address = reinterpret_cast<std::uintptr_t>(key.data());
+  KnownKey& known = known_[(address ^ (address >> 9U)) % known_.size()];
+  if (known.text != key.data()) known = {key.data(), NameTable::Find(key)};
+  return known.number;
+}
+
 const Value* Reader::AttributeOf(Feature& feature, std::string_view key) const {
-  const standalone::Attribute* const attribute = document_.FindAttribute(feature, NameTable::Find(key));
+  const standalone::Attribute* const attribute = document_.FindAttribute(feature, NumberOf(key));
   return attribute == nullptr ? nullptr : &attribute->value;
 }
 
@@ -178,10 +221,7 @@ Fact Reader::Evaluate(Feature& feature, const Item& item) const {
   Fact fact;
   if (mayBeOld) fact = FactAt(feature, item, item.old, oldCodes);
   if (fact.standing == Standing::kNotSet) fact = FactAt(feature, item, item.current, item.codes);
-  if (fact.standing == Standing::kNotSet && item.fallback.form != Fallback::Form::kNone) {
-    fact.standing = Standing::kDefault;
-    fact.value = WordFor(FallbackOf(item), item.codes);
-  }
+  if (fact.standing == Standing::kNotSet) SetFallback(item, fact);
   return fact;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "check/IdSet.h"
 #include "model/Document.h"
 #include "sheet/Items.h"
@@ -37,7 +39,7 @@ class Reader {
     return document_.HasRecorded(identifier);
   }
 
-  // What features hold, as it stands.
+  // What features hold, as it stands. Keys must be literals.
   [[nodiscard]] const Value* AttributeOf(Feature& feature, std::string_view key) const;
   /// The feature that the attribute links to; null without one.
   [[nodiscard]] Feature* LinkedBy(Feature& feature, std::string_view key) const;
@@ -49,8 +51,17 @@ class Reader {
  private:
   [[nodiscard]] const Value* Find(Feature& feature, const Source& source, Dimension& dimension) const;
 
+  // The number of a name. Keys are literals, which stay where they are: it is looked up once for each.
+  [[nodiscard]] NameId NumberOf(std::string_view key) const;
+
+  struct KnownKey {
+    const char* text = nullptr;
+    NameId number = kNoName;
+  };
+
   Document& document_;
   Sheet& sheet_;
+  mutable std::array<KnownKey, 512> known_;
   IdSet registered_;
 };
 

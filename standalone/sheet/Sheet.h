@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <memory_resource>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "model/Document.h"
@@ -77,6 +80,8 @@ struct Fact {
 /// documents: links are compared by id.
 [[nodiscard]] bool SayTheSame(const Fact& left, const Fact& right);
 
+struct Description;
+
 /// One thing that an analysis consists of. What it says stays as it was read, whatever becomes of the
 /// feature.
 struct Subject {
@@ -88,48 +93,57 @@ struct Subject {
   const Feature* father = nullptr;
   const Feature* analysisCase = nullptr;  ///< That it belongs to; of a case, itself. Null for what all share.
   const Feature* step = nullptr;          ///< The same.
-  std::uint32_t firstFact = 0;
-  std::uint32_t factCount = 0;
+
+  // How the sheet keeps what it says: all but what is not set or a default.
+  const Description* description = nullptr;
+  const Fact* kept = nullptr;
+  std::uint32_t keptCount = 0;
+  std::uint32_t saidCount = 0;
 };
 
-/// What `ReadSheet` read. It refers to the document, which must stay.
+/// What `ReadSheet` read. It refers to the document, and to the sheet that it shares facts with, which must
+/// stay; it can be moved.
 class Sheet {
  public:
+  Sheet();
+
   /// In document order.
   [[nodiscard]] const std::vector<Subject>& Subjects() const { return subjects_; }
   /// By quantity, those of one quantity by index.
-  [[nodiscard]] std::span<const Fact> FactsOf(const Subject& subject) const {
-    return std::span(facts_).subspan(subject.firstFact, subject.factCount);
-  }
+  [[nodiscard]] static std::vector<Fact> FactsOf(const Subject& subject);
   /// Null for a feature that is no subject.
   [[nodiscard]] const Subject* Find(FeatureId id) const;
   /// The subject's fact of that quantity, the first of several; null without one.
-  [[nodiscard]] const Fact* Find(const Subject& subject, std::string_view quantity) const;
+  [[nodiscard]] static const Fact* Find(const Subject& subject, std::string_view quantity);
   /// The upgrades that the document had been through.
   [[nodiscard]] const std::vector<std::string>& Upgrades() const { return upgrades_; }
-  [[nodiscard]] std::size_t FactCount() const { return facts_.size(); }
+  [[nodiscard]] std::size_t FactCount() const { return factCount_; }
 
-  // For the reader.
-  void Begin(const Subject& subject) {
-    subjects_.push_back(subject);
-    subjects_.back().firstFact = static_cast<std::uint32_t>(facts_.size());
+  // For the reader: how many subjects to expect, a subject, its facts in their order, and the end of it all.
+  // `isImplied`: the fact is what the description says of a subject without it. Facts that `like` has of the
+  // subject, word for word, are shared with it.
+  void Expect(std::size_t subjects) { subjects_.reserve(subjects); }
+  void Begin(const Subject& subject) { subjects_.push_back(subject); }
+  void Add(const Fact& fact, bool isImplied) {
+    ++subjects_.back().saidCount;
+    if (!isImplied) facts_.push_back(fact);
   }
-  void Add(const Fact& fact) {
-    facts_.push_back(fact);
-    ++subjects_.back().factCount;
-  }
+  void End(const Sheet* like);
   void Finish(std::vector<std::string> upgrades);
 
  private:
+  std::unique_ptr<std::pmr::monotonic_buffer_resource> arena_;
   std::vector<Subject> subjects_;
-  std::vector<Fact> facts_;
+  std::vector<Fact> facts_;  // of the subject that is being read
+  std::size_t factCount_ = 0;
   std::vector<std::pair<FeatureId, std::uint32_t>> byId_;  // ascending
   std::vector<std::string> upgrades_;
 };
 
 /// Reads what the document says, from old storage or from current storage, whichever holds it. The document
-/// must have no dead links.
-[[nodiscard]] Sheet ReadSheet(Document& document);
+/// must have no dead links. `like`: a sheet read from the same document before, which must stay; the new one
+/// takes less memory with it.
+[[nodiscard]] Sheet ReadSheet(Document& document, const Sheet* like = nullptr);
 
 /// The feature's name as users see it; of a feature without one, its late type and id.
 [[nodiscard]] std::string NameFor(const Feature& feature);

@@ -1,6 +1,7 @@
 // Supports, the meshes that are made from them, and exclusion regions.
 
 #include <algorithm>
+#include <optional>
 
 #include "sheet/Explaining.h"
 
@@ -46,37 +47,37 @@ Fact With(Fact fact, const Feature* target) {
   return fact;
 }
 
-// Explains the first support for which something else came as `become` says; it gives nothing for a support
+// Explains the first support for which something else came as `become` says; it gives nullopt for a support
 // that is not concerned.
 template <class Become>
 bool ReplacesOne(Change& change, Become become) {
   const std::vector<Fact> all = change.lost;
   return std::ranges::any_of(all, [&](const Fact& fact) {
-    const std::vector<Fact> others = become(fact);
-    return !others.empty() && change.Replaced(fact, others);
+    const std::optional<std::vector<Fact>> others = become(fact);
+    return others && change.Replaced(fact, *others);
   });
 }
 
 bool SolidToBody(Change& change) {
-  return ReplacesOne(change, [](const Fact& fact) -> std::vector<Fact> {
+  return ReplacesOne(change, [](const Fact& fact) -> std::optional<std::vector<Fact>> {
     const Feature* const solid = TargetOf(fact);
-    if (solid == nullptr || solid->TypeName() != "Solid") return {};
+    if (solid == nullptr || solid->TypeName() != "Solid") return std::nullopt;
     const Feature* const body = MainBodyFor(*solid);
-    if (body == nullptr) return {};
-    return {With(fact, body)};
+    if (body == nullptr) return std::nullopt;
+    return {{With(fact, body)}};
   });
 }
 
 bool OldBodyToBody(Change& change) {
-  return ReplacesOne(change, [](const Fact& fact) -> std::vector<Fact> {
+  return ReplacesOne(change, [](const Fact& fact) -> std::optional<std::vector<Fact>> {
     const Feature* const old = TargetOf(fact);
-    if (old == nullptr) return {};
+    if (old == nullptr) return std::nullopt;
     const bool isShape = old->TypeName() == "Solid" || old->TypeName() == "ShapeBody";
     const Feature* const body = isShape                                ? MainBodyFor(*old)
                                 : old->TypeName() == "TopologicalBody" ? BodyMaking(*old)
                                                                        : nullptr;
-    if (body == nullptr) return {};
-    return {With(fact, body)};
+    if (body == nullptr) return std::nullopt;
+    return {{With(fact, body)}};
   });
 }
 
@@ -99,16 +100,19 @@ std::vector<Fact> MembersOf(const Change& change, const Fact& fact) {
 }
 
 bool GroupToLastMember(Change& change) {
-  return ReplacesOne(change, [&change](const Fact& fact) {
+  return ReplacesOne(change, [&change](const Fact& fact) -> std::optional<std::vector<Fact>> {
     std::vector<Fact> members = MembersOf(change, fact);
-    if (!members.empty()) members.assign(members.size(), members.back());
+    if (members.empty()) return std::nullopt;
+    members.assign(members.size(), members.back());
     return members;
   });
 }
 
+// Members that connect nothing exclude nothing.
 bool GroupToMembers(Change& change) {
-  return ReplacesOne(change, [&change](const Fact& fact) {
+  return ReplacesOne(change, [&change](const Fact& fact) -> std::optional<std::vector<Fact>> {
     std::vector<Fact> members = MembersOf(change, fact);
+    if (members.empty()) return std::nullopt;
     std::erase_if(members, [](const Fact& member) { return member.standing == Standing::kNotSet; });
     return members;
   });
@@ -203,9 +207,9 @@ constexpr Intention kIntentions[] = {
     {kBodySupport, "rigid body", "support", Meaning::kSame,
      "a support on an old body moves to the current body of its part", OldBodyToBody},
     {"UpgradeGroupToSupport", kConstraints, "support", Meaning::kOnPurpose,
-     "a group of supports is replaced by as many supports on its last member", GroupToLastMember},
+     "a group is replaced by as many supports on its last member", GroupToLastMember},
     {"AddCenterOfMassToRBC", "rigid body", "centre of mass is the reference", Meaning::kOnPurpose,
-     "a rigid body uses its centre of mass where it has no reference, and only there", CentreOfMass},
+     "without reference, a rigid body uses its centre of mass", CentreOfMass},
     {kMeshPart, kConstraints, "connection mesh on", Meaning::kSame, kFromSupports, MeshFromSupports},
     {kMeshPart, "mesh", "support", Meaning::kSame, kFromSupports, MeshFromSupports},
     {kMeshPart, "mesh", "*", Meaning::kSame, kFromSupports, NewConnectionMesh},
@@ -214,7 +218,7 @@ constexpr Intention kIntentions[] = {
     {"AddExclusionRegionToMeshPart", "mesh", "exclusion region", Meaning::kSame, kTakesRegions,
      MeshExclusions},
     {"UpdateGroupToExclusionRegion", "rigid coupling, smooth coupling", "exclusion region", Meaning::kSame,
-     "a group among the exclusion regions is replaced by its members", GroupToMembers},
+     "exclusion regions are the members of groups", GroupToMembers},
 };
 
 }  // namespace

@@ -98,6 +98,8 @@ TEST_F(HostileTextTest, NothingInADocumentReachesTheTerminal) {
     ExpectClean({"check", "--all", each});
     ExpectClean({"check", "--json", each});
     ExpectClean({"show", "--attributes", each});
+    ExpectClean({"sheet", "--all", each});
+    ExpectClean({"sheet", "--json", each});
     ExpectClean({"upgrade", "--dry-run", each});
   }
   ExpectClean({"upgrade", known, "-o", Path("out.hvxdoc"), "--report", Path("report.json"), "--trace", "-"});
@@ -105,6 +107,11 @@ TEST_F(HostileTextTest, NothingInADocumentReachesTheTerminal) {
   ExpectClean({"diff", known, Path("out.hvxdoc")});
   ExpectClean({"diff", "--json", known, Path("out.hvxdoc")});
   ExpectClean({"diff", file, known});
+  ExpectClean({"sheet", "--all", file, Path("out.hvxdoc")});
+  ExpectClean({"sheet", "--json", known, Path("out.hvxdoc")});
+  std::string csv = Run({"sheet", "--csv", known, Path("out.hvxdoc")}).out;
+  std::erase(csv, '\r');  // which ends its lines
+  ExpectClean(csv, "comma-separated values");
 
   // The JSON says what the document holds all the same.
   simdjson::dom::parser parser;
@@ -140,6 +147,7 @@ TEST_F(HostileTextTest, NothingInAnArgumentReachesTheTerminal) {
   ExpectClean({"upgrade", file, "-o", Path("out" + evil)});
   ExpectClean({"diff", file, file});
   ExpectClean({"show", file, "--type", evil});
+  ExpectClean({"sheet", file, "--step", evil});
   ExpectClean({"status", Path("none" + evil)});
   ExpectClean({"identifiers", evil});
   ExpectClean({"upgrade", file, "--dry-run", "--only", evil});

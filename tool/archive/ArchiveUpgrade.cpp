@@ -133,6 +133,7 @@ std::string ArchiveUpgrade::Work(std::size_t document, const RequestCommit& requ
       .strict = arguments.strict,
       .acceptFailures = arguments.acceptFailures,
       .failOnDrop = arguments.failOnDrop,
+      .sheet = arguments.sheet,
       .retry = arguments.retry,
       .keepResult = arguments.keepResult,
       .skipsDone = isRunOfMany,

@@ -4,6 +4,7 @@
 #include "compare/FeatureDifference.h"
 #include "document/Reading.h"
 #include "report/FeatureOutput.h"
+#include "terminal/Output.h"
 #include "terminal/Terminal.h"
 
 namespace tool {
@@ -11,30 +12,6 @@ namespace {
 
 using standalone::DocumentDifference;
 using standalone::Feature;
-
-constexpr std::size_t kFlushBytes = std::size_t{1} << 16;
-
-// Output in the making, written as it grows.
-class Output {
- public:
-  Output() = default;
-  ~Output() { Flush(); }
-  Output(const Output&) = delete;
-  Output& operator=(const Output&) = delete;
-
-  fmt::memory_buffer& Buffer() { return buffer_; }
-  void FlushIfLarge() {
-    if (buffer_.size() >= kFlushBytes) Flush();
-  }
-
- private:
-  void Flush() {
-    Say({buffer_.data(), buffer_.size()});
-    buffer_.clear();
-  }
-
-  fmt::memory_buffer buffer_;
-};
 
 void AppendField(fmt::memory_buffer& out, const standalone::FieldDifference& difference) {
   auto to = std::back_inserter(out);

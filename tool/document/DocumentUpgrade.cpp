@@ -20,6 +20,7 @@
 #include "file/FileIdentity.h"
 #include "file/TemporaryName.h"
 #include "report/Attention.h"
+#include "report/SignOff.h"
 #include "report/Summary.h"
 #include "terminal/Interruption.h"
 #include "terminal/Progress.h"
@@ -197,10 +198,13 @@ class DocumentUpgrade {
   void RunChosen(const DocumentPtr& document, const Selection::Chosen& chosen,
                  const VersionManager::NextRound& again) {
     if (task_.record != nullptr || task_.failOnDrop) document->Changes().Start();
+    std::optional<SignOff> signOff;
+    if (task_.sheet) signOff.emplace(*document.Get());
     const standalone::UpgradeRun run = RunWatched(document, chosen, again);
     document->DropAllDeadLinks();
     const Comparison comparison = Compare(*document.Get(), run);
-    const std::vector<AttentionItem> attention = Verify(*document.Get(), run);
+    std::vector<AttentionItem> attention = Verify(*document.Get(), run);
+    if (signOff) signOff->Finish(*document.Get(), run.identifiers, attention);
     std::vector<standalone::DroppedValues> dropped;
     if (document->Changes().IsOn()) dropped = standalone::FindDroppedValues(*document.Get());
 
@@ -212,11 +216,13 @@ class DocumentUpgrade {
     const std::string held = WhyHeldBack();
     if (!held.empty()) result_.verdict = Verdict::kHeldBack;
     result_.summary = SummaryOfRun({task_.input, result_, comparison, attention, chosen.broughtAlong, held,
-                                    task_.destination, task_.dryRun});
+                                    task_.destination, task_.dryRun, signOff ? &signOff->Totals() : nullptr});
     if (task_.record != nullptr) {
       // Before the document: a record that cannot be written must not come too late.
-      task_.record->AddRun({*document.Get(), run, comparison, chosen.broughtAlong, dropped});
+      task_.record->AddRun(
+          {*document.Get(), run, comparison, chosen.broughtAlong, dropped, signOff ? &*signOff : nullptr});
     }
+    signOff.reset();  // so that its memory is free while the result is written
     if (task_.dryRun || task_.destination.IsNone() || !held.empty()) return;
     if (MayBeDone()) {
       FindDone(*document.Get());

@@ -21,6 +21,7 @@ struct UpgradeTask {
   bool strict = false;          ///< Write no result in which something needs a person.
   bool acceptFailures = false;  ///< Replace a document by such a result also without a backup.
   bool failOnDrop = false;      ///< Look for dropped values, and fail when there are any.
+  bool sheet = true;            ///< Compare the analysis before and after.
   bool retry = false;           ///< Run again what left features behind.
   bool keepResult = false;      ///< Keep a result that cannot replace its document any more.
   /// The result may stand there already, made by an earlier run: the same bytes are no clash.

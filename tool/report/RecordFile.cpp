@@ -12,6 +12,7 @@
 #include "report/Causes.h"
 #include "report/FeatureOutput.h"
 #include "report/JsonOutput.h"
+#include "report/SheetJson.h"
 #include "terminal/Interruption.h"
 #include "terminal/VisibleText.h"
 
@@ -122,8 +123,27 @@ void RecordFile::AddRun(const ReportedRun& reported) {
   AppendNotes(entry, reported);
   const Causes causes(reported.document, reported.run);
   AppendDropped(entry, reported, causes);
+  if (reported.signOff != nullptr) AppendSheet(entry, text, *reported.signOff);
   if (detail_ != ReportDetail::kSummary) AppendChanges(entry, text, reported, causes);
   Flush(text);
+}
+
+void RecordFile::AppendSheet(JsonObject& entry, fmt::memory_buffer& text, const SignOff& signOff) {
+  const standalone::sheet::SheetTotals& totals = signOff.Totals();
+  JsonObject sheet(entry.Key("sheet"));
+  sheet.Number("equal", totals.equal);
+  sheet.Number("same", totals.same);
+  sheet.Number("onPurpose", totals.onPurpose);
+  sheet.Number("unaccounted", totals.unaccounted);
+  if (detail_ != ReportDetail::kSummary) {
+    JsonList differences(sheet.Key("differences"));
+    signOff.Tell([&](const standalone::sheet::Difference& difference) {
+      AppendDifference(differences.Entry(), difference);
+      FlushIfLarge(text);
+    });
+    differences.Close();
+  }
+  sheet.Close();
 }
 
 void RecordFile::AppendChanges(JsonObject& entry, fmt::memory_buffer& text, const ReportedRun& reported,

@@ -11,6 +11,7 @@
 #include "record/DocumentResult.h"
 #include "report/Causes.h"
 #include "report/JsonOutput.h"
+#include "report/SignOff.h"
 #include "upgrade/VersionManager.h"
 
 namespace tool {
@@ -22,6 +23,7 @@ struct ReportedRun {
   const Comparison& comparison;
   const std::vector<standalone::VersionManager::Needed>& broughtAlong;
   const std::vector<standalone::DroppedValues>& dropped;
+  const SignOff* signOff;  ///< Null when the analysis was not compared.
 };
 
 /// How much a record tells of the changes.
@@ -49,6 +51,7 @@ class RecordFile {
   [[nodiscard]] int Descriptor() const { return descriptor_; }
 
  private:
+  void AppendSheet(JsonObject& entry, fmt::memory_buffer& text, const SignOff& signOff);
   void AppendChanges(JsonObject& entry, fmt::memory_buffer& text, const ReportedRun& reported,
                      const Causes& causes);
   void Flush(fmt::memory_buffer& text);

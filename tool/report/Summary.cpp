@@ -40,6 +40,16 @@ void AppendBroughtAlong(fmt::memory_buffer& out,
   }
 }
 
+void AppendSheet(fmt::memory_buffer& out, const standalone::sheet::SheetTotals& sheet) {
+  auto to = std::back_inserter(out);
+  fmt::format_to(to, "  Analysis: {} equal, {} said otherwise, {} changed on purpose",
+                 Count(sheet.equal, "value"), sheet.same, sheet.onPurpose);
+  if (sheet.unaccounted != 0)
+    fmt::format_to(to, ", {}",
+                   Paint(stdout, Colour::kYellow, fmt::format("{} UNACCOUNTED FOR", sheet.unaccounted)));
+  fmt::format_to(to, " ('hvxupgrade sheet OLD NEW' tells them)\n");
+}
+
 void AppendTotals(fmt::memory_buffer& out, const std::map<std::string, Totals>& byType) {
   if (byType.empty()) return;
   std::size_t width = std::string_view("Late type").size();
@@ -74,6 +84,7 @@ std::string SummaryOfRun(const RunFacts& facts) {
   AppendVerdict(out, facts);
   AppendAttention(out, facts.attention);
   AppendBroughtAlong(out, facts.broughtAlong);
+  if (facts.sheet != nullptr) AppendSheet(out, *facts.sheet);
   AppendTotals(out, facts.comparison.byType);
   if (facts.result.dropped != 0) {
     fmt::format_to(

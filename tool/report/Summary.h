@@ -7,6 +7,7 @@
 #include "record/Destination.h"
 #include "record/DocumentResult.h"
 #include "report/Attention.h"
+#include "sheet/Comparison.h"
 #include "upgrade/VersionManager.h"
 
 namespace tool {
@@ -21,10 +22,11 @@ struct RunFacts {
   const std::string& heldBack;  ///< Why the result is not written; empty when it is.
   const Destination& destination;
   bool dryRun;
+  const standalone::sheet::SheetTotals* sheet;  ///< Null when the analysis was not compared.
 };
 
-/// The summary of a document that was upgraded: the verdict, what needs a person, the totals by late type,
-/// where the result is.
+/// The summary of a document that was upgraded: the verdict, what needs a person, whether it is still the
+/// same analysis, the totals by late type, where the result is.
 [[nodiscard]] std::string SummaryOfRun(const RunFacts& facts);
 
 /// What a summary tells about a document on which nothing was run.

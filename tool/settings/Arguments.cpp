@@ -17,7 +17,7 @@ namespace {
 constexpr const char* kExitCodes = R"(Exit codes:
   0  done, or nothing to do
   1  finished, but some feature failed or some document was given up; check: something takes a person;
-     diff: the documents differ
+     diff: the documents differ; sheet: a difference is unaccounted for
   2  wrong usage
   3  some input is unreadable or invalid
   4  some document is newer than this program
@@ -32,6 +32,8 @@ constexpr const char* kExamples = R"(Examples:
   hvxupgrade upgrade bracket.hvxdoc -o current.hvxdoc  write the current document beside the old one
   hvxupgrade check current.hvxdoc                      whether anything is still stored the old way
   hvxupgrade diff bracket.hvxdoc current.hvxdoc        what differs, feature by feature
+  hvxupgrade sheet bracket.hvxdoc                      the analysis in engineering terms
+  hvxupgrade sheet bracket.hvxdoc current.hvxdoc       whether it is still the same analysis
   hvxupgrade identifiers UpgradeJobMemoryUnit          what one upgrade does, and to which features
   hvxupgrade show bracket.hvxdoc --type HVXJobLT --attributes
 )";
@@ -59,6 +61,12 @@ constexpr const char* kCheckExamples = R"(Examples:
 constexpr const char* kDiffExamples = R"(Examples:
   hvxupgrade diff bracket.hvxdoc current.hvxdoc
   hvxupgrade diff --json a.hvxdoc b.hvxdoc | jq '.changed[] | select(.type == "HVXPressure")')";
+
+constexpr const char* kSheetExamples = R"(Examples:
+  hvxupgrade sheet bracket.hvxdoc --units mm-t-s
+  hvxupgrade sheet bracket.hvxdoc --case "Bearing Study" --csv > bearing.csv
+  hvxupgrade sheet bracket.hvxdoc current.hvxdoc
+  hvxupgrade sheet --json bracket.hvxdoc current.hvxdoc | jq '.differences[] | select(.meaning == "unaccounted")')";
 
 constexpr const char* kMergeExamples = R"(Examples:
   hvxupgrade merge run.1.jsonl run.2.jsonl
@@ -126,6 +134,28 @@ void AddDiff(CLI::App& app, DiffArguments& diff) {
   verb->footer(kDiffExamples);
 }
 
+void AddSheet(CLI::App& app, SheetArguments& sheet) {
+  CLI::App* const verb = app.add_subcommand(
+      "sheet", "Tell in engineering terms what a document analyses, or whether two analyse the same");
+  verb->add_option("FILE", sheet.file, "The document")->required()->type_name("")->check(NotEmpty);
+  verb->add_option("CURRENT", sheet.current, "The document after an upgrade, to compare")
+      ->type_name("")
+      ->check(NotEmpty);
+  verb->add_option("--case", sheet.caseName, "Only what belongs to this analysis case")
+      ->type_name("NAME")
+      ->check(NotEmpty);
+  verb->add_option("--step", sheet.stepName, "Only what belongs to this step")
+      ->type_name("NAME")
+      ->check(NotEmpty);
+  verb->add_option("--units", sheet.units, "Units of numbers: si (default) or mm-t-s")
+      ->type_name("SYSTEM")
+      ->check(CLI::IsMember({"si", "mm-t-s"}));
+  verb->add_flag("--all", sheet.all, "Tell every value and every difference, also those that say little");
+  verb->add_flag("--json", sheet.json, "Print JSON, in SI units");
+  verb->add_flag("--csv", sheet.csv, "Print comma-separated values, a row for each");
+  verb->footer(kSheetExamples);
+}
+
 void AddClean(CLI::App& app, CleanArguments& clean) {
   CLI::App* const verb = app.add_subcommand("clean", "Remove the temporary files that killed runs left");
   verb->add_option("FOLDER", clean.folders, "Folders, with all beneath them")
@@ -155,13 +185,25 @@ void Check(DiffArguments& diff) {
   OpenStream(diff.after);
 }
 
+void Check(SheetArguments& sheet) {
+  if (sheet.json && sheet.csv) throw UsageError("give one of --json and --csv");
+  if (sheet.json && !sheet.units.empty())
+    throw UsageError("--json is in SI units: --units does not go with it");
+  if (sheet.all && (sheet.json || sheet.csv))
+    throw UsageError("--json and --csv tell all: --all does not go with them");
+  if (sheet.file == kStandardStream && sheet.current == kStandardStream)
+    throw UsageError("standard input can be read once");
+  OpenStream(sheet.file);
+  OpenStream(sheet.current);
+}
+
 // What is wrong when the parser met words that it did not expect.
 std::string Unexpected(const CLI::App& app, const std::vector<std::string>& words, const char* what) {
   const auto isWord = [](const std::string& word) { return !word.starts_with('-'); };
   const auto first = std::ranges::find_if(words, isWord);
   if (!app.get_subcommands().empty() || first == words.end()) return what;
   return fmt::format(
-      "there is no command {}; say status, check, upgrade, merge, diff, identifiers, show or clean",
+      "there is no command {}; say status, check, upgrade, merge, diff, sheet, identifiers, show or clean",
       Quoted(*first));
 }
 
@@ -193,6 +235,8 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
   DiffArguments diff;
   AddCheck(app, check);
   AddDiff(app, diff);
+  SheetArguments sheet;
+  AddSheet(app, sheet);
   CleanArguments clean;
   AddClean(app, clean);
   MergeArguments merge;
@@ -202,7 +246,8 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
   try {
     app.parse(count, texts);
     if (app.get_subcommands().empty())
-      throw UsageError("say what to do: status, check, upgrade, merge, diff, identifiers, show or clean");
+      throw UsageError(
+          "say what to do: status, check, upgrade, merge, diff, sheet, identifiers, show or clean");
     if (app.got_subcommand("status")) {
       Check(status);
       arguments.verb = std::move(status);
@@ -218,6 +263,9 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
     } else if (app.got_subcommand("diff")) {
       Check(diff);
       arguments.verb = std::move(diff);
+    } else if (app.got_subcommand("sheet")) {
+      Check(sheet);
+      arguments.verb = std::move(sheet);
     } else if (app.got_subcommand("clean")) {
       arguments.verb = std::move(clean);
     } else if (app.got_subcommand("merge")) {

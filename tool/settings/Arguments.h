@@ -46,6 +46,7 @@ struct UpgradeArguments {
   bool strict = false;
   bool acceptFailures = false;
   bool failOnDrop = false;
+  bool sheet = true;
   bool retry = false;
   bool keepResult = false;
   std::vector<std::string> only;  // at most one of these two
@@ -88,6 +89,17 @@ struct DiffArguments {
   bool json = false;
 };
 
+struct SheetArguments {
+  std::string file;
+  std::string current;   ///< What an upgrade made of it, to compare; empty for none.
+  std::string caseName;  ///< Only what belongs to it; empty for all.
+  std::string stepName;  ///< The same.
+  std::string units;     ///< "si", "mm-t-s"; empty for SI.
+  bool all = false;
+  bool json = false;  // at most one of these two
+  bool csv = false;
+};
+
 struct CleanArguments {
   std::vector<std::string> folders;
   bool dryRun = false;
@@ -104,7 +116,7 @@ struct MergeArguments {
 struct Arguments {
   Places places;
   std::variant<std::monostate, StatusArguments, UpgradeArguments, IdentifiersArguments, ShowArguments,
-               CheckArguments, DiffArguments, CleanArguments, MergeArguments>
+               CheckArguments, DiffArguments, SheetArguments, CleanArguments, MergeArguments>
       verb;
 };
 

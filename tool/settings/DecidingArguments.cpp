@@ -27,6 +27,7 @@ std::vector<std::string> DecidingArguments(const UpgradeArguments& arguments) {
   flag("--strict", arguments.strict);
   flag("--accept-failures", arguments.acceptFailures);
   flag("--fail-on-drop", arguments.failOnDrop);
+  flag("--no-sheet", !arguments.sheet);
   flag("--retry", arguments.retry);
   std::vector<std::string> only = arguments.only;
   std::ranges::sort(only);

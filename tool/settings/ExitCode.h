@@ -8,6 +8,7 @@ enum class ExitCode {
   kFailedFeatures = 1,  ///< Something needs a person: left behind, failed, held back, or given up.
   kDifferent = 1,       ///< The documents differ (`diff` only).
   kNeedsPerson = 1,     ///< Something that no pending upgrade changes (`check` only).
+  kUnaccounted = 1,     ///< A difference that no upgrade is there to make (`sheet` only).
   kUsage = 2,           ///< Wrong usage.
   kBadInput = 3,        ///< Some input is unreadable or invalid.
   kNewer = 4,           ///< Some document is newer than this program.

@@ -1,0 +1,155 @@
+#include "report/SheetJson.h"
+
+#include "report/JsonOutput.h"
+#include "report/SheetWords.h"
+#include "terminal/VisibleText.h"
+
+namespace tool {
+namespace {
+
+using standalone::AppendJsonInteger;
+using standalone::AppendJsonReal;
+using standalone::AppendJsonText;
+using standalone::AppendRaw;
+using standalone::Feature;
+using standalone::Value;
+using standalone::ValueKind;
+using namespace standalone::sheet;
+
+void AppendLink(fmt::memory_buffer& out, const Feature* target) {
+  if (target == nullptr) {
+    AppendRaw(out, "null");
+    return;
+  }
+  JsonObject link(out);
+  AppendJsonInteger(link.Key("ref"), target->id);
+  link.Text("name", NameFor(*target));
+  link.Close();
+}
+
+// Lists are as deep as documents may nest them.
+void AppendValue(fmt::memory_buffer& out, const Value& value) {
+  switch (value.Kind()) {
+    case ValueKind::kString: {
+      fmt::memory_buffer json;
+      AppendJsonText(json, value.AsString());
+      AppendVisibleJson(out, {json.data(), json.size()});
+      break;
+    }
+    case ValueKind::kInteger:
+      AppendJsonInteger(out, value.AsInteger());
+      break;
+    case ValueKind::kReal:
+      AppendJsonReal(out, value.AsReal());
+      break;
+    case ValueKind::kBoolean:
+      AppendRaw(out, value.AsBoolean() ? "true" : "false");
+      break;
+    case ValueKind::kLink:
+      AppendLink(out, value.Target());
+      break;
+    case ValueKind::kList: {
+      JsonList list(out);
+      for (const Value& entry : value.Entries()) AppendValue(list.Entry(), entry);
+      list.Close();
+      break;
+    }
+  }
+}
+
+void AppendFact(fmt::memory_buffer& out, const Fact& fact) {
+  JsonObject object(out);
+  object.Text("quantity", fact.quantity->name);
+  if (fact.index != 0) object.Number("index", fact.index);
+  object.Text("standing", NameOf(fact.standing));
+  if (fact.standing != Standing::kNotSet) AppendValue(object.Key("value"), fact.value);
+  if (fact.dimension != Dimension::kNone) {
+    object.Text("dimension", NameOf(fact.dimension));
+    const std::string_view unit = SymbolOf(fact.dimension, UnitSystem::kSi);
+    if (!unit.empty()) object.Text("unit", unit);
+  }
+  if (fact.context != nullptr) AppendLink(object.Key("context"), fact.context);
+  object.Close();
+}
+
+void AppendFacts(fmt::memory_buffer& out, std::span<const Fact> facts) {
+  JsonList list(out);
+  for (const Fact& fact : facts) AppendFact(list.Entry(), fact);
+  list.Close();
+}
+
+void AppendIdentity(JsonObject& object, const Subject& subject) {
+  AppendJsonInteger(object.Key("id"), subject.id);
+  object.Text("type", subject.lateType);
+  object.Text("kind", subject.kind->name);
+  object.Text("chapter", NameOf(subject.kind->chapter));
+  if (!subject.name.empty()) object.Text("name", subject.name);
+  if (subject.analysisCase != nullptr) AppendLink(object.Key("case"), subject.analysisCase);
+  if (subject.step != nullptr) AppendLink(object.Key("step"), subject.step);
+}
+
+}  // namespace
+
+void AppendDifference(fmt::memory_buffer& out, const Difference& difference) {
+  JsonObject object(out);
+  object.Text("meaning", NameOf(difference.meaning));
+  if (!difference.identifier.empty()) {
+    object.Text("upgrade", difference.identifier);
+    object.Text("reason", difference.sentence);
+  }
+  object.Text("subject", difference.after == nullptr    ? "lost"
+                         : difference.before == nullptr ? "new"
+                                                        : "kept");
+  AppendIdentity(object, difference.About());
+  const bool isReplaced = difference.before != nullptr && difference.before->id != difference.About().id;
+  if (isReplaced) AppendLink(object.Key("replaces"), difference.before->feature);
+  if (difference.quantity != nullptr) object.Text("quantity", difference.quantity->name);
+  AppendFacts(object.Key("before"), difference.lost);
+  AppendFacts(object.Key("after"), difference.gained);
+  object.Close();
+}
+
+void PrintJson(Output& output, const std::string& file, const Sheet& sheet, const SheetPart& part) {
+  JsonObject top(output.Buffer());
+  top.Text("sheet", "hvxupgrade");
+  top.Number("version", kJsonVersion);
+  top.Name("file", file);
+  top.Texts("upgrades", sheet.Upgrades());
+  JsonList subjects(top.Key("subjects"));
+  for (const Subject& subject : sheet.Subjects()) {
+    if (!part.Holds(subject)) continue;
+    JsonObject object(subjects.Entry());
+    AppendIdentity(object, subject);
+    AppendFacts(object.Key("facts"), sheet.FactsOf(subject));
+    object.Close();
+    output.FlushIfLarge();
+  }
+  subjects.Close();
+  top.Close();
+  output.Buffer().push_back('\n');
+}
+
+void PrintJson(Output& output, const ComparedFiles& files, const SheetComparison& comparison,
+               const SheetPart& part) {
+  JsonObject top(output.Buffer());
+  top.Text("sheetComparison", "hvxupgrade");
+  top.Number("version", kJsonVersion);
+  top.Name("before", files.before);
+  top.Name("after", files.after);
+  JsonObject counts(top.Key("counts"));
+  if (part.IsAll()) counts.Number("equal", comparison.equal);
+  for (const Meaning meaning : {Meaning::kSame, Meaning::kOnPurpose, Meaning::kUnaccounted})
+    counts.Number(NameOf(meaning), CountOf(comparison, part, meaning));
+  counts.Close();
+  JsonList differences(top.Key("differences"));
+  for (const Difference& difference : comparison.differences) {
+    if (!part.Holds(difference)) continue;
+    AppendDifference(differences.Entry(), difference);
+    output.FlushIfLarge();
+  }
+  differences.Close();
+  top.Close();
+  output.Buffer().push_back('\n');
+}
+
+}  // namespace tool
