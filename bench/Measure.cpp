@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -25,6 +26,8 @@
 #include "file/DocumentReader.h"
 #include "file/DocumentWriter.h"
 #include "session/FeatureCatalogs.h"
+#include "session/Messages.h"
+#include "sheet/Comparison.h"
 #include "upgrade/UpgradeLibrary.h"
 #include "upgrade/VersionManager.h"
 
@@ -34,10 +37,10 @@ using namespace standalone;
 
 constexpr int kRepetitions = 9;
 constexpr const char* kHead =
-    "{:>9} {:>7} {:>8} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7} {:>11} {:>14} {:>11} {:>8} {:>11}\n";
+    "{:>9} {:>7} {:>8} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7} {:>11} {:>14} {:>11} {:>10} {:>8} {:>11}\n";
 constexpr const char* kRow =
-    "{:>9.0f} {:>7.1f} {:>8.1f} {:>7.3f} {:>7.3f} {:>7.3f} {:>7.3f} {:>7.3f} {:>7.3f} {:>11.2f} {:>14.2f} "
-    "{:>11.2f} {:>8.2f} {:>11.2f}\n";
+    "{:>9.0f} {:>7.1f} {:>8.1f} {:>7.3f} {:>7.3f} {:>7.3f} {:>7.3f} {:>7.3f} {:>7.3f} {:>7.3f} {:>11.2f} "
+    "{:>14.2f} {:>11.2f} {:>10.2f} {:>8.2f} {:>11.2f}\n";
 
 double TimeOf(const std::function<void()>& action) {
   const double start = bench::ProcessorTime();
@@ -51,6 +54,7 @@ struct Figures {
   double writeBack = 0.0;  // unchanged
   double upgrade = 0.0;
   double verify = 0.0;
+  double sheet = 0.0;  // reading the sheets before and after, and comparing them
   double write = 0.0;
   double peakBytes = 0.0;
   double resultBytes = 0.0;
@@ -82,6 +86,7 @@ Figures MeasureOnce(const std::string& input, const std::string& output,
         throw std::runtime_error(fmt::format("there is no upgrade \"{}\"", identifier));
     }
     FeatureCatalogs::Use(std::string(HVX_SOURCE_DIR) + "/standalone/catalogs");
+    Messages::Use(std::string(HVX_SOURCE_DIR) + "/standalone/messages", "en");
     DocumentPtr document;
     figures.read = TimeOf([&] { document = ReadDocument(input); });
     figures.features = static_cast<double>(document->FeatureCount());
@@ -89,6 +94,8 @@ Figures MeasureOnce(const std::string& input, const std::string& output,
     options.overwrite = true;
     figures.writeBack = TimeOf([&] { WriteDocument(*document.Get(), output, options); });
     const std::vector<std::string> identifiers = only.empty() ? manager.Pending(*document.Get()) : only;
+    std::optional<sheet::Sheet> before;
+    figures.sheet = TimeOf([&] { before = sheet::ReadSheet(*document.Get()); });
     figures.upgrade = TimeOf([&] { static_cast<void>(manager.Run(document, identifiers)); });
     figures.verify = TimeOf([&] {
       const std::vector<std::string> faults = FindFaults(*document.Get());
@@ -98,6 +105,13 @@ Figures MeasureOnce(const std::string& input, const std::string& output,
       if (!faults.empty() || (only.empty() && std::ranges::any_of(findings, needsPerson)))
         throw std::runtime_error("the result is not sound");
     });
+    figures.sheet += TimeOf([&] {
+      const sheet::Sheet after = sheet::ReadSheet(*document.Get(), &*before);
+      const sheet::SheetTotals totals =
+          sheet::Compare(*before, after, identifiers, [](const sheet::Difference&) {});
+      if (totals.unaccounted != 0) throw std::runtime_error("the result is another analysis");
+    });
+    before.reset();
     figures.write = TimeOf([&] { WriteDocument(*document.Get(), output, options); });
     figures.resultBytes = static_cast<double>(std::filesystem::file_size(output));
     rusage usage{};
@@ -124,10 +138,13 @@ double UpgradeOverTrip(const Figures& trip) {
   return trip.upgrade / (trip.read + trip.write);
 }
 double VerifyOverAll(const Figures& trip) {
-  return trip.verify / (trip.read + trip.upgrade + trip.verify + trip.write);
+  return trip.verify / (trip.read + trip.upgrade + trip.verify + trip.sheet + trip.write);
+}
+double SheetOverAll(const Figures& trip) {
+  return trip.sheet / (trip.read + trip.upgrade + trip.verify + trip.sheet + trip.write);
 }
 double MicrosecondsPerFeature(const Figures& trip) {
-  return 1e6 * (trip.read + trip.upgrade + trip.verify + trip.write) / trip.features;
+  return 1e6 * (trip.read + trip.upgrade + trip.verify + trip.sheet + trip.write) / trip.features;
 }
 
 void Measure(std::size_t featureCount, const std::vector<std::string>& only,
@@ -147,8 +164,9 @@ void Measure(std::size_t featureCount, const std::vector<std::string>& only,
   fmt::print(kRow, all.front().features, bytes / 1e6, result / 1e6, MedianOf(all, &Figures::bare),
              MedianOf(all, &Figures::read), MedianOf(all, &Figures::writeBack),
              MedianOf(all, &Figures::upgrade), MedianOf(all, &Figures::verify),
-             MedianOf(all, &Figures::write), MedianOf(all, WholeTripOverBare), MedianOf(all, UpgradeOverTrip),
-             MedianOf(all, VerifyOverAll), MedianOf(all, &Figures::peakBytes) / std::max(bytes, result),
+             MedianOf(all, &Figures::sheet), MedianOf(all, &Figures::write), MedianOf(all, WholeTripOverBare),
+             MedianOf(all, UpgradeOverTrip), MedianOf(all, VerifyOverAll), MedianOf(all, SheetOverAll),
+             MedianOf(all, &Figures::peakBytes) / std::max(bytes, result),
              MedianOf(all, MicrosecondsPerFeature));
   std::filesystem::remove(input);
   std::filesystem::remove(output);
@@ -169,8 +187,8 @@ int main(int argc, char** argv) {
       std::filesystem::temp_directory_path() / fmt::format("hvx-measure-{}", getpid());
   std::filesystem::create_directory(folder);
   fmt::print("processor seconds, medians of {}\n", kRepetitions);
-  fmt::print(kHead, "features", "MB", "MB after", "bare", "read", "back", "upgrade", "verify", "write",
-             "(r+b)/bare", "upgrade/(r+w)", "verify/all", "peak/MB", "us/feature");
+  fmt::print(kHead, "features", "MB", "MB after", "bare", "read", "back", "upgrade", "verify", "sheet",
+             "write", "(r+b)/bare", "upgrade/(r+w)", "verify/all", "sheet/all", "peak/MB", "us/feature");
   int code = 0;
   try {
     for (const std::size_t size : sizes) Measure(size, only, folder);

@@ -17,6 +17,8 @@
 #include "file/DocumentReader.h"
 #include "file/DocumentWriter.h"
 #include "session/FeatureCatalogs.h"
+#include "session/Messages.h"
+#include "sheet/Comparison.h"
 #include "upgrade/UpgradeLibrary.h"
 #include "upgrade/VersionManager.h"
 
@@ -58,6 +60,7 @@ Cost Trip(const std::string& input, const std::string& output, const TripOptions
   const UpgradeLibrary library(HVX_LIBRARY);
   const VersionManager manager({&library.Description()});
   FeatureCatalogs::Use(std::string(HVX_SOURCE_DIR) + "/standalone/catalogs");
+  Messages::Use(std::string(HVX_SOURCE_DIR) + "/standalone/messages", "en");
   Cost cost;
   cost.wentThrough = true;
   const auto run = [&cost](Stage stage, const std::function<void()>& action) {
@@ -68,18 +71,22 @@ Cost Trip(const std::string& input, const std::string& output, const TripOptions
     } catch (const std::exception&) {
       cost.wentThrough = false;
     }
-    cost.seconds[stage] = ProcessorTime() - start;
+    cost.seconds[stage] += ProcessorTime() - start;
   };
   const Counting counting(options.count);
   DocumentPtr document;
   run(kRead, [&] { document = ReadDocument(input); });
   run(kCheck, [&] { static_cast<void>(CheckConformity(*document.Get())); });
+  std::optional<sheet::Sheet> sheetBefore;
+  run(kSheet, [&] { sheetBefore = sheet::ReadSheet(*document.Get()); });
+  const std::vector<std::string> pending =
+      cost.wentThrough ? manager.Pending(*document.Get()) : std::vector<std::string>();
   if (options.upgrade) {
     run(kUpgrade, [&] {
       document->Changes().Start();
       document->LimitCreation(kMostMadeOfEach * document->FeatureCount());
       static_cast<void>(manager.Unknown(*document.Get()));
-      static_cast<void>(manager.Run(document, manager.Pending(*document.Get())));
+      static_cast<void>(manager.Run(document, pending));
     });
   }
   run(kVerify, [&] {
@@ -87,7 +94,13 @@ Cost Trip(const std::string& input, const std::string& output, const TripOptions
     static_cast<void>(CheckConformity(*document.Get(), FindingScope::kOfResult));
     static_cast<void>(FindLosses(*document.Get()));
     static_cast<void>(FindDroppedValues(*document.Get()));
+    document->DropAllDeadLinks();
   });
+  run(kSheet, [&] {
+    const sheet::Sheet sheetAfter = sheet::ReadSheet(*document.Get(), &*sheetBefore);
+    static_cast<void>(sheet::Compare(*sheetBefore, sheetAfter, pending, [](const sheet::Difference&) {}));
+  });
+  sheetBefore.reset();
   WriteOptions writing;
   writing.overwrite = true;
   run(kWrite, [&] { WriteDocument(*document.Get(), output, writing); });

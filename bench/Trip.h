@@ -9,9 +9,9 @@
 namespace bench {
 
 /// What one document goes through, in this order.
-enum Stage : std::size_t { kRead, kCheck, kUpgrade, kVerify, kWrite, kCompare, kStages };
-constexpr std::array<std::string_view, kStages> kStageNames = {"read",   "check", "upgrade",
-                                                               "verify", "write", "compare"};
+enum Stage : std::size_t { kRead, kCheck, kUpgrade, kVerify, kSheet, kWrite, kCompare, kStages };
+constexpr std::array<std::string_view, kStages> kStageNames = {"read",  "check", "upgrade", "verify",
+                                                               "sheet", "write", "compare"};
 
 /// What a trip cost.
 struct Cost {

@@ -61,7 +61,7 @@ _hvxupgrade() {
       status) options+="$documents --list --check --json" ;;
       upgrade)
         options+=" --output --output-dir --in-place --backup --dry-run --force --only --until --report --trace"
-        options+=" --language --timeout --limit-features --limit-memory --limit-unpacked --quiet --strict --accept-failures --retry --fail-on-drop"
+        options+=" --language --timeout --limit-features --limit-memory --limit-unpacked --quiet --strict --accept-failures --retry --fail-on-drop --no-sheet"
         options+=" --keep-result --report-detail --again --shard$documents$many"
         ;;
       check) options+="$documents$many --all --json" ;;

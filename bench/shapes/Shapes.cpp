@@ -50,7 +50,7 @@ constexpr std::array kMeasures{
     Measure{"memory", [](const Cost& cost) { return cost.peakBytes; }, kMostGrowth, 10e6, false},
     Measure{"calls", [](const Cost& cost) { return cost.hostCalls; }, kMostGrowth, 1000, true},
     Measure{"allocations", [](const Cost& cost) { return cost.allocations; }, kMostGrowth, 1000, true},
-    Measure{"bytes", [](const Cost& cost) { return cost.allocatedBytes; }, kMostGrowthOfBytes, 2e6, true},
+    Measure{"bytes", [](const Cost& cost) { return cost.allocatedBytes; }, kMostGrowthOfBytes, 4e6, true},
 };
 
 // The costs of one shape, as the example is, N times and four times that.

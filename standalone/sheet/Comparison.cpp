@@ -5,6 +5,8 @@
 #include <string>
 #include <unordered_set>
 
+#include "sheet/Duties.h"
+#include "sheet/FactOrder.h"
 #include "sheet/Intentions.h"
 #include "sheet/Listed.h"
 
@@ -50,6 +52,7 @@ class Comparer {
         after_(after),
         connections_(before, after),
         intentions_(IntentionsOf(mayHaveRun)),
+        duties_(DutiesBetween(before, after)),
         tell_(tell) {}
 
   SheetTotals Run() {
@@ -60,6 +63,7 @@ class Comparer {
         Explain({before_, after_, connections_, nullptr, &is, {}, {}}, nullptr);
       } else {
         CompareSubjects(*was_[i], is);
+        LookForLeftOut(*was_[i], is);
       }
     }
     for (const Subject* const was : lost_)
@@ -132,6 +136,17 @@ class Comparer {
     }
   }
 
+  // What stayed as it was is no difference, but one where an upgrade was to change it.
+  void LookForLeftOut(const Subject& was, const Subject& is) {
+    for (const DutyOfKind& duty : duties_) {
+      if (duty.kind != is.kind) continue;
+      const Change change{before_, after_, connections_, &was, &is, {}, {}};
+      const Quantity& quantity = duty.duty->quantity;
+      if (duty.duty->isLeftOut(change))
+        Note(change, &quantity, {TextFact(quantity, "due")}, {TextFact(quantity, "left out")}, nullptr);
+    }
+  }
+
   static const Quantity* NextQuantity(std::span<const Fact> old, std::span<const Fact> now,
                                       std::span<const Fact> whole) {
     if (now.empty()) return old.front().quantity;
@@ -160,29 +175,14 @@ class Comparer {
       return;
     }
     Change change{before_, after_, connections_, &was, &is, {}, {}};
-    if (quantity.isList) {
-      LeaveDifferent(old, now, change);
+    if (quantity.isList) {  // what stands in one of the lists only, wherever it stands
+      change.lost = WithoutThose(old, now);
+      change.gained = WithoutThose(now, old);
+      totals_.equal += old.size() - change.lost.size();
     } else {
       PairByIndex(old, now, change);
     }
     if (!change.lost.empty() || !change.gained.empty()) Explain(std::move(change), &quantity);
-  }
-
-  // What stands in one of the lists only, wherever it stands. An entry that holds nothing says nothing.
-  void LeaveDifferent(std::span<const Fact> old, std::span<const Fact> now, Change& change) {
-    const auto holdsNothing = [](const Fact& fact) { return fact.standing == Standing::kNotSet; };
-    std::ranges::remove_copy_if(now, std::back_inserter(change.gained), holdsNothing);
-    for (const Fact& fact : old) {
-      if (holdsNothing(fact)) continue;
-      const auto found =
-          std::ranges::find_if(change.gained, [&](const Fact& other) { return SayTheSame(fact, other); });
-      if (found == change.gained.end()) {
-        change.lost.push_back(fact);
-      } else {
-        change.gained.erase(found);
-        ++totals_.equal;
-      }
-    }
   }
 
   void PairByIndex(std::span<const Fact> old, std::span<const Fact> now, Change& change) {
@@ -239,6 +239,7 @@ class Comparer {
   const Sheet& after_;
   Connections connections_;
   std::vector<const Intention*> intentions_;
+  std::vector<DutyOfKind> duties_;
   std::vector<const Subject*> was_;  // by the place of what it is now; null for what is new
   std::map<Place, std::vector<std::size_t>> fresh_;
   std::vector<const Subject*> lost_;
@@ -272,19 +273,29 @@ bool Change::All() {
   return true;
 }
 
-bool Change::Replaced(const Fact& one, const std::vector<Fact>& others) {
-  std::vector<Fact> left = gained;
-  for (const Fact& other : others) {
-    const auto found = std::ranges::find_if(left, [&](const Fact& fact) { return SayTheSame(fact, other); });
-    if (found == left.end()) return false;
-    left.erase(found);
+bool Change::Replace(const std::function<std::optional<std::vector<Fact>>(const Fact&)>& become) {
+  FactBag came(gained.begin(), gained.end());
+  std::vector<Fact> left;
+  for (const Fact& fact : lost) {
+    const std::optional<std::vector<Fact>> others = become(fact);
+    std::vector<FactBag::node_type> taken;
+    bool isReplaced = others.has_value();
+    for (std::size_t i = 0; isReplaced && i < others->size(); ++i) {
+      const auto found = came.find((*others)[i]);
+      isReplaced = found != came.end();
+      if (isReplaced) taken.push_back(came.extract(found));
+    }
+    if (isReplaced) {
+      explainedLost.push_back(fact);
+      for (const FactBag::node_type& each : taken) explainedGained.push_back(each.value());
+    } else {
+      for (FactBag::node_type& each : taken) came.insert(std::move(each));
+      left.push_back(fact);
+    }
   }
-  explainedGained = others;
-  gained = std::move(left);
-  const auto place = std::ranges::find_if(lost, [&](const Fact& fact) { return SayTheSame(fact, one); });
-  explainedLost = {*place};
-  lost.erase(place);
-  return true;
+  lost = std::move(left);
+  if (!explainedGained.empty()) gained = WithoutThose(gained, explainedGained);
+  return !explainedLost.empty();
 }
 
 SheetTotals Compare(const Sheet& before, const Sheet& after, std::span<const std::string> mayHaveRun,

@@ -1,8 +1,35 @@
 #include "sheet/Connections.h"
 
+#include <algorithm>
+
 #include "sheet/Explaining.h"
 
 namespace standalone::sheet {
+namespace {
+
+bool HoldsInteractions(const Feature& step) {
+  const Feature* feature = step.firstSon;
+  while (feature != nullptr && feature->TypeName() != "HVXInteractionContainerLT") {
+    const Feature* next = feature->firstSon;
+    while (next == nullptr && feature != &step) {
+      next = feature->nextSibling;
+      feature = feature->father;
+    }
+    feature = next;
+  }
+  return feature != nullptr;
+}
+
+std::int64_t PositionOf(const Subject& step) {
+  const Fact* const position = Sheet::Find(step, "position in the history");
+  return position == nullptr ? 0 : position->value.AsInteger();
+}
+
+}  // namespace
+
+bool IsOldContact(const Subject& subject) {
+  return subject.lateType == "HVXSurfaceToSurfaceContactLT";
+}
 
 bool IsPair(const Subject& subject) {
   return subject.kind->name == "contact pair" || subject.kind->name == "explicit contact pair";
@@ -15,10 +42,6 @@ bool IsContactProperty(const Subject& subject) {
 const Fact* Connections::SidesOf(const Sheet& sheet, const Subject& subject) {
   const Fact* const sides = sheet.Find(subject, IsPair(subject) ? "between" : "support");
   return sides == nullptr || sides->standing == Standing::kNotSet ? nullptr : sides;
-}
-
-bool Connections::AreSameSides(const Fact* left, const Fact* right) {
-  return left == nullptr || right == nullptr ? left == right : SayTheSame(*left, *right);
 }
 
 Connections::Sides Connections::KeyOf(const Fact* sides) {
@@ -34,11 +57,42 @@ void Connections::Look() {
     if (IsContactProperty(subject)) properties_.emplace(KeyOf(SidesOf(before_, subject)), &subject);
   }
   for (const Subject& subject : after_.Subjects()) {
-    if (IsPair(subject)) pairs_[KeyOf(SidesOf(after_, subject))].push_back(&subject);
+    if (IsPair(subject)) LookAtPair(subject);
+    if (subject.kind->chapter == Chapter::kStep && subject.analysisCase != nullptr) LookAtStep(subject);
     if (subject.kind->chapter != Chapter::kCase) continue;
     const Fact* const solver = after_.Find(subject, "solver");
     if (solver != nullptr && IsText(*solver, "Halvex")) cases_.push_back(&subject);
   }
+  for (auto& [analysisCase, steps] : steps_) {
+    for (const Subject** const step : {&steps.first, &steps.next}) {
+      if (*step != nullptr && !HoldsInteractions(*(*step)->feature)) *step = nullptr;
+    }
+  }
+}
+
+void Connections::LookAtStep(const Subject& step) {
+  Steps& steps = steps_[step.analysisCase->id];
+  const bool isFirst = PositionOf(step) == 1;
+  if (!isFirst && step.kind->name == "linear perturbation step") return;
+  const Subject*& place = isFirst ? steps.first : steps.next;
+  if (place == nullptr || PositionOf(step) < PositionOf(*place)) place = &step;
+}
+
+void Connections::LookAtPair(const Subject& pair) {
+  pairs_[KeyOf(SidesOf(after_, pair))].push_back(&pair);
+  const Subject* const was = before_.Find(pair.id);
+  if (was != nullptr && IsOldContact(*was) && pair.father != nullptr) withOldContact_.insert(pair.father->id);
+}
+
+bool Connections::IsWithOldContact(const Subject& pair) {
+  Look();
+  return pair.father != nullptr && withOldContact_.contains(pair.father->id);
+}
+
+Connections::Steps Connections::StepsFor(const Feature* analysisCase) {
+  Look();
+  const auto found = analysisCase == nullptr ? steps_.end() : steps_.find(analysisCase->id);
+  return found == steps_.end() ? Steps() : found->second;
 }
 
 const Subject* Connections::PropertyBetween(const Fact* sides) {
@@ -52,9 +106,16 @@ const std::vector<const Subject*>& Connections::PairsBetween(const Fact* sides) 
   return pairs_[KeyOf(sides)];
 }
 
-const std::vector<const Subject*>& Connections::Cases() {
-  Look();
-  return cases_;
+bool Connections::HasPairInEveryCase(const Fact* sides) {
+  const auto [place, isNew] = inEveryCase_.try_emplace(KeyOf(sides));
+  if (!isNew) return place->second;
+  std::unordered_set<FeatureId> withPair;
+  for (const Subject* const pair : PairsBetween(sides)) {
+    if (pair->analysisCase != nullptr) withPair.insert(pair->analysisCase->id);
+  }
+  place->second = std::ranges::all_of(
+      cases_, [&](const Subject* each) { return withPair.contains(each->analysisCase->id); });
+  return place->second;
 }
 
 }  // namespace standalone::sheet

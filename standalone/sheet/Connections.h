@@ -2,6 +2,8 @@
 
 #include <map>
 #include <optional>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -10,26 +12,38 @@
 namespace standalone::sheet {
 
 /// What two sheets say is connected, by the two sides: the properties of connections in the old one, and the
-/// contact pairs in the new one that upgrades put in their place.
+/// contact pairs in the new one that upgrades put in their place; and the steps that pairs can stand in.
 class Connections {
  public:
   Connections(const Sheet& before, const Sheet& after) : before_(before), after_(after) {}
 
   /// What a property or a pair connects; null for nothing.
   [[nodiscard]] static const Fact* SidesOf(const Sheet& sheet, const Subject& subject);
-  [[nodiscard]] static bool AreSameSides(const Fact* left, const Fact* right);
+  using Sides = std::pair<FeatureId, FeatureId>;
+  /// The sides by id, with what they are meant in; both 0 for nothing.
+  [[nodiscard]] static Sides KeyOf(const Fact* sides);
 
   /// The first property between those sides, as it was; null without one.
   [[nodiscard]] const Subject* PropertyBetween(const Fact* sides);
   /// The pairs between those sides, as they are.
   [[nodiscard]] const std::vector<const Subject*>& PairsBetween(const Fact* sides);
-  /// The cases of this product, as they are.
-  [[nodiscard]] const std::vector<const Subject*>& Cases();
+  /// Whether one of those stands in every case of this product, as they are.
+  [[nodiscard]] bool HasPairInEveryCase(const Fact* sides);
+
+  /// Whether the pair, or one beside it as they stand now, was a contact of the old kind.
+  [[nodiscard]] bool IsWithOldContact(const Subject& pair);
+
+  /// Steps of a case, as they are; null where there is none, or where it holds no interactions.
+  struct Steps {
+    const Subject* first = nullptr;
+    /// The first one behind it in which a contact can begin, which no perturbation step is.
+    const Subject* next = nullptr;
+  };
+  [[nodiscard]] Steps StepsFor(const Feature* analysisCase);
 
  private:
-  using Sides = std::pair<FeatureId, FeatureId>;
-
-  static Sides KeyOf(const Fact* sides);
+  void LookAtPair(const Subject& pair);
+  void LookAtStep(const Subject& step);
   void Look();
 
   const Sheet& before_;
@@ -37,9 +51,13 @@ class Connections {
   bool hasLooked_ = false;
   std::map<Sides, const Subject*> properties_;
   std::map<Sides, std::vector<const Subject*>> pairs_;
+  std::map<Sides, bool> inEveryCase_;  // of those that were asked for
   std::vector<const Subject*> cases_;
+  std::unordered_set<FeatureId> withOldContact_;
+  std::unordered_map<FeatureId, Steps> steps_;
 };
 
+[[nodiscard]] bool IsOldContact(const Subject& subject);
 [[nodiscard]] bool IsPair(const Subject& subject);
 [[nodiscard]] bool IsContactProperty(const Subject& subject);
 

@@ -52,10 +52,11 @@ constexpr Item kRigidBodyItems[] = {
     kReference,
     Flag("centre of mass is the reference", Attribute("CenterOfMass")),
     Flag("isothermal", Component("Isothermal")),
+    kMesh,
     kMeshSupports,
 };
-constexpr Item kCouplingItems[] = {kSupportItem, kReference,    kCoupledDof,
-                                   kExclusions,  kMeshSupports, kMeshExclusions};
+constexpr Item kCouplingItems[] = {kSupportItem, kReference,    kCoupledDof,    kExclusions,
+                                   kMesh,        kMeshSupports, kMeshExclusions};
 constexpr Item kSpringItems[] = {kSupportItem, kDesigns,
                                  Real("stiffness", Dimension::kStiffness, Attribute("Stiffness")), kMesh};
 constexpr Item kDamperItems[] = {

@@ -64,8 +64,11 @@ bool Pyramid(Change& change) {
 }
 
 // The second assignment has the settings of the first, but for its shape; one behind that is as it was made.
+// Lists of two stay as they are.
 bool CopiedSetting(Change& change) {
-  const std::uint32_t added = CountBefore(change) + 1;
+  const std::uint32_t before = CountBefore(change);
+  const std::uint32_t added = before + 1;
+  if (before == 2) return false;
   const Fact* const first = change.after.Find(
       *change.is, change.gained.empty() ? std::string_view() : change.gained.front().quantity->name);
   if (first == nullptr) return false;

@@ -85,7 +85,13 @@ constexpr Item kLocalItems[] = {
     kRotationScale, kOutOfPlaneScale,
 };
 
+// Entries that it does not list are nowhere asked for; of several for one type, the first counts.
+constexpr Item kEntryItems[] = {
+    {.quantity = {"entry", "entry"}, .current = Attribute("Entries"), .read = ReadLinks},
+};
+
 constexpr Description kDescriptions[] = {
+    {"HVXGlobalElemAsgnLT", {"list of global element assignments", Chapter::kElements}, kEntryItems},
     {"HVXGlobalElemAsgnEntryLT", {"global element assignment", Chapter::kElements}, kGlobalItems},
     {"HVXLocalElemAsgnLT", {"local element assignment", Chapter::kElements}, kLocalItems},
 };

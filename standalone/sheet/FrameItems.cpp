@@ -19,23 +19,20 @@ void ReadPhysicalType(Reader& reader, Feature& feature, const Item& item) {
   }
 }
 
-// Steps follow each other as they stand in the history.
 void ReadPosition(Reader& reader, Feature& feature, const Item& item) {
-  std::int64_t position = 1;
-  for (const Feature* before = feature.previousSibling; before != nullptr; before = before->previousSibling) {
-    if (before->type->MetaClass().IsAKindOf(kind::kStep)) ++position;
-  }
-  reader.Set(item, Value::Integer(position));
+  reader.Set(item, Value::Integer(reader.PositionOf(feature)));
 }
 
-// A current step keeps each quantity in a component that points to the parameter which drives it; one without
-// parameters, in the component. The old attributes stay beside them, and count where there is no parameter.
+// A current step keeps each quantity in a component that points to the parameter which drives it: nothing
+// stands in for one that holds no value. The old attributes stay beside it, and count where there is no
+// parameter; where neither is there, the component does.
 void ReadStepQuantity(Reader& reader, Feature& feature, const Item& item) {
   Feature* const component = Reader::ComponentOf(feature, item.current.key);
-  Fact fact;
-  if (component != nullptr && reader.LinkedBy(*component, "Parameter") != nullptr)
-    fact = reader.FactAt(*component, item, Parameter("Parameter"), {});
-  if (fact.standing == Standing::kNotSet) fact = reader.FactAt(feature, item, item.old, {});
+  if (component != nullptr && reader.LinkedBy(*component, "Parameter") != nullptr) {
+    reader.Enter(item, reader.FactAt(*component, item, Parameter("Parameter"), {}));
+    return;
+  }
+  Fact fact = reader.FactAt(feature, item, item.old, {});
   if (fact.standing == Standing::kNotSet) fact = reader.FactAt(feature, item, item.current, {});
   reader.Enter(item, fact);
 }

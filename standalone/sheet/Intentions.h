@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -28,9 +30,9 @@ struct Change {
 
   /// Explains everything. Gives true.
   bool All();
-  /// Explains one lost fact, in whose place the others came; false, and nothing is explained, where one of
-  /// them was not gained.
-  bool Replaced(const Fact& one, const std::vector<Fact>& others);
+  /// Explains each lost fact in whose place those came that `become` gives for it; it gives nullopt for one
+  /// that is not concerned. False when nothing is explained.
+  bool Replace(const std::function<std::optional<std::vector<Fact>>(const Fact&)>& become);
   /// The only lost and the only gained fact; null where there is none, or more than one.
   [[nodiscard]] const Fact* OnlyLost() const { return lost.size() == 1 ? lost.data() : nullptr; }
   [[nodiscard]] const Fact* OnlyGained() const { return gained.size() == 1 ? gained.data() : nullptr; }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 
 #include "sheet/Explaining.h"
 
@@ -12,6 +13,7 @@ constexpr std::string_view kPairs = "contact pair, explicit contact pair";
 constexpr std::string_view kProperty = "contact property";
 constexpr std::string_view kRemoval = "UpgDocumentForCCPRemoval";
 constexpr std::string_view kConversion = "UpgradeToContactConnectionEnhancementLT";
+constexpr std::string_view kModeReset = "UpgradeReAutomaticOverclosureTolerancesInContactPair";
 
 // The old property of faces between whose sides the pair is made; null without one.
 const Subject* PropertyBetween(const Change& change, const Subject& pair) {
@@ -27,8 +29,12 @@ bool IsClearancePrescribed(const Change& change, const Subject& property) {
 bool HoldsClearance(const Change& change, const Subject& property, const Subject& pair) {
   const Fact* const clearance = change.before.Find(property, "clearance");
   const Fact* const value = change.after.Find(pair, "fit value");
-  const Fact* const type = change.after.Find(pair, "fit type");
-  if (clearance == nullptr || value == nullptr || type == nullptr || !IsNumber(*type, 1)) return false;
+  const auto isOne = [&](std::string_view quantity) {
+    const Fact* const code = change.after.Find(pair, quantity);
+    return code != nullptr && IsNumber(*code, 1);
+  };
+  if (clearance == nullptr || value == nullptr || !isOne("fit type") || !isOne("fit definition"))
+    return false;
   if (clearance->standing == Standing::kUnreadable || clearance->dimension != value->dimension) return false;
   return IsNumber(*value, static_cast<double>(static_cast<float>(clearance->value.AsReal())));
 }
@@ -41,35 +47,95 @@ bool HoldsFit(const Change& change, const Subject& property, const Subject& pair
   });
 }
 
+bool HasNoFit(const Change& change, const Subject& pair) {
+  return std::ranges::all_of(std::array{"fit type", "fit definition", "fit value"}, [&](const char* name) {
+    const Fact* const now = change.after.Find(pair, name);
+    return now != nullptr && IsNumber(*now, 0);
+  });
+}
+
 bool SaysNothing(const Fact& fact) {
   return fact.standing == Standing::kNotSet || IsNumber(fact, 0) || IsFlag(fact, false) ||
          IsText(fact, "none") || IsText(fact, "finite") || IsText(fact, "node to surface");
 }
 
-// Beside its sides and its fit, a new pair has the settings that the factory gives.
+// Whether the mode of tolerances was reset when there were new pairs already: upgrades stand in the order in
+// which they ran.
+bool IsModeReset(const Change& change) {
+  const auto& before = change.before.Upgrades();
+  const auto& after = change.after.Upgrades();
+  const auto reset = std::ranges::find(after, kModeReset);
+  return reset != after.end() && std::ranges::find(before, kModeReset) == before.end() &&
+         std::ranges::find(after.begin(), reset, kRemoval) != reset;
+}
+
+// Beside its sides and its fit, a new pair has the settings that the factory gives, and acts in later steps.
 bool HasSettingsOfNewPair(const Change& change, const Subject& pair) {
+  const bool isModeReset = pair.kind->name == "contact pair" && IsModeReset(change);
   return std::ranges::all_of(change.after.FactsOf(pair), [&](const Fact& fact) {
     const std::string_view name = fact.quantity->name;
-    if (name == "between" || name.starts_with("fit ") || name == "also acts in") return true;
+    if (name == "between") return fact.index == 1;
+    if (name.starts_with("fit ")) return true;
+    if (name == "also acts in") return IsText(fact, "later steps");
+    if (name == "contact controls") return IsFlag(fact, true);
     if (name == "search tolerance") return IsNumber(fact, 0.1);
     if (name == "overclosure tolerance") return IsNumber(fact, -0.001);
-    if (name == "overclosure tolerance mode") return IsNumber(fact, 0) || IsNumber(fact, 2);
+    if (name == "overclosure tolerance mode") return IsNumber(fact, isModeReset ? 2 : 0);
     return SaysNothing(fact);
   });
 }
 
-// Explicit pairs have no fit to take over.
+// Explicit pairs have no fit to take over, and others take over that of a standard property only.
 bool TakesFitOver(const Change& change, const Subject& property, const Subject& pair) {
   const Fact* const kind = change.before.Find(property, "contact kind");
-  if (pair.kind->name != "contact pair" || kind == nullptr || !IsText(*kind, "standard")) return true;
-  return HoldsFit(change, property, pair);
+  if (pair.kind->name != "contact pair" || kind == nullptr) return true;
+  return IsText(*kind, "standard") ? HoldsFit(change, property, pair) : HasNoFit(change, pair);
+}
+
+bool HasInteractionsInSteps(const Change& change, const Feature* analysisCase) {
+  const Subject* const subject = analysisCase == nullptr ? nullptr : change.after.Find(analysisCase->id);
+  const Fact* const kind = subject == nullptr ? nullptr : change.after.Find(*subject, "case kind");
+  return kind != nullptr && IsNumber(*kind, 1);
+}
+
+// New pairs stand in the interactions of their case; in a case of kind 1, one whose property prescribes a
+// clearance stands in those of the first step that a contact can begin in.
+bool StandsWhereMade(const Change& change, const Subject& pair, bool withClearance) {
+  const Subject* const step = withClearance && HasInteractionsInSteps(change, pair.analysisCase)
+                                  ? change.connections.StepsFor(pair.analysisCase).next
+                                  : nullptr;
+  return step == nullptr ? pair.step == nullptr : AreSame(pair.step, step->feature);
+}
+
+// The other object of the first support. Pairs on one connection that differ in it are told apart.
+const Feature* SecondObjectOf(const Subject& pair) {
+  const Value* const supports = Held(*pair.feature, "Supports");
+  if (supports == nullptr || supports->Kind() != ValueKind::kList || supports->Entries().empty())
+    return nullptr;
+  const Value& first = supports->Entries().front();
+  const Feature* const connector = first.Kind() == ValueKind::kLink ? first.Target() : nullptr;
+  return connector == nullptr ? nullptr : HeldFeature(*connector, "SecondObject");
+}
+
+// A case that has a pair between those sides needs no other one, unless it came there by propagation.
+bool IsOnlyOne(const Change& change, const Subject& pair) {
+  const Feature* const second = SecondObjectOf(pair);
+  if (second == nullptr) return true;
+  const auto& all = change.connections.PairsBetween(Connections::SidesOf(change.after, pair));
+  return std::ranges::none_of(all, [&](const Subject* other) {
+    if (other == &pair || !AreSame(other->analysisCase, pair.analysisCase)) return false;
+    const Value* const state = Held(*other->feature, "PropagationState");
+    const bool isCreated = state == nullptr || *state == Value::Integer(0);
+    return isCreated && AreSame(SecondObjectOf(*other), second);
+  });
 }
 
 bool IsNewPairOf(const Change& change, bool withClearance) {
   if (change.is == nullptr) return false;
   const Subject* const property = PropertyBetween(change, *change.is);
   return property != nullptr && IsClearancePrescribed(change, *property) == withClearance &&
-         TakesFitOver(change, *property, *change.is) && HasSettingsOfNewPair(change, *change.is);
+         TakesFitOver(change, *property, *change.is) && HasSettingsOfNewPair(change, *change.is) &&
+         StandsWhereMade(change, *change.is, withClearance) && IsOnlyOne(change, *change.is);
 }
 bool NewPair(Change& change) {
   return IsNewPairOf(change, false) && change.All();
@@ -84,56 +150,58 @@ bool ReplacedByPairs(Change& change) {
   const Subject& property = *change.was;
   const Fact* const sides = Connections::SidesOf(change.before, property);
   if (sides == nullptr) return change.All();  // what is prescribed to nothing is no loss
-  const auto& pairs = change.connections.PairsBetween(sides);
-  const auto hasPair = [&](const Subject* analysisCase) {
-    return std::ranges::any_of(
-        pairs, [&](const Subject* pair) { return AreSame(pair->analysisCase, analysisCase->feature); });
-  };
   const auto holds = [&](const Subject* pair) {
     return IsClearancePrescribed(change, property) ? HoldsClearance(change, property, *pair)
                                                    : TakesFitOver(change, property, *pair);
   };
-  return std::ranges::all_of(change.connections.Cases(), hasPair) && std::ranges::any_of(pairs, holds) &&
-         change.All();
+  return change.connections.HasPairInEveryCase(sides) &&
+         std::ranges::any_of(change.connections.PairsBetween(sides), holds) && change.All();
 }
 
-// A request for a property of a connection looks at the pair that came for it.
+// A request for a property of a connection looks at the pair of its case that came for it.
 bool PropertyToPair(Change& change) {
-  for (const Fact& old : change.lost) {
+  std::map<Connections::Sides, std::vector<const Fact*>> pairs;
+  for (const Fact& now : change.gained) {
+    const Feature* const target = TargetOf(now);
+    const Subject* const pair = target == nullptr ? nullptr : change.after.Find(target->id);
+    if (pair == nullptr || !IsPair(*pair) || !AreSame(pair->analysisCase, change.is->analysisCase)) continue;
+    pairs[Connections::KeyOf(Connections::SidesOf(change.after, *pair))].push_back(&now);
+  }
+  if (pairs.empty()) return false;
+  return change.Replace([&](const Fact& old) -> std::optional<std::vector<Fact>> {
     const Feature* const target = TargetOf(old);
     const Subject* const property = target == nullptr ? nullptr : change.before.Find(target->id);
-    if (property == nullptr || !IsContactProperty(*property)) continue;
-    const Fact* const sides = Connections::SidesOf(change.before, *property);
-    for (const Fact& now : change.gained) {
-      const Feature* const other = TargetOf(now);
-      const Subject* const pair = other == nullptr ? nullptr : change.after.Find(other->id);
-      if (pair == nullptr || !IsPair(*pair)) continue;
-      if (!Connections::AreSameSides(Connections::SidesOf(change.after, *pair), sides)) continue;
-      if (!AreSame(pair->analysisCase, change.is->analysisCase)) continue;
-      return change.Replaced(Fact(old), {Fact(now)});
-    }
-  }
-  return false;
+    if (property == nullptr || !IsContactProperty(*property)) return std::nullopt;
+    const auto found = pairs.find(Connections::KeyOf(Connections::SidesOf(change.before, *property)));
+    if (found == pairs.end() || found->second.empty()) return std::nullopt;
+    const Fact now = *found->second.back();
+    found->second.pop_back();
+    return {{now}};
+  });
 }
 
 // The conversion puts a contact into its case's interactions; one with a prescribed clearance, in a case of
 // kind 1, into those of the first step.
 bool ToInteractionsOfCase(Change& change) {
-  if (change.was->lateType != "HVXSurfaceToSurfaceContactLT") return false;
-  if (!AreSame(change.was->analysisCase, change.is->analysisCase)) return false;
-  if (change.is->step == nullptr) return change.All();
-  const Subject* const analysisCase = change.after.Find(change.is->analysisCase->id);
-  const Subject* const step = change.after.Find(change.is->step->id);
-  if (analysisCase == nullptr || step == nullptr) return false;
-  const Fact* const caseKind = change.after.Find(*analysisCase, "case kind");
-  const Fact* const position = change.after.Find(*step, "position in the history");
-  return caseKind != nullptr && IsNumber(*caseKind, 1) && position != nullptr && IsNumber(*position, 1) &&
-         change.All();
+  if (!IsOldContact(*change.was)) return false;
+  const Feature* const analysisCase = change.is->analysisCase;
+  if (!AreSame(change.was->analysisCase, analysisCase)) return false;
+  const Fact* const fit = change.before.Find(*change.was, "fit type");
+  const bool hasClearance = fit != nullptr && IsNumber(*fit, 1);
+  const Subject* const step = hasClearance && HasInteractionsInSteps(change, analysisCase)
+                                  ? change.connections.StepsFor(analysisCase).first
+                                  : nullptr;
+  if (step != nullptr && AreSame(change.is->step, step->feature)) return change.All();
+  // Steps other than the initial one may have got their interactions only later.
+  const bool isLate = step == nullptr || step->kind->name != "initial step";
+  return isLate && change.is->step == nullptr && change.All();
 }
 
+// The pairs beside a converted one are propagated with it.
 bool ToLaterSteps(Change& change) {
   const Fact* const gained = change.OnlyGained();
-  return gained != nullptr && IsText(*gained, "later steps") && change.All();
+  return change.connections.IsWithOldContact(*change.is) && gained != nullptr &&
+         IsText(*gained, "later steps") && change.All();
 }
 
 // The fit of the pair is what a property between the same sides prescribes.
@@ -143,14 +211,20 @@ bool FitFromClearance(Change& change) {
          HoldsClearance(change, *property, *change.is) && change.All();
 }
 
-// Only pairs that had no contact control.
+bool HadNoControls(const Change& change) {
+  const Fact* const controls = change.before.Find(*change.was, "contact controls");
+  return controls != nullptr && IsFlag(*controls, false);
+}
 bool SearchTolerance(Change& change) {
   const Fact* const gained = change.OnlyGained();
-  return gained != nullptr && IsNumber(*gained, 0.1) && change.All();
+  return HadNoControls(change) && gained != nullptr && IsNumber(*gained, 0.1) && change.All();
 }
 bool OverclosureTolerance(Change& change) {
   const Fact* const gained = change.OnlyGained();
-  return gained != nullptr && IsNumber(*gained, -0.001) && change.All();
+  return HadNoControls(change) && gained != nullptr && IsNumber(*gained, -0.001) && change.All();
+}
+bool NotAutomatic(Change& change) {
+  return HadNoControls(change) && BecomesFlag<false>(change);
 }
 
 // One row of four: the coefficient, and nothing that it depends on.
@@ -210,12 +284,14 @@ constexpr Intention kIntentions[] = {
     {kMapping, "contact pair", "fit type", Meaning::kOnPurpose, kMapped, FitFromClearance},
     {kMapping, "contact pair", "fit definition", Meaning::kOnPurpose, kMapped, FitFromClearance},
     {kMapping, "contact pair", "fit value", Meaning::kOnPurpose, kMapped, FitFromClearance},
+    {kControl, kPairs, "contact controls", Meaning::kSame, "contacts have controls, by default values",
+     BecomesFlag<true>},
     {kControl, "contact pair", "search tolerance", Meaning::kOnPurpose, kTolerances, SearchTolerance},
     {kControl, "contact pair", "overclosure tolerance", Meaning::kOnPurpose, kTolerances,
      OverclosureTolerance},
-    {kControl, "contact pair", "automatic tolerances", Meaning::kOnPurpose, kTolerances, BecomesFlag<false>},
-    {"UpgradeReAutomaticOverclosureTolerancesInContactPair", "contact pair", "overclosure tolerance mode",
-     Meaning::kOnPurpose, "the overclosure tolerance mode is reset to 2", BecomesNumber<2>},
+    {kControl, "contact pair", "automatic tolerances", Meaning::kOnPurpose, kTolerances, NotAutomatic},
+    {kModeReset, "contact pair", "overclosure tolerance mode", Meaning::kOnPurpose,
+     "the overclosure tolerance mode is reset to 2", BecomesNumber<2>},
     {"FrictionValueUpgrade", "interaction property", "friction", Meaning::kSame,
      "the friction value becomes a table that holds it", FrictionTable},
     {"FrictionValueUpgrade", "interaction property", "friction", Meaning::kOnPurpose,

@@ -40,12 +40,14 @@ void EnterSidesOf(Reader& reader, const Item& item, Feature& property, std::uint
 }
 
 // What is connected: the supports, or what the property of the connection rests on where that is a support.
-// An old contact, and a tie that lost its support, knows its property by a link.
+// An old contact, and an old tie without supports, knows its property by a link.
 void ReadSides(Reader& reader, Feature& feature, const Item& item) {
   std::uint32_t index = 0;
-  const bool goesByLink = IsOldContact(feature) || reader.ListIn(feature, "Supports").empty();
-  const bool isPair = feature.TypeName().starts_with("HVXContactConnectionEnhancement");
-  Feature* const linked = goesByLink && !isPair ? reader.LinkedBy(feature, "connectionProperty") : nullptr;
+  const bool mayBeOldTie =
+      feature.TypeName() == "HVXTiedContactLT" && !reader.HasBeenThrough("UpgCCPToGACOrConstraintAsSupp");
+  const bool goesByLink =
+      IsOldContact(feature) || (mayBeOldTie && reader.ListIn(feature, "Supports").empty());
+  Feature* const linked = goesByLink ? reader.LinkedBy(feature, "connectionProperty") : nullptr;
   if (IsPropertyOfFaces(linked)) {
     EnterSidesOf(reader, item, *linked, index);
     return;
@@ -149,6 +151,24 @@ constexpr Item Setting(Item item, Source old, Codes oldCodes = {}) {
   return item;
 }
 
+// Whether the pair has controls of its own, which hold some of its tolerances.
+void ReadHasControls(Reader& reader, Feature& feature, const Item& item) {
+  const Value* const link = reader.AttributeOf(feature, "ContactControl");
+  Fact fact{.standing = Standing::kDefault, .value = Value::Boolean(false)};
+  if (link != nullptr && link->Kind() != ValueKind::kLink) {
+    fact = {.standing = Standing::kUnreadable, .value = *link};
+  } else if (link != nullptr && link->Target() != nullptr) {
+    fact = {.standing = Standing::kSet, .value = Value::Boolean(true)};
+  }
+  reader.Enter(item, fact);
+}
+constexpr Item HasControls() {
+  Item item = Custom({"contact controls"}, ReadHasControls);
+  item.as = As::kFlag;
+  item.fallback = Number(0);
+  return item;
+}
+
 constexpr Item kSides = Custom({"between", {}, true}, ReadSides);
 constexpr Item kPropagatedTo = Custom({"also acts in"}, ReadPropagation);
 
@@ -180,6 +200,7 @@ constexpr Item kContactItems[] = {
     FitCode("fit definition", "Definition"),
     FitValue(),
     Flag("surface smoothing", Component("ContactSettings/SurfaceSmoothing")),
+    HasControls(),
     Real("search tolerance", Dimension::kLength, Attribute("SearchTolerance"), {}, Number(0)),
     Real("overclosure tolerance", Dimension::kLength, Attribute("OverclosureTolerance"), {}, Number(0)),
     Flag("automatic tolerances", Attribute("AutomaticTolerances")),

@@ -148,6 +148,21 @@ NameId Reader::NumberOf(std::string_view key) const {
   return known.number;
 }
 
+// Most steps are asked for one after the other.
+std::int64_t Reader::PositionOf(const Feature& step) {
+  std::int64_t position = 1;
+  for (const Feature* before = step.previousSibling; before != nullptr; before = before->previousSibling) {
+    if (before == lastStep_) {
+      position += lastPosition_;
+      break;
+    }
+    if (before->type->MetaClass().IsAKindOf(kind::kStep)) ++position;
+  }
+  lastStep_ = &step;
+  lastPosition_ = position;
+  return position;
+}
+
 const Value* Reader::AttributeOf(Feature& feature, std::string_view key) const {
   const standalone::Attribute* const attribute = document_.FindAttribute(feature, NumberOf(key));
   return attribute == nullptr ? nullptr : &attribute->value;

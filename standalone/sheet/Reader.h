@@ -33,6 +33,8 @@ class Reader {
                             const Codes& codes) const;
 
   [[nodiscard]] Document& Of() const { return document_; }
+  /// Which of its father's steps the step is, from 1.
+  [[nodiscard]] std::int64_t PositionOf(const Feature& step);
   [[nodiscard]] bool IsRegistered(const Feature& feature) const { return registered_.Contains(feature.id); }
   /// Whether the document has been through the upgrade.
   [[nodiscard]] bool HasBeenThrough(std::string_view identifier) const {
@@ -63,6 +65,8 @@ class Reader {
   Sheet& sheet_;
   mutable std::array<KnownKey, 512> known_;
   IdSet registered_;
+  const Feature* lastStep_ = nullptr;  // of which the position was asked for
+  std::int64_t lastPosition_ = 0;
 };
 
 /// The value, read as the item says; nothing for one of another kind, or out of range.

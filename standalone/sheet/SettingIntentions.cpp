@@ -1,6 +1,8 @@
 // Sections, meshes, jobs, solutions and output requests.
 
+#include <algorithm>
 #include <numbers>
+#include <optional>
 #include <string>
 
 #include "session/Messages.h"
@@ -32,18 +34,28 @@ bool OtherUnit(Change& change) {
          change.All();
 }
 
+using Runs = std::vector<std::pair<std::int64_t, std::int64_t>>;
+
+bool IsOf32Bits(const Value& value) {
+  return value.Kind() == ValueKind::kInteger &&
+         value.AsInteger() == static_cast<std::int32_t>(value.AsInteger());
+}
+
 // The numbers of runs, joined where they can be: 0 for what is numbered or may be, -1 for what has no number.
-std::vector<std::pair<std::int64_t, std::int64_t>> Joined(const Fact& fact, bool isReset) {
-  std::vector<std::pair<std::int64_t, std::int64_t>> joined;
-  if (fact.standing != Standing::kSet || fact.value.Kind() != ValueKind::kList) return joined;
+// Nothing for runs that cannot be read, which no upgrade changes.
+std::optional<Runs> Joined(const Fact& fact, bool isReset) {
+  if (fact.standing != Standing::kSet || fact.value.Kind() != ValueKind::kList) return std::nullopt;
   const auto runs = fact.value.Entries();
-  for (std::size_t i = 0; i + 1 < runs.size(); i += 2) {
-    if (runs[i].Kind() != ValueKind::kInteger || runs[i + 1].Kind() != ValueKind::kInteger) return {};
+  if (runs.size() % 2 != 0 || !std::ranges::all_of(runs, IsOf32Bits)) return std::nullopt;
+  Runs joined;
+  for (std::size_t i = 0; i < runs.size(); i += 2) {
     const std::int64_t first = isReset && runs[i].AsInteger() > 0 ? 0 : runs[i].AsInteger();
+    const std::int64_t count = runs[i + 1].AsInteger();
+    if (count < 0) return std::nullopt;
     if (!joined.empty() && joined.back().first == first && first <= 0) {
-      joined.back().second += runs[i + 1].AsInteger();
+      joined.back().second += count;
     } else {
-      joined.emplace_back(first, runs[i + 1].AsInteger());
+      joined.emplace_back(first, count);
     }
   }
   return joined;
@@ -52,8 +64,9 @@ std::vector<std::pair<std::int64_t, std::int64_t>> Joined(const Fact& fact, bool
 bool NumbersReset(Change& change) {
   const Fact* const lost = change.OnlyLost();
   const Fact* const gained = change.OnlyGained();
-  return lost != nullptr && gained != nullptr && Joined(*lost, true) == Joined(*gained, false) &&
-         change.All();
+  if (lost == nullptr || gained == nullptr) return false;
+  const std::optional<Runs> was = Joined(*lost, true);
+  return was.has_value() && was == Joined(*gained, false) && change.All();
 }
 
 const Fact* Now(const Change& change, std::string_view quantity) {
@@ -114,7 +127,9 @@ bool NoInputFile(Change& change) {
 
 bool StaticLinear(Change& change) {
   const Fact* const gained = change.OnlyGained();
-  return gained != nullptr && IsText(*gained, "MECHANICAL_STATIC_LINEAR") && change.All();
+  const Feature* son = change.is->feature->firstSon;
+  while (son != nullptr && son->TypeName() != "HVXHacSolutionLT") son = son->nextSibling;
+  return son != nullptr && gained != nullptr && IsText(*gained, "MECHANICAL_STATIC_LINEAR") && change.All();
 }
 bool ThermalSolution(Change& change) {
   const Fact* const type = Now(change, "result type");
@@ -162,16 +177,29 @@ std::string WithoutTemperature(std::string list) {
   return list;
 }
 
+// Preselected variables of cases that are not thermal.
+bool MayLackTemperature(const Change& change) {
+  const Fact* const selection = Now(change, "variable selection");
+  const Feature* const place = change.is->analysisCase;
+  const Subject* const analysisCase = place == nullptr ? nullptr : change.after.Find(place->id);
+  if (selection == nullptr || analysisCase == nullptr || !IsText(*selection, "preselected")) return false;
+  const Fact* const type = change.after.Find(*analysisCase, "analysis type");
+  return type != nullptr && !IsText(*type, "thermal");
+}
+
 bool DefaultVariables(Change& change) {
   const std::string* const all = Messages::Find("HVXAnalysisStep", "PreSelDefault.Title");
   const Fact* const gained = change.OnlyGained();
   if (!IsReplacedRequest(change) || all == nullptr || gained == nullptr) return false;
-  return (IsText(*gained, *all) || IsText(*gained, WithoutTemperature(*all))) && change.All();
+  return (IsText(*gained, *all) ||
+          (MayLackTemperature(change) && IsText(*gained, WithoutTemperature(*all)))) &&
+         change.All();
 }
 bool NoTemperature(Change& change) {
   const Fact* const lost = change.OnlyLost();
   const Fact* const gained = change.OnlyGained();
-  return lost != nullptr && gained != nullptr && lost->standing == Standing::kSet &&
+  return MayLackTemperature(change) && lost != nullptr && gained != nullptr &&
+         lost->standing == Standing::kSet &&
          IsText(*gained, WithoutTemperature(std::string(lost->value.AsString()))) && change.All();
 }
 

@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <unordered_map>
 
 #include "check/PerLateType.h"
 #include "model/LargePages.h"
+#include "sheet/FactOrder.h"
 #include "sheet/Listed.h"
 #include "sheet/Reader.h"
 
@@ -24,51 +26,56 @@ const Description* DescriptionOf(std::string_view lateType) {
   return nullptr;
 }
 
-// Where features stand, for a walk in which most have the same father as the one before.
+// Where features stand, for a walk in which most have the same father as the one before. Nothing bounds how
+// deep they stand beneath each other: what stands deep is remembered.
 class Places {
  public:
   void Place(Subject& subject) {
     if (subject.father != father_ || father_ == nullptr) {
       father_ = subject.father;
-      analysisCase_ = nullptr;
-      step_ = nullptr;
-      for (const Feature* above = father_; above != nullptr; above = above->father) {
-        if (step_ == nullptr && IsStep(*above)) step_ = above;
-        if (analysisCase_ == nullptr && IsCase(*above)) analysisCase_ = above;
-      }
+      place_ = Above(father_);
     }
-    subject.analysisCase = IsCase(*subject.feature) ? subject.feature : analysisCase_;
-    subject.step = IsStep(*subject.feature) ? subject.feature : step_;
+    subject.analysisCase = IsCase(*subject.feature) ? subject.feature : place_.analysisCase;
+    subject.step = IsStep(*subject.feature) ? subject.feature : place_.step;
   }
 
  private:
+  struct CaseAndStep {
+    const Feature* analysisCase = nullptr;
+    const Feature* step = nullptr;
+  };
+
   static bool IsCase(const Feature& feature) { return feature.TypeName() == "AnalysisCase"; }
   static bool IsStep(const Feature& feature) { return feature.type->MetaClass().IsAKindOf(kind::kStep); }
 
-  const Feature* father_ = nullptr;
-  const Feature* analysisCase_ = nullptr;
-  const Feature* step_ = nullptr;
-};
-
-bool IsSameFeature(const Feature* left, const Feature* right) {
-  if (left == nullptr || right == nullptr) return left == right;
-  return left->id == right->id;
-}
-
-// Links of two documents are compared by id; whole numbers and reals by what they are worth.
-bool AreEqual(const Value& left, const Value& right) {
-  if (left.Kind() != right.Kind()) return false;
-  switch (left.Kind()) {
-    case ValueKind::kLink:
-      return IsSameFeature(left.Target(), right.Target());
-    case ValueKind::kReal:
-      return left.AsReal() == right.AsReal() || left == right;
-    case ValueKind::kList:
-      return std::ranges::equal(left.Entries(), right.Entries(), AreEqual);
-    default:
-      return left == right;
+  // The nearest ones, `feature` included.
+  CaseAndStep Above(const Feature* feature) {
+    constexpr std::size_t kUsualDepth = 16;
+    std::vector<const Feature*> path;
+    CaseAndStep place;
+    for (; feature != nullptr; feature = feature->father) {
+      if (path.size() >= kUsualDepth || !deep_.empty()) {
+        const auto known = deep_.find(feature);
+        if (known != deep_.end()) {
+          place = known->second;
+          break;
+        }
+      }
+      path.push_back(feature);
+    }
+    const bool isDeep = path.size() > kUsualDepth;
+    for (; !path.empty(); path.pop_back()) {
+      if (IsCase(*path.back())) place.analysisCase = path.back();
+      if (IsStep(*path.back())) place.step = path.back();
+      if (isDeep) deep_.emplace(path.back(), place);
+    }
+    return place;
   }
-}
+
+  const Feature* father_ = nullptr;
+  CaseAndStep place_;
+  std::unordered_map<const Feature*, CaseAndStep> deep_;
+};
 
 // Of one document: the same in every respect.
 bool AreIdentical(const Fact& left, const Fact& right) {
@@ -100,14 +107,7 @@ std::string_view NameOf(Standing standing) {
 }
 
 bool SayTheSame(const Fact& left, const Fact& right) {
-  const auto asOne = [](Standing standing) {
-    return standing == Standing::kDefault ? Standing::kSet : standing;
-  };
-  if (asOne(left.standing) != asOne(right.standing)) return false;
-  if (left.standing == Standing::kNotSet) return true;
-  if (!AreEqual(left.value, right.value)) return false;
-  return left.standing == Standing::kUnreadable ||
-         (left.dimension == right.dimension && IsSameFeature(left.context, right.context));
+  return Order(left, right) == 0;
 }
 
 const Subject* Sheet::Find(FeatureId id) const {

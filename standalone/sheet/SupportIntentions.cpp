@@ -4,6 +4,8 @@
 #include <optional>
 
 #include "sheet/Explaining.h"
+#include "sheet/FactOrder.h"
+#include "sheet/Listed.h"
 
 namespace standalone::sheet {
 namespace {
@@ -15,9 +17,14 @@ const Feature* PartOf(const Feature& geometry) {
   return container == nullptr ? nullptr : HeldFeature(*container, "Part");
 }
 
+bool IsBody(const Feature& feature) {
+  return feature.TypeName() == "MechanicalPart";
+}
+
 const Feature* MainBodyFor(const Feature& geometry) {
   const Feature* const part = PartOf(geometry);
-  return part == nullptr ? nullptr : HeldFeature(*part, "MainBody");
+  const Feature* const body = part == nullptr ? nullptr : HeldFeature(*part, "MainBody");
+  return body != nullptr && IsBody(*body) ? body : nullptr;
 }
 
 std::vector<const Feature*> HeldFeatures(const Feature& feature, std::string_view key) {
@@ -36,7 +43,7 @@ const Feature* BodyMaking(const Feature& topological) {
   if (part == nullptr) return nullptr;
   for (const Feature* const body : HeldFeatures(*part, "Bodies")) {
     for (const Feature* const result : HeldFeatures(*body, "Results")) {
-      if (AreSame(HeldFeature(*result, "Body"), &topological)) return body;
+      if (IsBody(*body) && AreSame(HeldFeature(*result, "Body"), &topological)) return body;
     }
   }
   return nullptr;
@@ -47,19 +54,8 @@ Fact With(Fact fact, const Feature* target) {
   return fact;
 }
 
-// Explains the first support for which something else came as `become` says; it gives nullopt for a support
-// that is not concerned.
-template <class Become>
-bool ReplacesOne(Change& change, Become become) {
-  const std::vector<Fact> all = change.lost;
-  return std::ranges::any_of(all, [&](const Fact& fact) {
-    const std::optional<std::vector<Fact>> others = become(fact);
-    return others && change.Replaced(fact, *others);
-  });
-}
-
 bool SolidToBody(Change& change) {
-  return ReplacesOne(change, [](const Fact& fact) -> std::optional<std::vector<Fact>> {
+  return change.Replace([](const Fact& fact) -> std::optional<std::vector<Fact>> {
     const Feature* const solid = TargetOf(fact);
     if (solid == nullptr || solid->TypeName() != "Solid") return std::nullopt;
     const Feature* const body = MainBodyFor(*solid);
@@ -69,7 +65,7 @@ bool SolidToBody(Change& change) {
 }
 
 bool OldBodyToBody(Change& change) {
-  return ReplacesOne(change, [](const Fact& fact) -> std::optional<std::vector<Fact>> {
+  return change.Replace([](const Fact& fact) -> std::optional<std::vector<Fact>> {
     const Feature* const old = TargetOf(fact);
     if (old == nullptr) return std::nullopt;
     const bool isShape = old->TypeName() == "Solid" || old->TypeName() == "ShapeBody";
@@ -100,7 +96,7 @@ std::vector<Fact> MembersOf(const Change& change, const Fact& fact) {
 }
 
 bool GroupToLastMember(Change& change) {
-  return ReplacesOne(change, [&change](const Fact& fact) -> std::optional<std::vector<Fact>> {
+  return change.Replace([&change](const Fact& fact) -> std::optional<std::vector<Fact>> {
     std::vector<Fact> members = MembersOf(change, fact);
     if (members.empty()) return std::nullopt;
     members.assign(members.size(), members.back());
@@ -110,7 +106,7 @@ bool GroupToLastMember(Change& change) {
 
 // Members that connect nothing exclude nothing.
 bool GroupToMembers(Change& change) {
-  return ReplacesOne(change, [&change](const Fact& fact) -> std::optional<std::vector<Fact>> {
+  return change.Replace([&change](const Fact& fact) -> std::optional<std::vector<Fact>> {
     std::vector<Fact> members = MembersOf(change, fact);
     if (members.empty()) return std::nullopt;
     std::erase_if(members, [](const Fact& member) { return member.standing == Standing::kNotSet; });
@@ -125,6 +121,10 @@ const Subject& OwnerOf(const Change& change) {
   return owner == nullptr ? *change.is : *owner;
 }
 
+bool IsOfConstraint(const Change& change) {
+  return Lists(kConstraints, ", ", OwnerOf(change).kind->name);
+}
+
 // What the constraint says, before and after.
 std::vector<Fact> SupportsAround(const Change& change, std::string_view quantity) {
   std::vector<Fact> all;
@@ -135,10 +135,8 @@ std::vector<Fact> SupportsAround(const Change& change, std::string_view quantity
   return all;
 }
 
-bool AreAmong(const std::vector<Fact>& facts, const std::vector<Fact>& all) {
-  return std::ranges::all_of(facts, [&](const Fact& fact) {
-    return std::ranges::any_of(all, [&](const Fact& other) { return SayTheSame(fact, other); });
-  });
+bool AreAmong(const std::vector<Fact>& facts, const FactBag& all) {
+  return std::ranges::all_of(facts, [&](const Fact& fact) { return all.contains(fact); });
 }
 
 // The members of a group of any kind, as supports are listed in some documents.
@@ -151,34 +149,54 @@ std::vector<Fact> AllMembersOf(const Change& change, const Fact& fact) {
 }
 
 // Whether the facts hold the support itself or, of a group, all of its members.
-bool Cover(const std::vector<Fact>& facts, const Fact& support, const Change& change) {
-  if (support.standing == Standing::kNotSet || AreAmong({support}, facts)) return true;
+bool Cover(const FactBag& facts, const Fact& support, const Change& change) {
+  if (support.standing == Standing::kNotSet || facts.contains(support)) return true;
   return GroupOf(change, support) != nullptr && AreAmong(AllMembersOf(change, support), facts);
 }
 
 // The supports that the constraint had or has, and all of them; of a group, also its members.
 bool MeshFromSupports(Change& change) {
-  if (!change.lost.empty() || change.gained.empty()) return false;
+  if (!change.lost.empty() || change.gained.empty() || !IsOfConstraint(change)) return false;
   std::vector<Fact> known = SupportsAround(change, "support");
   for (std::size_t i = 0, count = known.size(); i < count; ++i) {
     const std::vector<Fact> members = AllMembersOf(change, Fact(known[i]));
     known.insert(known.end(), members.begin(), members.end());
   }
-  if (!AreAmong(change.gained, known)) return false;
+  if (!AreAmong(change.gained, FactBag(known.begin(), known.end()))) return false;
+  const FactBag gained(change.gained.begin(), change.gained.end());
   const Subject& owner = OwnerOf(change);
   for (const Sheet* const sheet : {&change.before, &change.after}) {
     const Subject* const state = sheet->Find(owner.id);
     if (state == nullptr) continue;
     const std::vector<Fact> supports = AllOf(*sheet, *state, "support");
-    if (std::ranges::all_of(supports, [&](const Fact& each) { return Cover(change.gained, each, change); }))
+    if (std::ranges::all_of(supports, [&](const Fact& each) { return Cover(gained, each, change); }))
       return change.All();
   }
   return false;
 }
 
+// All that the constraint had or has, and nothing else.
 bool MeshExclusions(Change& change) {
-  const std::vector<Fact> regions = SupportsAround(change, "exclusion region");
-  return AreAmong(change.gained, regions) && change.All();
+  if (!IsOfConstraint(change)) return false;
+  const std::vector<Fact> all =
+      AllOf(change.after, *change.is,
+            change.is->kind->name == "mesh" ? "exclusion region" : "exclusion region of the mesh");
+  for (const Sheet* const sheet : {&change.before, &change.after}) {
+    const Subject* const owner = sheet->Find(OwnerOf(change).id);
+    if (owner == nullptr) continue;
+    const std::vector<Fact> regions = AllOf(*sheet, *owner, "exclusion region");
+    if (WithoutThose(all, regions).empty() && WithoutThose(regions, all).empty()) return change.All();
+  }
+  return false;
+}
+
+// Its own, which it had not: meshes of constraints are made for one each.
+bool OwnMesh(Change& change) {
+  const Fact* const lost = change.OnlyLost();
+  const Fact* const gained = change.OnlyGained();
+  const Feature* const mesh = gained == nullptr ? nullptr : TargetOf(*gained);
+  return lost != nullptr && lost->standing == Standing::kNotSet && mesh != nullptr &&
+         AreSame(mesh->father, change.is->feature) && change.All();
 }
 
 bool NewConnectionMesh(Change& change) {
@@ -210,6 +228,7 @@ constexpr Intention kIntentions[] = {
      "a group is replaced by as many supports on its last member", GroupToLastMember},
     {"AddCenterOfMassToRBC", "rigid body", "centre of mass is the reference", Meaning::kOnPurpose,
      "without reference, a rigid body uses its centre of mass", CentreOfMass},
+    {kMeshPart, kConstraints, "mesh", Meaning::kSame, kFromSupports, OwnMesh},
     {kMeshPart, kConstraints, "connection mesh on", Meaning::kSame, kFromSupports, MeshFromSupports},
     {kMeshPart, "mesh", "support", Meaning::kSame, kFromSupports, MeshFromSupports},
     {kMeshPart, "mesh", "*", Meaning::kSame, kFromSupports, NewConnectionMesh},

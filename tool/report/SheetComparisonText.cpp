@@ -176,9 +176,10 @@ class ComparisonPrinter {
       verdict = Paint(stdout, Colour::kGreen, "every difference is accounted for");
     }
     Print("{} -> {}: {}\n", Printable(files.before), Printable(files.after), verdict);
-    Print("{}{} on purpose, {} said otherwise; units: {}\n",
+    Print("{}{} on purpose, {} said otherwise{}; units: {}\n",
           part_.IsAll() ? fmt::format("{} equal, ", Count(comparison_.equal, "value")) : std::string(),
-          onPurpose, same, NameOf(style_.units));
+          onPurpose, same, style_.all || onPurpose + same == 0 ? "" : " (--all tells each)",
+          NameOf(style_.units));
   }
 
   void PrintUnaccounted() {
@@ -202,7 +203,7 @@ class ComparisonPrinter {
 
   void PrintOnPurpose() {
     const std::vector<std::size_t> kColumns{50, 21, 21};
-    constexpr std::size_t kMostRows = 2;
+    constexpr std::size_t kMostRows = 1;
     std::vector<Purpose> purposes =
         Begin(Meaning::kOnPurpose, "On purpose: an upgrade is there to change the analysis");
     if (purposes.empty()) return;

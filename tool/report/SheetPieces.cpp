@@ -16,6 +16,11 @@ constexpr std::string_view kSupport = "support";
 // Which degrees of freedom a condition prescribes; the others have values that nobody takes.
 constexpr std::string_view kPrescribed = "prescribed";
 constexpr std::string_view kDegreeOfFreedom = "degree of freedom";
+// How often a request is written, and in what that counts.
+constexpr std::string_view kFrequency = "frequency";
+constexpr std::string_view kFrequencyUnit = "frequency in";
+// Which variables: that a request has a list of its own goes without saying.
+constexpr std::string_view kSelection = "variable selection";
 
 // The facts of one quantity, or of several that are numbered alike: "force 1", "force 2", "force 3".
 struct Saying {
@@ -69,6 +74,20 @@ void LeavePrescribed(std::vector<Saying>& sayings) {
       std::erase_if(saying.facts, isFree);
   }
   sayings.erase(prescribed);
+}
+
+// "every 2 increments", "in 50 intervals"; empty where one of the two says something else.
+std::string FrequencyOf(const std::vector<Saying>& sayings) {
+  const auto number = std::ranges::find(sayings, kFrequency, &Saying::name);
+  const auto unit = std::ranges::find(sayings, kFrequencyUnit, &Saying::name);
+  if (number == sayings.end() || unit == sayings.end()) return {};
+  const Value& count = number->facts.front().value;
+  const Value& counted = unit->facts.front().value;
+  if (count.Kind() != ValueKind::kInteger || counted.Kind() != ValueKind::kString) return {};
+  if (unit->facts.front().standing == Standing::kUnreadable) return {};
+  const bool isInterval = counted.AsString() == "intervals";
+  if (count.AsInteger() == 1) return isInterval ? "in 1 interval" : "every increment";
+  return fmt::format("{} {} {}", isInterval ? "in" : "every", count.AsInteger(), counted.AsString());
 }
 
 bool IsCondition(const Subject& subject) {
@@ -158,6 +177,7 @@ Cell PiecesOf(const Sheet& sheet, const Subject& subject, const Style& style) {
   Cell pieces;
   Cell defaults;
   std::string place;
+  std::string frequency = style.all ? std::string() : FrequencyOf(sayings);
   for (Saying& saying : sayings) {
     const auto isWorthSaying = [&](const Fact& fact) { return IsWorthSaying(fact, subject, style); };
     if (saying.facts.empty()) pieces.emplace_back("nothing prescribed");
@@ -165,7 +185,11 @@ Cell PiecesOf(const Sheet& sheet, const Subject& subject, const Style& style) {
     if (saying.name == kName || saying.name == kPositionQuantity || saying.name == kSupport ||
         std::ranges::none_of(saying.facts, isWorthSaying))
       continue;
-    Cell& among = AreAll(saying, Standing::kDefault) ? defaults : pieces;
+    if (!frequency.empty() && saying.name == kFrequencyUnit) pieces.push_back(frequency);
+    if (!frequency.empty() && (saying.name == kFrequencyUnit || saying.name == kFrequency)) continue;
+    const bool isDefault = AreAll(saying, Standing::kDefault);
+    if (isDefault && saying.name == kSelection && !style.all) continue;
+    Cell& among = isDefault ? defaults : pieces;
     among.push_back(WordsOf(saying, subject, style));
   }
   Punctuate(pieces);

@@ -37,7 +37,7 @@ class ItemIndex {
                       {},
                       difference.quantity == nullptr ? "" : std::string(difference.quantity->name),
                       words,
-                      "No upgrade is there to change this: compare both documents with 'hvxupgrade sheet OLD "
+                      "No upgrade accounts for this: compare both documents with 'hvxupgrade sheet OLD "
                       "NEW', and correct the new one"});
     Note(items_.size() - 1);
     told_.insert(items_.size() - 1);
