@@ -3,32 +3,13 @@
 #include <algorithm>
 #include <map>
 #include <string>
-#include <unordered_set>
 
 #include "sheet/Duties.h"
 #include "sheet/FactOrder.h"
 #include "sheet/Intentions.h"
-#include "sheet/Listed.h"
 
 namespace standalone::sheet {
 namespace {
-
-bool Concerns(const Intention& intention, const Kind& kind) {
-  return intention.kinds.empty() || Lists(intention.kinds, ", ", kind.name);
-}
-
-// The intentions of the upgrades that can have run.
-std::vector<const Intention*> IntentionsOf(std::span<const std::string> mayHaveRun) {
-  const std::unordered_set<std::string_view> identifiers(mayHaveRun.begin(), mayHaveRun.end());
-  std::vector<const Intention*> found;
-  for (const auto& table : {NameIntentions(), ConditionIntentions(), SupportIntentions(),
-                            InteractionIntentions(), SettingIntentions(), ElementIntentions()}) {
-    for (const Intention& intention : table) {
-      if (identifiers.contains(intention.identifier)) found.push_back(&intention);
-    }
-  }
-  return found;
-}
 
 Fact TextFact(const Quantity& quantity, std::string_view text) {
   return {.quantity = &quantity,
@@ -36,9 +17,10 @@ Fact TextFact(const Quantity& quantity, std::string_view text) {
           .value = Value::String(text)};
 }
 
-// The step that a subject acts from; for one that stands in no step, its case.
+// The step that a subject acts from; for a step, and one that stands in none, its case.
 Fact PlaceFact(const Subject& subject) {
-  const Feature* const place = subject.step != nullptr ? subject.step : subject.analysisCase;
+  const bool isInStep = subject.step != nullptr && subject.step != subject.feature;
+  const Feature* const place = isInStep ? subject.step : subject.analysisCase;
   return {.quantity = &kPlaceQuantity,
           .standing = place != nullptr ? Standing::kSet : Standing::kNotSet,
           .value = Value::Link(const_cast<Feature*>(place))};
@@ -205,7 +187,7 @@ class Comparer {
     bool isDone = false;
     for (const Intention* const intention : intentions_) {
       if (intention->quantity.empty() ? quantity == nullptr : intention->quantity != name) continue;
-      if (!Concerns(*intention, *about.kind)) continue;
+      if (!intention->Concerns(*about.kind)) continue;
       while (!isDone && intention->explains(change)) {
         Note(change, quantity, std::move(change.explainedLost), std::move(change.explainedGained), intention);
         change.explainedLost.clear();
@@ -263,39 +245,6 @@ std::string_view NameOf(Meaning meaning) {
 
 std::size_t SheetComparison::Count(Meaning meaning) const {
   return static_cast<std::size_t>(std::ranges::count(differences, meaning, &Difference::meaning));
-}
-
-bool Change::All() {
-  explainedLost = std::move(lost);
-  explainedGained = std::move(gained);
-  lost.clear();
-  gained.clear();
-  return true;
-}
-
-bool Change::Replace(const std::function<std::optional<std::vector<Fact>>(const Fact&)>& become) {
-  FactBag came(gained.begin(), gained.end());
-  std::vector<Fact> left;
-  for (const Fact& fact : lost) {
-    const std::optional<std::vector<Fact>> others = become(fact);
-    std::vector<FactBag::node_type> taken;
-    bool isReplaced = others.has_value();
-    for (std::size_t i = 0; isReplaced && i < others->size(); ++i) {
-      const auto found = came.find((*others)[i]);
-      isReplaced = found != came.end();
-      if (isReplaced) taken.push_back(came.extract(found));
-    }
-    if (isReplaced) {
-      explainedLost.push_back(fact);
-      for (const FactBag::node_type& each : taken) explainedGained.push_back(each.value());
-    } else {
-      for (FactBag::node_type& each : taken) came.insert(std::move(each));
-      left.push_back(fact);
-    }
-  }
-  lost = std::move(left);
-  if (!explainedGained.empty()) gained = WithoutThose(gained, explainedGained);
-  return !explainedLost.empty();
 }
 
 SheetTotals Compare(const Sheet& before, const Sheet& after, std::span<const std::string> mayHaveRun,

@@ -48,13 +48,19 @@ struct Intention {
   std::string_view sentence;
   /// Whether it explains something of the change, which it then takes out.
   bool (*explains)(Change& change);
+
+  [[nodiscard]] bool Concerns(const Kind& kind) const;
 };
+
+/// The intentions of those upgrades.
+[[nodiscard]] std::vector<const Intention*> IntentionsOf(std::span<const std::string> mayHaveRun);
 
 // The tables, by subject.
 std::span<const Intention> NameIntentions();
 std::span<const Intention> ConditionIntentions();
 std::span<const Intention> SupportIntentions();
 std::span<const Intention> InteractionIntentions();
+std::span<const Intention> PropertyIntentions();
 std::span<const Intention> SettingIntentions();
 std::span<const Intention> ElementIntentions();
 

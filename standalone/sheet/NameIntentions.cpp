@@ -41,6 +41,8 @@ constexpr Renaming kRenamings[] = {
     {kNeutral, "Halvex-Analysis-Case Solution", "Analysis Case Solution", "Halvex.Analysis.Case.Solution",
      "Analysis.Case.Solution"},
     {kNeutral, "Halvex Solution Sensors", "Solution Sensors", "Halvex.Solution.Sensors", "Solution.Sensors"},
+    {kNeutral, "Halvex Properties", "Nonlinear and Thermal Properties", "Halvex.Properties",
+     "Nonlinear.Thermal.Properties"},
 };
 
 void ReplaceAll(std::string& text, std::string_view old, std::string_view current) {

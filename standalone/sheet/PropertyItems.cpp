@@ -62,7 +62,9 @@ constexpr Item kVirtualPartItems[] = {
     {.quantity = {"mesh", {}, true}, .current = Attribute("MeshParts"), .read = ReadLinks},
 };
 
+// The properties of a set stand for themselves.
 constexpr Description kDescriptions[] = {
+    {"PropertySet HVXHalvexPropertySetLT", {"property set", Chapter::kProperty}, {}},
     {"HVXInteractionPropertyLT", {"interaction property", Chapter::kProperty}, kInteractionPropertyItems},
     {"HVXShellSectionEnhLT", {"shell section", Chapter::kProperty}, kShellItems},
     {"HVXGaskPropertyLT", {"gasket section", Chapter::kProperty}, kGasketItems},

@@ -1,7 +1,6 @@
-// Sections, meshes, jobs, solutions and output requests.
+// Meshes, jobs, solutions and output requests.
 
 #include <algorithm>
-#include <numbers>
 #include <optional>
 #include <string>
 
@@ -10,29 +9,6 @@
 
 namespace standalone::sheet {
 namespace {
-
-constexpr double kDegreesInRadian = 180.0 / std::numbers::pi;
-
-// To the last bit: an angle that went through another number would be another one.
-bool ToRadians(Change& change) {
-  const Fact* const lost = change.OnlyLost();
-  const Fact* const gained = change.OnlyGained();
-  if (lost == nullptr || gained == nullptr || lost->standing != Standing::kSet ||
-      gained->standing != Standing::kSet)
-    return false;
-  return lost->dimension == Dimension::kDegrees && gained->dimension == Dimension::kAngle &&
-         lost->value.AsReal() / kDegreesInRadian == gained->value.AsReal() && change.All();
-}
-
-bool OtherUnit(Change& change) {
-  const Fact* const lost = change.OnlyLost();
-  const Fact* const gained = change.OnlyGained();
-  if (lost == nullptr || gained == nullptr || lost->standing != Standing::kSet ||
-      gained->standing != Standing::kSet)
-    return false;
-  return gained->dimension == Dimension::kStiffness && lost->value.AsReal() == gained->value.AsReal() &&
-         change.All();
-}
 
 using Runs = std::vector<std::pair<std::int64_t, std::int64_t>>;
 
@@ -211,17 +187,14 @@ constexpr std::string_view kSwitchedOn = "restart is switched on in explicit dyn
 constexpr std::string_view kInputFile = "UpgradeJobForFromInputFile";
 constexpr std::string_view kFull = "a job that ran an input file becomes a full analysis";
 constexpr std::string_view kRequest = "UpgradeFieldOutputRequest";
-constexpr std::string_view kWholeModel = "the new request has the default variables of the whole model";
+constexpr std::string_view kWholeModel =
+    "the new request is for the whole model, by default, and for later steps";
 constexpr std::string_view kNumbering = "RestNodeAndElementUserNumber";
 constexpr std::string_view kNumbered = "elements and nodes are to be numbered anew";
 constexpr std::string_view kSolution = "UpgradeAnalysisCase";
 constexpr std::string_view kSolved = "the solution is linked to the case that it solves";
 
 constexpr Intention kIntentions[] = {
-    {"UpgradeMatOrientAngleToRadians", "shell section", "orientation angle", Meaning::kSame,
-     "degrees become radians", ToRadians},
-    {"UpgradeGasketStabilizationStiffnessUnit", "gasket section", "stabilization stiffness", Meaning::kSame,
-     "the same number is a stiffness now", OtherUnit},
     {kNumbering, "mesh", "element numbers", Meaning::kOnPurpose, kNumbered, NumbersReset},
     {kNumbering, "mesh", "node numbers", Meaning::kOnPurpose, kNumbered, NumbersReset},
     {kRestart, kJobs, "restart interval", Meaning::kSame, kCarriedOver, IntervalFromFrequency},
@@ -241,8 +214,7 @@ constexpr Intention kIntentions[] = {
     {kRequest, "field output request", "support", Meaning::kOnPurpose, kWholeModel, OnWholeModel},
     {kRequest, "field output request", "variable selection", Meaning::kOnPurpose, kWholeModel, Preselected},
     {kRequest, "field output request", "variables", Meaning::kOnPurpose, kWholeModel, DefaultVariables},
-    {kRequest, "field output request", "also acts in", Meaning::kOnPurpose,
-     "the new request acts in the later steps as well", ActsLater},
+    {kRequest, "field output request", "also acts in", Meaning::kOnPurpose, kWholeModel, ActsLater},
     {"UpgradeFORPreselectedVarListAttr", "field output request", "variables", Meaning::kOnPurpose,
      "non-thermal cases have no nodal temperature to write", NoTemperature},
 };

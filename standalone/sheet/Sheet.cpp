@@ -27,7 +27,8 @@ const Description* DescriptionOf(std::string_view lateType) {
 }
 
 // Where features stand, for a walk in which most have the same father as the one before. Nothing bounds how
-// deep they stand beneath each other: what stands deep is remembered.
+// deep they stand beneath each other: what stands deep is remembered. A case that stands beneath a step, as
+// in damaged documents, is in none: each step is of one case.
 class Places {
  public:
   void Place(Subject& subject) {
@@ -35,8 +36,9 @@ class Places {
       father_ = subject.father;
       place_ = Above(father_);
     }
-    subject.analysisCase = IsCase(*subject.feature) ? subject.feature : place_.analysisCase;
-    subject.step = IsStep(*subject.feature) ? subject.feature : place_.step;
+    const CaseAndStep place = At(*subject.feature, place_);
+    subject.analysisCase = place.analysisCase;
+    subject.step = place.step;
   }
 
  private:
@@ -47,6 +49,11 @@ class Places {
 
   static bool IsCase(const Feature& feature) { return feature.TypeName() == "AnalysisCase"; }
   static bool IsStep(const Feature& feature) { return feature.type->MetaClass().IsAKindOf(kind::kStep); }
+
+  static CaseAndStep At(const Feature& feature, const CaseAndStep& above) {
+    if (IsCase(feature)) return {&feature, nullptr};
+    return {above.analysisCase, IsStep(feature) ? &feature : above.step};
+  }
 
   // The nearest ones, `feature` included.
   CaseAndStep Above(const Feature* feature) {
@@ -65,8 +72,7 @@ class Places {
     }
     const bool isDeep = path.size() > kUsualDepth;
     for (; !path.empty(); path.pop_back()) {
-      if (IsCase(*path.back())) place.analysisCase = path.back();
-      if (IsStep(*path.back())) place.step = path.back();
+      place = At(*path.back(), place);
       if (isDeep) deep_.emplace(path.back(), place);
     }
     return place;

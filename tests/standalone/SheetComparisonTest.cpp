@@ -365,6 +365,12 @@ TEST_F(PlantedFaultTest, EachIsNamed) {
          d.PlaceBeneath(Named(d, "HVXClamp", "Clamp.1"), other);
        },
        "clamp Clamp.1: stands in Initial -> Bearing"},
+      {"steps in another case",
+       [](Document& d) {
+         Feature& other = Named(d, "HVXExplicitDynamicsStepLT", "Impact");
+         d.PlaceBeneath(*Named(d, "HVXGeneralStaticStepLT", "Bearing").father, *other.father->father);
+       },
+       "general static step Bearing: stands in"},
       {"a condition that is gone",
        [](Document& d) {
          d.Remove(Named(d, "HVXClamp", "Clamp.1"));
@@ -396,6 +402,77 @@ TEST_F(PlantedFaultTest, EachIsNamed) {
          Set(d, request, "PreselectedVariableList", Value::String(d.Keep("U")));
        },
        "field output request Field Output Request-2: variables NT,S -> U"},
+      {"a parameter of a step without a value, beside the old one",
+       [](Document& d) {
+         Feature& step = Named(d, "HVXGeneralStaticStepLT", "Bearing");
+         Feature& parameter = Linked(d, Component(step, "StepTime"), "Parameter");
+         d.RemoveAttribute(parameter, NameTable::Intern("Value"));
+       },
+       "general static step Bearing: time period 1 -> not set"},
+      {"an entry that is listed nowhere",
+       [](Document& d) {
+         for (Feature* each = d.First(); each != nullptr; each = each->next) {
+           if (each->TypeName() == "HVXGlobalElemAsgnLT") Set(d, *each, "Entries", Value::List({}));
+         }
+       },
+       "list of global element assignments Element Assignments: entry"},
+      {"a tie without supports",
+       [](Document& d) {
+         Set(d, Named(d, "HVXTiedContactLT", "Fastened Pair-1"), "Supports", Value::List({}));
+       },
+       "tie Fastened Pair-1: between Thread to Tapping -> none"},
+      {"the mesh of another constraint",
+       [](Document& d) {
+         Feature& other = Linked(d, Named(d, "HVXRigidBodyConstraintLT", "Rigid Body.5"), "MeshPart");
+         Set(d, Named(d, "HVXRigidBodyConstraintLT", "Rigid Body.1"), "MeshPart", Value::Link(&other));
+       },
+       "rigid body Rigid Body.1: mesh not set -> Rigid Body Mesh.5"},
+      {"another support of a mesh that belongs to no constraint",
+       [](Document& d) {
+         Feature& mesh = Named(d, "MSHMeshPart", "Bolt Mesh");
+         const Value support = d.FindAttribute(mesh, NameTable::Intern("Supports"))->value.Entries()[0];
+         const Value twice[] = {support, support};
+         Set(d, mesh, "Supports", Value::List(d.Keep(std::span<const Value>(twice))));
+       },
+       "mesh Bolt Mesh: support none ->"},
+      {"numbers that nothing can read",
+       [](Document& d) {
+         const Value runs[] = {Value::Integer(0), Value::Integer(5104), Value::Integer(5104)};
+         Set(d, Named(d, "MSHMeshPart", "Bolt Mesh"), "ElementUserNumbers",
+             Value::List(d.Keep(std::span<const Value>(runs))));
+       },
+       "mesh Bolt Mesh: element numbers [29878 5104 ] -> [0 5104 5104 ]"},
+      {"a new pair with a fit from nowhere",
+       [](Document& d) {
+         Feature& pair = Named(d, "HVXContactConnectionEnhancementStdLT", "Contact Pair-20");
+         Set(d, Linked(d, pair, "InterferenceFit"), "Value", Value::Real(0.25));
+       },
+       "contact pair Contact Pair-20: new"},
+      {"a new pair whose mode was not reset",
+       [](Document& d) {
+         Feature& pair = Named(d, "HVXContactConnectionEnhancementStdLT", "Contact Pair-20");
+         Set(d, Component(Linked(d, pair, "ContactControl"), "OverclosureToleranceMode"), "Values",
+             Value::Integer(0));
+       },
+       "contact pair Contact Pair-20: new"},
+      {"a physical type of a case without a solution",
+       [](Document& d) {
+         for (Feature* each = d.First(); each != nullptr; each = each->next) {
+           if (each->TypeName() == "AnalysisCase") d.SetPhysicalType(*each, "MECHANICAL_STATIC_LINEAR");
+         }
+       },
+       "physical type not set -> MECHANICAL_STATIC_LINEAR"},
+      {"a job that still runs its input file",
+       [](Document& d) { Set(d, Named(d, "HVXJobLT", "Bracket Job.2"), "InputFileFlag", Value::Integer(1)); },
+       "job Bracket Job.2: a run without the input file"},
+      {"a solution without the mesh of its case",
+       [](Document& d) {
+         for (Feature* each = d.First(); each != nullptr; each = each->next) {
+           if (each->TypeName() == "HVXHacSolutionLT")
+             Set(d, *each, "AttachedExplicit", Value::Link(nullptr));
+         }
+       },
+       "the mesh of its case"},
       {"section controls of another assignment",
        [](Document& d) {
          for (Feature* each = d.First(); each != nullptr; each = each->next) {

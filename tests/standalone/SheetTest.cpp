@@ -130,6 +130,8 @@ TEST_F(SheetTest, TheParameterOfAStepIsFoundInOldAndInCurrentSteps) {
 {"id":31,"type":"SAMBasicComponent","name":"StepTime","father":{"ref":30},"attributes":{"Type":"SAMDouble","Values":2.5,"Magnitude":"Time"}}
 )");
   for (const FeatureId step : {10, 20, 30}) EXPECT_EQ(Number(step, "time period"), 2.5) << step;
+  Doc().RemoveAttribute(At(23), NameTable::Intern("Value"));
+  EXPECT_EQ(The(20, "time period").standing, Standing::kNotSet);  // the old one no longer counts
 }
 
 constexpr std::string_view kContacts = R"(
@@ -201,6 +203,8 @@ TEST_F(SheetTest, SubjectsKnowTheirCaseAndStep) {
 {"id":6,"type":"HVXClamp","father":{"ref":5}}
 {"id":7,"type":"HVXJobLT","father":{"ref":1}}
 {"id":8,"type":"SAMGroup"}
+{"id":9,"type":"AnalysisCase","alias":"Astray","father":{"ref":4}}
+{"id":10,"type":"HVXJobLT","father":{"ref":9}}
 )");
   const Sheet all = sheet::ReadSheet(Doc());
   EXPECT_EQ(all.Find(6)->step, &At(4));
@@ -208,6 +212,8 @@ TEST_F(SheetTest, SubjectsKnowTheirCaseAndStep) {
   EXPECT_EQ(all.Find(7)->step, nullptr);
   EXPECT_EQ(all.Find(7)->analysisCase, &At(1));
   EXPECT_EQ(all.Find(8)->analysisCase, nullptr);
+  EXPECT_EQ(all.Find(10)->analysisCase, &At(9));
+  EXPECT_EQ(all.Find(10)->step, nullptr);
   EXPECT_EQ(The(4, "position in the history").value.AsInteger(), 2);
   EXPECT_EQ(all.Find(5), nullptr);
 }

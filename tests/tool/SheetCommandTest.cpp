@@ -84,6 +84,19 @@ TEST_F(SheetCommandTest, TellsValuesWithUnitsAndWhatIsMissing) {
               HasSubstr("Bolt  pressure  3e+06 Pa, amplitude not set; on Lug Face (Bracket.1)"));
 }
 
+TEST_F(SheetCommandTest, ACaseBeneathAStepStandsForItself) {
+  const std::string file = Document(
+      "astray.hvxdoc",
+      std::string(kLines) +
+          R"({"id":90,"type":"AnalysisCase","alias":"Astray","father":{"ref":22},"attributes":{"Solver":"Halvex"}}
+{"id":91,"type":"HVXJobLT","alias":"Astray Job","father":{"ref":90}}
+)");
+  const Ended ended = Run({"sheet", file});
+  EXPECT_EQ(ended.code, 0) << ended.err;
+  EXPECT_THAT(ended.out, HasSubstr("Analysis case Astray\n  solver: Halvex\n"));
+  EXPECT_THAT(ended.out, HasSubstr("Astray Job"));
+}
+
 TEST_F(SheetCommandTest, ProgramsGetWhatStandsThere) {
   const simdjson::padded_string text(Run({"sheet", "--json", file_, "--step", "Service"}).out);
   const simdjson::dom::element top = parser_.parse(text);
