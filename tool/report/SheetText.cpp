@@ -1,6 +1,7 @@
 #include "report/SheetText.h"
 
 #include <algorithm>
+#include <map>
 #include <unordered_map>
 
 #include "report/SheetPieces.h"
@@ -34,7 +35,7 @@ struct CasePart {
 std::vector<CasePart> PartsOf(const Sheet& sheet, const SheetPart& part) {
   std::vector<CasePart> cases;
   std::unordered_map<const Feature*, std::size_t> casePlaces;
-  std::unordered_map<const Feature*, std::size_t> stepPlaces;
+  std::map<std::pair<const Feature*, const Feature*>, std::size_t> stepPlaces;  // by case and step
   for (const Subject& subject : sheet.Subjects()) {
     if (!part.Holds(subject)) continue;
     const auto [place, isNew] = casePlaces.try_emplace(subject.analysisCase, cases.size());
@@ -48,7 +49,8 @@ std::vector<CasePart> PartsOf(const Sheet& sheet, const SheetPart& part) {
       }
       continue;
     }
-    const auto [stepPlace, isNewStep] = stepPlaces.try_emplace(subject.step, ofCase.steps.size());
+    const auto [stepPlace, isNewStep] =
+        stepPlaces.try_emplace({subject.analysisCase, subject.step}, ofCase.steps.size());
     if (isNewStep) ofCase.steps.push_back({subject.step});
     StepPart& ofStep = ofCase.steps[stepPlace->second];
     if (subject.feature == subject.step) {
