@@ -34,7 +34,7 @@ struct Difference {
   [[nodiscard]] const Subject& About() const { return after != nullptr ? *after : *before; }
 };
 
-/// What two sheets say differently.
+/// What two sheets say differently. It refers to both, which must stay.
 struct SheetComparison {
   std::vector<Difference> differences;  ///< By subject, in the order of the new sheet; lost subjects last.
   std::size_t equal = 0;                ///< How many facts both say.
