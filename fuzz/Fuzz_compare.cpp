@@ -5,6 +5,7 @@
 #include "check/Conformity.h"
 #include "compare/DocumentDifference.h"
 #include "compare/FeatureDifference.h"
+#include "sheet/Comparison.h"
 
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t maxSize,
                                                unsigned seed) {
@@ -22,9 +23,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const DocumentPtr same = fuzzing::DocumentOf(data, size);
   fuzzing::Require(Compare(*before.Get(), *same.Get()).IsEmpty(), "a document holds the same as itself");
 
+  const sheet::Sheet saidBefore = sheet::ReadSheet(*before.Get());
+  const sheet::Sheet saidOfSame = sheet::ReadSheet(*same.Get());
+  fuzzing::Require(sheet::Compare(saidBefore, saidOfSame, {}).differences.empty(),
+                   "a document says the same as itself");
+
   const DocumentPtr after =
       fuzzing::DocumentOf(fuzzing::Mutated({reinterpret_cast<const char*>(data), size}, 7));
   if (after.Get() == nullptr) return 0;
+  const sheet::Sheet saidAfter = sheet::ReadSheet(*after.Get());
+  fuzzing::Require(
+      sheet::Compare(saidBefore, saidAfter, {}).equal == sheet::Compare(saidAfter, saidBefore, {}).equal,
+      "as much is the same there as back");
   const DocumentDifference there = Compare(*before.Get(), *after.Get());
   const DocumentDifference back = Compare(*after.Get(), *before.Get());
   fuzzing::Require(there.IsEmpty() == back.IsEmpty() && there.changed.size() == back.changed.size() &&

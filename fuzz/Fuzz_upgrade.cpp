@@ -4,6 +4,7 @@
 #include "Harness.h"
 #include "check/Integrity.h"
 #include "check/Losses.h"
+#include "sheet/Comparison.h"
 #include "upgrade/LeftBehind.h"
 
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t maxSize,
@@ -17,13 +18,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const DocumentPtr document = fuzzing::DocumentOf(data, size);
   if (document.Get() == nullptr || !manager.Unknown(*document.Get()).empty()) return 0;
   document->LimitCreation(100'000);
+  const sheet::Sheet before = sheet::ReadSheet(*document.Get());
+  const std::vector<std::string> pending = manager.Pending(*document.Get());
   try {
-    static_cast<void>(manager.Run(document, manager.Pending(*document.Get())));
+    static_cast<void>(manager.Run(document, pending));
   } catch (const UpgradeAborted&) {
     return 0;  // such as a limit; the document is thrown away
   }
   static_cast<void>(FindLosses(*document.Get()));
   static_cast<void>(CheckConformity(*document.Get()));
+  document->DropAllDeadLinks();
+  const sheet::Sheet after = sheet::ReadSheet(*document.Get(), &before);
+  const std::size_t unaccounted = sheet::Compare(before, after, pending).Count(sheet::Meaning::kUnaccounted);
+  const sheet::Sheet apart = sheet::ReadSheet(*document.Get());
+  fuzzing::Require(sheet::Compare(before, apart, pending).Count(sheet::Meaning::kUnaccounted) == unaccounted,
+                   "a sheet that shares facts says the same");
   fuzzing::Require(FindFaults(*document.Get(), 1).empty(), "a result is sound");
   const std::string text = fuzzing::TextOf(*document.Get());
   const DocumentPtr again = fuzzing::DocumentOf(text);

@@ -102,8 +102,9 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
   verb->add_flag("--fail-on-drop", upgrade.failOnDrop,
                  "End with 1 when values of the old document stand nowhere in the result")
       ->group(told);
-  verb->add_flag("!--no-sheet", upgrade.sheet,
-                 "Do not compare what the analysis says before and after (see 'hvxupgrade sheet')")
+  verb->add_flag_callback(
+          "--no-sheet", [&upgrade] { upgrade.sheet = false; },
+          "Do not compare what the analysis says before and after (see 'hvxupgrade sheet')")
       ->group(told);
   verb->add_flag("-q,--quiet", upgrade.quiet, "Print errors only")->group(told);
   AddMany(*verb, upgrade.many);
