@@ -1,0 +1,163 @@
+"""The sections of a page, and the overview of all."""
+import collections
+import re
+import sys
+
+from pages.walk import brought_along
+from pages.words import LONGEST_VALUE, code, say, say_feature, shorten, work_by_feature
+
+ROWS_OF_FEATURE = 8
+FAILURES = {
+    "ignore": "is not looked at",
+    "stop": "ends the upgrade of the feature with its code",
+    "last": "is kept; the upgrade goes on and returns the result of the last routine run",
+    "skip": "skips what else the class does for the same identifier",
+    "first": "is the result of the feature's upgrade, which the routine ends in any case",
+}
+MEANINGS = {"same": "The same, said otherwise", "onPurpose": "Changed on purpose",
+            "unaccounted": "Not accounted for"}
+
+
+def cell(text):
+    return text.replace("|", "\\|") or "-"
+
+
+def chosen(entry, groups, features):
+    """Up to two features that show most: of different late types, those first that the upgrade is bound to."""
+    bound = {name for binding in entry["bindings"] for name in binding["lateTypes"]}
+    new = {each for each, rows in groups.items() if rows[0][0].startswith(("made", "removed"))}
+    ranked = sorted(groups, key=lambda each: (features[each]["type"] not in bound, each not in new and not bound, each))
+    result = []
+    for each in ranked:
+        if features[each]["type"] not in [features[other]["type"] for other in result]:
+            result.append(each)
+    return result[:2]
+
+
+def example_section(entry, without, before, after, records):
+    lines = ["## Before and after", ""]
+    names = sorted(before.features)
+    counts = []
+    for name in names:
+        totals = records[name]["totals"] if name in records else collections.Counter()
+        numbers = f"{totals['changed']} changed, {totals['created']} made, {totals['removed']} removed"
+        counts.append(f"`examples/{name}`: {numbers}")
+    for name in names:
+        if name not in records:
+            continue
+        features = before.features[name] | after.features[name]
+        groups = work_by_feature(records[name], before.features[name], after.features[name])
+        if not groups:
+            continue
+        if without:
+            sys.exit(f"upgrade-pages: docs/upgrades/texts.toml says why {entry['name']} changes nothing, but it does")
+        for subject in chosen(entry, groups, features):
+            feature = features[subject]
+            lines += [f"{say_feature(feature, features)} of `examples/{name}`:", "", "| | Before | After |", "|---|---|---|"]
+            rows = groups[subject]
+            lines += [f"| {' | '.join(cell(shorten(text)) for text in row)} |" for row in rows[:ROWS_OF_FEATURE]]
+            if len(rows) > ROWS_OF_FEATURE:
+                lines.append(f"| {len(rows) - ROWS_OF_FEATURE} more | ... | ... |")
+            lines.append("")
+        break
+    else:
+        lines += [without or "Neither example holds anything that it changes.", ""]
+    return [*lines, "Features in all: " + "; ".join(counts) + ".", ""]
+
+
+def in_words(code_name):
+    return re.sub("[A-Z]", lambda capital: " " + capital.group().lower(), code_name)
+
+
+def say_facts(facts, features):
+    told = [say(fact["value"], features) if "value" in fact else in_words(fact["standing"]) for fact in facts or []]
+    return ", ".join(told) or "none"
+
+
+def sheet_section(before, after, records):
+    found = collections.defaultdict(collections.Counter)
+    first = {}
+    for name, record in sorted(records.items()):
+        features = before.features[name] | after.features[name]
+        for each in record.get("sheet", {}).get("differences", []):
+            key = (each["meaning"], each.get("reason", ""))
+            found[key][name] += 1
+            whose = each.get("name") or each["kind"]
+            said = f"{whose}, {each['quantity']}" if "quantity" in each else whose
+            if each.get("before") or each.get("after"):
+                said += f": {say_facts(each.get('before'), features)} -> {say_facts(each.get('after'), features)}"
+            first.setdefault(key, shorten(said, 2 * LONGEST_VALUE))
+    if not found:
+        return ["## What the analysis says", "", "The same before and after, in both examples.", ""]
+    lines = ["## What the analysis says", ""]
+    for (meaning, reason), counts in sorted(found.items()):
+        numbers = ", ".join(f"{count} in `examples/{name}`" for name, count in sorted(counts.items()))
+        lines.append(f"- {MEANINGS[meaning]}: {reason} ({numbers})")
+        lines.append(f"  - {first[meaning, reason]}")
+    return [*lines, ""]
+
+
+def bindings_section(entry, records):
+    if entry["documentWide"]:
+        return ["It works on the whole document at once, after all features: " + entry["purpose"], ""]
+    if not entry["bindings"]:
+        return ["No class answers to it.", ""]
+    lines = ["| Late types | Class | What it does | A failure |", "|---|---|---|---|"]
+    for binding in entry["bindings"]:
+        types = ", ".join(map(code, binding["lateTypes"]))
+        lines.append(f"| {types} | `{binding['class']}` | {binding['purpose']} | {FAILURES[binding['onFailure']]} |")
+    lines.append("")
+    every = sorted({each["class"] for each in entry["bindings"] if each["matching"] == "inTurn"})
+    if every:
+        lines.append(f"{', '.join(map(code, every))}: all rows run that name the identifier, one after the other.")
+    if len(every) < len({each["class"] for each in entry["bindings"]}):
+        lines.append(f"{'Each other class' if every else 'A class'} runs only its first row that names the identifier.")
+    harmless = {each["reason"] for record in records.values() for each in record["harmlessFailures"]}
+    for reason in sorted(harmless):
+        lines.append(f"A failure may mean that there was nothing to do: {reason[0].lower()}{reason[1:]}")
+    return [*lines, ""]
+
+
+def left_section(found):
+    if not found:
+        return []
+    lines = ["## When it fails", "", "`hvxupgrade check` then tells what is left behind:", ""]
+    for late_types, reason in found:
+        whose = ", ".join(map(code, late_types.split())) or "any feature"
+        lines.append(f"- {whose}: {reason}")
+    return [*lines, ""]
+
+
+def page(entry, count, about, left, without, step):
+    place = f"Upgrade {entry['number']} of {count}. [All upgrades](README.md)"
+    lines = [f"# {entry['name']}", "", place, "", about, "", *bindings_section(entry, step[2])]
+    along = brought_along(entry["name"])
+    if along:
+        lines += ["These go before it, and are brought along where a document has not been through them:", ""]
+        lines += [*(f"- [{name}]({name}.md): {reason}" for name, reason in along.items()), ""]
+    lines += [*left_section(left), *example_section(entry, without, *step), *sheet_section(*step)]
+    return "\n".join(lines).rstrip() + "\n"
+
+
+def purpose_of(entry):
+    purposes = [entry["purpose"]] if entry["documentWide"] else [each["purpose"] for each in entry["bindings"]]
+    return " ".join(dict.fromkeys(purposes)) or "Changes nothing; recorded only."
+
+
+def overview(entries):
+    lines = ["# Upgrades", "",
+             "A page for each upgrade: what it does and why, to which features, before and after, and what the",
+             "analysis says differently. `scripts/upgrade-pages` writes them from the program, the examples and",
+             "[texts.toml](texts.toml).", "", "## By time", "", "| | Upgrade | What it does |", "|---|---|---|"]
+    lines += [f"| {each['number']} | [{each['name']}]({each['name']}.md) | {purpose_of(each)} |" for each in entries]
+    by_type = collections.defaultdict(list)
+    for each in entries:
+        for name in {name for binding in each["bindings"] for name in binding["lateTypes"]}:
+            by_type[name].append(each)
+        if each["documentWide"]:
+            by_type["the whole document"].append(each)
+    lines += ["", "## By late type", "", "| Late type | Upgrades, oldest first |", "|---|---|"]
+    for name, found in sorted(by_type.items(), key=lambda item: item[0].lower()):
+        links = ", ".join(f"[{each['name']}]({each['name']}.md) ({each['number']})" for each in found)
+        lines.append(f"| {name if ' ' in name else code(name)} | {links} |")
+    return "\n".join(lines) + "\n"
