@@ -1,13 +1,13 @@
 # bash completion for hvxupgrade
 
 _hvxupgrade() {
-  local cur prev verb="" word
+  local cur prev verb="" word verbs="status check upgrade merge diff sheet identifiers show clean help"
   cur=${COMP_WORDS[COMP_CWORD]}
   prev=${COMP_WORDS[COMP_CWORD - 1]}
   COMPREPLY=()
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      status | check | upgrade | merge | diff | sheet | identifiers | show | clean)
+      status | check | upgrade | merge | diff | sheet | identifiers | show | clean | help)
         verb=$word
         break
         ;;
@@ -39,6 +39,10 @@ _hvxupgrade() {
       _hvxupgrade_identifiers
       return
       ;;
+    --timeout)
+      mapfile -t COMPREPLY < <(compgen -W "10m 1h 0" -- "$cur")
+      return
+      ;;
     -o | --output | --report | --trace | --library | --files-from)
       compopt -o filenames 2>/dev/null
       mapfile -t COMPREPLY < <(compgen -f -- "$cur")
@@ -49,7 +53,7 @@ _hvxupgrade() {
       mapfile -t COMPREPLY < <(compgen -d -- "$cur")
       return
       ;;
-    --jobs | -j | --memory | --shard | --include | --exclude | --backup | --timeout | --limit-features | --limit-memory | --limit-unpacked | --language | --type | --id | --depth | --case | --step)
+    --jobs | -j | --memory | --shard | --include | --exclude | --backup | --limit-features | --limit-memory | --limit-unpacked | --language | --type | --id | --depth | --case | --step)
       return
       ;;
   esac
@@ -69,12 +73,13 @@ _hvxupgrade() {
       clean) options+=" --dry-run --json" ;;
       sheet) options+=" --case --step --units --all --json --csv" ;;
       diff | identifiers) options+=" --json" ;;
-      show) options+=" --attributes --type --id --depth" ;;
+      show) options+=" --attributes --type --id --depth --json" ;;
+      help) ;;
       *) options+=" --version" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
-  elif [[ -z $verb ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "status check upgrade merge diff sheet identifiers show clean" -- "$cur")
+  elif [[ -z $verb || $verb == help ]]; then
+    mapfile -t COMPREPLY < <(compgen -W "$verbs" -- "$cur")
   elif [[ $verb == identifiers ]]; then
     _hvxupgrade_identifiers
   elif [[ $verb == merge ]]; then

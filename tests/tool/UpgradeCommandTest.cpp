@@ -189,10 +189,17 @@ TEST_F(UpgradeCommandTest, WrongUsageIsExplained) {
   refused({"upgrade", file, "--dry-run", "--report", "-"}, "--report");
   refused({"upgrade", file, "-o", ""}, "--output");
   refused({"show", file, "--depth", "0"}, "must be a whole number above 0");
-  refused({"frob", file}, "there is no command \"frob\"");
+  refused({"frob", file}, "there is no command \"frob\"; say status, ");
+  refused({"shwo", file}, "did you mean 'show'?");
+  refused({"help", "upgrad"}, "did you mean 'upgrade'?");
+  refused({"upgrade", file, "--dry-run", "--timout=10"}, "no option \"--timout\"; did you mean '--timeout'?");
+  refused({"--dta", Path("x"), "status", file}, "did you mean '--data'?");
+  refused({"status", file, "-check"}, "did you mean '--check'?");
+  refused({"status", file, "--timeout", "1"}, "there is no option \"--timeout\"\n");  // though another has it
   refused({"--data", Path("x"), "frob", file}, "there is no command \"frob\"");
   refused({"upgrade", file, "--dry-run", "--language", "xx"}, "choose one of: ");
   refused({"upgrade", file, "--dry-run", "--timeout", "-1"}, "--timeout");
+  refused({"upgrade", file, "--dry-run", "--timeout", "1d"}, "must be a time such as 90 (seconds), 90s, 10m");
   EXPECT_EQ(Names(), "job.hvxdoc other.hvxdoc");
 }
 

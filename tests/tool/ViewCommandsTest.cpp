@@ -1,5 +1,7 @@
 #include <simdjson.h>
 
+#include <algorithm>
+
 #include "ToolRun.h"
 
 namespace tool_testing {
@@ -88,18 +90,45 @@ TEST_F(ViewCommandsTest, ShowPrintsTheTreeAndItsParts) {
   EXPECT_EQ(Run({"show", file, "--id", "99"}).code, 2);
 }
 
+TEST_F(ViewCommandsTest, ShowPrintsFeaturesAsTheirFileHoldsThem) {
+  const std::string lines(kJobLines);
+  const std::string file = Document("job.hvxdoc", lines, R"("MakeOutOfdateARS")");
+  const std::string begin = R"({"show":"hvxupgrade","version":2,"file":")" + file +
+                            R"(","upgrades":["MakeOutOfdateARS"],"features":[)";
+  std::string all = lines.substr(0, lines.size() - 1);
+  std::ranges::replace(all, '\n', ',');
+  EXPECT_EQ(Run({"show", "--json", file}).out, begin + all + "]}\n");
+
+  const std::size_t second = lines.find('\n') + 1;
+  const std::string model = lines.substr(0, second - 1);
+  const std::string one = lines.substr(second, lines.find('\n', second) - second);
+  EXPECT_EQ(Run({"show", "--json", file, "--depth", "1"}).out, begin + model + "]}\n");
+  EXPECT_EQ(Run({"show", "--json", file, "--type", "AnalysisCase"}).out, begin + one + "]}\n");
+  const Ended none = Run({"show", "--json", file, "--id", "99"});
+  EXPECT_EQ(none.code, 2);
+  EXPECT_EQ(none.out, "");  // nothing that begins like a result
+}
+
 // A name must not reach the terminal as a command.
 TEST_F(ViewCommandsTest, ShowEscapesControlCharacters) {
   const std::string file =
       Document("evil.hvxdoc", "{\"id\":1,\"type\":\"A\\u001b[2J\",\"name\":\"\\u009b2J\\u007f\"}\n");
   EXPECT_EQ(Run({"show", file}).out, "1 \"A\\u001b[2J\" \"\\u009b2J\\u007f\"\n");
+  const Ended json = Run({"show", "--json", file});
+  EXPECT_NE(json.out.find(R"({"id":1,"type":"A\u001b[2J","name":"\u009b2J\u007f"})"), std::string::npos)
+      << json.out;
 }
 
 TEST_F(ViewCommandsTest, HelpAndVersionAreResults) {
   const Ended help = Run({"--help"});
   EXPECT_EQ(help.code, 0);
   EXPECT_NE(help.out.find("Examples:"), std::string::npos);
-  EXPECT_EQ(Run({"--version"}).out.substr(0, 11), "hvxupgrade ");
+  EXPECT_EQ(Run({"help"}).out, help.out);
+  EXPECT_EQ(Run({"help", "upgrade"}).out, Run({"upgrade", "--help"}).out);
+  EXPECT_EQ(Run({"help", "help"}).code, 0);
+  const Ended version = Run({"--version"});
+  EXPECT_EQ(version.out.substr(0, 11), "hvxupgrade ");
+  EXPECT_EQ(Run({"-V"}).out, version.out);
 }
 
 }  // namespace

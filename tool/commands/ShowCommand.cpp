@@ -8,7 +8,9 @@
 #include "document/Reading.h"
 #include "file/FeatureText.h"
 #include "file/JsonText.h"
+#include "report/JsonOutput.h"
 #include "settings/UsageError.h"
+#include "terminal/Output.h"
 #include "terminal/Terminal.h"
 
 namespace tool {
@@ -23,41 +25,56 @@ using standalone::LateType;
 constexpr std::size_t kFlushBytes = std::size_t{1} << 16;
 constexpr std::size_t kDeepestIndent = 40;  // levels; deeper ones are told by number
 
+// Calls `take` with each feature at and beneath `top` that was asked for, and its level, without recursion:
+// nothing bounds how deep a tree is.
+template <class Take>
+void Walk(const ShowArguments& arguments, const Feature& top, const Take& take) {
+  const LateType* const wanted = arguments.lateType.empty() ? nullptr : &LateType::Of(arguments.lateType);
+  std::size_t level = 0;
+  const Feature* feature = &top;
+  while (feature != nullptr) {
+    // Of a late type, fathers are not shown, so there is no tree.
+    if (wanted == nullptr || feature->type == wanted) take(*feature, wanted == nullptr ? level : 0);
+    if (feature->firstSon != nullptr && !(arguments.depth && level + 1 >= *arguments.depth)) {
+      feature = feature->firstSon;
+      ++level;
+      continue;
+    }
+    while (feature != &top && feature->nextSibling == nullptr) {
+      feature = feature->father;
+      --level;
+    }
+    feature = feature == &top ? nullptr : feature->nextSibling;
+  }
+}
+
+// The same for the whole document, or for what stands beneath `top` where there is one. Gives their number.
+template <class Take>
+std::size_t ForEachAsked(const ShowArguments& arguments, const standalone::Document& document,
+                         const Feature* top, const Take& take) {
+  std::size_t count = 0;
+  const auto counted = [&](const Feature& feature, std::size_t level) {
+    ++count;
+    take(feature, level);
+  };
+  if (top != nullptr) {
+    Walk(arguments, *top, counted);
+    return count;
+  }
+  for (const Feature* root = document.First(); root != nullptr; root = root->next) {
+    if (root->father == nullptr) Walk(arguments, *root, counted);
+  }
+  return count;
+}
+
 class TreePrinter {
  public:
-  explicit TreePrinter(const ShowArguments& arguments)
-      : arguments_(arguments),
-        wantedType_(arguments.lateType.empty() ? nullptr : &LateType::Of(arguments.lateType)) {}
+  explicit TreePrinter(bool attributes) : attributes_(attributes) {}
   ~TreePrinter() { Flush(); }
   TreePrinter(const TreePrinter&) = delete;
   TreePrinter& operator=(const TreePrinter&) = delete;
 
-  // `top` and what stands beneath it, without recursion: nothing bounds how deep a tree is.
-  void Print(const Feature& top) {
-    std::size_t level = 0;
-    const Feature* feature = &top;
-    while (feature != nullptr) {
-      PrintOne(*feature, level);
-      if (feature->firstSon != nullptr && !(arguments_.depth && level + 1 >= *arguments_.depth)) {
-        feature = feature->firstSon;
-        ++level;
-        continue;
-      }
-      while (feature != &top && feature->nextSibling == nullptr) {
-        feature = feature->father;
-        --level;
-      }
-      feature = feature == &top ? nullptr : feature->nextSibling;
-    }
-  }
-
-  [[nodiscard]] std::size_t Printed() const { return printed_; }
-
- private:
-  void PrintOne(const Feature& feature, std::size_t level) {
-    if (wantedType_ != nullptr && feature.type != wantedType_) return;
-    ++printed_;
-    if (wantedType_ != nullptr) level = 0;  // fathers are not shown, so there is no tree
+  void Print(const Feature& feature, std::size_t level) {
     Indent(level);
     fmt::format_to(std::back_inserter(out_), FMT_COMPILE("{} {}"), feature.id, WordOf(*feature.type));
     const std::string_view shown = feature.externalName.empty() ? feature.name : feature.externalName;
@@ -75,10 +92,11 @@ class TreePrinter {
     }
     if (!feature.upToDate) AppendRaw(out_, " out-of-date");
     out_.push_back('\n');
-    if (arguments_.attributes) PrintAttributes(feature, level);
+    if (attributes_) PrintAttributes(feature, level);
     if (out_.size() >= kFlushBytes) Flush();
   }
 
+ private:
   void PrintAttributes(const Feature& feature, std::size_t level) {
     for (const Attribute& attribute : feature.Attributes()) {
       Indent(level);
@@ -109,28 +127,51 @@ class TreePrinter {
     out_.clear();
   }
 
-  const ShowArguments& arguments_;
-  const LateType* wantedType_;
+  bool attributes_;
   fmt::memory_buffer out_;
   std::unordered_map<standalone::NameId, std::string> words_;
-  std::size_t printed_ = 0;
 };
+
+std::size_t PrintJson(const ShowArguments& arguments, const standalone::Document& document,
+                      const Feature* top) {
+  Output output;
+  JsonObject object(output.Buffer());
+  object.Text("show", "hvxupgrade");
+  object.Number("version", kJsonVersion);
+  object.Name("file", arguments.file);
+  object.Texts("upgrades", document.Upgrades());
+  JsonList features(object.Key("features"));
+  fmt::memory_buffer line;
+  const std::size_t count =
+      ForEachAsked(arguments, document, top, [&](const Feature& feature, std::size_t /*level*/) {
+        line.clear();
+        standalone::AppendFeature(line, feature);
+        features.Value({line.data(), line.size()});
+        output.FlushIfLarge();
+      });
+  features.Close();
+  object.Close();
+  output.Buffer().push_back('\n');
+  return count;
+}
+
+std::size_t PrintTree(const ShowArguments& arguments, const standalone::Document& document,
+                      const Feature* top) {
+  TreePrinter printer(arguments.attributes);
+  return ForEachAsked(arguments, document, top, [&printer](const Feature& feature, std::size_t level) {
+    printer.Print(feature, level);
+  });
+}
 
 }  // namespace
 
 ExitCode RunShow(const ShowArguments& arguments) {
   const standalone::DocumentPtr document = ReadWithProgress(arguments.file);
-  TreePrinter printer(arguments);
-  if (arguments.id) {
-    const Feature* const top = document->Find(*arguments.id);
-    if (top == nullptr) throw UsageError(fmt::format("{} has no feature {}", arguments.file, *arguments.id));
-    printer.Print(*top);
-  } else {
-    for (const Feature* root = document->First(); root != nullptr; root = root->next) {
-      if (root->father == nullptr) printer.Print(*root);
-    }
-  }
-  if (printer.Printed() == 0 && !arguments.lateType.empty())
+  const Feature* const top = arguments.id ? document->Find(*arguments.id) : nullptr;
+  if (arguments.id && top == nullptr)
+    throw UsageError(fmt::format("{} has no feature {}", arguments.file, *arguments.id));
+  const std::size_t printed = (arguments.json ? PrintJson : PrintTree)(arguments, *document.Get(), top);
+  if (printed == 0 && !arguments.lateType.empty())
     Complain(fmt::format("{}: no feature of late type {}", arguments.file, Word(arguments.lateType)));
   return ExitCode::kDone;
 }

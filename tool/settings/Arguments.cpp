@@ -3,10 +3,10 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <sstream>
 
 #include "settings/CommonOptions.h"
+#include "settings/Unexpected.h"
 #include "settings/UpgradeOptions.h"
 #include "settings/UsageError.h"
 #include "terminal/Terminal.h"
@@ -52,7 +52,8 @@ constexpr const char* kIdentifiersExamples = R"(Examples:
 constexpr const char* kShowExamples = R"(Examples:
   hvxupgrade show bracket.hvxdoc --depth 2
   hvxupgrade show bracket.hvxdoc --type HVXPressure --attributes
-  hvxupgrade show bracket.hvxdoc --id 17)";
+  hvxupgrade show bracket.hvxdoc --id 17
+  hvxupgrade show --json bracket.hvxdoc | jq '.features[] | select(.upToDate == false) | .id')";
 
 constexpr const char* kCheckExamples = R"(Examples:
   hvxupgrade check current.hvxdoc
@@ -75,6 +76,10 @@ constexpr const char* kMergeExamples = R"(Examples:
 constexpr const char* kCleanExamples = R"(Examples:
   hvxupgrade clean --dry-run .
   hvxupgrade clean --json results | jq .bytes)";
+
+constexpr const char* kHelpExamples = R"(Examples:
+  hvxupgrade help
+  hvxupgrade help upgrade)";
 
 void Check(StatusArguments& status) {
   Check(status.sources);
@@ -113,6 +118,7 @@ void AddShow(CLI::App& app, ShowArguments& show) {
       ->check(NotEmpty);
   verb->add_option("--id", show.id, "Only this feature and what stands beneath it")->type_name("N");
   verb->add_option("--depth", show.depth, "Only so many levels")->type_name("N")->check(AboveZero);
+  verb->add_flag("--json", show.json, "Print JSON, with the attributes");
   verb->footer(kShowExamples);
 }
 
@@ -197,14 +203,10 @@ void Check(SheetArguments& sheet) {
   OpenStream(sheet.current);
 }
 
-// What is wrong when the parser met words that it did not expect.
-std::string Unexpected(const CLI::App& app, const std::vector<std::string>& words, const char* what) {
-  const auto isWord = [](const std::string& word) { return !word.starts_with('-'); };
-  const auto first = std::ranges::find_if(words, isWord);
-  if (!app.get_subcommands().empty() || first == words.end()) return what;
-  return fmt::format(
-      "there is no command {}; say status, check, upgrade, merge, diff, sheet, identifiers, show or clean",
-      Quoted(*first));
+void AddHelp(CLI::App& app, std::string& command) {
+  CLI::App* const verb = app.add_subcommand("help", "Print help, or that of a command");
+  verb->add_option("COMMAND", command, "The command")->type_name("")->check(NotEmpty);
+  verb->footer(kHelpExamples);
 }
 
 }  // namespace
@@ -214,7 +216,7 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
                "hvxupgrade");
   app.require_subcommand(0, 1);
   app.fallthrough();
-  app.set_version_flag("--version", "hvxupgrade " HVXUPGRADE_VERSION);
+  app.set_version_flag("-V,--version", "hvxupgrade " HVXUPGRADE_VERSION);
   app.footer(fmt::format("{}\n{}", kExamples, kExitCodes));
   app.add_option("--library", arguments.places.libraries,
                  "Use this upgrade library (may be given several times)")
@@ -241,13 +243,17 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
   AddClean(app, clean);
   MergeArguments merge;
   AddMerge(app, merge);
+  std::string explained;
+  AddHelp(app, explained);
 
   const CLI::App* const upgradeVerb = app.get_subcommand("upgrade");
   try {
     app.parse(count, texts);
-    if (app.get_subcommands().empty())
-      throw UsageError(
-          "say what to do: status, check, upgrade, merge, diff, sheet, identifiers, show or clean");
+    if (app.get_subcommands().empty()) throw UsageError(fmt::format("say what to do: {}", kCommands));
+    if (app.got_subcommand("help")) {
+      if (!explained.empty() && !IsCommand(app, explained)) throw UsageError(NoCommand(app, explained));
+      app.parse(explained + " --help");  // throws, as that does on the command line
+    }
     if (app.got_subcommand("status")) {
       Check(status);
       arguments.verb = std::move(status);
@@ -276,7 +282,7 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
     }
     return std::nullopt;
   } catch (const CLI::ExtrasError& error) {
-    Complain(Unexpected(app, app.remaining(), error.what()));
+    Complain(Unexpected(app, error.what()));
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
       std::ostringstream help;

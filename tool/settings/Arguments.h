@@ -60,6 +60,7 @@ struct UpgradeArguments {
   ManyDocuments many;
   std::string shardText;
   std::optional<Shard> shard;  // what the text says
+  std::string timeoutText;     // as it was given; the limits hold what it says
   Limits limits;               ///< Of each document.
 };
 
@@ -74,6 +75,7 @@ struct ShowArguments {
   std::string lateType;
   std::optional<std::int64_t> id;
   std::optional<std::size_t> depth;
+  bool json = false;
 };
 
 struct CheckArguments {

@@ -5,12 +5,12 @@
 #include <algorithm>
 
 #include "settings/CommonOptions.h"
+#include "settings/Duration.h"
 #include "settings/UsageError.h"
+#include "terminal/Terminal.h"
 
 namespace tool {
 namespace {
-
-constexpr double kLongestTimeout = 1e9;
 
 constexpr const char* kUpgradeExamples = R"(Examples:
   hvxupgrade upgrade bracket.hvxdoc -o current.hvxdoc
@@ -120,10 +120,11 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
       ->group(kMany);
 
   const auto limits = "When a document is given up; its file stays as it is (0: never)";
-  verb->add_option("--timeout", upgrade.limits.seconds,
-                   "After this many seconds (default: 120, and 2 for each MB of the document)")
-      ->type_name("SECONDS")
-      ->check(NotEmpty)
+  verb->add_option(
+          "--timeout", upgrade.timeoutText,
+          "After this time, in seconds, or such as 90s, 10m, 2h (default: 120s, and 2s for each MB of "
+          "the document)")
+      ->type_name("TIME")
       ->group(limits);
   verb->add_option("--limit-features", upgrade.limits.features,
                    "When upgrades made this many features (default: 1000000, and 10 for each feature)")
@@ -171,9 +172,13 @@ void Check(UpgradeArguments& upgrade, const CLI::App& verb) {
       (upgrade.backupSuffix.empty() || upgrade.backupSuffix.find('/') != std::string::npos)) {
     throw UsageError("the suffix of --backup must be a part of a file name, such as .old");
   }
-  if (const auto& seconds = upgrade.limits.seconds;
-      seconds && !(*seconds >= 0 && *seconds <= kLongestTimeout))
-    throw UsageError("--timeout must be a number of seconds, or 0 for no limit");
+  if (verb.count("--timeout") > 0) {
+    upgrade.limits.seconds = SecondsOf(upgrade.timeoutText);
+    if (!upgrade.limits.seconds)
+      throw UsageError(
+          fmt::format("--timeout {}: must be a time such as 90 (seconds), 90s, 10m or 2h, or 0 for no limit",
+                      Quoted(upgrade.timeoutText)));
+  }
 }
 
 }  // namespace tool

@@ -1,7 +1,6 @@
 #include "terminal/Progress.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 
@@ -15,7 +14,7 @@ constexpr std::chrono::milliseconds kBetween{100};
 constexpr std::size_t kBarWidth = 30;
 
 bool OnTerminal() {
-  static const bool onTerminal = isatty(STDERR_FILENO) != 0;
+  static const bool onTerminal = TakesCommands(stderr);
   return onTerminal;
 }
 

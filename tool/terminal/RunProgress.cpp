@@ -46,7 +46,7 @@ std::string Fitted(const std::string& text, std::size_t width) {
 }  // namespace
 
 RunProgress::RunProgress(Kind kind)
-    : onTerminal_(kind == Kind::kAuto && isatty(STDERR_FILENO) != 0),
+    : onTerminal_(kind == Kind::kAuto && TakesCommands(stderr)),
       wanted_(kind != Kind::kNone),
       begun_(Clock::now()),
       next_(begun_ + (onTerminal_ ? Clock::duration(kBeforeFirst) : Clock::duration(kBetweenLines))) {}

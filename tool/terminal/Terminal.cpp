@@ -21,7 +21,7 @@ bool isOutputKept = false;
 
 bool ColoursOn(std::FILE* stream) {
   const char* const refused = std::getenv("NO_COLOR");
-  return (refused == nullptr || *refused == '\0') && isatty(fileno(stream)) != 0;
+  return (refused == nullptr || *refused == '\0') && TakesCommands(stream);
 }
 
 void PutPiece(std::FILE* stream, std::string_view piece) {
@@ -51,6 +51,11 @@ bool HasRoom(std::FILE* stream) {
 }
 
 }  // namespace
+
+bool TakesCommands(std::FILE* stream) {
+  const char* const terminal = std::getenv("TERM");
+  return isatty(fileno(stream)) != 0 && (terminal == nullptr || std::string_view(terminal) != "dumb");
+}
 
 std::string Paint(std::FILE* stream, Colour colour, std::string_view text) {
   if (!ColoursOn(stream)) return std::string(text);

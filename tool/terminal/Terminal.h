@@ -8,7 +8,10 @@ namespace tool {
 
 enum class Colour { kGreen, kYellow, kRed };
 
-/// `text` in that colour where `stream` is a terminal and the user did not set NO_COLOR, else as it is.
+/// Whether `stream` is a terminal that follows commands, such as for colours and for writing a line anew; one
+/// that calls itself dumb shows them as text.
+[[nodiscard]] bool TakesCommands(std::FILE* stream);
+/// `text` in that colour where `stream` takes commands and the user did not set NO_COLOR, else as it is.
 [[nodiscard]] std::string Paint(std::FILE* stream, Colour colour, std::string_view text);
 /// `text` without what `Paint` puts around words.
 [[nodiscard]] std::string Unpainted(std::string_view text);
