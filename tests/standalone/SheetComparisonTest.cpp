@@ -1,27 +1,24 @@
-// Whether an upgraded document still says the same, and whether faults would be noticed.
+// Whether an upgraded document still says the same.
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
-#include <fstream>
-#include <functional>
 #include <random>
 #include <set>
-#include <sstream>
 
 #include "check/Losses.h"
-#include "sheet/Comparison.h"
 #include "support/RandomDocuments.h"
-#include "support/UpgradeFixture.h"
+#include "support/UpgradedSheets.h"
 
 namespace {
 
 using namespace standalone;
 using sheet::Difference;
-using sheet::Fact;
 using sheet::Meaning;
 using sheet::Sheet;
 using sheet::SheetComparison;
+using testing_support::Compared;
+using testing_support::Unaccounted;
+using testing_support::Upgraded;
 
 #ifdef HVX_SANITIZED
 constexpr int kDocuments = 100;
@@ -29,102 +26,8 @@ constexpr int kDocuments = 100;
 constexpr int kDocuments = 3000;
 #endif
 
-std::string TextOf(const Value& value) {
-  switch (value.Kind()) {
-    case ValueKind::kString:
-      return std::string(value.AsString());
-    case ValueKind::kInteger:
-      return fmt::format("{}", value.AsInteger());
-    case ValueKind::kReal:
-      return fmt::format("{}", value.AsReal());
-    case ValueKind::kBoolean:
-      return value.AsBoolean() ? "yes" : "no";
-    case ValueKind::kLink:
-      return value.Target() == nullptr ? "nothing" : sheet::NameFor(*value.Target());
-    case ValueKind::kList:
-      break;
-  }
-  std::string text = "[";
-  for (const Value& entry : value.Entries()) text += TextOf(entry) + ' ';
-  return text + ']';
-}
-
-// "pressure Pressure.1: pressure 3000000 -> not set".
-std::string TextOf(const Difference& difference) {
-  std::string text = fmt::format("{} {}:", difference.About().kind->name, difference.About().name);
-  if (difference.quantity == nullptr) return text + (difference.after == nullptr ? " lost" : " new");
-  const auto append = [&text](const std::vector<Fact>& facts) {
-    for (const Fact& fact : facts) {
-      text += fact.standing == sheet::Standing::kNotSet ? " not set" : ' ' + TextOf(fact.value);
-      if (fact.index != 0 && !fact.quantity->isList) text += fmt::format("@{}", fact.index);
-    }
-    if (facts.empty()) text += " none";
-  };
-  text += fmt::format(" {}", difference.quantity->name);
-  append(difference.lost);
-  text += " ->";
-  append(difference.gained);
-  return text;
-}
-
-std::vector<std::string> Unaccounted(const SheetComparison& comparison) {
-  std::vector<std::string> texts;
-  for (const Difference& difference : comparison.differences) {
-    if (difference.meaning == Meaning::kUnaccounted) texts.push_back(TextOf(difference));
-  }
-  return texts;
-}
-
-std::string Read(const std::string& file) {
-  std::ifstream stream(std::string(HVX_SOURCE_DIR "/") + file);
-  std::string header;
-  std::getline(stream, header);
-  std::ostringstream lines;
-  lines << stream.rdbuf();
-  return lines.str();
-}
-
-// What differs, with the sheets that it refers to.
-struct Compared {
-  Sheet before;
-  Sheet after;
-  SheetComparison comparison;
-};
-
-std::vector<std::string> Unaccounted(const Compared& compared) {
-  return Unaccounted(compared.comparison);
-}
-
-// A document before and after its upgrade.
-struct Upgraded {
-  DocumentPtr old;
-  DocumentPtr current;
-  UpgradeRun run;
-
-  [[nodiscard]] Compared Compare() const {
-    Compared compared{sheet::ReadSheet(*old.Get()), sheet::ReadSheet(*current.Get()), {}};
-    compared.comparison = Compare(compared.before, compared.after);
-    return compared;
-  }
-  [[nodiscard]] SheetComparison Compare(const Sheet& before, const Sheet& after) const {
-    return sheet::Compare(before, after, run.identifiers);
-  }
-};
-
-class SheetComparisonTest : public testing_support::UpgradeTest {
+class SheetComparisonTest : public testing_support::UpgradedSheetTest {
  protected:
-  Upgraded Upgrade(const std::string& lines, std::size_t identifiers = 1000) {
-    Upgraded upgraded{testing_support::DocumentOf(lines), testing_support::DocumentOf(lines), {}};
-    const std::vector<std::string> pending = manager_.Pending(*upgraded.current.Get());
-    std::vector<std::string> chosen = pending;
-    chosen.resize(std::min(pending.size(), identifiers));
-    for (const VersionManager::Needed& needed : manager_.NeededBy(chosen, pending))
-      chosen.push_back(needed.identifier);
-    upgraded.run = manager_.Run(upgraded.current, chosen);
-    upgraded.current->DropAllDeadLinks();
-    return upgraded;
-  }
-
   // The features that something else than the sheet tells a person to look at, with what holds them.
   static std::set<FeatureId> ToldOtherwise(const Upgraded& upgraded) {
     std::set<FeatureId> told;
@@ -139,8 +42,6 @@ class SheetComparisonTest : public testing_support::UpgradeTest {
     }
     return told;
   }
-
-  VersionManager manager_{{&testing_support::Library()}};
 };
 
 TEST_F(SheetComparisonTest, EveryDifferenceOfTheExamplesIsAccountedFor) {
@@ -213,7 +114,7 @@ TEST_F(SheetComparisonTest, OfDocumentsThatLostFeaturesNothingIsLostUntold) {
       if (difference.meaning != Meaning::kUnaccounted || told.contains(difference.About().id)) continue;
       if (difference.before != nullptr && told.contains(difference.before->id)) continue;
       if (difference.About().kind->name == "local element assignment") continue;
-      ADD_FAILURE() << "document " << i << ": " << TextOf(difference);
+      ADD_FAILURE() << "document " << i << ": " << testing_support::TextOf(difference);
     }
   }
 }
@@ -224,283 +125,6 @@ TEST_F(SheetComparisonTest, OddValuesAreReadAndCompared) {
   for (int i = 0; i < kDocuments / 4; ++i) {
     const Upgraded upgraded = Upgrade(testing_support::OddExample(random));
     EXPECT_GT(upgraded.Compare().comparison.equal, 500U) << "document " << i;
-  }
-}
-
-// A fault of a migration, as it shows in the result.
-struct Planted {
-  const char* name;
-  std::function<void(Document& document)> plant;
-  const char* words;  // of the unaccounted difference
-};
-
-class PlantedFaultTest : public SheetComparisonTest {
- protected:
-  static Feature& Named(Document& document, std::string_view type, std::string_view name) {
-    for (Feature* each = document.First(); each != nullptr; each = each->next) {
-      if (each->TypeName() == type && each->externalName == name) return *each;
-    }
-    throw std::logic_error(fmt::format("there is no {} {}", type, name));
-  }
-  static Feature& Component(const Feature& owner, std::string_view name) {
-    for (Feature* son = owner.firstSon; son != nullptr; son = son->nextSibling) {
-      if (son->name == name) return *son;
-    }
-    throw std::logic_error(fmt::format("there is no component {}", name));
-  }
-  static Feature& Linked(Document& document, Feature& feature, std::string_view key) {
-    return *document.FindAttribute(feature, NameTable::Intern(key))->value.Target();
-  }
-  static void Set(Document& document, Feature& feature, std::string_view key, const Value& value) {
-    document.SetAttribute(feature, NameTable::Intern(key), value);
-  }
-  static double NumberIn(Document& document, Feature& feature, std::string_view key) {
-    return document.FindAttribute(feature, NameTable::Intern(key))->value.AsReal();
-  }
-};
-
-TEST_F(PlantedFaultTest, EachIsNamed) {
-  const auto values = [](Document& document, std::string_view type, std::string_view name,
-                         std::string_view component, const Value& value) {
-    Set(document, Component(Named(document, type, name), component), "Values", value);
-  };
-  const Planted faults[] = {
-      {"another scale",
-       [&](Document& d) { values(d, "HVXPressure", "Pressure.3", "Pressure", Value::Real(3000.0)); },
-       "pressure Pressure.3: pressure 3000000 -> 3000"},
-      {"a lost value",
-       [&](Document& d) { d.Remove(Component(Named(d, "HVXPressure", "Pressure.3"), "Pressure")); },
-       "pressure Pressure.3: pressure 3000000 -> not set"},
-      {"another unit",
-       [](Document& d) {
-         Set(d, Component(Named(d, "HVXPressure", "Pressure.3"), "Pressure"), "Magnitude",
-             Value::String(d.Keep("FORCE")));
-       },
-       "pressure Pressure.3: pressure 3000000 -> 3000000"},
-      {"swapped components",
-       [&](Document& d) {
-         values(d, "HVXGravity", "Gravity.2", "HVXGravity_1", Value::Real(-9.81));
-         values(d, "HVXGravity", "Gravity.2", "HVXGravity_2", Value::Real(0.0));
-       },
-       "gravity Gravity.2: acceleration 1 0 -> -9.81"},
-      {"a degree of freedom that is free now",
-       [](Document& d) {
-         Set(d, Component(Named(d, "HVXDisplacementBC", "Displacement.1"), "HVXDisplacement_1"), "IsActive",
-             Value::Integer(0));
-       },
-       "displacement Displacement.1: prescribed yes@1 -> no@1"},
-      {"a lost support",
-       [](Document& d) {
-         Feature& clamp = Named(d, "HVXClamp", "Clamp.1");
-         d.Remove(*d.FindAttribute(clamp, NameTable::Intern("Supports"))->value.Entries()[0].Target());
-         d.DropAllDeadLinks();
-       },
-       "clamp Clamp.1: support Bottom Face -> none"},
-      {"a support on something else",
-       [](Document& d) {
-         Feature& gravity = Named(d, "HVXGravity", "Gravity.1");
-         Feature& support =
-             *d.FindAttribute(gravity, NameTable::Intern("Supports"))->value.Entries()[0].Target();
-         Set(d, support, "FirstObject", Value::Link(d.Find(15)));
-       },
-       "gravity Gravity.1: support Pad.1 -> Rib"},
-      {"an angle that was divided twice",
-       [](Document& d) {
-         Feature& section = Named(d, "HVXShellSectionEnhLT", "Rib Shell.1");
-         Feature& orientation = Linked(d, section, "MaterialOrientation");
-         Set(d, orientation, "Angle",
-             Value::Real(NumberIn(d, orientation, "Angle") * 3.14159265358979 / 180));
-       },
-       "shell section Rib Shell.1: orientation angle 90 ->"},
-      {"an angle by a rounded pi",
-       [](Document& d) {
-         Set(d, Linked(d, Named(d, "HVXShellSectionEnhLT", "Rib Shell.1"), "MaterialOrientation"), "Angle",
-             Value::Real(90.0 * 3.14159265 / 180));
-       },
-       "shell section Rib Shell.1: orientation angle 90 ->"},
-      {"a map that is not inverted",
-       [](Document& d) {
-         Feature& settings =
-             Component(Named(d, "HVXContactConnectionEnhancementStdLT", "Contact Pair-2"), "ContactSettings");
-         Set(d, Component(settings, "CnstEnfMethod"), "Values", Value::Integer(1));
-       },
-       "contact pair Contact Pair-2: constraint enforcement node to surface -> surface to surface"},
-      {"another formulation",
-       [](Document& d) {
-         Set(d, Named(d, "HVXContactConnectionEnhancementStdLT", "Contact Pair-2"), "SlidingFormulation",
-             Value::Integer(1));
-       },
-       "contact pair Contact Pair-2: sliding finite -> small"},
-      {"no interaction property",
-       [](Document& d) {
-         Set(d, Named(d, "HVXContactConnectionEnhancementStdLT", "Contact Pair-2"), "InteractionProperty",
-             Value::Link(nullptr));
-       },
-       "contact pair Contact Pair-2: interaction property Rough Thread -> not set"},
-      {"a clearance with another sign",
-       [](Document& d) {
-         for (Feature* each = d.First(); each != nullptr; each = each->next) {
-           const Attribute* const value = d.FindAttribute(*each, NameTable::Intern("Value"));
-           if (each->TypeName() == "HVXInterferenceFitLT" && value->value.AsReal() == 4.999999873689376e-05)
-             Set(d, *each, "Value", Value::Real(-4.999999873689376e-05));
-         }
-       },
-       "fit value 4.999999873689376e-05 -> -4.999999873689376e-05"},
-      {"the second friction value",
-       [](Document& d) {
-         Feature& behavior =
-             Linked(d, Named(d, "HVXInteractionPropertyLT", "Rough Thread"), "tangentialBehavior");
-         const Value row[] = {Value::Real(0.5), Value::Real(0), Value::Real(0), Value::Real(0)};
-         const Value table[] = {Value::List(d.Keep(std::span<const Value>(row)))};
-         Set(d, behavior, "FrictionTable", Value::List(d.Keep(std::span<const Value>(table))));
-       },
-       "interaction property Rough Thread: friction [0.3 0.5 ] -> [[0.5 0 0 0 ] ]"},
-      {"another time period",
-       [](Document& d) {
-         Feature& step = Named(d, "HVXGeneralStaticStepLT", "Bearing");
-         Set(d, Linked(d, Component(step, "StepTime"), "Parameter"), "Value", Value::Real(1e-05));
-       },
-       "general static step Bearing: time period 1 -> 1e-05"},
-      {"a restart interval that is one too large",
-       [](Document& d) {
-         Set(d, Named(d, "HVXJobLT", "Bracket Job.3"), "RestartInterval", Value::Integer(6));
-       },
-       "job Bracket Job.3: restart interval 0 -> 6"},
-      {"a rigid body with and without reference the other way round",
-       [](Document& d) {
-         Set(d, Named(d, "HVXRigidBodyConstraintLT", "Rigid Body.4"), "CenterOfMass", Value::Integer(1));
-       },
-       "rigid body Rigid Body.4: centre of mass is the reference no -> yes"},
-      {"a condition in another step",
-       [](Document& d) {
-         Feature& other = Named(d, "HVXGeneralStaticStepLT", "Bearing");
-         d.PlaceBeneath(Named(d, "HVXClamp", "Clamp.1"), other);
-       },
-       "clamp Clamp.1: stands in Initial -> Bearing"},
-      {"steps in another case",
-       [](Document& d) {
-         Feature& other = Named(d, "HVXExplicitDynamicsStepLT", "Impact");
-         d.PlaceBeneath(*Named(d, "HVXGeneralStaticStepLT", "Bearing").father, *other.father->father);
-       },
-       "general static step Bearing: stands in"},
-      {"a condition that is gone",
-       [](Document& d) {
-         d.Remove(Named(d, "HVXClamp", "Clamp.1"));
-         d.DropAllDeadLinks();
-       },
-       "clamp Clamp.1: lost"},
-      {"a condition from nowhere",
-       [](Document& d) {
-         Feature& clamp = Named(d, "HVXClamp", "Clamp.1");
-         Feature& made = *d.Create(LateType::Of("HVXClamp"), "Clamp", clamp.father, nullptr);
-         d.SetExternalName(made, "Clamp.99");
-       },
-       "clamp Clamp.99: new"},
-      {"a stiffness in another unit",
-       [](Document& d) { Set(d, Named(d, "HVXSpringLT", "Spring.1"), "Stiffness", Value::Real(1.0)); },
-       "spring Spring.1: stiffness"},
-      {"a mesh with other numbers",
-       [](Document& d) {
-         for (Feature* each = d.First(); each != nullptr; each = each->next) {
-           if (each->externalName != "Bolt Mesh") continue;
-           const Value runs[] = {Value::Integer(1), Value::Integer(5104)};
-           Set(d, *each, "ElementUserNumbers", Value::List(d.Keep(std::span<const Value>(runs))));
-         }
-       },
-       "mesh Bolt Mesh: element numbers [29878 5104 ] -> [1 5104 ]"},
-      {"a request for other variables",
-       [](Document& d) {
-         Feature& request = Named(d, "HVXNewFieldOutputLT", "Field Output Request-2");
-         Set(d, request, "PreselectedVariableList", Value::String(d.Keep("U")));
-       },
-       "field output request Field Output Request-2: variables NT,S -> U"},
-      {"a parameter of a step without a value, beside the old one",
-       [](Document& d) {
-         Feature& step = Named(d, "HVXGeneralStaticStepLT", "Bearing");
-         Feature& parameter = Linked(d, Component(step, "StepTime"), "Parameter");
-         d.RemoveAttribute(parameter, NameTable::Intern("Value"));
-       },
-       "general static step Bearing: time period 1 -> not set"},
-      {"an entry that is listed nowhere",
-       [](Document& d) {
-         for (Feature* each = d.First(); each != nullptr; each = each->next) {
-           if (each->TypeName() == "HVXGlobalElemAsgnLT") Set(d, *each, "Entries", Value::List({}));
-         }
-       },
-       "list of global element assignments Element Assignments: entry"},
-      {"a tie without supports",
-       [](Document& d) {
-         Set(d, Named(d, "HVXTiedContactLT", "Fastened Pair-1"), "Supports", Value::List({}));
-       },
-       "tie Fastened Pair-1: between Thread to Tapping -> none"},
-      {"the mesh of another constraint",
-       [](Document& d) {
-         Feature& other = Linked(d, Named(d, "HVXRigidBodyConstraintLT", "Rigid Body.5"), "MeshPart");
-         Set(d, Named(d, "HVXRigidBodyConstraintLT", "Rigid Body.1"), "MeshPart", Value::Link(&other));
-       },
-       "rigid body Rigid Body.1: mesh not set -> Rigid Body Mesh.5"},
-      {"another support of a mesh that belongs to no constraint",
-       [](Document& d) {
-         Feature& mesh = Named(d, "MSHMeshPart", "Bolt Mesh");
-         const Value support = d.FindAttribute(mesh, NameTable::Intern("Supports"))->value.Entries()[0];
-         const Value twice[] = {support, support};
-         Set(d, mesh, "Supports", Value::List(d.Keep(std::span<const Value>(twice))));
-       },
-       "mesh Bolt Mesh: support none ->"},
-      {"numbers that nothing can read",
-       [](Document& d) {
-         const Value runs[] = {Value::Integer(0), Value::Integer(5104), Value::Integer(5104)};
-         Set(d, Named(d, "MSHMeshPart", "Bolt Mesh"), "ElementUserNumbers",
-             Value::List(d.Keep(std::span<const Value>(runs))));
-       },
-       "mesh Bolt Mesh: element numbers [29878 5104 ] -> [0 5104 5104 ]"},
-      {"a new pair with a fit from nowhere",
-       [](Document& d) {
-         Feature& pair = Named(d, "HVXContactConnectionEnhancementStdLT", "Contact Pair-20");
-         Set(d, Linked(d, pair, "InterferenceFit"), "Value", Value::Real(0.25));
-       },
-       "contact pair Contact Pair-20: new"},
-      {"a new pair whose mode was not reset",
-       [](Document& d) {
-         Feature& pair = Named(d, "HVXContactConnectionEnhancementStdLT", "Contact Pair-20");
-         Set(d, Component(Linked(d, pair, "ContactControl"), "OverclosureToleranceMode"), "Values",
-             Value::Integer(0));
-       },
-       "contact pair Contact Pair-20: new"},
-      {"a physical type of a case without a solution",
-       [](Document& d) {
-         for (Feature* each = d.First(); each != nullptr; each = each->next) {
-           if (each->TypeName() == "AnalysisCase") d.SetPhysicalType(*each, "MECHANICAL_STATIC_LINEAR");
-         }
-       },
-       "physical type not set -> MECHANICAL_STATIC_LINEAR"},
-      {"a job that still runs its input file",
-       [](Document& d) { Set(d, Named(d, "HVXJobLT", "Bracket Job.2"), "InputFileFlag", Value::Integer(1)); },
-       "job Bracket Job.2: a run without the input file"},
-      {"a solution without the mesh of its case",
-       [](Document& d) {
-         for (Feature* each = d.First(); each != nullptr; each = each->next) {
-           if (each->TypeName() == "HVXHacSolutionLT")
-             Set(d, *each, "AttachedExplicit", Value::Link(nullptr));
-         }
-       },
-       "the mesh of its case"},
-      {"section controls of another assignment",
-       [](Document& d) {
-         for (Feature* each = d.First(); each != nullptr; each = each->next) {
-           if (each->TypeName() == "HVXSectionControlsLT") Set(d, *each, "LengthRatio", Value::Real(0.5));
-         }
-       },
-       "length ratio not set@1 not set@2 not set@3 -> 0.5@1"},
-  };
-  const std::string lines = Read("examples/bolted_bracket.hvxdoc");
-  for (const Planted& fault : faults) {
-    const Upgraded upgraded = Upgrade(lines);
-    fault.plant(*upgraded.current.Get());
-    const std::vector<std::string> unaccounted = Unaccounted(upgraded.Compare());
-    EXPECT_TRUE(std::ranges::any_of(
-        unaccounted, [&](const std::string& text) { return text.find(fault.words) != std::string::npos; }))
-        << fault.name << ": " << fmt::format("{}", fmt::join(unaccounted, "\n"));
   }
 }
 
