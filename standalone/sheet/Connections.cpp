@@ -7,6 +7,10 @@
 namespace standalone::sheet {
 namespace {
 
+FeatureId IdOf(const Feature* feature) {
+  return feature == nullptr ? 0 : feature->id;
+}
+
 bool HoldsInteractions(const Feature& step) {
   const Feature* feature = step.firstSon;
   while (feature != nullptr && feature->TypeName() != "HVXInteractionContainerLT") {
@@ -79,7 +83,9 @@ void Connections::LookAtStep(const Subject& step) {
 }
 
 void Connections::LookAtPair(const Subject& pair) {
-  pairs_[KeyOf(SidesOf(after_, pair))].push_back(&pair);
+  const Sides sides = KeyOf(SidesOf(after_, pair));
+  pairs_[sides].push_back(&pair);
+  pairsOfCase_[{sides, IdOf(pair.analysisCase)}].push_back(&pair);
   const Subject* const was = before_.Find(pair.id);
   if (was != nullptr && IsOldContact(*was) && pair.father != nullptr) withOldContact_.insert(pair.father->id);
 }
@@ -99,6 +105,11 @@ const Subject* Connections::PropertyBetween(const Fact* sides) {
   Look();
   const auto found = properties_.find(KeyOf(sides));
   return found == properties_.end() ? nullptr : found->second;
+}
+
+const std::vector<const Subject*>& Connections::PairsBeside(const Subject& pair) {
+  Look();
+  return pairsOfCase_[{KeyOf(SidesOf(after_, pair)), IdOf(pair.analysisCase)}];
 }
 
 const std::vector<const Subject*>& Connections::PairsBetween(const Fact* sides) {

@@ -27,6 +27,8 @@ class Connections {
   [[nodiscard]] const Subject* PropertyBetween(const Fact* sides);
   /// The pairs between those sides, as they are.
   [[nodiscard]] const std::vector<const Subject*>& PairsBetween(const Fact* sides);
+  /// Those of them that stand in the pair's case, itself included.
+  [[nodiscard]] const std::vector<const Subject*>& PairsBeside(const Subject& pair);
   /// Whether one of those stands in every case of this product, as they are.
   [[nodiscard]] bool HasPairInEveryCase(const Fact* sides);
 
@@ -51,6 +53,7 @@ class Connections {
   bool hasLooked_ = false;
   std::map<Sides, const Subject*> properties_;
   std::map<Sides, std::vector<const Subject*>> pairs_;
+  std::map<std::pair<Sides, FeatureId>, std::vector<const Subject*>> pairsOfCase_;
   std::map<Sides, bool> inEveryCase_;  // of those that were asked for
   std::vector<const Subject*> cases_;
   std::unordered_set<FeatureId> withOldContact_;

@@ -121,9 +121,8 @@ const Feature* SecondObjectOf(const Subject& pair) {
 bool IsOnlyOne(const Change& change, const Subject& pair) {
   const Feature* const second = SecondObjectOf(pair);
   if (second == nullptr) return true;
-  const auto& all = change.connections.PairsBetween(Connections::SidesOf(change.after, pair));
-  return std::ranges::none_of(all, [&](const Subject* other) {
-    if (other == &pair || !AreSame(other->analysisCase, pair.analysisCase)) return false;
+  return std::ranges::none_of(change.connections.PairsBeside(pair), [&](const Subject* other) {
+    if (other == &pair) return false;
     const Value* const state = Held(*other->feature, "PropagationState");
     const bool isCreated = state == nullptr || *state == Value::Integer(0);
     return isCreated && AreSame(SecondObjectOf(*other), second);
