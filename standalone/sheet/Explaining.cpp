@@ -23,4 +23,10 @@ const Feature* HeldFeature(const Feature& feature, std::string_view key) {
   return value != nullptr && value->Kind() == ValueKind::kLink ? value->Target() : nullptr;
 }
 
+void ReplaceAll(std::string& text, std::string_view old, std::string_view current) {
+  if (old.empty()) return;
+  for (std::size_t at = text.find(old); at != std::string::npos; at = text.find(old, at + current.size()))
+    text.replace(at, old.size(), current);
+}
+
 }  // namespace standalone::sheet

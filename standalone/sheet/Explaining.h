@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "sheet/Intentions.h"
@@ -43,6 +44,9 @@ namespace standalone::sheet {
 [[nodiscard]] const Value* Held(const Feature& feature, std::string_view key);
 /// The feature that the attribute links to; null without one.
 [[nodiscard]] const Feature* HeldFeature(const Feature& feature, std::string_view key);
+
+/// Puts `current` in the place of every `old`; nothing happens for an empty `old`.
+void ReplaceAll(std::string& text, std::string_view old, std::string_view current);
 
 /// Explains a single value in whose place a number came, a flag, or a text.
 template <int kNumber>

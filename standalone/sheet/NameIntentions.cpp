@@ -5,7 +5,7 @@
 #include <string>
 
 #include "session/Messages.h"
-#include "sheet/Intentions.h"
+#include "sheet/Explaining.h"
 
 namespace standalone::sheet {
 namespace {
@@ -44,12 +44,6 @@ constexpr Renaming kRenamings[] = {
     {kNeutral, "Halvex Properties", "Nonlinear and Thermal Properties", "Halvex.Properties",
      "Nonlinear.Thermal.Properties"},
 };
-
-void ReplaceAll(std::string& text, std::string_view old, std::string_view current) {
-  if (old.empty()) return;
-  for (std::size_t at = text.find(old); at != std::string::npos; at = text.find(old, at + current.size()))
-    text.replace(at, old.size(), current);
-}
 
 void Rename(std::string& name, const Renaming& renaming) {
   ReplaceAll(name, renaming.old, renaming.current);

@@ -139,11 +139,6 @@ bool ActsLater(Change& change) {
   return IsReplacedRequest(change) && gained != nullptr && IsText(*gained, "later steps") && change.All();
 }
 
-void ReplaceAll(std::string& text, std::string_view old, std::string_view current) {
-  for (std::size_t at = text.find(old); at != std::string::npos; at = text.find(old, at + current.size()))
-    text.replace(at, old.size(), current);
-}
-
 // Non-thermal cases have no nodal temperature.
 std::string WithoutTemperature(std::string list) {
   constexpr std::string_view kLast = ",NT";
