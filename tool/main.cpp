@@ -39,7 +39,8 @@ ExitCode RunVerb(const Arguments& arguments) {
     return RunCheck(*check, installation.Manager());
   if (const auto* const sheet = std::get_if<SheetArguments>(&arguments.verb))
     return RunSheet(*sheet, arguments.places, installation.Manager());
-  return RunIdentifiers(std::get<IdentifiersArguments>(arguments.verb), installation.Manager());
+  return RunIdentifiers(std::get<IdentifiersArguments>(arguments.verb), arguments.places,
+                        installation.Manager());
 }
 
 ExitCode RunChecked(const Arguments& arguments) {

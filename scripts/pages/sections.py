@@ -3,6 +3,7 @@ import collections
 import re
 import sys
 
+from pages.explanations import explanation
 from pages.walk import brought_along
 from pages.words import LONGEST_VALUE, code, say, say_feature, shorten, work_by_feature
 
@@ -34,34 +35,46 @@ def chosen(entry, groups, features):
     return result[:2]
 
 
-def example_section(entry, without, before, after, records):
-    lines = ["## Before and after", ""]
-    names = sorted(before.features)
-    counts = []
-    for name in names:
+def totals_of(before, records):
+    """How many features it changed, made and removed, by example."""
+    found = {}
+    for name in sorted(before.features):
         totals = records[name]["totals"] if name in records else collections.Counter()
-        numbers = f"{totals['changed']} changed, {totals['created']} made, {totals['removed']} removed"
-        counts.append(f"`examples/{name}`: {numbers}")
-    for name in names:
-        if name not in records:
-            continue
+        found[f"examples/{name}"] = {"changed": totals["changed"], "made": totals["created"], "removed": totals["removed"]}
+    return found
+
+
+def examples_of(entry, without, before, after, records):
+    """Up to two features of the first example that it changes: which, of which, the first rows, how many more."""
+    for name in sorted(records):
         features = before.features[name] | after.features[name]
         groups = work_by_feature(records[name], before.features[name], after.features[name])
-        if not groups:
-            continue
-        if without:
-            sys.exit(f"upgrade-pages: docs/upgrades/texts.toml says why {entry['name']} changes nothing, but it does")
-        for subject in chosen(entry, groups, features):
-            feature = features[subject]
-            lines += [f"{say_feature(feature, features)} of `examples/{name}`:", "", "| | Before | After |", "|---|---|---|"]
-            rows = groups[subject]
-            lines += [f"| {' | '.join(cell(shorten(text)) for text in row)} |" for row in rows[:ROWS_OF_FEATURE]]
-            if len(rows) > ROWS_OF_FEATURE:
-                lines.append(f"| {len(rows) - ROWS_OF_FEATURE} more | ... | ... |")
-            lines.append("")
-        break
+        if groups:
+            break
     else:
-        lines += [without or "Neither example holds anything that it changes.", ""]
+        return []
+    if without:
+        sys.exit(f"upgrade-pages: docs/upgrades/texts.toml says why {entry['name']} changes nothing, but it does")
+    result = []
+    for subject in chosen(entry, groups, features):
+        rows = [[shorten(text) for text in row] for row in groups[subject]]
+        shown, more = rows[:ROWS_OF_FEATURE], len(rows[ROWS_OF_FEATURE:])
+        result.append((say_feature(features[subject], features), f"examples/{name}", shown, more))
+    return result
+
+
+def example_section(examples, without, totals):
+    lines = ["## Before and after", ""]
+    for feature, name, rows, more in examples:
+        lines += [f"{feature} of {code(name)}:", "", "| | Before | After |", "|---|---|---|"]
+        lines += [f"| {' | '.join(map(cell, row))} |" for row in rows]
+        if more:
+            lines.append(f"| {more} more | ... | ... |")
+        lines.append("")
+    if not examples:
+        lines += [without, ""]
+    counts = [f"{code(name)}: {', '.join(f'{count} {word}' for word, count in numbers.items())}"
+              for name, numbers in totals.items()]
     return [*lines, "Features in all: " + "; ".join(counts) + ".", ""]
 
 
@@ -74,30 +87,37 @@ def say_facts(facts, features):
     return ", ".join(told) or "none"
 
 
-def sheet_section(before, after, records):
+def differences_of(before, after, records):
+    """What the analysis says differently: for each meaning and reason how often, by example, and the first."""
     found = collections.defaultdict(collections.Counter)
     first = {}
     for name, record in sorted(records.items()):
         features = before.features[name] | after.features[name]
         for each in record.get("sheet", {}).get("differences", []):
-            key = (each["meaning"], each.get("reason", ""))
-            found[key][name] += 1
+            key = (MEANINGS[each["meaning"]], each.get("reason", ""))
+            found[key][f"examples/{name}"] += 1
             whose = each.get("name") or each["kind"]
             said = f"{whose}, {each['quantity']}" if "quantity" in each else whose
             if each.get("before") or each.get("after"):
                 said += f": {say_facts(each.get('before'), features)} -> {say_facts(each.get('after'), features)}"
             first.setdefault(key, shorten(said, 2 * LONGEST_VALUE))
-    if not found:
-        return ["## What the analysis says", "", "The same before and after, in both examples.", ""]
+    return [(*key, dict(sorted(counts.items())), first[key]) for key, counts in sorted(found.items())]
+
+
+def sheet_section(differences):
     lines = ["## What the analysis says", ""]
-    for (meaning, reason), counts in sorted(found.items()):
-        numbers = ", ".join(f"{count} in `examples/{name}`" for name, count in sorted(counts.items()))
-        lines.append(f"- {MEANINGS[meaning]}: {reason} ({numbers})")
-        lines.append(f"  - {first[meaning, reason]}")
-    return [*lines, ""]
+    for meaning, reason, counts, first in differences:
+        numbers = ", ".join(f"{count} in {code(name)}" for name, count in counts.items())
+        lines += [f"- {meaning}: {reason} ({numbers})", f"  - {first}"]
+    return [*lines, *([] if differences else ["The same before and after, in both examples."]), ""]
 
 
-def bindings_section(entry, records):
+def harmless_failures(records):
+    reasons = sorted({each["reason"] for record in records.values() for each in record["harmlessFailures"]})
+    return [f"A failure may mean that there was nothing to do: {each[0].lower()}{each[1:]}" for each in reasons]
+
+
+def bindings_section(entry, harmless):
     if entry["documentWide"]:
         return ["It works on the whole document at once, after all features: " + entry["purpose"], ""]
     if not entry["bindings"]:
@@ -112,10 +132,7 @@ def bindings_section(entry, records):
         lines.append(f"{', '.join(map(code, every))}: all rows run that name the identifier, one after the other.")
     if len(every) < len({each["class"] for each in entry["bindings"]}):
         lines.append(f"{'Each other class' if every else 'A class'} runs only its first row that names the identifier.")
-    harmless = {each["reason"] for record in records.values() for each in record["harmlessFailures"]}
-    for reason in sorted(harmless):
-        lines.append(f"A failure may mean that there was nothing to do: {reason[0].lower()}{reason[1:]}")
-    return [*lines, ""]
+    return [*lines, *harmless, ""]
 
 
 def left_section(found):
@@ -128,15 +145,22 @@ def left_section(found):
     return [*lines, ""]
 
 
-def page(entry, count, about, left, without, step):
+def page_and_explanation(entry, count, about, left, without, step):
+    """The page of an upgrade, and the same as data for the program."""
+    before, _, records = step
+    examples, totals, differences = examples_of(entry, without, *step), totals_of(before, records), differences_of(*step)
+    if not examples:
+        without = without or "Neither example holds anything that it changes."
+    harmless = harmless_failures(records)
     place = f"Upgrade {entry['number']} of {count}. [All upgrades](README.md)"
-    lines = [f"# {entry['name']}", "", place, "", about, "", *bindings_section(entry, step[2])]
+    lines = [f"# {entry['name']}", "", place, "", about, "", *bindings_section(entry, harmless)]
     along = brought_along(entry["name"])
     if along:
         lines += ["These go before it, and are brought along where a document has not been through them:", ""]
         lines += [*(f"- [{name}]({name}.md): {reason}" for name, reason in along.items()), ""]
-    lines += [*left_section(left), *example_section(entry, without, *step), *sheet_section(*step)]
-    return "\n".join(lines).rstrip() + "\n"
+    lines += [*left_section(left), *example_section(examples, without, totals), *sheet_section(differences)]
+    data = explanation(about, along, harmless, left, examples, without, totals, differences)
+    return "\n".join(lines).rstrip() + "\n", data
 
 
 def purpose_of(entry):

@@ -1,6 +1,7 @@
 #include <simdjson.h>
 
 #include <algorithm>
+#include <sstream>
 
 #include "ToolRun.h"
 
@@ -68,9 +69,60 @@ TEST_F(ViewCommandsTest, IdentifiersListsAllBindings) {
 
 TEST_F(ViewCommandsTest, IdentifiersExplainsOneInWords) {
   const Ended ended = Run({"identifiers", "FrictionValueUpgrade"});
-  EXPECT_NE(ended.out.find("FrictionValueUpgrade (15 of 66)"), std::string::npos) << ended.out;
-  EXPECT_NE(ended.out.find("The class tests all its identifiers in turn."), std::string::npos);
+  EXPECT_TRUE(
+      ended.out.starts_with("FrictionValueUpgrade (15 of 66)\n\n"
+                            "  The friction coefficient goes from a list of values to a table of one row,\n"))
+      << ended.out;
+  for (const char* const part : {"which tests all its upgrades in turn;", "  HVXInteractionPropertyLT: ",
+                                 "  Before ", "\n  examples/heated_pipe.hvxdoc ",
+                                 "\nWhat the analysis says\n", "upgrades/FrictionValueUpgrade.md\n"})
+    EXPECT_NE(ended.out.find(part), std::string::npos) << part;
   EXPECT_EQ(Run({"identifiers", "Friction"}).code, 2);
+}
+
+TEST_F(ViewCommandsTest, EveryUpgradeIsExplainedInLinesThatFit) {
+  std::vector<std::string> arguments{"identifiers"};
+  std::istringstream list(Run(arguments).out);
+  for (std::string line; std::getline(list, line);) {
+    std::size_t number = 0;
+    if (std::string name; std::istringstream(line) >> number >> name) arguments.push_back(name);
+  }
+  std::istringstream lines(Run(arguments).out);
+  std::size_t pages = 0;
+  for (std::string line; std::getline(lines, line);) {
+    const bool isPage = line.starts_with("Its page: ");
+    if (isPage) ++pages;
+    EXPECT_TRUE(isPage || line.size() <= 80) << line;
+    EXPECT_EQ(line.find('`'), std::string::npos) << line;
+  }
+  EXPECT_EQ(pages, 66U);
+}
+
+// A data folder of an installation that brings no explanations, and one that is damaged.
+TEST_F(ViewCommandsTest, IdentifiersNeedsNoExplanationsButWholeOnes) {
+  for (const char* const folder : {"messages", "catalogs"})
+    std::filesystem::create_symlink(std::filesystem::path(HVX_SOURCE_DIR) / "standalone" / folder,
+                                    Path(folder));
+  const std::vector<std::string> command{"--data", Path("."), "identifiers", "FrictionValueUpgrade"};
+  const Ended without = Run(command);
+  EXPECT_EQ(without.code, 0);
+  EXPECT_NE(without.out.find("HVXInteractionPropertyLT"), std::string::npos) << without.out;
+  EXPECT_EQ(without.out.find("Its page"), std::string::npos);
+
+  std::filesystem::create_directory(Path("upgrades"));
+  const std::string file = Path("./upgrades/explanations.json");
+  for (
+      const char* const broken :
+      {"", "{", "[]", R"({"upgrades":{"FrictionValueUpgrade":{"about":5}}})",
+       R"({"upgrades":{"FrictionValueUpgrade":{"about":"","examples":[{"of":"","rows":[["",""]],"more":0}]}}})"}) {
+    Put(file, broken);
+    const Ended ended = Run(command);
+    EXPECT_EQ(ended.code, 3) << broken;
+    EXPECT_NE(ended.err.find(file + ": the explanations of the upgrades cannot be read ("), std::string::npos)
+        << ended.err;
+    EXPECT_NE(ended.err.find("Reinstall the program"), std::string::npos);
+  }
+  EXPECT_EQ(Run({"--data", Path("."), "identifiers"}).code, 0);  // the list needs none
 }
 
 TEST_F(ViewCommandsTest, ShowPrintsTheTreeAndItsParts) {

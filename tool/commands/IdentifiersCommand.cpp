@@ -5,7 +5,10 @@
 #include <algorithm>
 
 #include "document/Selection.h"
+#include "report/ExplanationText.h"
 #include "report/JsonOutput.h"
+#include "settings/Explanations.h"
+#include "settings/Installation.h"
 #include "terminal/Terminal.h"
 
 namespace tool {
@@ -86,24 +89,45 @@ void AppendList(fmt::memory_buffer& out, const VersionManager& manager,
                  "  in turn  the class tests all its identifiers in turn, not only up to the first match\n");
 }
 
-void AppendExplanation(fmt::memory_buffer& out, const VersionManager& manager, const KnownUpgrade& known) {
+void AppendBindings(fmt::memory_buffer& out, const KnownUpgrade& known, std::size_t columns) {
+  constexpr std::size_t kIndent = 2;
+  auto to = std::back_inserter(out);
+  if (Unanswered(known)) fmt::format_to(to, "\n  No class answers to it: it changes nothing.\n");
+  if (known.documentUpgrade != nullptr) {
+    fmt::format_to(to, "\nOn the whole document, after all features\n");
+    AppendProse(out, known.documentUpgrade->purpose, kIndent, columns);
+  }
+  if (!known.bindings.empty()) fmt::format_to(to, "\nOn features\n");
+  for (const Binding& bound : known.bindings) {
+    AppendProse(out, LateTypes(*bound.upgradeClass), kIndent, columns);
+    AppendProse(out, bound.binding->purpose, 2 * kIndent, columns);
+    const std::string rule =
+        TestsInTurn(bound) ? "tests all its upgrades in turn" : "runs the first match only";
+    std::string by =
+        fmt::format("Class {}, which {}; {}.", bound.upgradeClass->name, rule, PolicyOf(bound).meaning);
+    if (Failed(bound.upgradeClass->resultWithoutRun)) {
+      by += fmt::format(" Without a match it answers 0x{:08X}.",
+                        static_cast<std::uint32_t>(bound.upgradeClass->resultWithoutRun));
+    }
+    AppendProse(out, by, 2 * kIndent, columns);
+  }
+}
+
+void AppendUpgrade(fmt::memory_buffer& out, const VersionManager& manager, const KnownUpgrade& known,
+                   const Explanations& explanations) {
+  constexpr std::size_t kFewestColumns = 40;  // with fewer nothing can be read in any case
+  const std::size_t columns = std::max(kFewestColumns, ColumnsOf(stdout));
   auto to = std::back_inserter(out);
   fmt::format_to(to, "{} ({} of {})\n", known.identifier, Number(manager, known), manager.Known().size());
-  if (Unanswered(known)) fmt::format_to(to, "  No class answers to it: it changes nothing.\n");
-  if (known.documentUpgrade != nullptr) {
-    fmt::format_to(to, "  The whole document, after all features: {}\n", known.documentUpgrade->purpose);
+  const Explanation* const explanation = explanations.Of(known.identifier);
+  if (explanation != nullptr) {
+    out.push_back('\n');
+    AppendProse(out, explanation->about, 2, columns);
   }
-  for (const Binding& bound : known.bindings) {
-    fmt::format_to(to, "  {}\n    {}\n    Class {}; {}.\n", LateTypes(*bound.upgradeClass),
-                   bound.binding->purpose, bound.upgradeClass->name, PolicyOf(bound).meaning);
-    fmt::format_to(to, "    {}\n",
-                   TestsInTurn(bound) ? "The class tests all its identifiers in turn."
-                                      : "The class runs the first match only.");
-    if (Failed(bound.upgradeClass->resultWithoutRun)) {
-      fmt::format_to(to, "    Without a match the class answers 0x{:08X}.\n",
-                     static_cast<std::uint32_t>(bound.upgradeClass->resultWithoutRun));
-    }
-  }
+  AppendBindings(out, known, columns);
+  if (explanation != nullptr) AppendParts(out, *explanation, columns);
+  if (const auto page = explanations.PageOf(known.identifier); !page.empty())
+    fmt::format_to(to, "\nIts page: {}\n", Printable(page.string()));
 }
 
 void AppendJson(fmt::memory_buffer& out, const VersionManager& manager,
@@ -146,7 +170,8 @@ void AppendJson(fmt::memory_buffer& out, const VersionManager& manager,
 
 }  // namespace
 
-ExitCode RunIdentifiers(const IdentifiersArguments& arguments, const VersionManager& manager) {
+ExitCode RunIdentifiers(const IdentifiersArguments& arguments, const Places& places,
+                        const VersionManager& manager) {
   std::vector<const KnownUpgrade*> chosen;
   for (const std::string& identifier : arguments.identifiers)
     chosen.push_back(&KnownOrRefuse(manager, identifier));
@@ -159,7 +184,11 @@ ExitCode RunIdentifiers(const IdentifiersArguments& arguments, const VersionMana
   } else if (arguments.identifiers.empty()) {
     AppendList(out, manager, chosen);
   } else {
-    for (const KnownUpgrade* const known : chosen) AppendExplanation(out, manager, *known);
+    const Explanations explanations(DataFolder(places));
+    for (const KnownUpgrade* const known : chosen) {
+      if (out.size() != 0) fmt::format_to(std::back_inserter(out), "\n\n");
+      AppendUpgrade(out, manager, *known, explanations);
+    }
   }
   Say({out.data(), out.size()});
   return ExitCode::kDone;

@@ -4,7 +4,9 @@
 
 namespace tool {
 
-/// Lists the upgrades, or explains the chosen ones, on standard output.
-ExitCode RunIdentifiers(const IdentifiersArguments& arguments, const standalone::VersionManager& manager);
+/// Lists the upgrades, or explains the chosen ones with what the data folder says of them, on standard
+/// output.
+ExitCode RunIdentifiers(const IdentifiersArguments& arguments, const Places& places,
+                        const standalone::VersionManager& manager);
 
 }  // namespace tool

@@ -30,8 +30,8 @@ class Installation {
   std::unique_ptr<standalone::VersionManager> manager_;  // refers to the libraries
 };
 
-/// The folder that holds the message catalogs ("messages", a folder per language in it) and the feature
-/// catalogs ("catalogs").
+/// The folder that holds the message catalogs ("messages", a folder per language in it), the feature catalogs
+/// ("catalogs") and the pages and explanations of the upgrades ("upgrades").
 [[nodiscard]] std::filesystem::path DataFolder(const Places& places);
 
 }  // namespace tool

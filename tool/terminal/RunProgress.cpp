@@ -1,8 +1,6 @@
 #include "terminal/RunProgress.h"
 
 #include <fmt/format.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
 
 #include <algorithm>
 
@@ -14,14 +12,7 @@ namespace {
 constexpr std::chrono::milliseconds kBeforeFirst{500};
 constexpr std::chrono::milliseconds kBetween{200};
 constexpr std::chrono::minutes kBetweenLines{1};
-constexpr std::size_t kUsualWidth = 80;
 constexpr double kMegabyte = 1e6;
-
-std::size_t Width() {
-  winsize size{};
-  if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return kUsualWidth;
-  return size.ws_col;
-}
 
 std::string Duration(double seconds) {
   const auto whole = static_cast<std::uint64_t>(seconds);
@@ -61,7 +52,7 @@ void RunProgress::Update(const RunState& state) {
   next_ = now + (onTerminal_ ? Clock::duration(kBetween) : Clock::duration(kBetweenLines));
   const std::string text = TextOf(state);
   if (onTerminal_) {
-    Put(stderr, fmt::format("\r\033[K{}", Fitted(text, Width())));
+    Put(stderr, fmt::format("\r\033[K{}", Fitted(text, ColumnsOf(stderr))));
     drawn_ = true;
   } else {
     Put(stderr, text + "\n");

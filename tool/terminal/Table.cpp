@@ -101,14 +101,15 @@ void AppendLine(fmt::memory_buffer& out, const std::vector<std::vector<std::stri
 
 }  // namespace
 
-std::vector<std::size_t> ColumnWidths(const std::vector<TableRow>& rows, std::size_t indent) {
+std::vector<std::size_t> ColumnWidths(const std::vector<TableRow>& rows, std::size_t indent,
+                                      std::size_t lineWidth) {
   if (rows.empty()) return {};
   std::vector<std::size_t> widths(rows.front().size());
   for (const TableRow& row : rows) {
     for (std::size_t column = 0; column < widths.size(); ++column)
       widths[column] = std::max(widths[column], WidthOf(row[column]));
   }
-  return SharedWidths(std::move(widths), kLineWidth - indent);
+  return SharedWidths(std::move(widths), lineWidth - std::min(lineWidth, indent));
 }
 
 void AppendRow(fmt::memory_buffer& out, const TableRow& row, const std::vector<std::size_t>& widths,
@@ -129,11 +130,22 @@ std::size_t LinesOfRow(const TableRow& row, const std::vector<std::size_t>& widt
   return lines;
 }
 
-void AppendParagraph(fmt::memory_buffer& out, const Cell& pieces, std::size_t indent, std::size_t hanging) {
+Cell WordsOf(std::string_view text) {
+  Cell words;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(' '), text.size());
+    if (end != 0) words.emplace_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return words;
+}
+
+void AppendParagraph(fmt::memory_buffer& out, const Cell& pieces, std::size_t indent, std::size_t hanging,
+                     std::size_t lineWidth) {
   if (pieces.empty()) return;
-  const std::size_t width = kLineWidth - indent;
+  const std::size_t width = lineWidth - std::min(lineWidth, indent);
   std::size_t blanks = indent;
-  for (const std::string& line : LinesOf(pieces, width, width - hanging)) {
+  for (const std::string& line : LinesOf(pieces, width, width - std::min(width, hanging))) {
     fmt::format_to(std::back_inserter(out), "{:{}}{}\n", "", blanks, line);
     blanks = indent + hanging;
   }

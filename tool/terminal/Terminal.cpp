@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <limits.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -55,6 +56,12 @@ bool HasRoom(std::FILE* stream) {
 bool TakesCommands(std::FILE* stream) {
   const char* const terminal = std::getenv("TERM");
   return isatty(fileno(stream)) != 0 && (terminal == nullptr || std::string_view(terminal) != "dumb");
+}
+
+std::size_t ColumnsOf(std::FILE* stream) {
+  constexpr std::size_t kUsual = 80;
+  winsize size{};
+  return ioctl(fileno(stream), TIOCGWINSZ, &size) != 0 || size.ws_col == 0 ? kUsual : size.ws_col;
 }
 
 std::string Paint(std::FILE* stream, Colour colour, std::string_view text) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -11,6 +12,8 @@ enum class Colour { kGreen, kYellow, kRed };
 /// Whether `stream` is a terminal that follows commands, such as for colours and for writing a line anew; one
 /// that calls itself dumb shows them as text.
 [[nodiscard]] bool TakesCommands(std::FILE* stream);
+/// How many columns the terminal has; 80 where `stream` is none, or does not tell.
+[[nodiscard]] std::size_t ColumnsOf(std::FILE* stream);
 /// `text` in that colour where `stream` takes commands and the user did not set NO_COLOR, else as it is.
 [[nodiscard]] std::string Paint(std::FILE* stream, Colour colour, std::string_view text);
 /// `text` without what `Paint` puts around words.
