@@ -6,6 +6,7 @@
 
 #include "document/Selection.h"
 #include "report/ExplanationText.h"
+#include "report/FailurePolicies.h"
 #include "report/JsonOutput.h"
 #include "settings/Explanations.h"
 #include "settings/Installation.h"
@@ -18,22 +19,8 @@ using standalone::KnownUpgrade;
 using standalone::VersionManager;
 using Binding = KnownUpgrade::Binding;
 
-struct Policy {
-  HVXOnFailure onFailure;
-  std::string_view word;
-  std::string_view meaning;
-};
-
-constexpr Policy kPolicies[] = {
-    {HVXOnFailure::kIgnore, "ignore", "a failure is not looked at"},
-    {HVXOnFailure::kStop, "stop", "a failure ends the upgrade of the feature with its code"},
-    {HVXOnFailure::kLast, "last", "the upgrade goes on and returns the result of the last routine run"},
-    {HVXOnFailure::kSkip, "skip", "a failure skips what else this class does for the same identifier"},
-    {HVXOnFailure::kFirst, "first", "the routine ends the upgrade of the feature, with its result"},
-};
-
-const Policy& PolicyOf(const Binding& bound) {
-  return *std::ranges::find(kPolicies, bound.binding->onFailure, &Policy::onFailure);
+const FailurePolicy& PolicyOf(const Binding& bound) {
+  return tool::PolicyOf(bound.binding->onFailure);
 }
 
 bool TestsInTurn(const Binding& bound) {
@@ -84,7 +71,8 @@ void AppendList(fmt::memory_buffer& out, const VersionManager& manager,
   }
   fmt::format_to(to,
                  "\nEach line: the late types, what happens to their features [the class: on failure].\n");
-  for (const Policy& policy : kPolicies) fmt::format_to(to, "  {:<8} {}\n", policy.word, policy.meaning);
+  for (const FailurePolicy& policy : FailurePolicies())
+    fmt::format_to(to, "  {:<8} {}\n", policy.word, policy.meaning);
   fmt::format_to(to,
                  "  in turn  the class tests all its identifiers in turn, not only up to the first match\n");
 }
