@@ -66,17 +66,17 @@ def as_zstd(data):
 
 
 REPORT = [
-    {"record": "run", "report": "hvxupgrade", "version": 3, "tool": "1.0.0", "folder": "/home",
+    {"record": "run", "report": "hvxupgrade", "version": 4, "tool": "1.0.0", "folder": "/home",
      "arguments": ["upgrade", "a"]},
     {"record": "document", "file": "a/b.hvxdoc", "verdict": "upgraded",
      "input": {"file": "a/b.hvxdoc", "bytes": 9, "modified": 17, "sha256": "00"},
      "result": {"file": "n/b.hvxdoc", "bytes": 12, "modified": 18}, "thingsForPerson": 1, "dropped": 0,
-     "needsPerson": [{"document": "a/b.hvxdoc", "problem": "leftBehind", "message": "x"}],
+     "needsPerson": [{"file": "a/b.hvxdoc", "kind": "leftBehind", "reason": "x"}],
      "totals": {"features": 3, "concerned": 1, "changed": 1, "created": 0, "removed": 0, "failed": 0},
-     "seconds": 0.5, "identifiers": ["UpgradeJobMemoryUnit"], "changed": [{"id": 3}], "created": []},
-    {"record": "document", "file": "a/c.hvxdoc", "verdict": "badInput", "problem": "a/c.hvxdoc: broken",
+     "seconds": 0.5, "upgrades": ["UpgradeJobMemoryUnit"], "changed": [{"id": 3}], "created": []},
+    {"record": "document", "file": "a/c.hvxdoc", "verdict": "broken", "problem": "a/c.hvxdoc: broken",
      "thingsForPerson": 0, "needsPerson": []},
-    {"record": "end", "verdict": "2 documents: ...", "exitCode": 3, "left": 0, "totals": {"documents": 2}},
+    {"record": "end", "words": "2 documents: ...", "exitCode": 3, "left": 0, "totals": {"documents": 2}},
 ]
 
 

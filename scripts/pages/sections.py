@@ -54,7 +54,7 @@ def examples_of(entry, without, before, after, records):
     else:
         return []
     if without:
-        sys.exit(f"upgrade-pages: docs/upgrades/texts.toml says why {entry['name']} changes nothing, but it does")
+        sys.exit(f"upgrade-pages: docs/upgrades/texts.toml says why {entry['upgrade']} changes nothing, but it does")
     result = []
     for subject in chosen(entry, groups, features):
         rows = [[shorten(text) for text in row] for row in groups[subject]]
@@ -96,7 +96,7 @@ def differences_of(before, after, records):
         for each in record.get("sheet", {}).get("differences", []):
             key = (MEANINGS[each["meaning"]], each.get("reason", ""))
             found[key][f"examples/{name}"] += 1
-            whose = each.get("name") or each["kind"]
+            whose = each.get("alias") or each["kind"]
             said = f"{whose}, {each['quantity']}" if "quantity" in each else whose
             if each.get("before") or each.get("after"):
                 said += f": {say_facts(each.get('before'), features)} -> {say_facts(each.get('after'), features)}"
@@ -153,8 +153,8 @@ def page_and_explanation(entry, count, about, left, without, step):
         without = without or "Neither example holds anything that it changes."
     harmless = harmless_failures(records)
     place = f"Upgrade {entry['number']} of {count}. [All upgrades](README.md)"
-    lines = [f"# {entry['name']}", "", place, "", about, "", *bindings_section(entry, harmless)]
-    along = brought_along(entry["name"])
+    lines = [f"# {entry['upgrade']}", "", place, "", about, "", *bindings_section(entry, harmless)]
+    along = brought_along(entry["upgrade"])
     if along:
         lines += ["These go before it, and are brought along where a document has not been through them:", ""]
         lines += [*(f"- [{name}]({name}.md): {reason}" for name, reason in along.items()), ""]
@@ -173,7 +173,7 @@ def overview(entries):
              "A page for each upgrade: what it does and why, to which features, before and after, and what the",
              "analysis says differently. `scripts/upgrade-pages` writes them from the program, the examples and",
              "[texts.toml](texts.toml).", "", "## By time", "", "| | Upgrade | What it does |", "|---|---|---|"]
-    lines += [f"| {each['number']} | [{each['name']}]({each['name']}.md) | {purpose_of(each)} |" for each in entries]
+    lines += [f"| {each['number']} | [{each['upgrade']}]({each['upgrade']}.md) | {purpose_of(each)} |" for each in entries]
     by_type = collections.defaultdict(list)
     for each in entries:
         for name in {name for binding in each["bindings"] for name in binding["lateTypes"]}:
@@ -182,6 +182,6 @@ def overview(entries):
             by_type["the whole document"].append(each)
     lines += ["", "## By late type", "", "| Late type | Upgrades, oldest first |", "|---|---|"]
     for name, found in sorted(by_type.items(), key=lambda item: item[0].lower()):
-        links = ", ".join(f"[{each['name']}]({each['name']}.md) ({each['number']})" for each in found)
+        links = ", ".join(f"[{each['upgrade']}]({each['upgrade']}.md) ({each['number']})" for each in found)
         lines.append(f"| {name if ' ' in name else code(name)} | {links} |")
     return "\n".join(lines) + "\n"

@@ -12,7 +12,7 @@ PROGRAM = ROOT / "build/bin/hvxupgrade"
 
 def identifiers():
     told = subprocess.run([PROGRAM, "identifiers", "--json"], check=True, capture_output=True)
-    return json.loads(told.stdout)["identifiers"]
+    return json.loads(told.stdout)["upgrades"]
 
 
 def upgrade(*arguments):
@@ -56,7 +56,7 @@ class Walk:
             return
         result = self.folder / identifier
         records = upgrade("--only", identifier, "--output-dir", result, "--report-detail", "full", self.state.folder)
-        along = [each["identifier"] for record in records.values() for each in record["broughtAlong"]]
+        along = [each["upgrade"] for record in records.values() for each in record["broughtAlong"]]
         if along:
             shutil.rmtree(result)
             self.run(along[0])
@@ -71,6 +71,6 @@ def brought_along(identifier):
     """What the upgrade brings along when it alone is asked for, with the reasons."""
     records = upgrade("--only", identifier, "--dry-run", "--no-sheet", "--report-detail", "summary",
                       *sorted(ROOT.glob("examples/*.hvxdoc")))
-    found = {each["identifier"]: each["reason"] for record in records.values()
+    found = {each["upgrade"]: each["reason"] for record in records.values()
              for each in record.get("broughtAlong", [])}
     return dict(sorted(found.items()))

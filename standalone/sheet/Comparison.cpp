@@ -123,9 +123,7 @@ class Comparer {
     for (const DutyOfKind& duty : duties_) {
       if (duty.kind != is.kind) continue;
       const Change change{before_, after_, connections_, &was, &is, {}, {}};
-      const Quantity& quantity = duty.duty->quantity;
-      if (duty.duty->isLeftOut(change))
-        Note(change, &quantity, {TextFact(quantity, "due")}, {TextFact(quantity, "left out")}, nullptr);
+      if (duty.duty->isLeftOut(change)) NoteLeftOut(change, *duty.duty);
     }
   }
 
@@ -211,6 +209,20 @@ class Comparer {
       difference.identifier = intention->identifier;
       difference.sentence = intention->sentence;
     }
+    Tell(difference);
+  }
+
+  void NoteLeftOut(const Change& change, const Duty& duty) {
+    Difference difference{.before = change.was,
+                          .after = change.is,
+                          .quantity = &duty.quantity,
+                          .lost = {TextFact(duty.quantity, "due")},
+                          .gained = {TextFact(duty.quantity, "left out")},
+                          .identifier = duty.identifier};
+    Tell(difference);
+  }
+
+  void Tell(Difference& difference) {
     ++(difference.meaning == Meaning::kSame        ? totals_.same
        : difference.meaning == Meaning::kOnPurpose ? totals_.onPurpose
                                                    : totals_.unaccounted);

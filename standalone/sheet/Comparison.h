@@ -28,8 +28,10 @@ struct Difference {
   std::vector<Fact> lost = {};         ///< What only the old sheet says.
   std::vector<Fact> gained = {};       ///< What only the new one says.
   Meaning meaning = Meaning::kUnaccounted;
-  std::string_view identifier = {};  ///< The upgrade that meant it; empty for none.
-  std::string_view sentence = {};    ///< What that upgrade does, without the full stop.
+  std::string_view identifier =
+      {};  ///< The upgrade that meant it, or that was to and left it out; empty for none.
+  std::string_view sentence =
+      {};  ///< What that upgrade does, without the full stop; empty where it left it out.
 
   [[nodiscard]] const Subject& About() const { return after != nullptr ? *after : *before; }
 };

@@ -14,7 +14,7 @@ namespace standalone::sheet {
 struct Duty {
   std::string_view identifier;
   std::string_view kinds;  ///< The names of kinds, separated by ", ".
-  Quantity quantity;       ///< Names what is to be done, with the upgrade.
+  Quantity quantity;       ///< Names what is to be done.
   bool (*isLeftOut)(const Change& change);
 };
 

@@ -112,8 +112,9 @@ TEST_F(ArchiveRunTest, StoppedAndGoneOnWithItEndsAsInOneGo) {
   const Ended ended = Run(command);
   EXPECT_EQ(ended.code, 3);
   EXPECT_TRUE(ended.out.starts_with("going on with ")) << ended.out;
-  const std::map<std::string, int> wanted = {{"upgraded", kSound + 1}, {"nothingChosen", 1}, {"newer", 1},
-                                             {"badInput", 1},          {"crashed", 1},       {"timedOut", 1}};
+  const std::map<std::string, int> wanted = {
+      {"upgraded", kSound + 1}, {"nothingChosen", 1}, {"newer", 1}, {"broken", 1},
+      {"crashed", 1},           {"timedOut", 1}};
   EXPECT_EQ(Verdicts("r.jsonl"), wanted);
   for (const char* const name :
        {"stray.hvxdoc: 1 thing needs a person", "newer.hvxdoc: ", "broken.hvxdoc:5: ",

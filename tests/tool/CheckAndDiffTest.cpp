@@ -73,13 +73,18 @@ TEST_F(CheckAndDiffTest, CheckAsJsonKnowsNewerAndBrokenDocuments) {
   simdjson::dom::parser parser;
   const simdjson::padded_string text(ended.out);
   const simdjson::dom::element check = parser.parse(text);
-  EXPECT_EQ(std::int64_t(check["version"]), 2);
+  EXPECT_EQ(std::int64_t(check["version"]), 3);
   const simdjson::dom::array documents = check["documents"];
-  EXPECT_EQ(std::string_view(documents.at(0)["findings"].at(0)["identifier"]), "UpgradeJobForFromInputFile");
+  EXPECT_EQ(std::string_view(documents.at(0)["findings"].at(0)["upgrade"]), "UpgradeJobForFromInputFile");
   EXPECT_EQ(std::string_view(documents.at(0)["findings"].at(0)["kind"]), "pending");
   EXPECT_EQ(std::int64_t(documents.at(0)["counts"]["pending"]), 2);
   EXPECT_EQ(documents.at(1)["findings"].get_array().size(), 0U);
-  EXPECT_EQ(std::string_view(documents.at(2)["verdict"]), "error");
+  EXPECT_EQ(std::string_view(documents.at(0)["verdict"]), "doesNotConform");
+  EXPECT_EQ(std::string_view(documents.at(0)["words"]), "does not conform");
+  EXPECT_EQ(std::string_view(documents.at(1)["verdict"]), "newer");
+  EXPECT_EQ(std::string_view(documents.at(1)["newerUpgrades"].at(0)), "UpgradeOfTheFuture");
+  EXPECT_EQ(std::string_view(documents.at(2)["verdict"]), "broken");
+  EXPECT_FALSE(bool(check["interrupted"]));
 }
 
 TEST_F(CheckAndDiffTest, DiffMatchesFeaturesAndLinksById) {

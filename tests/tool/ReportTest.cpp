@@ -49,21 +49,21 @@ TEST_F(ReportTest, ListsTheChangedFeatureWithItsValuesBeforeAndAfter) {
   const element report = Report(
       {file, "-o", Path("new.hvxdoc"), "--only", "UpgradeJobForFromInputFile,UpgradeJobMemoryUnit"}, 0);
   EXPECT_EQ(Text(report.at(0)["report"]), R"("hvxupgrade")");
-  EXPECT_EQ(Text(report.at(0)["version"]), "3");
+  EXPECT_EQ(Text(report.at(0)["version"]), "4");
   EXPECT_EQ(Text(report.at(2)["totals"]),
             R"({"documents":1,"features":3,"concerned":1,"changed":1,"created":0,"removed":0,"failed":0})");
   const element document = report.at(1);
   EXPECT_EQ(Text(document["needsPerson"]), "[]");
   EXPECT_EQ(Text(document["verdict"]), R"("upgraded")");
-  EXPECT_EQ(Text(document["identifiers"]), R"(["UpgradeJobForFromInputFile","UpgradeJobMemoryUnit"])");
+  EXPECT_EQ(Text(document["upgrades"]), R"(["UpgradeJobForFromInputFile","UpgradeJobMemoryUnit"])");
   EXPECT_EQ(Text(document["changed"]),
             R"([{"id":3,"type":"HVXJobLT","name":"Job","alias":"Job.1","changes":[)"
             R"({"field":"attributes","key":"RunType","before":"From InputFile","after":"Full Analysis",)"
-            R"("by":[{"identifier":"UpgradeJobForFromInputFile","feature":3,"type":"HVXJobLT"}]},)"
+            R"("by":[{"upgrade":"UpgradeJobForFromInputFile","feature":3,"type":"HVXJobLT"}]},)"
             R"({"field":"attributes","key":"InputFileFlag","before":1,"after":0,)"
-            R"("by":[{"identifier":"UpgradeJobForFromInputFile","feature":3,"type":"HVXJobLT"}]},)"
+            R"("by":[{"upgrade":"UpgradeJobForFromInputFile","feature":3,"type":"HVXJobLT"}]},)"
             R"({"field":"attributes","key":"MemoryUnit","after":1,)"
-            R"("by":[{"identifier":"UpgradeJobMemoryUnit","feature":3,"type":"HVXJobLT"}]}]}])");
+            R"("by":[{"upgrade":"UpgradeJobMemoryUnit","feature":3,"type":"HVXJobLT"}]}]}])");
 }
 
 TEST_F(ReportTest, TellsWhatBroughtEachChangeAbout) {
@@ -75,13 +75,13 @@ TEST_F(ReportTest, TellsWhatBroughtEachChangeAbout) {
     ASSERT_GT(by.get_array().size(), 0U) << "nothing is said to have made the change";
     for (const element cause : by) {
       element part;
-      ASSERT_EQ(cause["identifier"].get(part), simdjson::SUCCESS);
+      ASSERT_EQ(cause["upgrade"].get(part), simdjson::SUCCESS);
       if (cause["linkRemoved"].get(part) == simdjson::SUCCESS) {
         ++causes["link"];
       } else if (cause["propagation"].get(part) == simdjson::SUCCESS) {
         ++causes["propagation"];
       } else {
-        ++causes[cause["feature"].get(part) == simdjson::SUCCESS ? "visit" : Text(cause["identifier"])];
+        ++causes[cause["feature"].get(part) == simdjson::SUCCESS ? "visit" : Text(cause["upgrade"])];
       }
     }
   };
@@ -102,13 +102,13 @@ TEST_F(ReportTest, SaysWhatNeedsAPersonOverAllDocuments) {
   const std::string odd = Document("odd\xff.hvxdoc", kJobLines);  // a name that is not UTF-8
   const element report = Report({failing, missing, odd, "--dry-run"}, 3);
   const element failure = RecordOf(report, "failing")["needsPerson"].at(0);
-  EXPECT_EQ(Text(failure["problem"]), R"("leftBehind")");
+  EXPECT_EQ(Text(failure["kind"]), R"("leftBehind")");
   EXPECT_EQ(Text(failure["id"]), "4");
   EXPECT_EQ(Text(failure["code"]), R"("0x80004005")");
-  EXPECT_EQ(Text(failure["identifier"]), R"("UpgradeJobRestartData")");
+  EXPECT_EQ(Text(failure["upgrade"]), R"("UpgradeJobRestartData")");
   EXPECT_EQ(Text(failure["key"]), R"("AnalysisCase")");
-  EXPECT_EQ(Text(RecordOf(report, "missing")["needsPerson"].at(0)["document"]), '"' + missing + '"');
-  EXPECT_EQ(Text(RecordOf(report, "missing")["verdict"]), R"("badInput")");
+  EXPECT_EQ(Text(RecordOf(report, "missing")["needsPerson"].at(0)["file"]), '"' + missing + '"');
+  EXPECT_EQ(Text(RecordOf(report, "missing")["verdict"]), R"("broken")");
   EXPECT_EQ(Text(RecordOf(report, "odd")["verdict"]), R"("upgraded")");
   EXPECT_EQ(Text(report.at(4)["exitCode"]), "3");
 }

@@ -100,12 +100,12 @@ TEST_F(SheetCommandTest, ACaseBeneathAStepStandsForItself) {
 TEST_F(SheetCommandTest, ProgramsGetWhatStandsThere) {
   const simdjson::padded_string text(Run({"sheet", "--json", file_, "--step", "Service"}).out);
   const simdjson::dom::element top = parser_.parse(text);
-  EXPECT_EQ(std::int64_t(top["version"]), 2);
+  EXPECT_EQ(std::int64_t(top["version"]), 3);
   const simdjson::dom::array subjects = top["subjects"];
   ASSERT_EQ(subjects.size(), 3U);
   const simdjson::dom::element odd = subjects.at(2);
   EXPECT_EQ(std::string_view(odd["kind"]), "pressure");
-  EXPECT_EQ(std::string_view(odd["case"]["name"]), "Bearing, \"slow\"");
+  EXPECT_EQ(std::string_view(odd["case"]["alias"]), "Bearing, \"slow\"");
   EXPECT_EQ(std::int64_t(odd["step"]["ref"]), 22);
   EXPECT_EQ(std::string_view(odd["facts"].at(0)["standing"]), "unreadable");
   EXPECT_EQ(std::string_view(odd["facts"].at(0)["value"]), "odd");
@@ -113,12 +113,26 @@ TEST_F(SheetCommandTest, ProgramsGetWhatStandsThere) {
 
   const std::string csv = Run({"sheet", "--csv", file_, "--units", "mm-t-s"}).out;
   EXPECT_THAT(csv,
-              testing::StartsWith("case,step,chapter,kind,id,name,quantity,index,standing,value,unit\r\n"));
+              testing::StartsWith("case,step,chapter,kind,id,alias,quantity,index,standing,value,unit\r\n"));
   EXPECT_THAT(csv,
               HasSubstr("\r\n\"Bearing, \"\"slow\"\"\",Preload,load,pressure,15,Bolt,support,1,set,"
                         "Lug Face (Bracket.1),\r\n"
                         "\"Bearing, \"\"slow\"\"\",Preload,load,pressure,15,Bolt,pressure,,set,3,MPa\r\n"));
   EXPECT_THAT(csv, HasSubstr(",25,not set,pressure,,notSet,,MPa\r\n"));
+}
+
+TEST_F(SheetCommandTest, WhatAnUpgradeLeftOutIsToldWithTheUpgrade) {
+  const std::string old = Document("old.hvxdoc", kJobLines);
+  const std::string misled = Document("new.hvxdoc", kJobLines, R"("UpgradeJobForFromInputFile")");
+  const simdjson::padded_string text(Run({"sheet", "--json", old, misled}).out);
+  const simdjson::dom::element top = parser_.parse(text);
+  EXPECT_TRUE(bool(top["comparison"]));
+  const simdjson::dom::element difference = top["differences"].at(0);
+  EXPECT_EQ(std::string_view(difference["meaning"]), "unaccounted");
+  EXPECT_EQ(std::string_view(difference["upgrade"]), "UpgradeJobForFromInputFile");
+  EXPECT_EQ(std::string_view(difference["quantity"]), "a run without the input file");
+  EXPECT_THAT(Run({"sheet", old, misled}).out,
+              HasSubstr("a run without the input file (UpgradeJobForFromInputFile) was due"));
 }
 
 TEST_F(SheetCommandTest, AnUpgradedExampleIsAccountedFor) {
@@ -241,8 +255,8 @@ TEST_F(SheetCommandTest, AnUpgradeTellsWhatNobodyAccountsFor) {
                                    "is Lug Face (Bracket.1)\n"));
   EXPECT_THAT(ended.out, HasSubstr("1 UNACCOUNTED FOR"));
   const std::string report = Content(Path("run.jsonl"));
-  EXPECT_THAT(report, HasSubstr("\"problem\":\"unaccounted\""));
-  EXPECT_THAT(report, HasSubstr("\"unaccounted\":1,\"differences\":[{\"meaning\":"));
+  EXPECT_THAT(report, HasSubstr("\"kind\":\"unaccounted\""));
+  EXPECT_THAT(report, HasSubstr("\"unaccounted\":1},\"differences\":[{\"meaning\":"));
   EXPECT_THAT(report, HasSubstr("\"quantity\":\"support\",\"before\":["));
 
   const Ended without = Run({"upgrade", misled, "--dry-run", "--no-sheet", "--report", Path("other.jsonl")});

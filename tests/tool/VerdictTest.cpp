@@ -52,8 +52,8 @@ TEST_F(VerdictTest, WhatWasLeftBehindIsToldWithOwnerKeyAndNextStep) {
   EXPECT_TRUE(Has(ended.out, "then run hvxupgrade upgrade --retry."));
   const std::string report = Content(Path("report.json"));
   for (const char* const part :
-       {R"("problem":"leftBehind")", R"("owner":"Thermal Case / Loads")", R"("key":"refTemperature_param")",
-        R"("identifier":"UpgradeFilmConditionBasicComponents")", R"("codeName":"E_FAIL")", R"("nextStep":")"})
+       {R"("kind":"leftBehind")", R"("owner":"Thermal Case / Loads")", R"("key":"refTemperature_param")",
+        R"("upgrade":"UpgradeFilmConditionBasicComponents")", R"("codeName":"E_FAIL")", R"("nextStep":")"})
     EXPECT_TRUE(Has(report, part)) << part;
   // The document itself keeps the verdict, whoever asks.
   EXPECT_EQ(Run({"check", Path("new.hvxdoc")}).code, 1);
@@ -172,7 +172,7 @@ TEST_F(VerdictTest, DroppedValuesAreListedAndMayBeAFailure) {
   EXPECT_TRUE(Has(told.out, "Dropped: 2 attributes of the old document")) << told.out;
   EXPECT_TRUE(Has(
       Content(Path("report.json")),
-      R"("key":"RunType","values":["From InputFile"],"instead":"Full Analysis","by":["UpgradeJobForFromInputFile"])"))
+      R"("key":"RunType","values":["From InputFile"],"instead":"Full Analysis","by":[{"upgrade":"UpgradeJobForFromInputFile"}])"))
       << Content(Path("report.json"));
   EXPECT_EQ(Run({"upgrade", file, "--dry-run", "--fail-on-drop"}).code, 1);
 }

@@ -1,7 +1,11 @@
 #include <simdjson.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <sstream>
+#include <thread>
 
 #include "ToolRun.h"
 
@@ -37,8 +41,27 @@ TEST_F(ViewCommandsTest, StatusKnowsNewerAndBrokenDocuments) {
   simdjson::dom::parser parser;
   const simdjson::padded_string text(ended.out);
   const simdjson::dom::element status = parser.parse(text);
-  EXPECT_EQ(std::string_view(status["documents"].at(0)["unknown"].at(0)), "UpgradeOfTheFuture");
-  EXPECT_EQ(std::string_view(status["documents"].at(1)["verdict"]), "error");
+  EXPECT_EQ(std::string_view(status["documents"].at(0)["newerUpgrades"].at(0)), "UpgradeOfTheFuture");
+  EXPECT_EQ(std::string_view(status["documents"].at(1)["verdict"]), "broken");
+}
+
+// Programs that read it must not meet half of it.
+TEST_F(ViewCommandsTest, JsonIsWholeWhenTheUserInterrupts) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  const std::string endless = Path("endless.hvxdoc");
+  ASSERT_EQ(mkfifo(endless.c_str(), 0600), 0);
+  for (const char* const command : {"status", "check"}) {
+    const pid_t program = Start({command, "--json", endless, file});
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    kill(program, SIGINT);
+    const Ended ended = Wait(program);
+    EXPECT_EQ(ended.code, 130) << command << ended.err;
+    simdjson::dom::parser parser;
+    const simdjson::padded_string text(ended.out);
+    const simdjson::dom::element top = parser.parse(text);
+    EXPECT_TRUE(bool(top["interrupted"])) << command;
+    EXPECT_EQ(std::size_t(std::uint64_t(top["left"])) + top["documents"].get_array().size(), 2U) << command;
+  }
 }
 
 TEST_F(ViewCommandsTest, IdentifiersListsAllBindings) {
@@ -46,16 +69,16 @@ TEST_F(ViewCommandsTest, IdentifiersListsAllBindings) {
   EXPECT_EQ(ended.code, 0);
   simdjson::dom::parser parser;
   const simdjson::padded_string text(ended.out);
-  const simdjson::dom::array all = parser.parse(text)["identifiers"];
+  const simdjson::dom::array all = parser.parse(text)["upgrades"];
   EXPECT_EQ(all.size(), 66U);
-  EXPECT_EQ(std::string_view(all.at(0)["name"]), "UpgradeToElemType");
-  EXPECT_EQ(std::string_view(all.at(65)["name"]), "UpgradeJobMemoryUnit");
+  EXPECT_EQ(std::string_view(all.at(0)["upgrade"]), "UpgradeToElemType");
+  EXPECT_EQ(std::string_view(all.at(65)["upgrade"]), "UpgradeJobMemoryUnit");
   EXPECT_TRUE(bool(all.at(28)["documentWide"]));
   std::size_t bindings = 0;
   for (const simdjson::dom::element identifier : all) {
     bindings += identifier["bindings"].get_array().size();
     const bool unanswered =
-        std::string_view(identifier["name"]) == "UpgradeFastenedConnectionEnhancementToFastenedPair";
+        std::string_view(identifier["upgrade"]) == "UpgradeFastenedConnectionEnhancementToFastenedPair";
     const bool answered = identifier["bindings"].get_array().size() != 0 || bool(identifier["documentWide"]);
     EXPECT_EQ(answered, !unanswered) << identifier;
   }
@@ -145,7 +168,7 @@ TEST_F(ViewCommandsTest, ShowPrintsTheTreeAndItsParts) {
 TEST_F(ViewCommandsTest, ShowPrintsFeaturesAsTheirFileHoldsThem) {
   const std::string lines(kJobLines);
   const std::string file = Document("job.hvxdoc", lines, R"("MakeOutOfdateARS")");
-  const std::string begin = R"({"show":"hvxupgrade","version":2,"file":")" + file +
+  const std::string begin = R"({"show":"hvxupgrade","version":3,"file":")" + file +
                             R"(","upgrades":["MakeOutOfdateARS"],"features":[)";
   std::string all = lines.substr(0, lines.size() - 1);
   std::ranges::replace(all, '\n', ',');

@@ -76,7 +76,7 @@ std::string ArchiveCheck::Work(std::size_t document) const {
   } catch (const standalone::DocumentError& error) {
     outcome.code = ExitCodeOf(error);
     outcome.problem = error.what();
-    AppendUnreadable(text, file, error.what());
+    AppendUnreadable(text, file, VerdictOf(error), error.what());
   }
   outcome.text = fmt::to_string(text);
   return PackFields(outcome);
@@ -92,7 +92,9 @@ bool ArchiveCheck::Close(std::size_t document, const WorkEnd& end) {
   } else {
     outcome.problem = ProblemOf(documents_[document].file, end);
     fmt::memory_buffer text;
-    AppendUnreadable(text, documents_[document].file, outcome.problem);
+    const bool isOutOfMemory = end.kind == WorkEnd::Kind::kOutOfMemory;
+    AppendUnreadable(text, documents_[document].file, isOutOfMemory ? Verdict::kAborted : Verdict::kCrashed,
+                     outcome.problem);
     outcome.text = fmt::to_string(text);
   }
   ++state_.done;

@@ -20,9 +20,9 @@ ExitCode RunCheck(const CheckArguments& arguments, const standalone::VersionMana
   code = MoreSerious(code, check.Code());
   if (end == RunEnd::kInterrupted) {
     Complain(fmt::format("interrupted; {} not checked", Count(check.Left(), "document")));
-    return ExitCode::kInterrupted;
-  }
-  if (end != RunEnd::kDone) {
+    code = ExitCode::kInterrupted;
+    if (!arguments.json) return code;
+  } else if (end != RunEnd::kDone) {
     Complain(fmt::format("{} not checked, since {}", Count(check.Left(), "document"), check.StartFailure()));
     code = MoreSerious(code, ExitCode::kNeedsPerson);
   }
@@ -41,6 +41,8 @@ ExitCode RunCheck(const CheckArguments& arguments, const standalone::VersionMana
     if (!entry.empty()) standalone::AppendRaw(documents.Entry(), entry);
   }
   documents.Close();
+  top.Number("left", check.Left());
+  top.Flag("interrupted", end == RunEnd::kInterrupted);
   top.Close();
   out.push_back('\n');
   Say({out.data(), out.size()});

@@ -46,8 +46,10 @@ class CleanCommand {
     JsonList leftovers(top.Key("leftovers"));
     for (const std::string& folder : arguments_.folders) CleanBeneath(folder, leftovers);
     leftovers.Close();
-    top.Number("removed", removed_);
-    top.Number("bytes", bytes_);
+    JsonObject totals(top.Key("totals"));
+    totals.Number("removed", removed_);
+    totals.Number("bytes", bytes_);
+    totals.Close();
     top.Close();
     if (arguments_.json) {
       Say({json_.data(), json_.size()});
@@ -98,7 +100,7 @@ class CleanCommand {
       JsonObject entry(list.Entry());
       entry.Name("file", leftover.file.string());
       entry.Number("bytes", leftover.bytes);
-      entry.Text("host", leftover.name.host);
+      entry.Name("host", leftover.name.host);
       entry.Number("process", static_cast<std::size_t>(leftover.name.process));
       entry.Text("outcome", NameOf(outcome));
       entry.Close();

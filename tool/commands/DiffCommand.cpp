@@ -3,6 +3,7 @@
 #include "compare/DocumentDifference.h"
 #include "compare/FeatureDifference.h"
 #include "document/Reading.h"
+#include "file/FeatureText.h"
 #include "report/FeatureOutput.h"
 #include "terminal/Output.h"
 #include "terminal/Terminal.h"
@@ -57,6 +58,13 @@ void PrintText(const DiffArguments& arguments, const DocumentDifference& differe
   for (const Feature* const feature : difference.removed) AppendFeature(output, '-', feature, nullptr);
 }
 
+// As a document holds it.
+void AppendWhole(JsonList& list, const Feature& feature) {
+  fmt::memory_buffer line;
+  standalone::AppendFeature(line, feature);
+  list.Value({line.data(), line.size()});
+}
+
 void PrintJson(const DiffArguments& arguments, const DocumentDifference& difference) {
   Output output;
   JsonObject top(output.Buffer());
@@ -83,13 +91,13 @@ void PrintJson(const DiffArguments& arguments, const DocumentDifference& differe
   moved.Close();
   JsonList created(top.Key("created"));
   for (const Feature* const feature : difference.created) {
-    AppendChange(created.Entry(), nullptr, feature);
+    AppendWhole(created, *feature);
     output.FlushIfLarge();
   }
   created.Close();
   JsonList removed(top.Key("removed"));
   for (const Feature* const feature : difference.removed) {
-    AppendChange(removed.Entry(), feature, nullptr);
+    AppendWhole(removed, *feature);
     output.FlushIfLarge();
   }
   removed.Close();

@@ -121,13 +121,13 @@ void AppendUpgrade(fmt::memory_buffer& out, const VersionManager& manager, const
 void AppendJson(fmt::memory_buffer& out, const VersionManager& manager,
                 const std::vector<const KnownUpgrade*>& chosen) {
   JsonObject top(out);
-  top.Text("identifierList", "hvxupgrade");
+  top.Text("identifiers", "hvxupgrade");
   top.Number("version", kJsonVersion);
-  JsonList list(top.Key("identifiers"));
+  JsonList list(top.Key("upgrades"));
   for (const KnownUpgrade* const known : chosen) {
     JsonObject entry(list.Entry());
     entry.Number("number", Number(manager, *known));
-    entry.Text("name", known->identifier);
+    entry.Text("upgrade", known->identifier);
     entry.Flag("documentWide", known->documentUpgrade != nullptr);
     if (known->documentUpgrade != nullptr) entry.Text("purpose", known->documentUpgrade->purpose);
     JsonList bindings(entry.Key("bindings"));

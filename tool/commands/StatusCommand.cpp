@@ -8,6 +8,7 @@
 #include "document/Reading.h"
 #include "file/DocumentReader.h"
 #include "report/JsonOutput.h"
+#include "terminal/Interruption.h"
 #include "terminal/Terminal.h"
 
 namespace tool {
@@ -22,8 +23,8 @@ enum class State { kPending, kCurrent, kNewer, kBroken };
 constexpr std::size_t kStates = 4;
 
 struct StateWords {
-  std::string_view name;     // for --list
-  std::string_view verdict;  // for people
+  std::string_view name;   // for programs: the verdict, and what --list is given
+  std::string_view words;  // for people
   Colour colour;
 };
 constexpr std::array<StateWords, kStates> kWords{{{"pending", "upgrade needed", Colour::kYellow},
@@ -85,7 +86,7 @@ void AppendText(fmt::memory_buffer& out, const Status& status) {
   auto to = std::back_inserter(out);
   const StateWords& words = WordsOf(status.state);
   fmt::format_to(to, "{}: {}, {} pending, {} done", Printable(status.file),
-                 Paint(stdout, words.colour, words.verdict), status.pending.size(), status.done.size());
+                 Paint(stdout, words.colour, words.words), status.pending.size(), status.done.size());
   if (!status.unknown.empty()) fmt::format_to(to, ", {} unknown here", status.unknown.size());
   fmt::format_to(to, " ({})\n", Count(status.features, "feature"));
   AppendIdentifiers(out, "Pending", status.pending);
@@ -96,11 +97,12 @@ void AppendText(fmt::memory_buffer& out, const Status& status) {
 void AppendJson(fmt::memory_buffer& out, const Status& status) {
   JsonObject entry(out);
   entry.Name("file", status.file);
-  entry.Text("verdict", WordsOf(status.state).verdict);
+  entry.Text("verdict", WordsOf(status.state).name);
+  entry.Text("words", WordsOf(status.state).words);
   entry.Number("features", status.features);
-  entry.Texts("pending", status.pending);
-  entry.Texts("done", status.done);
-  entry.Texts("unknown", status.unknown);
+  entry.Texts("pendingUpgrades", status.pending);
+  entry.Texts("doneUpgrades", status.done);
+  entry.Texts("newerUpgrades", status.unknown);
   entry.Close();
 }
 
@@ -109,7 +111,8 @@ class View {
  public:
   virtual ~View() = default;
   virtual void Add(const Status& status) = 0;
-  virtual void Finish() {}
+  // `left`: how many documents were not looked at, since the user interrupted the run.
+  virtual void Finish(std::size_t /*left*/) {}
 };
 
 class JsonView final : public View {
@@ -122,14 +125,16 @@ class JsonView final : public View {
   void Add(const Status& status) override {
     if (status.error) {
       Complain(status.error->what());
-      AppendUnreadable(documents_->Entry(), status.file, status.error->what());
+      AppendUnreadable(documents_->Entry(), status.file, VerdictOf(*status.error), status.error->what());
     } else {
       AppendJson(documents_->Entry(), status);
     }
     Flush();
   }
-  void Finish() override {
+  void Finish(std::size_t left) override {
     documents_->Close();
+    top_.Number("left", left);
+    top_.Flag("interrupted", left != 0);
     top_.Close();
     out_.push_back('\n');
     Flush();
@@ -167,13 +172,13 @@ class TotalsView final : public View {
     ++documents_[static_cast<std::size_t>(status.state)];
     features_ += status.features;
   }
-  void Finish() override {
+  void Finish(std::size_t /*left*/) override {
     std::size_t all = 0;
     for (const std::size_t each : documents_) all += each;
     Say(fmt::format("{}, {}\n", Count(all, "document"), Count(features_, "feature")));
     for (std::size_t i = 0; i < kStates; ++i) {
       if (documents_[i] == 0) continue;
-      const std::string verdict = fmt::format("{:<24}", kWords[i].verdict);
+      const std::string verdict = fmt::format("{:<24}", kWords[i].words);
       Say(fmt::format("  {}{:>9}   --list {}\n", Paint(stdout, kWords[i].colour, verdict), documents_[i],
                       kWords[i].name));
     }
@@ -214,14 +219,24 @@ ExitCode RunStatus(const StatusArguments& arguments, const VersionManager& manag
   const FoundDocuments found = FindDocuments(arguments.sources);
   ExitCode code = TellProblems(found);
   const std::unique_ptr<View> view = ViewFor(arguments, found);
+  // Half a JSON text would be of no use to anybody.
+  if (arguments.json) {
+    Interruption::HoldBack();
+    Interruption::LetIn();
+  }
+  std::size_t left = found.documents.size();
   for (const GivenDocument& document : found.documents) {
-    const std::string& file = document.file;
-    const Status status = StatusOf(file, manager);
+    const Status status = StatusOf(document.file, manager);
+    if (Interruption::Requested()) break;  // which may be why it could not be read
     view->Add(status);
     code = MoreSerious(code, status.Code(arguments.check));
+    --left;
   }
-  view->Finish();
-  return code;
+  Interruption::GoOnToTheEnd();
+  view->Finish(left);
+  if (left == 0) return code;
+  Complain(fmt::format("interrupted; {} not looked at", Count(left, "document")));
+  return ExitCode::kInterrupted;
 }
 
 }  // namespace tool

@@ -28,11 +28,17 @@ ExitCode ExitCodeOf(const standalone::DocumentError& error) {
   return ExitCode::kBadInput;
 }
 
-void AppendUnreadable(fmt::memory_buffer& out, const std::string& file, std::string_view problem) {
+Verdict VerdictOf(const standalone::DocumentError& error) {
+  return error.GetKind() == standalone::DocumentError::Kind::kNewer ? Verdict::kNewer : Verdict::kBadInput;
+}
+
+void AppendUnreadable(fmt::memory_buffer& out, const std::string& file, Verdict verdict,
+                      std::string_view problem) {
   JsonObject entry(out);
   entry.Name("file", file);
-  entry.Text("verdict", "error");
-  entry.Text("error", problem);
+  entry.Text("verdict", NameOf(verdict));
+  entry.Text("words", verdict == Verdict::kNewer ? "newer than this program" : NameOf(verdict));
+  entry.Text("problem", problem);
   entry.Close();
 }
 

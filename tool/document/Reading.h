@@ -7,6 +7,7 @@
 
 #include "file/DocumentError.h"
 #include "model/Document.h"
+#include "record/DocumentResult.h"
 #include "settings/ExitCode.h"
 
 namespace tool {
@@ -16,7 +17,11 @@ namespace tool {
 
 [[nodiscard]] ExitCode ExitCodeOf(const standalone::DocumentError& error);
 
-/// The entry of a JSON list of documents for one that could not be read.
-void AppendUnreadable(fmt::memory_buffer& out, const std::string& file, std::string_view problem);
+/// Of a document that could not be read: `kNewer` or `kBadInput`.
+[[nodiscard]] Verdict VerdictOf(const standalone::DocumentError& error);
+
+/// The entry of a JSON list of documents for one of which nothing more is known.
+void AppendUnreadable(fmt::memory_buffer& out, const std::string& file, Verdict verdict,
+                      std::string_view problem);
 
 }  // namespace tool

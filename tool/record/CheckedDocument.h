@@ -25,7 +25,13 @@ struct CheckedDocument {
   [[nodiscard]] bool NeedsPerson() const {
     return std::ranges::any_of(findings, [](const standalone::Finding& each) { return each.NeedsPerson(); });
   }
+  /// The word for programs.
   [[nodiscard]] std::string_view Verdict() const {
+    if (!unknown.empty()) return "newer";
+    return Code() == ExitCode::kDone ? "conforms" : "doesNotConform";
+  }
+  /// The words for people.
+  [[nodiscard]] std::string_view Words() const {
     if (!unknown.empty()) return "newer than this program";
     return Code() == ExitCode::kDone ? "conforms" : "does not conform";
   }

@@ -19,7 +19,7 @@ std::string_view NameOf(Verdict verdict) {
     case Verdict::kHeldBack:
       return "heldBack";
     case Verdict::kBadInput:
-      return "badInput";
+      return "broken";
     case Verdict::kNewer:
       return "newer";
     case Verdict::kUnwritable:

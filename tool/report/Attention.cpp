@@ -99,10 +99,12 @@ void AppendItem(fmt::memory_buffer& out, const AttentionItem& item) {
       fmt::format_to(to, " in {}", Quoted(owners));
   }
   fmt::format_to(to, ", {}: {}", item.words, Printable(item.reason));
-  if (!item.identifier.empty()) fmt::format_to(to, " ({}", item.identifier);
+  const bool isToldAlready = item.reason.find(item.identifier) != std::string::npos;
+  const std::string_view identifier = isToldAlready ? std::string_view() : item.identifier;
+  if (!identifier.empty()) fmt::format_to(to, " ({}", identifier);
   if (item.code != S_OK)
-    fmt::format_to(to, "{}{}", item.identifier.empty() ? " (" : ": ", CodeWithName(item.code));
-  if (!item.identifier.empty() || item.code != S_OK) fmt::format_to(to, ")");
+    fmt::format_to(to, "{}{}", identifier.empty() ? " (" : ": ", CodeWithName(item.code));
+  if (!identifier.empty() || item.code != S_OK) fmt::format_to(to, ")");
   fmt::format_to(to, "\n");
   if (!item.nextStep.empty()) fmt::format_to(to, "      {}.\n", Printable(item.nextStep));
 }
@@ -151,13 +153,13 @@ std::string JsonOf(const std::string& document, const std::vector<AttentionItem>
   for (const AttentionItem& item : items) {
     if (out.size() != 0) out.push_back(',');
     JsonObject object(out);
-    object.Text("document", document);
-    object.Text("problem", item.problem);
+    object.Name("file", document);
+    object.Text("kind", item.kind);
     if (item.feature != nullptr) {
       AppendIdentity(object, *item.feature);
       if (const std::string owners = OwnersOf(*item.feature); !owners.empty()) object.Text("owner", owners);
     }
-    if (!item.identifier.empty()) object.Text("identifier", item.identifier);
+    if (!item.identifier.empty()) object.Text("upgrade", item.identifier);
     if (!item.key.empty()) object.Text("key", item.key);
     object.Text("reason", item.reason);
     if (item.code != S_OK) {
@@ -183,9 +185,9 @@ std::string TextOf(const std::vector<AttentionItem>& items) {
 std::string AttentionOf(const std::string& document, const DocumentResult& result) {
   fmt::memory_buffer out;
   JsonObject object(out);
-  object.Text("document", document);
-  object.Text("problem", NameOf(result.verdict));
-  object.Text("message", result.problem);
+  object.Name("file", document);
+  object.Text("kind", NameOf(result.verdict));
+  object.Text("problem", result.problem);
   object.Close();
   return fmt::to_string(out);
 }

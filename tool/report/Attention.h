@@ -15,7 +15,7 @@ namespace tool {
 
 /// One thing to look at: what the rules find in the result, or a failure that no finding explains.
 struct AttentionItem {
-  std::string_view problem;            ///< The word for programs: a kind of finding, or "failed".
+  std::string_view kind;               ///< The word for programs: a kind of finding, "failed", "unaccounted".
   std::string_view words;              ///< The words for people.
   const standalone::Feature* feature;  ///< Null for a conversion of the whole document.
   std::string_view type;               ///< The feature's late type when it was looked at.

@@ -34,7 +34,7 @@ constexpr FieldPart kParts[] = {
 
 void Append(fmt::memory_buffer& out, const UpgradeWork& work) {
   JsonObject object(out);
-  object.Text("identifier", work.upgrade->identifier);
+  object.Text("upgrade", work.upgrade->identifier);
   if (work.feature != nullptr) {
     standalone::AppendJsonInteger(object.Key("feature"), work.feature->id);
     object.Text("type", work.type->Name());

@@ -87,7 +87,7 @@ void AppendFinding(fmt::memory_buffer& out, const Finding& finding) {
   JsonObject object(out);
   AppendIdentity(object, *finding.feature);
   object.Text("kind", NameOf(finding.kind));
-  if (!finding.identifier.empty()) object.Text("identifier", finding.identifier);
+  if (!finding.identifier.empty()) object.Text("upgrade", finding.identifier);
   object.Text("reason", finding.reason);
   if (!finding.damage.empty()) object.Text("damage", finding.damage);
   if (!finding.key.empty()) object.Text("key", finding.key);
@@ -104,7 +104,7 @@ void AppendHeadline(fmt::memory_buffer& out, const CheckedDocument& checked) {
   const Colour colour = code == ExitCode::kDone            ? Colour::kGreen
                         : code == ExitCode::kUpgradeNeeded ? Colour::kYellow
                                                            : Colour::kRed;
-  fmt::format_to(to, "{}: {}", Printable(checked.file), Paint(stdout, colour, checked.Verdict()));
+  fmt::format_to(to, "{}: {}", Printable(checked.file), Paint(stdout, colour, checked.Words()));
   std::set<const standalone::Feature*> features;
   std::size_t count = 0;
   for (const Finding& finding : checked.findings) {
@@ -136,8 +136,9 @@ void AppendJson(fmt::memory_buffer& out, const CheckedDocument& checked) {
   JsonObject entry(out);
   entry.Name("file", checked.file);
   entry.Text("verdict", checked.Verdict());
+  entry.Text("words", checked.Words());
   entry.Number("features", checked.document->FeatureCount());
-  entry.Texts("unknown", checked.unknown);
+  entry.Texts("newerUpgrades", checked.unknown);
   JsonObject counts(entry.Key("counts"));
   for (const FindingKind kind : kKinds) {
     counts.Number(NameOf(kind),

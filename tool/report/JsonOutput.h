@@ -12,7 +12,7 @@
 namespace tool {
 
 /// What every JSON output of this program begins with: which output it is, and the version of its layout.
-inline constexpr int kJsonVersion = 2;
+inline constexpr int kJsonVersion = 3;
 
 /// Appends one JSON object, or the fields of one, to a buffer; commas take care of themselves.
 class JsonObject {

@@ -42,6 +42,12 @@ void AppendFeatureWith(fmt::memory_buffer& out, const FeatureState& feature, std
   out.push_back('}');
 }
 
+void AppendUpgrade(fmt::memory_buffer& out, std::string_view identifier) {
+  JsonObject object(out);
+  object.Text("upgrade", identifier);
+  object.Close();
+}
+
 std::string JsonOf(const standalone::Value& value) {
   fmt::memory_buffer out;
   standalone::AppendValue(out, value);
@@ -63,7 +69,7 @@ void AppendDropped(JsonObject& entry, const ReportedRun& reported, const Causes&
     if (dropped.instead != nullptr) object.Value("instead", JsonOf(*dropped.instead));
     JsonList by(object.Key("by"));
     for (const std::string_view identifier : causes.IdentifiersBehind(*dropped.feature, dropped.key))
-      by.Text(identifier);
+      AppendUpgrade(by.Entry(), identifier);
     by.Close();
     object.Close();
   }
@@ -74,8 +80,10 @@ void AppendNotes(JsonObject& entry, const ReportedRun& reported) {
   JsonList along(entry.Key("broughtAlong"));
   for (const standalone::VersionManager::Needed& needed : reported.broughtAlong) {
     JsonObject object(along.Entry());
-    object.Text("identifier", needed.identifier);
-    object.Text("by", needed.by);
+    object.Text("upgrade", needed.identifier);
+    JsonList by(object.Key("by"));
+    AppendUpgrade(by.Entry(), needed.by);
+    by.Close();
     object.Text("reason", needed.reason);
     object.Close();
   }
@@ -83,7 +91,7 @@ void AppendNotes(JsonObject& entry, const ReportedRun& reported) {
   JsonList harmless(entry.Key("harmlessFailures"));
   for (const auto& [row, count] : reported.run.harmless) {
     JsonObject object(harmless.Entry());
-    object.Text("identifier", row->identifier.View());
+    object.Text("upgrade", row->identifier.View());
     object.Text("reason", row->harmless);
     object.Number("features", count);
     object.Close();
@@ -112,7 +120,7 @@ void RecordFile::Begin() {
 void RecordFile::AddRun(const ReportedRun& reported) {
   fmt::memory_buffer text;
   JsonObject entry(text, JsonObject::GoOn());
-  entry.Texts("identifiers", reported.run.identifiers);
+  entry.Texts("upgrades", reported.run.identifiers);
   JsonObject byType(entry.Key("byType"));
   for (const auto& [type, ofType] : reported.comparison.byType) {
     JsonObject one(byType.Key(type));
@@ -131,10 +139,12 @@ void RecordFile::AddRun(const ReportedRun& reported) {
 void RecordFile::AppendSheet(JsonObject& entry, fmt::memory_buffer& text, const SignOff& signOff) {
   const standalone::sheet::SheetTotals& totals = signOff.Totals();
   JsonObject sheet(entry.Key("sheet"));
-  sheet.Number("equal", totals.equal);
-  sheet.Number("same", totals.same);
-  sheet.Number("onPurpose", totals.onPurpose);
-  sheet.Number("unaccounted", totals.unaccounted);
+  JsonObject counts(sheet.Key("counts"));
+  counts.Number("equal", totals.equal);
+  counts.Number("same", totals.same);
+  counts.Number("onPurpose", totals.onPurpose);
+  counts.Number("unaccounted", totals.unaccounted);
+  counts.Close();
   if (detail_ != ReportDetail::kSummary) {
     JsonList differences(sheet.Key("differences"));
     signOff.Tell([&](const standalone::sheet::Difference& difference) {

@@ -13,7 +13,7 @@
 
 namespace tool {
 
-inline constexpr int kReportVersion = 3;
+inline constexpr int kReportVersion = 4;
 
 /// What a report begins with.
 struct ReportHead {

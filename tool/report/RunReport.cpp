@@ -82,7 +82,7 @@ std::string EndLine(const RunSummary& summary, ExitCode code, std::size_t left) 
   fmt::memory_buffer text;
   JsonObject line(text);
   line.Text("record", "end");
-  line.Text("verdict", summary.Verdict());
+  line.Text("words", summary.Verdict());
   line.Number("exitCode", static_cast<std::size_t>(code));
   line.Number("left", left);
   JsonObject totals(line.Key("totals"));

@@ -42,7 +42,7 @@ Sides SidesOf(const Difference& difference, Style style) {
 // Differences in one quantity that read the same, or were joined: then the sides are those of the first, and
 // others are told by dots.
 struct Alike {
-  std::string_view quantity;
+  std::string quantity;
   Sides sides;
   std::vector<const Difference*> members = {};
 };
@@ -54,6 +54,14 @@ struct Purpose {
   std::vector<Alike> rows = {};
   std::size_t count = 0;
 };
+
+// With the upgrade that was to see to it, where one left it out.
+std::string QuantityOf(const Difference& difference) {
+  if (difference.quantity == nullptr) return {};
+  const bool isLeftOut = difference.meaning == Meaning::kUnaccounted && !difference.identifier.empty();
+  return isLeftOut ? fmt::format("{} ({})", difference.quantity->name, difference.identifier)
+                   : std::string(difference.quantity->name);
+}
 
 class Purposes {
  public:
@@ -68,12 +76,14 @@ class Purposes {
 
  private:
   void Enter(const Difference& difference) {
-    const auto [place, isNew] =
-        places_.try_emplace({difference.identifier, difference.sentence}, purposes_.size());
-    if (isNew) purposes_.push_back({difference.identifier, difference.sentence});
+    // Of what is unaccounted for, an upgrade that left it out is told with the quantity.
+    const std::string_view identifier =
+        difference.meaning == Meaning::kUnaccounted ? std::string_view() : difference.identifier;
+    const auto [place, isNew] = places_.try_emplace({identifier, difference.sentence}, purposes_.size());
+    if (isNew) purposes_.push_back({identifier, difference.sentence});
     Purpose& purpose = purposes_[place->second];
     ++purpose.count;
-    const std::string_view quantity = difference.quantity == nullptr ? "" : difference.quantity->name;
+    const std::string quantity = QuantityOf(difference);
     Sides sides = SidesOf(difference, style_);
     const auto [row, isNewRow] =
         rows_.try_emplace({place->second, quantity, sides.was, sides.is}, purpose.rows.size());
@@ -87,7 +97,7 @@ class Purposes {
   Style style_;
   std::vector<Purpose> purposes_;
   std::map<std::pair<std::string_view, std::string_view>, std::size_t> places_;
-  std::map<std::tuple<std::size_t, std::string_view, std::string, std::string>, std::size_t> rows_;
+  std::map<std::tuple<std::size_t, std::string, std::string, std::string>, std::size_t> rows_;
 };
 
 std::string Joined(const std::string& first, const std::string& other) {
@@ -131,7 +141,7 @@ TableRow RowOf(const Alike& alike, bool standsForOthers) {
   Cell what = WhoOf(alike);
   if (!alike.quantity.empty()) {
     what.back() += ':';
-    what.push_back(std::string(alike.quantity) + (standsForOthers ? ", ..." : ""));
+    what.push_back(alike.quantity + (standsForOthers ? ", ..." : ""));
   }
   return {what, {alike.sides.was}, {alike.sides.is}};
 }
@@ -260,7 +270,7 @@ class ComparisonPrinter {
 std::string SentenceOf(const Difference& difference, const Style& style) {
   const Sides sides = SidesOf(difference, style);
   if (difference.quantity == nullptr) return fmt::format("is {}", sides.is);
-  return fmt::format("{} was {}, is {}", difference.quantity->name, sides.was, sides.is);
+  return fmt::format("{} was {}, is {}", QuantityOf(difference), sides.was, sides.is);
 }
 
 void PrintComparison(Output& output, const ComparedFiles& files, const SheetComparison& comparison,

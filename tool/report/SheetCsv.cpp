@@ -149,7 +149,7 @@ void AppendDifference(fmt::memory_buffer& out, const Difference& difference, Uni
 
 void PrintCsv(Output& output, const Sheet& sheet, const SheetPart& part, UnitSystem units) {
   fmt::memory_buffer& out = output.Buffer();
-  standalone::AppendRaw(out, "case,step,chapter,kind,id,name,quantity,index,standing,value,unit\r\n");
+  standalone::AppendRaw(out, "case,step,chapter,kind,id,alias,quantity,index,standing,value,unit\r\n");
   for (const Subject& subject : sheet.Subjects()) {
     if (!part.Holds(subject)) continue;
     for (const Fact& fact : sheet.FactsOf(subject)) {
@@ -166,7 +166,7 @@ void PrintCsv(Output& output, const Sheet& sheet, const SheetPart& part, UnitSys
 void PrintCsv(Output& output, const SheetComparison& comparison, const SheetPart& part, UnitSystem units) {
   fmt::memory_buffer& out = output.Buffer();
   standalone::AppendRaw(out,
-                        "meaning,upgrade,subject,case,step,chapter,kind,id,name,quantity,index,"
+                        "meaning,upgrade,subject,case,step,chapter,kind,id,alias,quantity,index,"
                         "standing before,before,unit before,standing after,after,unit after\r\n");
   for (const Difference& difference : comparison.differences) {
     if (!part.Holds(difference)) continue;

@@ -23,7 +23,7 @@ void AppendLink(fmt::memory_buffer& out, const Feature* target) {
   }
   JsonObject link(out);
   AppendJsonInteger(link.Key("ref"), target->id);
-  link.Text("name", NameFor(*target));
+  link.Text("alias", NameFor(*target));
   link.Close();
 }
 
@@ -83,7 +83,7 @@ void AppendIdentity(JsonObject& object, const Subject& subject) {
   object.Text("type", subject.lateType);
   object.Text("kind", subject.kind->name);
   object.Text("chapter", NameOf(subject.kind->chapter));
-  if (!subject.name.empty()) object.Text("name", subject.name);
+  if (!subject.name.empty()) object.Text("alias", subject.name);
   if (subject.analysisCase != nullptr) AppendLink(object.Key("case"), subject.analysisCase);
   if (subject.step != nullptr) AppendLink(object.Key("step"), subject.step);
 }
@@ -95,7 +95,7 @@ void AppendDifference(fmt::memory_buffer& out, const Difference& difference) {
   object.Text("meaning", NameOf(difference.meaning));
   if (!difference.identifier.empty()) {
     object.Text("upgrade", difference.identifier);
-    object.Text("reason", difference.sentence);
+    if (!difference.sentence.empty()) object.Text("reason", difference.sentence);
   }
   object.Text("subject", difference.after == nullptr    ? "lost"
                          : difference.before == nullptr ? "new"
@@ -113,6 +113,7 @@ void PrintJson(Output& output, const std::string& file, const Sheet& sheet, cons
   JsonObject top(output.Buffer());
   top.Text("sheet", "hvxupgrade");
   top.Number("version", kJsonVersion);
+  top.Flag("comparison", false);
   top.Name("file", file);
   top.Texts("upgrades", sheet.Upgrades());
   JsonList subjects(top.Key("subjects"));
@@ -132,8 +133,9 @@ void PrintJson(Output& output, const std::string& file, const Sheet& sheet, cons
 void PrintJson(Output& output, const ComparedFiles& files, const SheetComparison& comparison,
                const SheetPart& part) {
   JsonObject top(output.Buffer());
-  top.Text("sheetComparison", "hvxupgrade");
+  top.Text("sheet", "hvxupgrade");
   top.Number("version", kJsonVersion);
+  top.Flag("comparison", true);
   top.Name("before", files.before);
   top.Name("after", files.after);
   JsonObject counts(top.Key("counts"));

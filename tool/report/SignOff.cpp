@@ -30,13 +30,9 @@ class ItemIndex {
       reason += fmt::format("{}{}", isFirst ? "; unaccounted for: " : ", and ", words);
       return;
     }
-    items_.push_back({"unaccounted",
-                      "unaccounted for",
-                      difference.About().feature,
-                      difference.About().lateType,
-                      {},
-                      difference.quantity == nullptr ? "" : std::string(difference.quantity->name),
-                      words,
+    items_.push_back({"unaccounted", "unaccounted for", difference.About().feature,
+                      difference.About().lateType, difference.identifier,
+                      difference.quantity == nullptr ? "" : std::string(difference.quantity->name), words,
                       "No upgrade accounts for this: compare both documents with 'hvxupgrade sheet OLD "
                       "NEW', and correct the new one"});
     Note(items_.size() - 1);

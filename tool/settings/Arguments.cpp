@@ -42,12 +42,12 @@ constexpr const char* kStatusExamples = R"(Examples:
   hvxupgrade status bracket.hvxdoc pipe.hvxdoc
   hvxupgrade status --check archive --exclude drafts && echo all current
   hvxupgrade status --list pending -0 archive | hvxupgrade upgrade --files-from - -0 --in-place --backup .old
-  hvxupgrade status --json bracket.hvxdoc | jq -r '.documents[].pending[]')";
+  hvxupgrade status --json bracket.hvxdoc | jq -r '.documents[].pendingUpgrades[]')";
 
 constexpr const char* kIdentifiersExamples = R"(Examples:
   hvxupgrade identifiers
   hvxupgrade identifiers ReExplicitateFeature AddConnectionContainer
-  hvxupgrade identifiers --json | jq -r '.identifiers[] | select(.documentWide) | .name')";
+  hvxupgrade identifiers --json | jq -r '.upgrades[] | select(.documentWide) | .upgrade')";
 
 constexpr const char* kShowExamples = R"(Examples:
   hvxupgrade show bracket.hvxdoc --depth 2
@@ -75,7 +75,7 @@ constexpr const char* kMergeExamples = R"(Examples:
 
 constexpr const char* kCleanExamples = R"(Examples:
   hvxupgrade clean --dry-run .
-  hvxupgrade clean --json results | jq .bytes)";
+  hvxupgrade clean --json results | jq .totals.bytes)";
 
 constexpr const char* kHelpExamples = R"(Examples:
   hvxupgrade help
