@@ -36,7 +36,7 @@ ArchiveCheck::ArchiveCheck(const CheckArguments& arguments, const standalone::Ve
     : arguments_(arguments),
       manager_(manager),
       documents_(documents),
-      entries_(arguments.json ? documents.size() : 0),
+      entries_(arguments.WantsEntries() ? documents.size() : 0),
       progress_(KindOf(arguments, documents.size())),
       processes_({.work = [this](std::size_t document, const RequestCommit&) { return Work(document); },
                   .prepare = [] {},
@@ -61,6 +61,7 @@ std::string ArchiveCheck::Work(std::size_t document) const {
   const std::string& file = documents_[document].file;
   CheckOutcome outcome;
   fmt::memory_buffer text;
+  fmt::memory_buffer entry;
   try {
     const CheckedDocument checked = CheckDocument(file, manager_, documents_.size() == 1);
     outcome.isChecked = true;
@@ -68,16 +69,14 @@ std::string ArchiveCheck::Work(std::size_t document) const {
     AppendHeadline(text, checked);
     outcome.headline = fmt::to_string(text);
     text.clear();
-    if (arguments_.json) {
-      AppendJson(text, checked);
-    } else {
-      AppendText(text, checked, arguments_.all);
-    }
+    if (!arguments_.json) AppendText(text, checked, arguments_.all);
+    if (arguments_.WantsEntries()) AppendJson(entry, checked);
   } catch (const standalone::DocumentError& error) {
     outcome.code = ExitCodeOf(error);
     outcome.problem = error.what();
-    AppendUnreadable(text, file, VerdictOf(error), error.what());
+    AppendUnreadable(entry, file, VerdictOf(error), error.what());
   }
+  outcome.entry = fmt::to_string(entry);
   outcome.text = fmt::to_string(text);
   return PackFields(outcome);
 }
@@ -91,11 +90,11 @@ bool ArchiveCheck::Close(std::size_t document, const WorkEnd& end) {
     outcome = UnpackFields<CheckOutcome>(end.result);
   } else {
     outcome.problem = ProblemOf(documents_[document].file, end);
-    fmt::memory_buffer text;
+    fmt::memory_buffer entry;
     const bool isOutOfMemory = end.kind == WorkEnd::Kind::kOutOfMemory;
-    AppendUnreadable(text, documents_[document].file, isOutOfMemory ? Verdict::kAborted : Verdict::kCrashed,
+    AppendUnreadable(entry, documents_[document].file, isOutOfMemory ? Verdict::kAborted : Verdict::kCrashed,
                      outcome.problem);
-    outcome.text = fmt::to_string(text);
+    outcome.entry = fmt::to_string(entry);
   }
   ++state_.done;
   state_.bytesDone += loads_[document].bytes;
@@ -106,7 +105,7 @@ bool ArchiveCheck::Close(std::size_t document, const WorkEnd& end) {
   } else {
     ++unchecked_;
   }
-  if (arguments_.json) entries_[document] = outcome.text;
+  if (arguments_.WantsEntries()) entries_[document] = outcome.entry;
   Tell(outcome);
   return true;
 }

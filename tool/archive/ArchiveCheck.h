@@ -18,7 +18,8 @@ struct CheckOutcome {
   ExitCode code = ExitCode::kNeedsPerson;
   bool isChecked = false;  ///< Else `problem` says why not.
   std::string headline;
-  std::string text;  ///< For people, with the headline, or as an entry of a JSON list.
+  std::string text;   ///< For people, with the headline.
+  std::string entry;  ///< For a JSON list, where it is wanted; also of a document that was not checked.
   std::string problem;
 
   template <class Self, class Raw, class Text>
@@ -27,6 +28,7 @@ struct CheckOutcome {
     raw(self.isChecked);
     text(self.headline);
     text(self.text);
+    text(self.entry);
     text(self.problem);
   }
 };
@@ -47,7 +49,7 @@ class ArchiveCheck {
     return counts_.contains(ExitCode::kNeedsPerson) && documents_.size() > 1 && !arguments_.many.verbose &&
            !arguments_.all;
   }
-  /// What JSON is told of each document, in their order.
+  /// What JSON is told of each document, in their order; empty of those that were not looked at.
   [[nodiscard]] const std::vector<std::string>& Entries() const { return entries_; }
   /// "3 documents: 2 conform, 1 unreadable or broken".
   [[nodiscard]] std::string Verdict() const;

@@ -4,13 +4,17 @@
 
 #include "archive/ArchiveCheck.h"
 #include "archive/DocumentSearch.h"
+#include "page/CheckPage.h"
+#include "page/PageFile.h"
 #include "report/JsonOutput.h"
 #include "terminal/Interruption.h"
 #include "terminal/Terminal.h"
 
 namespace tool {
 
-ExitCode RunCheck(const CheckArguments& arguments, const standalone::VersionManager& manager) {
+ExitCode RunCheck(const CheckArguments& arguments, const Places& places,
+                  const standalone::VersionManager& manager) {
+  if (!arguments.html.empty()) page::CheckPlace(arguments.html, false);
   Interruption::HoldBack();
   std::signal(SIGPIPE, SIG_IGN);
   const FoundDocuments found = FindDocuments(arguments.sources);
@@ -21,15 +25,20 @@ ExitCode RunCheck(const CheckArguments& arguments, const standalone::VersionMana
   if (end == RunEnd::kInterrupted) {
     Complain(fmt::format("interrupted; {} not checked", Count(check.Left(), "document")));
     code = ExitCode::kInterrupted;
-    if (!arguments.json) return code;
+    if (!arguments.WantsEntries()) return code;
   } else if (end != RunEnd::kDone) {
     Complain(fmt::format("{} not checked, since {}", Count(check.Left(), "document"), check.StartFailure()));
     code = MoreSerious(code, ExitCode::kNeedsPerson);
+  }
+  if (!arguments.html.empty()) {
+    page::WriteCheckPage(check.Entries(), check.Left(), manager, Explanations(DataFolder(places)),
+                         arguments.html, false);
   }
   if (!arguments.json) {
     if (found.documents.size() > 1) Say(check.Verdict() + "\n");
     if (check.HidesFindings())
       Say("  What is found in each: --verbose, or the check of that document alone\n");
+    if (!arguments.html.empty()) Say(fmt::format("  Page: {}\n", Printable(arguments.html)));
     return code;
   }
   fmt::memory_buffer out;

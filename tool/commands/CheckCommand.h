@@ -6,6 +6,7 @@
 
 namespace tool {
 
-ExitCode RunCheck(const CheckArguments& arguments, const standalone::VersionManager& manager);
+ExitCode RunCheck(const CheckArguments& arguments, const Places& places,
+                  const standalone::VersionManager& manager);
 
 }  // namespace tool

@@ -3,14 +3,20 @@
 #include "compare/DocumentDifference.h"
 #include "compare/FeatureDifference.h"
 #include "document/Reading.h"
+#include "document/SheetAccounting.h"
 #include "file/FeatureText.h"
+#include "page/DiffPage.h"
+#include "page/PageFile.h"
 #include "report/FeatureOutput.h"
+#include "report/MentionedFeatures.h"
+#include "report/SheetJson.h"
 #include "terminal/Output.h"
 #include "terminal/Terminal.h"
 
 namespace tool {
 namespace {
 
+using standalone::Document;
 using standalone::DocumentDifference;
 using standalone::Feature;
 
@@ -65,9 +71,12 @@ void AppendWhole(JsonList& list, const Feature& feature) {
   list.Value({line.data(), line.size()});
 }
 
-void PrintJson(const DiffArguments& arguments, const DocumentDifference& difference) {
-  Output output;
-  JsonObject top(output.Buffer());
+// `flush` is called between pieces.
+template <class Flush>
+void AppendJson(fmt::memory_buffer& out, const DiffArguments& arguments, const DocumentDifference& difference,
+                const Document& after, const Flush& flush) {
+  MentionedFeatures mentioned;
+  JsonObject top(out);
   top.Text("diff", "hvxupgrade");
   top.Number("version", kJsonVersion);
   top.Name("before", arguments.before);
@@ -76,9 +85,10 @@ void PrintJson(const DiffArguments& arguments, const DocumentDifference& differe
   top.Texts("upgradesBefore", difference.upgradesBefore);
   top.Texts("upgradesAfter", difference.upgradesAfter);
   JsonList changed(top.Key("changed"));
-  for (const auto& [before, after] : difference.changed) {
-    AppendChange(changed.Entry(), before, after);
-    output.FlushIfLarge();
+  for (const auto& [from, to] : difference.changed) {
+    mentioned.Tell(*to);
+    AppendChange(changed.Entry(), from, to, {}, &mentioned);
+    flush();
   }
   changed.Close();
   JsonList moved(top.Key("moved"));
@@ -86,32 +96,60 @@ void PrintJson(const DiffArguments& arguments, const DocumentDifference& differe
     JsonObject entry(moved.Entry());
     AppendIdentity(entry, *feature);
     entry.Close();
-    output.FlushIfLarge();
+    flush();
   }
   moved.Close();
-  JsonList created(top.Key("created"));
-  for (const Feature* const feature : difference.created) {
-    AppendWhole(created, *feature);
-    output.FlushIfLarge();
-  }
-  created.Close();
-  JsonList removed(top.Key("removed"));
-  for (const Feature* const feature : difference.removed) {
-    AppendWhole(removed, *feature);
-    output.FlushIfLarge();
-  }
-  removed.Close();
+  const auto appendWhole = [&](std::string_view key, const std::vector<const Feature*>& features) {
+    JsonList list(top.Key(key));
+    for (const Feature* const feature : features) {
+      mentioned.Tell(*feature);
+      AppendWhole(list, *feature);
+      flush();
+    }
+    list.Close();
+  };
+  appendWhole("created", difference.created);
+  appendWhole("removed", difference.removed);
+  JsonList others(top.Key("mentioned"));
+  mentioned.AppendTo(others, after, flush);
+  others.Close();
   top.Close();
+}
+
+void PrintJson(const DiffArguments& arguments, const DocumentDifference& difference, const Document& after) {
+  Output output;
+  AppendJson(output.Buffer(), arguments, difference, after, [&output] { output.FlushIfLarge(); });
   output.Buffer().push_back('\n');
+}
+
+void WritePage(const DiffArguments& arguments, const Places& places, const DocumentDifference& difference,
+               const DocumentSheet& before, const DocumentSheet& after) {
+  fmt::memory_buffer json;
+  AppendJson(json, arguments, difference, *after.document.Get(), [] {});
+  fmt::memory_buffer sheet;
+  AppendComparison(sheet, AccountFor(before, after, DataFolder(places) / "messages"), after.sheet);
+  const Installation installation(places);
+  page::WriteDiffPage({json.data(), json.size()}, {sheet.data(), sheet.size()}, installation.Manager(),
+                      Explanations(DataFolder(places)), arguments.html, false);
 }
 
 }  // namespace
 
-ExitCode RunDiff(const DiffArguments& arguments) {
+ExitCode RunDiff(const DiffArguments& arguments, const Places& places) {
+  if (!arguments.html.empty()) page::CheckPlace(arguments.html, false);
   const standalone::DocumentPtr before = ReadWithProgress(arguments.before);
   const standalone::DocumentPtr after = ReadWithProgress(arguments.after);
   const DocumentDifference difference = standalone::Compare(*before.Get(), *after.Get());
-  (arguments.json ? PrintJson : PrintText)(arguments, difference);
+  if (arguments.json) {
+    PrintJson(arguments, difference, *after.Get());
+  } else {
+    PrintText(arguments, difference);
+  }
+  if (!arguments.html.empty()) {
+    WritePage(arguments, places, difference, SheetFor(arguments.before, before),
+              SheetFor(arguments.after, after));
+    if (!arguments.json) Say(fmt::format("Page: {}\n", Printable(arguments.html)));
+  }
   return difference.IsEmpty() ? ExitCode::kDone : ExitCode::kDifferent;
 }
 

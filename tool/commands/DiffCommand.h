@@ -6,6 +6,6 @@
 namespace tool {
 
 /// Ends like diff: `kDone` when the documents hold the same, else `kDifferent`.
-ExitCode RunDiff(const DiffArguments& arguments);
+ExitCode RunDiff(const DiffArguments& arguments, const Places& places);
 
 }  // namespace tool

@@ -1,5 +1,6 @@
 #include "report/FeatureOutput.h"
 
+#include "report/MentionedFeatures.h"
 #include "terminal/Terminal.h"
 
 namespace tool {
@@ -14,10 +15,18 @@ void AppendIdentity(JsonObject& object, const FeatureState& feature) {
   if (!feature.externalName.empty()) object.Text("alias", feature.externalName);
 }
 
+void AppendFather(JsonObject& object, const FeatureState& feature) {
+  if (feature.father == nullptr) return;
+  JsonObject link(object.Key("father"));
+  standalone::AppendJsonInteger(link.Key("ref"), feature.father->id);
+  link.Close();
+}
+
 void AppendChange(fmt::memory_buffer& out, const FeatureState* before, const FeatureState* after,
-                  const CauseOf& causeOf) {
+                  const CauseOf& causeOf, MentionedFeatures* mentioned) {
   JsonObject entry(out);
   AppendIdentity(entry, after == nullptr ? *before : *after);
+  AppendFather(entry, after == nullptr ? *before : *after);
   JsonList changes(entry.Key("changes"));
   for (const standalone::FieldDifference& difference : standalone::Differences(before, after)) {
     JsonObject change(changes.Entry());
@@ -25,6 +34,10 @@ void AppendChange(fmt::memory_buffer& out, const FeatureState* before, const Fea
     if (!difference.key.empty()) change.Text("key", difference.key);
     if (!difference.before.empty()) change.Value("before", difference.before);
     if (!difference.after.empty()) change.Value("after", difference.after);
+    if (mentioned != nullptr) {
+      mentioned->AddLinksIn(difference.before);
+      mentioned->AddLinksIn(difference.after);
+    }
     if (causeOf) AppendRaw(change.Key("by"), causeOf(difference));
     change.Close();
   }

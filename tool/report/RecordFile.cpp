@@ -12,6 +12,7 @@
 #include "report/Causes.h"
 #include "report/FeatureOutput.h"
 #include "report/JsonOutput.h"
+#include "report/MentionedFeatures.h"
 #include "report/SheetJson.h"
 #include "terminal/Interruption.h"
 #include "terminal/VisibleText.h"
@@ -30,6 +31,7 @@ void AppendFeatureWith(fmt::memory_buffer& out, const FeatureState& feature, std
   if (detail != ReportDetail::kFull) {
     JsonObject object(out);
     AppendIdentity(object, feature);
+    AppendFather(object, feature);
     object.Value("by", cause);
     object.Close();
     return;
@@ -146,39 +148,69 @@ void RecordFile::AppendSheet(JsonObject& entry, fmt::memory_buffer& text, const 
   counts.Number("unaccounted", totals.unaccounted);
   counts.Close();
   if (detail_ != ReportDetail::kSummary) {
+    std::vector<const standalone::sheet::Subject*> lost;
     JsonList differences(sheet.Key("differences"));
     signOff.Tell([&](const standalone::sheet::Difference& difference) {
       AppendDifference(differences.Entry(), difference);
+      const bool isLost = difference.after == nullptr;
+      if (isLost && (lost.empty() || lost.back() != difference.before)) lost.push_back(difference.before);
       FlushIfLarge(text);
     });
     differences.Close();
+    if (detail_ == ReportDetail::kFull) AppendSubjects(sheet, text, signOff.After(), lost);
   }
   sheet.Close();
 }
 
+// What differs is told already; this is the rest, and where it belongs.
+void RecordFile::AppendSubjects(JsonObject& sheet, fmt::memory_buffer& text,
+                                const standalone::sheet::Sheet& after,
+                                const std::vector<const standalone::sheet::Subject*>& lost) {
+  JsonList subjects(sheet.Key("subjects"));
+  for (const standalone::sheet::Subject& subject : after.Subjects()) {
+    AppendSubject(subjects.Entry(), subject);
+    FlushIfLarge(text);
+  }
+  subjects.Close();
+  JsonList gone(sheet.Key("lost"));
+  for (const standalone::sheet::Subject* const subject : lost) {
+    AppendSubject(gone.Entry(), *subject);
+    FlushIfLarge(text);
+  }
+  gone.Close();
+}
+
 void RecordFile::AppendChanges(JsonObject& entry, fmt::memory_buffer& text, const ReportedRun& reported,
                                const Causes& causes) {
+  MentionedFeatures mentioned;
   JsonList changed(entry.Key("changed"));
   for (const standalone::Feature* const feature : reported.comparison.changed) {
+    mentioned.Tell(*feature);
     AppendChange(
         changed.Entry(), reported.document.Before(*feature), feature,
-        [&](const standalone::FieldDifference& difference) { return causes.Of(*feature, difference); });
+        [&](const standalone::FieldDifference& difference) { return causes.Of(*feature, difference); },
+        &mentioned);
     FlushIfLarge(text);
   }
   changed.Close();
   JsonList created(entry.Key("created"));
   for (const standalone::Feature* const feature : reported.comparison.created) {
+    mentioned.Tell(*feature);
     AppendFeatureWith(created.Entry(), *feature, causes.OfCreation(*feature), detail_);
     FlushIfLarge(text);
   }
   created.Close();
   JsonList removed(entry.Key("removed"));
   for (const standalone::Feature* const feature : reported.comparison.removed) {
+    mentioned.Tell(*reported.document.Before(*feature));
     AppendFeatureWith(removed.Entry(), *reported.document.Before(*feature), causes.OfRemoval(*feature),
                       detail_);
     FlushIfLarge(text);
   }
   removed.Close();
+  JsonList others(entry.Key("mentioned"));
+  mentioned.AppendTo(others, reported.document, [&] { FlushIfLarge(text); });
+  others.Close();
 }
 
 void RecordFile::Flush(fmt::memory_buffer& text) {

@@ -52,6 +52,8 @@ class RecordFile {
 
  private:
   void AppendSheet(JsonObject& entry, fmt::memory_buffer& text, const SignOff& signOff);
+  void AppendSubjects(JsonObject& sheet, fmt::memory_buffer& text, const standalone::sheet::Sheet& after,
+                      const std::vector<const standalone::sheet::Subject*>& lost);
   void AppendChanges(JsonObject& entry, fmt::memory_buffer& text, const ReportedRun& reported,
                      const Causes& causes);
   void Flush(fmt::memory_buffer& text);

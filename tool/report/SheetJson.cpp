@@ -109,6 +109,37 @@ void AppendDifference(fmt::memory_buffer& out, const Difference& difference) {
   object.Close();
 }
 
+void AppendComparison(fmt::memory_buffer& out, const SheetComparison& comparison, const Sheet& after) {
+  JsonObject sheet(out);
+  JsonObject counts(sheet.Key("counts"));
+  counts.Number("equal", comparison.equal);
+  for (const Meaning meaning : {Meaning::kSame, Meaning::kOnPurpose, Meaning::kUnaccounted})
+    counts.Number(NameOf(meaning), comparison.Count(meaning));
+  counts.Close();
+  JsonList differences(sheet.Key("differences"));
+  std::vector<const Subject*> lost;
+  for (const Difference& difference : comparison.differences) {
+    AppendDifference(differences.Entry(), difference);
+    const bool isLost = difference.after == nullptr;
+    if (isLost && (lost.empty() || lost.back() != difference.before)) lost.push_back(difference.before);
+  }
+  differences.Close();
+  JsonList subjects(sheet.Key("subjects"));
+  for (const Subject& subject : after.Subjects()) AppendSubject(subjects.Entry(), subject);
+  subjects.Close();
+  JsonList gone(sheet.Key("lost"));
+  for (const Subject* const subject : lost) AppendSubject(gone.Entry(), *subject);
+  gone.Close();
+  sheet.Close();
+}
+
+void AppendSubject(fmt::memory_buffer& out, const Subject& subject) {
+  JsonObject object(out);
+  AppendIdentity(object, subject);
+  AppendFacts(object.Key("facts"), Sheet::FactsOf(subject));
+  object.Close();
+}
+
 void PrintJson(Output& output, const std::string& file, const Sheet& sheet, const SheetPart& part) {
   JsonObject top(output.Buffer());
   top.Text("sheet", "hvxupgrade");
@@ -119,10 +150,7 @@ void PrintJson(Output& output, const std::string& file, const Sheet& sheet, cons
   JsonList subjects(top.Key("subjects"));
   for (const Subject& subject : sheet.Subjects()) {
     if (!part.Holds(subject)) continue;
-    JsonObject object(subjects.Entry());
-    AppendIdentity(object, subject);
-    AppendFacts(object.Key("facts"), sheet.FactsOf(subject));
-    object.Close();
+    AppendSubject(subjects.Entry(), subject);
     output.FlushIfLarge();
   }
   subjects.Close();

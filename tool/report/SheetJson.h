@@ -16,6 +16,11 @@ void PrintJson(Output& output, const std::string& file, const standalone::sheet:
 void PrintJson(Output& output, const ComparedFiles& files,
                const standalone::sheet::SheetComparison& comparison, const SheetPart& part);
 
+/// Appends a subject, with all that it says, as a JSON object.
+void AppendSubject(fmt::memory_buffer& out, const standalone::sheet::Subject& subject);
+/// Appends the fields of a record's "sheet": counts, differences and all subjects.
+void AppendComparison(fmt::memory_buffer& out, const standalone::sheet::SheetComparison& comparison,
+                      const standalone::sheet::Sheet& after);
 /// Appends one difference as a JSON object.
 void AppendDifference(fmt::memory_buffer& out, const standalone::sheet::Difference& difference);
 

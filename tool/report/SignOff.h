@@ -21,6 +21,8 @@ class SignOff {
               std::vector<AttentionItem>& attention);
 
   [[nodiscard]] const standalone::sheet::SheetTotals& Totals() const { return totals_; }
+  /// What the upgraded document says; after `Finish`.
+  [[nodiscard]] const standalone::sheet::Sheet& After() const { return *after_; }
   /// Tells all differences; after `Finish`.
   void Tell(const std::function<void(standalone::sheet::Difference& difference)>& tell) const;
 

@@ -129,6 +129,7 @@ void AddCheck(CLI::App& app, CheckArguments& check) {
   AddMany(*verb, check.many);
   verb->add_flag("--all", check.all, "List every feature, also where many have the same");
   verb->add_flag("--json", check.json, "Print JSON");
+  AddHtml(*verb, check.html);
   verb->footer(kCheckExamples);
 }
 
@@ -137,6 +138,7 @@ void AddDiff(CLI::App& app, DiffArguments& diff) {
   verb->add_option("BEFORE", diff.before, "The one document")->required()->type_name("")->check(NotEmpty);
   verb->add_option("AFTER", diff.after, "The other document")->required()->type_name("")->check(NotEmpty);
   verb->add_flag("--json", diff.json, "Print JSON");
+  AddHtml(*verb, diff.html);
   verb->footer(kDiffExamples);
 }
 

@@ -83,12 +83,16 @@ struct CheckArguments {
   ManyDocuments many;
   bool all = false;
   bool json = false;
+  std::string html;  ///< Where to write a page; empty for none.
+
+  [[nodiscard]] bool WantsEntries() const { return json || !html.empty(); }
 };
 
 struct DiffArguments {
   std::string before;
   std::string after;
   bool json = false;
+  std::string html;  ///< As above.
 };
 
 struct SheetArguments {

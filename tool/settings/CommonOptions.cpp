@@ -58,6 +58,15 @@ void AddSources(CLI::App& verb, Sources& sources) {
       ->group(which);
 }
 
+CLI::Option& AddHtml(CLI::App& verb, std::string& file) {
+  return *verb.add_option("--html", file,
+                          "Also write a page for a browser: one file, to be read without a network. Replaces "
+                          "a page of "
+                          "this program, and nothing else")
+              ->type_name("FILE")
+              ->check(FileName);
+}
+
 void AddMany(CLI::App& verb, ManyDocuments& many) {
   verb.add_option("-j,--jobs", many.workers,
                   "Work on so many at a time (default: as many as this process may use processors)")

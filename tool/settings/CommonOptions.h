@@ -23,6 +23,8 @@ inline constexpr const char* kMany = "Many documents";
 
 /// Which documents are meant.
 void AddSources(CLI::App& verb, Sources& sources);
+/// Where to write a page of the results.
+CLI::Option& AddHtml(CLI::App& verb, std::string& file);
 /// How they are worked on.
 void AddMany(CLI::App& verb, ManyDocuments& many);
 

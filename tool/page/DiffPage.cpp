@@ -1,0 +1,118 @@
+#include "page/DiffPage.h"
+
+#include <simdjson.h>
+
+#include <algorithm>
+
+#include "page/FeatureMap.h"
+#include "page/JsonParts.h"
+#include "page/Page.h"
+#include "page/SheetView.h"
+#include "page/Steps.h"
+#include "page/ValueText.h"
+#include "terminal/Terminal.h"
+#include "terminal/VisibleText.h"
+
+namespace tool::page {
+namespace {
+
+using simdjson::dom::element;
+
+constexpr std::size_t kMostNodes = 3000;
+
+std::size_t CountEntries(std::string_view list, std::vector<std::string>* names = nullptr) {
+  std::size_t count = 0;
+  ForEachEntry(list, [&](element entry) {
+    ++count;
+    std::string_view text;
+    if (names != nullptr && entry.get(text) == simdjson::SUCCESS) names->emplace_back(text);
+  });
+  return count;
+}
+
+std::string NameOf(std::string_view json) {
+  simdjson::dom::parser parser;
+  return NameFromUtf8(parser.parse(simdjson::padded_string(json)).get_string().value());
+}
+
+std::vector<TypeTotals> TypesOf(const JsonParts& parts) {
+  std::map<std::string, TypeTotals> byType;
+  const auto count = [&](std::string_view key, std::size_t TypeTotals::*which) {
+    ForEachEntry(parts[key], [&](element entry) {
+      TypeTotals& totals = byType[std::string(TextIn(entry, "type"))];
+      totals.type = TextIn(entry, "type");
+      ++(totals.*which);
+    });
+  };
+  count("changed", &TypeTotals::changed);
+  count("created", &TypeTotals::made);
+  count("removed", &TypeTotals::removed);
+  std::vector<TypeTotals> types;
+  for (auto& [type, totals] : byType) types.push_back(std::move(totals));
+  std::ranges::stable_sort(types, std::greater<>(),
+                           [](const TypeTotals& each) { return each.changed + each.made + each.removed; });
+  return types;
+}
+
+void AddUpgradeNotes(const JsonParts& parts, Detail& detail) {
+  for (const auto& [key, what] :
+       {std::pair("upgradesBefore", "first"), std::pair("upgradesAfter", "second")}) {
+    const std::size_t count = CountEntries(parts[key]);
+    if (count != 0)
+      detail.notes.push_back(
+          fmt::format("Only the {} document has been through {}", what, Count(count, "upgrade")));
+  }
+  if (const std::size_t moved = CountEntries(parts["moved"]); moved != 0)
+    detail.notes.push_back(
+        fmt::format("{} in another place among the features beside them", Count(moved, "feature")));
+}
+
+}  // namespace
+
+void WriteDiffPage(std::string_view difference, std::string_view sheet,
+                   const standalone::VersionManager& manager, const Explanations& explanations,
+                   const std::string& file, bool overwrite) {
+  UpgradeIndex upgrades(manager, explanations);
+  Page page(Page::Kind::kDiff, {});
+  PageFile out(file, overwrite);
+  const simdjson::padded_string text(difference);
+  const JsonParts parts({text.data(), text.size()});
+  FeatureMap features;
+  for (const auto& [key, mark] : {std::pair("mentioned", ' '), std::pair("changed", 'c'),
+                                  std::pair("created", 'm'), std::pair("removed", 'r')}) {
+    ForEachEntry(parts[key], [&features, which = mark](element entry) { features.Add(entry, which); });
+  }
+  Steps steps(upgrades, features);
+  ForEachEntry(parts["changed"], [&steps](element entry) { steps.AddChanged(entry); });
+  ForEachEntry(parts["created"], [&steps](element entry) { steps.AddMade(entry); });
+  ForEachEntry(parts["removed"], [&steps](element entry) { steps.AddRemoved(entry); });
+  Detail detail;
+  detail.steps = steps.Take();
+  detail.types = TypesOf(parts);
+  detail.tree = features.MakeTree(kMostNodes);
+  const simdjson::padded_string sheetText(sheet);
+  detail.sheet = SheetOf({sheetText.data(), sheetText.size()}, upgrades);
+  detail.facts = {{"First document", NameOf(parts["before"])}, {"Second document", NameOf(parts["after"])}};
+  AddUpgradeNotes(parts, detail);
+  detail.cut = "'hvxupgrade diff' prints all of it";
+  const std::size_t changed = CountEntries(parts["changed"]);
+  const std::size_t made = CountEntries(parts["created"]);
+  const std::size_t removed = CountEntries(parts["removed"]);
+  const bool isSame = parts["different"] != "true";
+  detail.verdict = {isSame ? Tone::kGood : Tone::kQuiet,
+                    isSame ? "Both hold the same" : "The documents differ", ""};
+  page.title = fmt::format("{} and {}", detail.facts[0].second, detail.facts[1].second);
+  page.verdict = detail.verdict;
+  page.numbers = {{"features changed", changed, Tone::kQuiet},
+                  {"only in the second", made, Tone::kQuiet},
+                  {"only in the first", removed, Tone::kQuiet}};
+  page.runs = {{{"Program", "hvxupgrade " HVXUPGRADE_VERSION}, {"Command", "hvxupgrade diff"}}};
+  page.CountTypes(detail.types);
+  const std::size_t place = page.Add(page.title, detail.verdict, {});
+  fmt::memory_buffer json;
+  AppendJson(json, detail);
+  page.SetBlock(place, out.AddDetail(place, {json.data(), json.size()}));
+  page.Finish(out, upgrades);
+}
+
+}  // namespace tool::page

@@ -1,0 +1,222 @@
+#include "page/RunPage.h"
+
+#include <fmt/ranges.h>
+#include <simdjson.h>
+
+#include <algorithm>
+#include <fstream>
+#include <numeric>
+#include <unordered_map>
+
+#include "file/DocumentError.h"
+#include "page/Page.h"
+#include "page/RecordDetail.h"
+#include "report/ReportLines.h"
+#include "settings/UsageError.h"
+#include "terminal/Terminal.h"
+
+namespace tool::page {
+namespace {
+
+using standalone::DocumentError;
+
+struct Recorded {
+  std::size_t report;
+  ReportLine line;
+};
+
+class RunPage {
+ public:
+  RunPage(const RunPageSource& source, const std::string& file, bool overwrite)
+      : source_(source),
+        upgrades_(source.manager, source.explanations),
+        page_(
+            Page::Kind::kUpgrade,
+            {{.label = "Need a person", .help = "Things that a person must look at"},
+             {.label = "Dropped", .help = "Attributes with values that stand nowhere in the result"},
+             {.label = "Unaccounted", .help = "Differences of the analysis that no upgrade is there to make"},
+             {.label = "Features", .help = "Features of the document before the upgrade"},
+             {.label = "Changed", .help = "Features that were changed"},
+             {.label = "Made", .help = "Features that were made"},
+             {.label = "Removed", .help = "Features that were removed"},
+             {.label = "Time", .help = "Seconds that the upgrade took", .unit = "s"}}),
+        file_(file, overwrite) {
+    for (std::size_t i = 0; i < source.reports.size(); ++i) Read(i);
+    KeepWanted();
+  }
+
+  void Write() {
+    // What matters most has a place in the page first.
+    std::vector<std::size_t> order(records_.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::ranges::stable_sort(order, {}, [this](std::size_t record) {
+      const DocumentResult& result = records_[record].line.result;
+      return result.IsComplete() ? 2 : result.Succeeded() ? 1 : 0;
+    });
+    for (const std::size_t record : order) AddDetail(record);
+    for (std::size_t record = 0; record < records_.size(); ++record) AddLine(record);
+    Compose();
+    page_.Finish(file_, upgrades_);
+  }
+
+ private:
+  // What the page says of a document beside its record.
+  struct Told {
+    int block = -1;
+    std::size_t unaccounted = 0;
+    double seconds = 0;
+  };
+
+  void Read(std::size_t report) {
+    const std::string& file = source_.reports[report];
+    const ReadReportResult read = ReadReport(file, [this, report](const ReportLine& line) {
+      const auto [place, isNew] = places_.try_emplace(line.file, records_.size());
+      if (isNew) records_.emplace_back();
+      Recorded& record = records_[place->second];
+      record = {.report = report, .line = line};
+      record.line.result.attention.clear();  // the page takes it from the report again
+    });
+    isDryRun_ = isDryRun_ || std::ranges::count(read.head.arguments, "--dry-run") != 0;
+    page_.runs.push_back(FactsOf(read.head));
+    if (!read.isFinished)
+      page_.notes.push_back(fmt::format("The run of {} was not finished when this page was made", file));
+    if (read.left != 0)
+      page_.notes.push_back(fmt::format("The run of {} left {} undone; the same command goes on", file,
+                                        Count(read.left, "document")));
+  }
+
+  static std::vector<Labelled> FactsOf(const ReportHead& head) {
+    return {{"Program", "hvxupgrade " + head.tool},
+            {"Folder", head.folder},
+            {"Command", fmt::format("hvxupgrade {}", fmt::join(head.arguments, " "))}};
+  }
+
+  void KeepWanted() {
+    if (source_.documents.empty()) return;
+    std::vector<Recorded> kept;
+    for (const std::string& document : source_.documents) {
+      const auto found = places_.find(document);
+      if (found == places_.end())
+        throw UsageError(fmt::format("{} is no document of {}; give it as the report names it",
+                                     Quoted(document), fmt::join(source_.reports, ", ")));
+      kept.push_back(std::move(records_[found->second]));
+    }
+    records_ = std::move(kept);
+  }
+
+  void AddDetail(std::size_t number) {
+    const Recorded& record = records_[number];
+    const std::string line = LineOf(record);
+    Told& told = told_.try_emplace(number).first->second;
+    Detail detail = DetailOf({line.data(), static_cast<std::size_t>(record.line.size)}, record.line,
+                             isDryRun_, upgrades_);
+    told.unaccounted = detail.sheet.unaccounted;
+    for (const auto& [label, value] : detail.facts) {
+      if (label == "Time") told.seconds = std::strtod(value.c_str(), nullptr);
+    }
+    detail.cut = fmt::format("{} holds all of it", source_.reports[record.report]);
+    page_.CountTypes(detail.types);
+    fmt::memory_buffer json;
+    AppendJson(json, detail);
+    told.block = file_.AddDetail(number, {json.data(), json.size()});
+  }
+
+  // With room behind it, as `JsonParts` wants it.
+  [[nodiscard]] std::string LineOf(const Recorded& record) const {
+    const std::string& file = source_.reports[record.report];
+    std::string line(static_cast<std::size_t>(record.line.size) + simdjson::SIMDJSON_PADDING, '\0');
+    std::ifstream stream(file, std::ios::binary);
+    stream.seekg(record.line.begin);
+    if (!stream.read(line.data(), record.line.size))
+      throw DocumentError(DocumentError::Kind::kUnreadable, file, 0,
+                          "the report was changed while it was read", "Run the same command again");
+    return line;
+  }
+
+  void AddLine(std::size_t number) {
+    const ReportLine& line = records_[number].line;
+    const DocumentResult& result = line.result;
+    const Told& told = told_.at(number);
+    const std::size_t place =
+        page_.Add(line.file, GroupOf(result, isDryRun_),
+                  {static_cast<double>(result.needsPerson), static_cast<double>(result.dropped),
+                   static_cast<double>(told.unaccounted), static_cast<double>(result.features),
+                   static_cast<double>(result.totals.changed), static_cast<double>(result.totals.created),
+                   static_cast<double>(result.totals.removed), told.seconds});
+    page_.SetBlock(place, told.block);
+    sum_.needsPerson += result.needsPerson;
+    sum_.dropped += result.dropped;
+    sum_.features += result.features;
+    sum_.totals += result.totals;
+    unaccounted_ += told.unaccounted;
+    if (!result.Succeeded()) ++failed_;
+  }
+
+  void Compose() {
+    const std::size_t documents = page_.Documents();
+    const std::size_t need = page_.NeedPerson();
+    page_.title = fmt::format("{} of {}", isDryRun_ ? "Dry run of the upgrade" : "Upgrade",
+                              documents == 1 ? records_.front().line.file : Count(documents, "document"));
+    page_.verdict = Overall(documents, need);
+    page_.numbers = {
+        {"documents", documents, Tone::kQuiet},
+        {need - failed_ == 1 ? "needs a person" : "need a person", need - failed_,
+         need == failed_ ? Tone::kQuiet : Tone::kAttention},
+        {"without a result", failed_, failed_ == 0 ? Tone::kQuiet : Tone::kBad},
+        {"features changed", sum_.totals.changed, Tone::kQuiet},
+        {"features made", sum_.totals.created, Tone::kQuiet},
+        {"features removed", sum_.totals.removed, Tone::kQuiet},
+        {"attributes with dropped values", sum_.dropped, Tone::kQuiet},
+        {"differences unaccounted for", unaccounted_, unaccounted_ == 0 ? Tone::kQuiet : Tone::kAttention}};
+    if (documents == 1) page_.numbers.erase(page_.numbers.begin(), page_.numbers.begin() + 3);
+    if (const std::size_t without = page_.WithoutDetail(); without != 0)
+      page_.notes.push_back(
+          fmt::format("The details of {} are not in this page, which would be too large for browsers. "
+                      "'hvxupgrade report {} "
+                      "--document NAME --format html' makes a page of each",
+                      Count(without, "document"), fmt::join(source_.reports, " ")));
+  }
+
+  [[nodiscard]] Verdict Overall(std::size_t documents, std::size_t need) const {
+    if (documents == 0) return {Tone::kQuiet, "No document was done", ""};
+    if (documents == 1) {
+      Verdict verdict = VerdictOf(records_.front().line.result, isDryRun_);
+      verdict.words.front() =
+          static_cast<char>(std::toupper(static_cast<unsigned char>(verdict.words.front())));
+      if (verdict.tone == Tone::kGood) verdict.words += ", and nothing needs a person";
+      return verdict;
+    }
+    if (need == 0)
+      return {Tone::kGood,
+              fmt::format("All is well: nothing in {} needs a person", Count(documents, "document")), ""};
+    const std::size_t attention = need - failed_;
+    std::vector<std::string> parts;
+    if (failed_ != 0) parts.push_back(fmt::format("{} without a result", Count(failed_, "document")));
+    if (attention != 0)
+      parts.push_back(fmt::format(
+          "{} a person", attention == 1 ? "1 document needs" : fmt::format("{} documents need", attention)));
+    return {failed_ != 0 ? Tone::kBad : Tone::kAttention,
+            fmt::format("{}, of {}", fmt::join(parts, ", "), documents),
+            "The table below begins with them; each tells what to do. The others are done"};
+  }
+
+  const RunPageSource& source_;
+  UpgradeIndex upgrades_;
+  Page page_;
+  PageFile file_;
+  bool isDryRun_ = false;
+  std::vector<Recorded> records_;
+  std::unordered_map<std::string, std::size_t> places_;
+  std::unordered_map<std::size_t, Told> told_;
+  DocumentResult sum_;
+  std::size_t failed_ = 0;
+  std::size_t unaccounted_ = 0;
+};
+
+}  // namespace
+
+void WriteRunPage(const RunPageSource& source, const std::string& file, bool overwrite) {
+  RunPage(source, file, overwrite).Write();
+}
+
+}  // namespace tool::page

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+
+#include "page/Detail.h"
+#include "page/UpgradeIndex.h"
+
+namespace tool::page {
+
+/// What an analysis says before and after, from the comparison of its sheets as records hold it; `json` as
+/// `JsonParts` takes it.
+[[nodiscard]] Sheet SheetOf(std::string_view json, UpgradeIndex& upgrades);
+
+}  // namespace tool::page

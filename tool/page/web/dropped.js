@@ -1,0 +1,25 @@
+// Values of the old document that stand nowhere in the result.
+
+/** @param {Looked} looked */
+function droppedSection(looked) {
+  const dropped = looked.detail.dropped;
+  return [droppedTable(looked, dropped.first, true), cutNote(dropped.first.length, dropped.count, looked.detail.cut)];
+}
+
+/**
+ * @param {Looked} looked
+ * @param {Dropped[]} entries
+ * @param {boolean} named says of which feature
+ */
+function droppedTable(looked, entries, named) {
+  const body = el("tbody");
+  const more = inPortions(entries, 50, (each) => el("tr", null,
+    named ? el("th", { scope: "row" }, featureLink(looked, each.id, { name: each.name }), el("span", { class: "owner" }, value(each.type, "code")),
+      each.owner ? el("span", { class: "owner" }, value(each.owner)) : null) : null,
+    el("td", null, value(each.key, "code")), el("td", { class: "before" }, longValue(each.values)),
+    el("td", { class: "after" }, longValue(each.instead)),
+    el("td", null, each.upgrades.map((upgrade) => el("div", null, upgradeLink(looked.page, looked.at, upgrade))))), body, "values");
+  return [el("table", { class: named ? "plain stacks five" : "plain stacks" }, el("thead", null, el("tr", null,
+    named ? el("th", { scope: "col" }, "Feature") : null, el("th", { scope: "col" }, "Attribute"), el("th", { scope: "col" }, "Was"),
+    el("th", { scope: "col" }, "Now there is"), el("th", { scope: "col" }, "Upgrade"))), body), more];
+}
