@@ -67,7 +67,11 @@ def as_zstd(data):
 
 REPORT = [
     {"record": "run", "report": "hvxupgrade", "version": 4, "tool": "1.0.0", "folder": "/home",
-     "arguments": ["upgrade", "a"]},
+     "arguments": ["upgrade", "a"], "time": "2026-11-23T04:15:53Z", "host": "h", "user": "u",
+     "commandLine": ["hvxupgrade", "upgrade", "a"], "otherArguments": [], "language": "en",
+     "libraries": [{"name": "L", "version": "1", "file": "/l.so", "sha256": "00"}]},
+    {"record": "joined", "file": "r.jsonl", "report": "hvxupgrade", "version": 4},
+    {"record": "continued", "time": "2026-11-23T04:15:53Z", "libraries": []},
     {"record": "document", "file": "a/b.hvxdoc", "verdict": "upgraded",
      "input": {"file": "a/b.hvxdoc", "bytes": 9, "modified": 17, "sha256": "00"},
      "result": {"file": "n/b.hvxdoc", "bytes": 12, "modified": 18}, "thingsForPerson": 1, "dropped": 0,
@@ -76,7 +80,7 @@ REPORT = [
      "seconds": 0.5, "upgrades": ["UpgradeJobMemoryUnit"], "changed": [{"id": 3}], "created": []},
     {"record": "document", "file": "a/c.hvxdoc", "verdict": "broken", "problem": "a/c.hvxdoc: broken",
      "thingsForPerson": 0, "needsPerson": []},
-    {"record": "end", "words": "2 documents: ...", "exitCode": 3, "left": 0, "totals": {"documents": 2}},
+    {"record": "end", "time": "2026-11-23T04:15:53Z", "words": "2 documents: ...", "exitCode": 3, "left": 0, "totals": {"documents": 2}},
 ]
 
 

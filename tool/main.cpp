@@ -28,11 +28,12 @@ namespace {
 ExitCode RunVerb(const Arguments& arguments) {
   if (const auto* const show = std::get_if<ShowArguments>(&arguments.verb)) return RunShow(*show);
   if (const auto* const upgrade = std::get_if<UpgradeArguments>(&arguments.verb))
-    return RunUpgrade(*upgrade, arguments.places);
+    return RunUpgrade(*upgrade, arguments);
   if (const auto* const diff = std::get_if<DiffArguments>(&arguments.verb))
     return RunDiff(*diff, arguments.places);
   if (const auto* const clean = std::get_if<CleanArguments>(&arguments.verb)) return RunClean(*clean);
-  if (const auto* const merge = std::get_if<MergeArguments>(&arguments.verb)) return RunMerge(*merge);
+  if (const auto* const merge = std::get_if<MergeArguments>(&arguments.verb))
+    return RunMerge(*merge, arguments.commandLine);
   const Installation installation(arguments.places);
   if (const auto* const status = std::get_if<StatusArguments>(&arguments.verb))
     return RunStatus(*status, installation.Manager());
@@ -40,8 +41,7 @@ ExitCode RunVerb(const Arguments& arguments) {
     return RunCheck(*check, arguments.places, installation.Manager());
   if (const auto* const sheet = std::get_if<SheetArguments>(&arguments.verb))
     return RunSheet(*sheet, arguments.places, installation.Manager());
-  return RunIdentifiers(std::get<IdentifiersArguments>(arguments.verb), arguments.places,
-                        installation.Manager());
+  return RunIdentifiers(std::get<IdentifiersArguments>(arguments.verb), arguments.places, installation);
 }
 
 ExitCode RunChecked(const Arguments& arguments) {

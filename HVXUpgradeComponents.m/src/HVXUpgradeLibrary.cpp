@@ -145,6 +145,7 @@ const VLMLibrary& HVXThisLibrary() {
 const HVXUpgradeLibrary* HVXGetUpgradeLibrary() {
   static const HVXUpgradeLibrary library = {
       .name = "HVXUpgradeComponents",
+      .version = HVX_LIBRARY_VERSION,
       .identifiers = kHVXUpgradeIdentifiers,
       .classes = kClasses,
       .documentUpgrades = kDocumentUpgrades,

@@ -76,6 +76,7 @@ struct HVXUpgradeLibrary {
   /// ever, so that a library of another layout is told before anything else of it is read.
   std::uint64_t layout = kLayout;
   const char* name;
+  const char* version;                            ///< Of the library, for people; reports tell it.
   std::span<const VLMUnicodeString> identifiers;  ///< All that it knows of, oldest first.
   std::span<const HVXUpgradeClass* const> classes;
   std::span<const HVXDocumentUpgrade> documentUpgrades;
@@ -87,7 +88,7 @@ struct HVXUpgradeLibrary {
   /// Another number for every change of what a library and its host share: the revision, and the sizes of the
   /// tables.
   static constexpr std::uint64_t kLayout =
-      (std::uint64_t{2} << 48U) | (std::uint64_t{sizeof(HVXUpgradeBinding)} << 32U) |
+      (std::uint64_t{3} << 48U) | (std::uint64_t{sizeof(HVXUpgradeBinding)} << 32U) |
       (std::uint64_t{sizeof(HVXUpgradeClass)} << 16U) | std::uint64_t{sizeof(HVXDocumentUpgrade)};
 };
 

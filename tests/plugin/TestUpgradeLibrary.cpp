@@ -125,6 +125,7 @@ const VLMLibrary& HVXThisLibrary() {
 const HVXUpgradeLibrary* HVXGetUpgradeLibrary() {
   static const HVXUpgradeLibrary library = {
       .name = "TestUpgradeLibrary",
+      .version = "1.2",
       .identifiers = kListed,
       .classes = kClasses,
       .documentUpgrades = kDocumentUpgrades,

@@ -83,7 +83,7 @@ TEST_F(FaultTest, ARecordThatCannotBeTakenOverIsNotBegun) {
 TEST_F(FaultTest, AFileThatMayNotGrowIsToldAsThat) {
   rlimit limit{};
   getrlimit(RLIMIT_FSIZE, &limit);
-  const rlimit small{600, limit.rlim_max};
+  const rlimit small{1500, limit.rlim_max};
   setrlimit(RLIMIT_FSIZE, &small);
   const Ended ended = Run(inPlace_);
   setrlimit(RLIMIT_FSIZE, &limit);

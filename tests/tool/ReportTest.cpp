@@ -1,6 +1,7 @@
 #include <simdjson.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 
 #include "ToolRun.h"
@@ -18,7 +19,9 @@ class ReportTest : public ToolTest {
     all.insert(all.end(), arguments.begin(), arguments.end());
     const Ended ended = Run(all);
     EXPECT_EQ(ended.code, code) << ended.err;
-    std::string lines = Content(Path("r.jsonl"));
+    return Lines(Content(Path("r.jsonl")));
+  }
+  element Lines(std::string lines) {
     EXPECT_TRUE(lines.ends_with('\n'));
     lines.pop_back();
     std::ranges::replace(lines, '\n', ',');
@@ -111,6 +114,81 @@ TEST_F(ReportTest, SaysWhatNeedsAPersonOverAllDocuments) {
   EXPECT_EQ(Text(RecordOf(report, "missing")["verdict"]), R"("broken")");
   EXPECT_EQ(Text(RecordOf(report, "odd")["verdict"]), R"("upgraded")");
   EXPECT_EQ(Text(report.at(4)["exitCode"]), "3");
+}
+
+TEST_F(ReportTest, EveryRunSaysWhereItComesFrom) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  const std::vector<std::string> command = {"upgrade", file, "--dry-run", "--report", Path("r.jsonl")};
+  ASSERT_EQ(Run(command).code, 0);
+  std::vector<std::string> later = command;
+  later.insert(later.end(), {"--timeout", "2m"});
+  ASSERT_EQ(Run(later).code, 0);
+  const element report = Lines(Content(Path("r.jsonl")));
+  EXPECT_EQ(Text(report.at(2)["record"]), R"("continued")");
+  EXPECT_EQ(Text(report.at(2)["otherArguments"]), R"(["--timeout","120"])");
+  EXPECT_EQ(report.at(2)["commandLine"].get_array().size(), 8U);
+  for (const int line : {0, 2}) {
+    const element origin = report.at(line);
+    EXPECT_EQ(std::string_view(origin["commandLine"].at(2)), file);
+    const std::string_view time(origin["time"]);
+    EXPECT_TRUE(time.size() == 20 && time.starts_with("20") && time.ends_with('Z')) << time;
+    for (const char* const key : {"host", "user"}) EXPECT_NE(std::string_view(origin[key]), "") << key;
+    const element library = origin["libraries"].at(0);
+    EXPECT_EQ(Text(library["name"]), R"("HVXUpgradeComponents")");
+    EXPECT_EQ(std::string_view(library["version"]).substr(0, 2), "1.");
+    EXPECT_EQ(std::string_view(library["file"]), UPGRADE_LIBRARY);
+    EXPECT_EQ(std::string_view(library["sha256"]).size(), 64U);
+  }
+
+  // Of the same library elsewhere the results are the same, of another one they may not be.
+  const std::string copy = Path("copy.so");
+  std::filesystem::copy_file(UPGRADE_LIBRARY, copy);
+  std::vector<std::string> withCopy = command;
+  withCopy.insert(withCopy.begin(), {"--library", copy});
+  EXPECT_EQ(Run(withCopy).code, 0);
+  const std::string before = Content(Path("r.jsonl"));
+  withCopy.insert(withCopy.begin(), {"--library", TROUBLE_LIBRARY});
+  const Ended other = Run(withCopy);
+  EXPECT_EQ(other.code, 5);
+  EXPECT_NE(other.err.find("r.jsonl: the report is of a run with other upgrade libraries (HVXUpgradeCompon"),
+            std::string::npos)
+      << other.err;
+  EXPECT_EQ(Content(Path("r.jsonl")), before);
+}
+
+TEST_F(ReportTest, AMergedReportKeepsTheHeads) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  for (const char* const shard : {"1/2", "2/2", "2/2"})
+    static_cast<void>(Run({"upgrade", file, "--dry-run", "--report", Path(shard[0] + std::string(".jsonl")),
+                           "--shard", shard}));
+  const Ended merged = Run({"merge", Path("1.jsonl"), Path("2.jsonl"), "--report", Path("all.jsonl")});
+  EXPECT_EQ(merged.code, 0) << merged.err;
+  const element report = Lines(Content(Path("all.jsonl")));
+  EXPECT_EQ(std::string_view(report.at(0)["commandLine"].at(1)), "merge");
+  std::string records;
+  for (const element line : report) records += std::string(std::string_view(line["record"])) + " ";
+  EXPECT_EQ(records, "run joined joined continued document end ");
+  EXPECT_EQ(std::string_view(report.at(2)["file"]), Path("2.jsonl"));
+  EXPECT_EQ(std::string_view(report.at(2)["arguments"].at(3)), "2/2");
+  // The whole command goes on with it.
+  EXPECT_EQ(Run({"upgrade", file, "--dry-run", "--report", Path("all.jsonl")}).code, 0);
+  EXPECT_EQ(Lines(Content(Path("all.jsonl"))).get_array().size(), 7U);
+}
+
+TEST_F(ReportTest, StandardOutputGetsTheReportAlone) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  const Ended ended = Run({"upgrade", file, "-o", Path("new.hvxdoc"), "--report", "-"});
+  EXPECT_EQ(ended.code, 0) << ended.err;
+  const element report = Lines(ended.out);
+  ASSERT_EQ(report.get_array().size(), 3U);
+  EXPECT_EQ(Text(report.at(1)["changed"].at(0)["id"]), "3");
+  EXPECT_EQ(Text(report.at(2)["record"]), R"("end")");
+  EXPECT_NE(ended.err.find("  Result: "), std::string::npos) << ended.err;
+  EXPECT_EQ(Names(), "job.hvxdoc new.hvxdoc");
+
+  const Ended full = Run({"upgrade", file, "--dry-run", "--report", "-"}, "/dev/full");
+  EXPECT_EQ(full.code, 5);
+  EXPECT_NE(full.err.find("standard output: the report cannot be written"), std::string::npos) << full.err;
 }
 
 // What a worker had written before it failed must not stay.

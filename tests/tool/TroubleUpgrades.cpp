@@ -68,6 +68,7 @@ const HVXDocumentUpgrade kDocumentUpgrades[] = {
 
 extern "C" __attribute__((visibility("default"))) const HVXUpgradeLibrary* HVXGetUpgradeLibrary() {
   static const HVXUpgradeLibrary library = {.name = "TroubleUpgrades",
+                                            .version = "0.1",
                                             .identifiers = kIdentifiers,
                                             .classes = {},
                                             .documentUpgrades = kDocumentUpgrades,

@@ -186,7 +186,8 @@ TEST_F(UpgradeCommandTest, WrongUsageIsExplained) {
   refused({"upgrade", file, "--dry-run", "--only", "InitialTemp"}, "BasicComponents\"?");
   refused({"upgrade", file, "--dry-run", "--until", ""}, "--until");
   refused({"upgrade", file, "--dry-run", "--report", ""}, "--report");
-  refused({"upgrade", file, "--dry-run", "--report", "-"}, "--report");
+  refused({"upgrade", file, "-o", "-", "--report", "-"}, "standard output can be written once");
+  refused({"upgrade", file, "--dry-run", "--report", "-", "--again", "all"}, "--again");
   refused({"upgrade", file, "-o", ""}, "--output");
   refused({"show", file, "--depth", "0"}, "must be a whole number above 0");
   refused({"frob", file}, "there is no command \"frob\"; say status, ");

@@ -202,7 +202,7 @@ bool ArchiveUpgrade::AddToReport(std::size_t document, const WorkEnd& end, const
   } catch (const standalone::DocumentError& error) {
     const bool wrote = summary_.Wrote();
     Complain(fmt::format("{}: {}. The report lacks {} and all that comes after it; {}",
-                         task_.arguments.report, error.Problem(), input,
+                         task_.arguments.ReportName(), error.Problem(), input,
                          wrote ? "what is said above of the documents holds, and results that were written "
                                  "are in place"
                                : "no document was changed"));

@@ -118,11 +118,13 @@ void AppendUpgrade(fmt::memory_buffer& out, const VersionManager& manager, const
     fmt::format_to(to, "\nIts page: {}\n", Printable(page.string()));
 }
 
-void AppendJson(fmt::memory_buffer& out, const VersionManager& manager,
+void AppendJson(fmt::memory_buffer& out, const Installation& installation,
                 const std::vector<const KnownUpgrade*>& chosen) {
+  const VersionManager& manager = installation.Manager();
   JsonObject top(out);
   top.Text("identifiers", "hvxupgrade");
   top.Number("version", kJsonVersion);
+  AppendLibraries(top, installation.LibraryFiles());
   JsonList list(top.Key("upgrades"));
   for (const KnownUpgrade* const known : chosen) {
     JsonObject entry(list.Entry());
@@ -159,7 +161,8 @@ void AppendJson(fmt::memory_buffer& out, const VersionManager& manager,
 }  // namespace
 
 ExitCode RunIdentifiers(const IdentifiersArguments& arguments, const Places& places,
-                        const VersionManager& manager) {
+                        const Installation& installation) {
+  const VersionManager& manager = installation.Manager();
   std::vector<const KnownUpgrade*> chosen;
   for (const std::string& identifier : arguments.identifiers)
     chosen.push_back(&KnownOrRefuse(manager, identifier));
@@ -168,7 +171,7 @@ ExitCode RunIdentifiers(const IdentifiersArguments& arguments, const Places& pla
   }
   fmt::memory_buffer out;
   if (arguments.json) {
-    AppendJson(out, manager, chosen);
+    AppendJson(out, installation, chosen);
   } else if (arguments.identifiers.empty()) {
     AppendList(out, manager, chosen);
   } else {

@@ -15,6 +15,7 @@
 #include "file/AtomicFile.h"
 #include "file/DocumentError.h"
 #include "file/FileIdentity.h"
+#include "report/JsonOutput.h"
 #include "report/ReportLines.h"
 #include "report/RunReport.h"
 #include "report/RunSummary.h"
@@ -36,8 +37,11 @@ struct Place {
 
 class MergeCommand {
  public:
-  explicit MergeCommand(const MergeArguments& arguments)
-      : arguments_(arguments), reports_(EachOnce(arguments.reports)), summary_(false) {
+  MergeCommand(const MergeArguments& arguments, const std::vector<std::string>& commandLine)
+      : arguments_(arguments),
+        commandLine_(commandLine),
+        reports_(EachOnce(arguments.reports)),
+        summary_(false) {
     const auto unbegun = std::stable_partition(reports_.begin(), reports_.end(), HasFirstLine);
     if (unbegun == reports_.begin()) return;  // of none can be told but that it is no report
     unbegun_.assign(unbegun, reports_.end());
@@ -78,6 +82,9 @@ class MergeCommand {
       places.push_back({number, line.begin, line.size});
     });
     ReportHead head = read.head;
+    lines_.push_back(JoinedLine(file, read.headLine));
+    std::ranges::copy(read.otherLines, std::back_inserter(lines_));
+    NoteLibraries(head.origin);
     Shard shard;
     Arguments command;
     std::vector<const char*> texts{"hvxupgrade"};
@@ -95,7 +102,7 @@ class MergeCommand {
       firstArguments_ = read.head.arguments;
       shards_.resize(shard.of);
     }
-    if (head != head_ || shards_.size() != shard.of) {
+    if (!head.IsOfCommand(head_) || shards_.size() != shard.of) {
       throw UsageError(fmt::format("{} and {} are no reports of shards of one run: {} in {}, and {} in {}",
                                    reports_.front(), file, fmt::join(firstArguments_, " "), head_.folder,
                                    fmt::join(read.head.arguments, " "), head.folder));
@@ -103,6 +110,27 @@ class MergeCommand {
     shards_[shard.number - 1].push_back(file);
     shardOf_.push_back(shard.number);
     if (!read.isFinished || read.left != 0) unfinished_.push_back(file);
+  }
+
+  // The first line of a report that is merged, which it says.
+  static std::string JoinedLine(const std::string& file, const std::string& headLine) {
+    constexpr std::string_view kRun = R"({"record":"run")";
+    fmt::memory_buffer text;
+    standalone::AppendRaw(text, R"({"record":"joined")");
+    JsonObject line(text, JsonObject::GoOn());
+    line.Name("file", file);
+    if (headLine.starts_with(kRun))
+      standalone::AppendRaw(text, std::string_view(headLine).substr(kRun.size()));
+    return fmt::to_string(text);
+  }
+
+  void NoteLibraries(const RunOrigin& origin) {
+    if (libraries_.empty()) firstOrigin_ = origin;
+    haveOtherLibraries_ = haveOtherLibraries_ || !origin.HasLibrariesOf(firstOrigin_);
+    for (const LibraryFile& each : origin.libraries) {
+      if (std::ranges::find(libraries_, each.sha256, &LibraryFile::sha256) == libraries_.end())
+        libraries_.push_back(each);
+    }
   }
 
   static void TakeShardOut(std::vector<std::string>& texts) {
@@ -142,6 +170,11 @@ class MergeCommand {
     add(unfinished_, "these shards are not finished; the same command goes on with each");
     add(repeated, "several reports of these shards were given; of a document the last one's record counts",
         false);
+    if (haveOtherLibraries_)
+      problems.emplace_back(
+          "these shards were upgraded with different upgrade libraries, which the first lines of their "
+          "reports "
+          "name; run those again that had the wrong ones");
     std::vector<std::string> several;
     for (const auto& [file, places] : places_) {
       const auto isOfOther = [&, first = shardOf_[places.front().report]](const Place& place) {
@@ -185,7 +218,12 @@ class MergeCommand {
     options.overwrite = arguments_.force;
     RefuseTaken(arguments_.report, arguments_.force);
     standalone::AtomicFile output(arguments_.report, options);
-    output.Write(HeadLine(head_));
+    ReportHead head = head_;
+    head.origin = OriginOf(commandLine_);
+    head.origin.libraries = libraries_;
+    head.origin.language = firstOrigin_.language;
+    output.Write(HeadLine(head));
+    for (const std::string& line : lines_) output.Write(line);
     std::vector<std::ifstream> reports;
     for (const std::string& file : reports_) reports.emplace_back(file, std::ios::binary);
     std::vector<char> block(std::size_t{1} << 16U);
@@ -208,11 +246,16 @@ class MergeCommand {
   }
 
   const MergeArguments& arguments_;
+  const std::vector<std::string>& commandLine_;
   std::vector<std::string> reports_;
   RunSummary summary_;
   ReportHead head_;                          // without the shard
   UpgradeArguments command_;                 // of the first report,
   std::vector<std::string> firstArguments_;  // with its shard
+  std::vector<std::string> lines_;           // about the runs, of all reports
+  RunOrigin firstOrigin_;
+  std::vector<LibraryFile> libraries_;  // of all
+  bool haveOtherLibraries_ = false;
   std::map<std::string, std::vector<Place>> places_;
   std::vector<std::vector<std::string>> shards_;  // the reports of each
   std::vector<std::size_t> shardOf_;              // of each report
@@ -224,8 +267,8 @@ class MergeCommand {
 
 }  // namespace
 
-ExitCode RunMerge(const MergeArguments& arguments) {
-  return MergeCommand(arguments).Run();
+ExitCode RunMerge(const MergeArguments& arguments, const std::vector<std::string>& commandLine) {
+  return MergeCommand(arguments, commandLine).Run();
 }
 
 }  // namespace tool

@@ -58,21 +58,21 @@ std::string ShellWord(const std::string& name) {
 
 class UpgradeCommand {
  public:
-  UpgradeCommand(const UpgradeArguments& arguments, const Places& places)
+  UpgradeCommand(const UpgradeArguments& arguments, const Arguments& all)
       : arguments_(arguments),
-        installation_(places),
+        installation_(all.places),
         selection_(installation_.Manager(), arguments.only, arguments.until),
         found_(FindDocuments(arguments.sources, arguments.outputDirectory, arguments.backupSuffix)),
         destinations_(arguments, found_.documents),
         emptyFolders_(arguments.outputDirectory.empty() || arguments.dryRun ? std::set<fs::path>()
                                                                             : destinations_.Folders()),
         summary_(arguments.dryRun) {
-    UseLanguage(arguments.language, DataFolder(places) / "messages");
+    UseLanguage(arguments.language, DataFolder(all.places) / "messages");
     RemoveOldLeftovers(FoldersOfTemporaries(), arguments.quiet);
     MakeFolderForOthers();
     if (!arguments.trace.empty()) trace_.emplace(arguments.trace, arguments.force);
     todo_ = DocumentsOfShard(found_.documents, arguments.shard.value_or(Shard()), arguments.inPlace);
-    if (!arguments.report.empty()) OpenReport();
+    if (!arguments.report.empty()) OpenReport(all);
   }
 
   ExitCode Run() {
@@ -95,13 +95,18 @@ class UpgradeCommand {
   }
 
  private:
-  void OpenReport() {
+  void OpenReport(const Arguments& all) {
     const ReportHead head{.tool = HVXUPGRADE_VERSION,
                           .folder = fs::current_path().string(),
-                          .arguments = DecidingArguments(arguments_)};
+                          .arguments = DecidingArguments(arguments_),
+                          .origin = OriginOf(all, arguments_, installation_)};
     const ReportDetail detail = arguments_.reportDetail == "full"      ? ReportDetail::kFull
                                 : arguments_.reportDetail == "changes" ? ReportDetail::kChanges
                                                                        : ReportDetail::kSummary;
+    if (arguments_.ReportsToStream()) {
+      report_.emplace(head, detail);
+      return;
+    }
     DoneDocuments done(found_.documents, arguments_.again);
     report_.emplace(arguments_.report, head, arguments_.force, detail,
                     [&done](const ReportLine& line) { done.Add(line); });
@@ -148,7 +153,8 @@ class UpgradeCommand {
   void TellAll(std::size_t left) const {
     constexpr std::size_t kShort = 20;
     if (summary_.Documents() > kShort && !arguments_.many.verbose)
-      Say(summary_.ClosingList(arguments_.report) + ListOfProblems(found_));
+      Say(summary_.ClosingList(arguments_.ReportsToStream() ? "" : arguments_.report) +
+          ListOfProblems(found_));
     Say(summary_.Verdict() + (left == 0 ? "\n" : fmt::format("; {} left\n", left)));
     if (!summary_.NeedsPerson() || left != 0 || arguments_.dryRun) return;
     std::string where = arguments_.outputDirectory.empty() ? "" : ShellWord(arguments_.outputDirectory);
@@ -163,11 +169,13 @@ class UpgradeCommand {
       report_->Finish(summary_, code, left);
     } catch (const standalone::DocumentError& error) {
       Complain(fmt::format(
-          "{}: {}. What is said above of the documents holds, and {}", arguments_.report, error.Problem(),
+          "{}: {}. What is said above of the documents holds, and {}", arguments_.ReportName(),
+          error.Problem(),
           summary_.Wrote() ? "results that were written are in place" : "no document was changed"));
       return MoreSerious(code, ExitCode::kUnwritable);
     }
-    if (!arguments_.quiet) Say(fmt::format("  Report: {}\n", Printable(arguments_.report)));
+    if (!arguments_.quiet && !arguments_.ReportsToStream())
+      Say(fmt::format("  Report: {}\n", Printable(arguments_.report)));
     return code;
   }
 
@@ -186,7 +194,8 @@ class UpgradeCommand {
   [[nodiscard]] std::set<fs::path> FoldersOfTemporaries() const {
     std::set<fs::path> folders;
     if (!arguments_.dryRun) folders = destinations_.Folders();
-    if (!arguments_.report.empty()) folders.insert(RealPathOf(arguments_.report).parent_path());
+    if (!arguments_.report.empty() && !arguments_.ReportsToStream())
+      folders.insert(RealPathOf(arguments_.report).parent_path());
     return folders;
   }
 
@@ -204,10 +213,10 @@ class UpgradeCommand {
 
 }  // namespace
 
-ExitCode RunUpgrade(const UpgradeArguments& arguments, const Places& places) {
+ExitCode RunUpgrade(const UpgradeArguments& arguments, const Arguments& all) {
   Interruption::HoldBack();
-  if (arguments.output == kStandardStream) KeepOutput();
-  UpgradeCommand command(arguments, places);
+  if (arguments.output == kStandardStream || arguments.ReportsToStream()) KeepOutput();
+  UpgradeCommand command(arguments, all);
   // Results that nobody reads are no reason to leave documents half done.
   std::signal(SIGPIPE, SIG_IGN);
   return command.Run();

@@ -64,7 +64,8 @@ Destinations::Destinations(const UpgradeArguments& arguments, const std::vector<
     return real;
   };
   fs::path report;
-  if (!arguments.report.empty()) report = addOther(arguments.report, "the report");
+  if (!arguments.report.empty() && !arguments.ReportsToStream())
+    report = addOther(arguments.report, "the report");
   if (arguments.trace.empty() || arguments.trace == "-") return;
   if (addOther(arguments.trace, "the trace") == report)
     throw UsageError(

@@ -67,6 +67,19 @@ void JsonList::Text(std::string_view text) {
   AppendText(Entry(), text);
 }
 
+void AppendLibraries(JsonObject& object, const std::vector<LibraryFile>& libraries) {
+  JsonList list(object.Key("libraries"));
+  for (const LibraryFile& each : libraries) {
+    JsonObject library(list.Entry());
+    library.Text("name", each.name);
+    library.Text("version", each.version);
+    library.Name("file", each.file);
+    library.Text("sha256", each.sha256);
+    library.Close();
+  }
+  list.Close();
+}
+
 void AppendTotals(JsonObject& object, const Totals& totals) {
   object.Number("concerned", totals.concerned);
   object.Number("changed", totals.changed);

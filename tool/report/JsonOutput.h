@@ -8,6 +8,7 @@
 
 #include "file/JsonText.h"
 #include "record/Comparison.h"
+#include "settings/Installation.h"
 
 namespace tool {
 
@@ -57,6 +58,8 @@ class JsonList {
   bool first_ = true;
 };
 
+/// The upgrade libraries as a field.
+void AppendLibraries(JsonObject& object, const std::vector<LibraryFile>& libraries);
 /// The totals as fields.
 void AppendTotals(JsonObject& object, const Totals& totals);
 

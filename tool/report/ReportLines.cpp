@@ -31,6 +31,27 @@ std::string NameIn(element object, const char* key) {
   return NameFromUtf8(TextIn(object, key));
 }
 
+std::vector<std::string> NamesIn(element object, const char* key) {
+  std::vector<std::string> names;
+  simdjson::dom::array list;
+  if (object[key].get(list) != simdjson::SUCCESS) return names;
+  for (const element each : list) {
+    std::string_view text;
+    if (each.get(text) == simdjson::SUCCESS) names.push_back(NameFromUtf8(text));
+  }
+  return names;
+}
+
+std::vector<LibraryFile> LibrariesIn(element object) {
+  std::vector<LibraryFile> libraries;
+  simdjson::dom::array list;
+  if (object["libraries"].get(list) != simdjson::SUCCESS) return libraries;
+  for (const element each : list)
+    libraries.push_back(
+        {TextIn(each, "name"), TextIn(each, "version"), NameIn(each, "file"), TextIn(each, "sha256")});
+  return libraries;
+}
+
 std::size_t NumberIn(element object, const char* key) {
   std::uint64_t number = 0;
   return object[key].get(number) == simdjson::SUCCESS ? number : 0;
@@ -76,14 +97,16 @@ std::optional<ReportHead> HeadOf(element line) {
   if (TextIn(line, "record") != "run" || TextIn(line, "report") != "hvxupgrade" ||
       NumberIn(line, "version") != kReportVersion)
     return std::nullopt;
-  ReportHead head{.tool = TextIn(line, "tool"), .folder = NameIn(line, "folder"), .arguments = {}};
-  simdjson::dom::array arguments;
-  if (line["arguments"].get(arguments) != simdjson::SUCCESS) return head;
-  for (const element argument : arguments) {
-    std::string_view text;
-    if (argument.get(text) == simdjson::SUCCESS) head.arguments.push_back(NameFromUtf8(text));
-  }
-  return head;
+  return ReportHead{.tool = TextIn(line, "tool"),
+                    .folder = NameIn(line, "folder"),
+                    .arguments = NamesIn(line, "arguments"),
+                    .origin = {.time = TextIn(line, "time"),
+                               .host = NameIn(line, "host"),
+                               .user = NameIn(line, "user"),
+                               .commandLine = NamesIn(line, "commandLine"),
+                               .libraries = LibrariesIn(line),
+                               .language = TextIn(line, "language"),
+                               .otherArguments = NamesIn(line, "otherArguments")}};
 }
 
 // The lines of a file, each with its line feed; one that is cut off is left out.
@@ -166,12 +189,16 @@ ReadReportResult ReadReport(const std::filesystem::path& file,
       const auto head = HeadOf(top);
       if (!head) refuse("this is no report of this release of hvxupgrade");
       result.head = *head;
+      result.headLine = line;
     } else if (kind == "document") {
       if (result.isFinished) refuse("a record stands behind the end of the report");
       ReportLine record = LineOf(top);
       record.begin = offset;
       record.size = static_cast<std::int64_t>(line.size());
       onRecord(record);
+    } else if (kind == "continued" || kind == "joined") {
+      if (result.isFinished) refuse("a record stands behind the end of the report");
+      result.otherLines.emplace_back(line);
     } else if (kind == "end") {
       result.isFinished = true;
       result.left = NumberIn(top, "left");

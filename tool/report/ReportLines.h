@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "record/DocumentResult.h"
+#include "settings/RunOrigin.h"
 
 /// \file
 /// Reading reports.
@@ -20,8 +21,12 @@ struct ReportHead {
   std::string tool;                    ///< The version of the program.
   std::string folder;                  ///< Where the command was given.
   std::vector<std::string> arguments;  ///< Those that decide what becomes of documents.
+  RunOrigin origin;                    ///< Of a report: of the run that began it.
 
-  friend bool operator==(const ReportHead&, const ReportHead&) = default;
+  /// Whether both are of one command, whenever it was given.
+  [[nodiscard]] bool IsOfCommand(const ReportHead& other) const {
+    return tool == other.tool && folder == other.folder && arguments == other.arguments;
+  }
 };
 
 /// A file as a record knows it.
@@ -44,6 +49,9 @@ struct ReportLine {
 /// What was read of a report.
 struct ReadReportResult {
   ReportHead head = {};
+  std::string headLine = {};  ///< As it stands there, with the line feed.
+  /// The same of runs that went on with the report, and of what was merged into it, in their order.
+  std::vector<std::string> otherLines = {};
   std::int64_t end = 0;     ///< Where the last record ends; what stands behind it may be cut off.
   bool isFinished = false;  ///< Whether the run came to its end line,
   std::size_t left = 0;     ///< and how many documents it had not done then.

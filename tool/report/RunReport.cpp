@@ -14,12 +14,16 @@
 
 #include "file/DocumentError.h"
 #include "report/JsonOutput.h"
+#include "terminal/Terminal.h"
 
 namespace tool {
 namespace {
 
 using standalone::DocumentError;
 
+// The same in every report, so that what a run left that was killed at once is known again.
+const std::string kHeadBegins =
+    fmt::format(R"({{"record":"run","report":"hvxupgrade","version":{})", kReportVersion);
 constexpr std::chrono::seconds kBetweenSyncs{1};
 constexpr std::chrono::seconds kUntilWorkersEnd{4};
 constexpr std::chrono::milliseconds kBetweenLocks{20};
@@ -62,17 +66,36 @@ void AppendRecord(fmt::memory_buffer& text, const DocumentRecord& record) {
   if (result.peakMemory != 0) entry.Number("peakMemory", result.peakMemory);
 }
 
+void AppendOrigin(JsonObject& line, const RunOrigin& origin) {
+  line.Text("time", origin.time);
+  line.Name("host", origin.host);
+  line.Name("user", origin.user);
+  line.Names("commandLine", origin.commandLine);
+  line.Names("otherArguments", origin.otherArguments);
+  if (!origin.language.empty()) line.Text("language", origin.language);
+  AppendLibraries(line, origin.libraries);
+}
+
 }  // namespace
 
 std::string HeadLine(const ReportHead& head) {
   fmt::memory_buffer text;
-  JsonObject line(text);
-  line.Text("record", "run");
-  line.Text("report", "hvxupgrade");
-  line.Number("version", kReportVersion);
+  standalone::AppendRaw(text, kHeadBegins);
+  JsonObject line(text, JsonObject::GoOn());
   line.Text("tool", head.tool);
   line.Name("folder", head.folder);
   line.Names("arguments", head.arguments);
+  AppendOrigin(line, head.origin);
+  line.Close();
+  text.push_back('\n');
+  return fmt::to_string(text);
+}
+
+std::string ContinuedLine(const RunOrigin& origin) {
+  fmt::memory_buffer text;
+  JsonObject line(text);
+  line.Text("record", "continued");
+  AppendOrigin(line, origin);
   line.Close();
   text.push_back('\n');
   return fmt::to_string(text);
@@ -82,6 +105,7 @@ std::string EndLine(const RunSummary& summary, ExitCode code, std::size_t left) 
   fmt::memory_buffer text;
   JsonObject line(text);
   line.Text("record", "end");
+  line.Text("time", TimeNow());
   line.Text("words", summary.Verdict());
   line.Number("exitCode", static_cast<std::size_t>(code));
   line.Number("left", left);
@@ -112,10 +136,9 @@ RunReport::RunReport(const std::filesystem::path& file, const ReportHead& head, 
   bool isMade = status.type() == std::filesystem::file_type::not_found;
   try {
     isMade = Open(anew) || isMade;
-    const std::string line = HeadLine(head);
-    if (HoldsOnlyPartOf(line)) {  // or nothing: more was not there when a run was killed
+    if (HoldsOnlyPartOfHead()) {  // or nothing: more was not there when a run was killed
       isTorn_ = true;
-      AppendLine([&] { Write(line); });
+      AppendLine([&] { Write(HeadLine(head)); });
       Sync();
     } else {
       Continue(head, onRecord);
@@ -127,8 +150,13 @@ RunReport::RunReport(const std::filesystem::path& file, const ReportHead& head, 
   }
 }
 
+RunReport::RunReport(const ReportHead& head, ReportDetail detail)
+    : file_("standard output"), detail_(detail) {
+  AppendLine([&] { Write(HeadLine(head)); });
+}
+
 RunReport::~RunReport() {
-  close(descriptor_);
+  if (!IsStream()) close(descriptor_);
 }
 
 // True when it took the place of another. That is locked until the new one is, so that a run that is writing
@@ -178,12 +206,12 @@ bool RunReport::IsInPlace() const {
   return here && there && here->IsSameFile(*there);
 }
 
-bool RunReport::HoldsOnlyPartOf(std::string_view head) const {
-  std::string there(head.size(), '\0');
+bool RunReport::HoldsOnlyPartOfHead() const {
+  std::string there(kHeadBegins.size(), '\0');
   const ssize_t got = pread(descriptor_, there.data(), there.size(), 0);
   if (got < 0) Fail();
   there.resize(static_cast<std::size_t>(got));
-  return there.size() < head.size() && head.starts_with(there);
+  return kHeadBegins.starts_with(there) && (there.size() < kHeadBegins.size() || !HasFirstLine(file_));
 }
 
 void RunReport::Continue(const ReportHead& head, const std::function<void(const ReportLine&)>& onRecord) {
@@ -192,16 +220,28 @@ void RunReport::Continue(const ReportHead& head, const std::function<void(const 
   if (there.tool.empty()) Refuse("the file exists already, and is no report of this program");
   if (there.tool != head.tool)
     Refuse(fmt::format("the report is of another release of this program ({})", there.tool));
-  if (there.folder != head.folder || there.arguments != head.arguments)
+  if (!there.IsOfCommand(head))
     Refuse(fmt::format("the report is of another command (in {}: {})", there.folder,
                        fmt::join(there.arguments, " ")));
+  if (!there.origin.HasLibrariesOf(head.origin)) {
+    std::vector<std::string> libraries;
+    for (const LibraryFile& each : there.origin.libraries)
+      libraries.push_back(
+          fmt::format("{} {} in {}, SHA-256 {}", each.name, each.version, each.file, each.sha256));
+    Refuse(
+        fmt::format("the report is of a run with other upgrade libraries ({})", fmt::join(libraries, "; ")),
+        "Go on with those, give the report another name, or --force to begin it anew");
+  }
   goesOn_ = true;
   end_ = ReadReport(file_, onRecord).end;
   if (ftruncate(descriptor_, end_) != 0) Fail();
+  AppendLine([&] { Write(ContinuedLine(head.origin)); });
+  Sync();
 }
 
 std::unique_ptr<RecordFile> RunReport::MakeRecordFile() const {
-  return std::make_unique<RecordFile>(file_, detail_);
+  return std::make_unique<RecordFile>(
+      IsStream() ? std::filesystem::temp_directory_path() / "hvxupgrade-report" : file_, detail_);
 }
 
 void RunReport::Append(const DocumentRecord& record, const RecordFile* rest) {
@@ -217,6 +257,12 @@ void RunReport::Append(const DocumentRecord& record, const RecordFile* rest) {
 
 // What was written of a line that does not get whole goes again; until then none follows.
 void RunReport::AppendLine(const std::function<void()>& write) {
+  if (IsStream()) {  // what was put there stays
+    if (std::exchange(isTorn_, true)) Fail();
+    write();
+    isTorn_ = false;
+    return;
+  }
   const std::int64_t before = end_;
   if (isTorn_ && ftruncate(descriptor_, before) != 0) Fail();
   isTorn_ = true;
@@ -231,7 +277,7 @@ void RunReport::AppendLine(const std::function<void()>& write) {
 }
 
 void RunReport::Finish(const RunSummary& summary, ExitCode code, std::size_t left) {
-  if (!IsInPlace()) {
+  if (!IsStream() && !IsInPlace()) {
     throw DocumentError(DocumentError::Kind::kUnwritable, file_.string(), 0,
                         "the report was removed or replaced while it was written",
                         "Run the same command again");
@@ -241,6 +287,13 @@ void RunReport::Finish(const RunSummary& summary, ExitCode code, std::size_t lef
 }
 
 void RunReport::Write(std::string_view bytes) {
+  if (IsStream()) {
+    const bool isWhole = Put(stdout, bytes);
+    FlushOutput();
+    if (isWhole && OutputError() == 0) return;
+    errno = OutputError() == 0 ? EPIPE : OutputError();
+    Fail();
+  }
   while (!bytes.empty()) {
     const ssize_t written = write(descriptor_, bytes.data(), bytes.size());
     if (written < 0 && errno == EINTR) continue;
@@ -264,6 +317,7 @@ void RunReport::TakeOver(const RecordFile& rest) {
 }
 
 void RunReport::Sync() {
+  if (IsStream()) return;
   if (fdatasync(descriptor_) != 0 && errno != EINVAL && errno != EROFS) Fail();
   synced_ = std::chrono::steady_clock::now();
 }

@@ -27,8 +27,10 @@ struct DocumentRecord {
   double seconds;
 };
 
-/// The first and the last line of a report, with their line feeds. `left`: how many documents were not done.
+/// Lines of a report, with their line feeds: the first one, that of a run that goes on with it, and the last
+/// one. `left`: how many documents were not done.
 [[nodiscard]] std::string HeadLine(const ReportHead& head);
+[[nodiscard]] std::string ContinuedLine(const RunOrigin& origin);
 [[nodiscard]] std::string EndLine(const RunSummary& summary, ExitCode code, std::size_t left);
 
 /// The report of a run: a file with a head line, a line for each document that is done, and a line at the
@@ -43,6 +45,9 @@ class RunReport {
   /// there is replaced.
   RunReport(const std::filesystem::path& file, const ReportHead& head, bool anew, ReportDetail detail,
             const std::function<void(const ReportLine&)>& onRecord);
+  /// Begins a report on standard output. There is nothing to go on with, and a line that finds no reader
+  /// stays half.
+  RunReport(const ReportHead& head, ReportDetail detail);
   ~RunReport();
   RunReport(const RunReport&) = delete;
   RunReport& operator=(const RunReport&) = delete;
@@ -59,11 +64,12 @@ class RunReport {
   void Finish(const RunSummary& summary, ExitCode code, std::size_t left);
 
  private:
+  [[nodiscard]] bool IsStream() const { return descriptor_ < 0; }
   bool Open(bool anew);
   void OpenAndLock();
   [[nodiscard]] bool Lock() const;
   [[nodiscard]] bool IsInPlace() const;
-  [[nodiscard]] bool HoldsOnlyPartOf(std::string_view head) const;
+  [[nodiscard]] bool HoldsOnlyPartOfHead() const;
   void Continue(const ReportHead& head, const std::function<void(const ReportLine&)>& onRecord);
   void AppendLine(const std::function<void()>& write);
   void Write(std::string_view bytes);
@@ -76,7 +82,7 @@ class RunReport {
 
   std::filesystem::path file_;
   ReportDetail detail_;
-  int descriptor_ = -1;
+  int descriptor_ = -1;  // -1 for standard output
   bool goesOn_ = false;
   std::int64_t end_ = 0;  // of the last whole line, unless one is being written
   bool isTorn_ = false;   // something may stand behind it

@@ -214,6 +214,7 @@ void AddHelp(CLI::App& app, std::string& command) {
 }  // namespace
 
 std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Arguments& arguments) {
+  arguments.commandLine.assign(texts, texts + count);
   CLI::App app("Brings analysis documents written by earlier releases up to the current data model.",
                "hvxupgrade");
   app.require_subcommand(0, 1);

@@ -62,6 +62,10 @@ struct UpgradeArguments {
   std::optional<Shard> shard;  // what the text says
   std::string timeoutText;     // as it was given; the limits hold what it says
   Limits limits;               ///< Of each document.
+
+  [[nodiscard]] bool ReportsToStream() const { return report == kStandardStream; }
+  /// For people.
+  [[nodiscard]] std::string ReportName() const { return ReportsToStream() ? "standard output" : report; }
 };
 
 struct IdentifiersArguments {
@@ -120,6 +124,7 @@ struct MergeArguments {
 
 /// What the user asked for.
 struct Arguments {
+  std::vector<std::string> commandLine;  ///< All of it, with the program, as given.
   Places places;
   std::variant<std::monostate, StatusArguments, UpgradeArguments, IdentifiersArguments, ShowArguments,
                CheckArguments, DiffArguments, SheetArguments, CleanArguments, MergeArguments>

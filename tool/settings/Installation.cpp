@@ -2,10 +2,14 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
+#include <cstring>
+#include <fstream>
 #include <map>
 #include <stdexcept>
 #include <utility>
 
+#include "file/FileDigest.h"
 #include "session/FeatureCatalogs.h"
 #include "session/Messages.h"
 
@@ -49,21 +53,48 @@ void RefuseBoth(const HVXUpgradeLibrary& one, const fs::path& fileOfOne, const H
   }
 }
 
+std::string SumOf(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  standalone::Sha256 sum;
+  std::vector<char> block(std::size_t{1} << 16U);
+  do {
+    stream.read(block.data(), static_cast<std::streamsize>(block.size()));
+    sum.Add({block.data(), static_cast<std::size_t>(stream.gcount())});
+  } while (stream);
+  if (!stream.eof())
+    throw std::runtime_error(
+        fmt::format("{}: the upgrade library cannot be read ({}). Check the path and the permissions",
+                    file.string(), std::strerror(errno)));
+  standalone::FileDigest digest;
+  digest.sha256 = sum.Take();
+  return digest.Sha256Text();
+}
+
 }  // namespace
 
 Installation::Installation(const Places& places) {
   standalone::FeatureCatalogs::Use(DataFolder(places) / "catalogs");
   standalone::Messages::RequireComplete(DataFolder(places) / "messages", "en");
-  std::vector<fs::path> files = places.libraries;
-  if (files.empty()) files.push_back(DefaultLibrary());
+  files_ = places.libraries;
+  if (files_.empty()) files_.push_back(DefaultLibrary());
   std::vector<const HVXUpgradeLibrary*> descriptions;
-  for (const fs::path& file : files) {
+  for (const fs::path& file : files_) {
     libraries_.push_back(std::make_unique<standalone::UpgradeLibrary>(file));
     descriptions.push_back(&libraries_.back()->Description());
     for (std::size_t i = 0; i + 1 < descriptions.size(); ++i)
-      RefuseBoth(*descriptions[i], files[i], *descriptions.back(), file);
+      RefuseBoth(*descriptions[i], files_[i], *descriptions.back(), file);
   }
   manager_ = std::make_unique<standalone::VersionManager>(descriptions);
+}
+
+std::vector<LibraryFile> Installation::LibraryFiles() const {
+  std::vector<LibraryFile> all;
+  for (std::size_t i = 0; i < files_.size(); ++i) {
+    const HVXUpgradeLibrary& description = libraries_[i]->Description();
+    const fs::path file = fs::absolute(files_[i]).lexically_normal();
+    all.push_back({description.name, description.version, file.string(), SumOf(file)});
+  }
+  return all;
 }
 
 fs::path DataFolder(const Places& places) {

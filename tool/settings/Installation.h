@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "upgrade/UpgradeLibrary.h"
@@ -15,6 +16,14 @@ struct Places {
   std::filesystem::path data;
 };
 
+/// A loaded upgrade library, for reports.
+struct LibraryFile {
+  std::string name;
+  std::string version;
+  std::string file;    ///< Absolute.
+  std::string sha256;  ///< Of the file, in hexadecimal digits.
+};
+
 /// The loaded upgrade libraries and what they know. While there is one, the catalogs are in use.
 class Installation {
  public:
@@ -24,8 +33,11 @@ class Installation {
   explicit Installation(const Places& places);
 
   [[nodiscard]] const standalone::VersionManager& Manager() const { return *manager_; }
+  /// Reads the libraries' files. Throws `std::runtime_error` when one cannot be read any more.
+  [[nodiscard]] std::vector<LibraryFile> LibraryFiles() const;
 
  private:
+  std::vector<std::filesystem::path> files_;
   std::vector<std::unique_ptr<standalone::UpgradeLibrary>> libraries_;
   std::unique_ptr<standalone::VersionManager> manager_;  // refers to the libraries
 };

@@ -80,11 +80,12 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
       ->group(which);
 
   const auto told = "What is told";
-  verb->add_option("--report", upgrade.report,
-                   "Write what becomes of each document, with every change, as lines of JSON; with the same "
-                   "report, the same command goes on where it was stopped")
+  verb->add_option(
+          "--report", upgrade.report,
+          "Write what becomes of each document, with every change, as lines of JSON; with the same "
+          "report, the same command goes on where it was stopped ('-': standard output, from the beginning)")
       ->type_name("FILE")
-      ->check(FileName)
+      ->check(NotEmpty)
       ->group(told);
   verb->add_option("--report-detail", upgrade.reportDetail,
                    "How much of the changes: full (default), changes (without all that created and removed "
@@ -149,6 +150,11 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
 void Check(UpgradeArguments& upgrade, const CLI::App& verb) {
   if (verb.count("--shard") > 0) upgrade.shard = ShardOf(upgrade.shardText);
   if (!upgrade.again.empty() && upgrade.report.empty()) throw UsageError("--again goes with --report");
+  if (!upgrade.again.empty() && upgrade.ReportsToStream())
+    throw UsageError(
+        "--again goes with a report that is a file: there is nothing on standard output to go on with");
+  if (upgrade.ReportsToStream() && upgrade.output == kStandardStream)
+    throw UsageError("standard output can be written once: give a file to one of -o and --report");
   if (upgrade.quiet && upgrade.many.verbose) throw UsageError("give one of --quiet and --verbose");
   const bool readsStream = std::ranges::count(upgrade.sources.given, kStandardStream) != 0;
   if (readsStream && (upgrade.inPlace || !upgrade.outputDirectory.empty()))

@@ -25,10 +25,11 @@ bool ColoursOn(std::FILE* stream) {
   return (refused == nullptr || *refused == '\0') && TakesCommands(stream);
 }
 
-void PutPiece(std::FILE* stream, std::string_view piece) {
+bool PutPiece(std::FILE* stream, std::string_view piece) {
   errno = 0;
   const bool isWhole = std::fwrite(piece.data(), 1, piece.size(), stream) == piece.size();
   if (!isWhole && stream == stdout && outputError == 0) outputError = errno;
+  return isWhole;
 }
 
 // Waits until the stream takes PIPE_BUF bytes at once. False when a stop was requested and nobody reads:
@@ -104,16 +105,15 @@ std::string Count(std::size_t count, std::string_view noun) {
   return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
 }
 
-void Put(std::FILE* stream, std::string_view text) {
-  if (!Interruption::IsHeldBack()) {
-    PutPiece(stream, text);
-    return;
-  }
+bool Put(std::FILE* stream, std::string_view text) {
+  if (!Interruption::IsHeldBack()) return PutPiece(stream, text);
+  bool isWhole = true;
   while (!text.empty() && HasRoom(stream)) {
-    PutPiece(stream, text.substr(0, PIPE_BUF));
+    isWhole = PutPiece(stream, text.substr(0, PIPE_BUF)) && isWhole;
     text.remove_prefix(std::min<std::size_t>(text.size(), PIPE_BUF));
     if (stream == stdout) FlushOutput();
   }
+  return isWhole && text.empty();
 }
 
 void Say(std::string_view text) {

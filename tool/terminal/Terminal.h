@@ -36,7 +36,8 @@ enum class Colour { kGreen, kYellow, kRed };
 /// Writes `text` to the stream. Where that fails nothing happens: messages that nobody can read end no work,
 /// and of standard output it is found, and told, when the program ends. While signals are held back, they are
 /// noticed also when nobody takes the text; once a stop was requested, what finds no reader is left out.
-void Put(std::FILE* stream, std::string_view text);
+/// Gives whether all of it was taken.
+bool Put(std::FILE* stream, std::string_view text);
 /// To standard output, unless that is kept.
 void Say(std::string_view text);
 /// Standard output is for a result alone: from now on `Say` goes to standard error.
