@@ -91,6 +91,18 @@ bool AreIdentical(const Fact& left, const Fact& right) {
 
 }  // namespace
 
+Dimension DimensionOfAttribute(std::string_view lateType, std::string_view key) {
+  const Description* const description = DescriptionOf(lateType);
+  if (description == nullptr) return Dimension::kNone;
+  const auto isKept = [key](const Source& source) {
+    return source.how == Source::How::kAttribute && source.behind.empty() && source.key == key;
+  };
+  const auto found = std::ranges::find_if(description->items, [&](const Item& item) {
+    return item.as == As::kReal && (isKept(item.current) || isKept(item.old));
+  });
+  return found == description->items.end() ? Dimension::kNone : found->dimension;
+}
+
 std::span<const std::span<const Description>> Descriptions() {
   static const std::array tables{FrameDescriptions(),      ConditionDescriptions(), InteractionDescriptions(),
                                  ConstraintDescriptions(), PropertyDescriptions(),  OutputDescriptions(),

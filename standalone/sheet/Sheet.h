@@ -76,6 +76,10 @@ struct Fact {
   const Feature* context = nullptr;
 };
 
+/// What a number measures that a feature of that late type holds under that key; `kNone` where the sheet
+/// knows nothing of it.
+[[nodiscard]] Dimension DimensionOfAttribute(std::string_view lateType, std::string_view key);
+
 /// Whether both say the same of an analysis: a default says what a stored value says. The facts may be of two
 /// documents: links are compared by id.
 [[nodiscard]] bool SayTheSame(const Fact& left, const Fact& right);

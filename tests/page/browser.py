@@ -87,7 +87,8 @@ class PageTest(unittest.TestCase):
 
     def texts(self, selector, within=None):
         """What elements say, also those that are out of sight."""
-        return [each.get_property("textContent") for each in self.all(selector, within)]
+        return self.script("return [...(arguments[1] || document).querySelectorAll(arguments[0])].map((e) => e.textContent)",
+                           selector, within)
 
     def button(self, words, within="main"):
         found = [each for each in self.all(f"{within} button") if words in each.text]

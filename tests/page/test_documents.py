@@ -14,7 +14,13 @@ class DocumentsTest(PageTest):
 
     def rows(self):
         """The places of the documents in sight, from the top."""
-        return [int(link.get_attribute("href").split("/")[-1]) for link in self.all("tr[data-row] a")]
+        return list(self.rows_by_place().values())
+
+    def rows_by_place(self):
+        found = self.script("""
+            return [...document.querySelectorAll("tr[data-row]")].map((row) =>
+              [+row.dataset.row, +row.querySelector("a").getAttribute("href").split("/").pop()])""")
+        return dict(found)
 
     def whole_order(self):
         """The places of all documents that the table holds, by scrolling through it."""
@@ -22,13 +28,10 @@ class DocumentsTest(PageTest):
         total = int(self.one("table.documents").get_attribute("aria-rowcount")) - 1
         while len(found) < total:
             before = len(found)
-            for row in self.all("tr[data-row]"):
-                found[int(row.get_attribute("data-row"))] = int(self.one("a", row).get_attribute("href").split("/")[-1])
-            self.script("const s = document.querySelector('.scroller'); s.scrollTop += s.clientHeight")
+            found.update(self.rows_by_place())
+            self.script("const scroller = document.querySelector('.scroller'); scroller.scrollTop += scroller.clientHeight")
             if len(found) < total:
-                self.until(lambda: self.script(
-                    "return [...document.querySelectorAll('tr[data-row]')].some(row => !arguments[0].includes(row.dataset.row))",
-                    [str(row) for row in found]), f"rows are missing: {total - before}")
+                self.until(lambda: self.rows_by_place().keys() - found.keys(), f"no rows come behind {before}")
         return [found[row] for row in range(total)]
 
     def sort(self, by):

@@ -1,9 +1,12 @@
 #include "commands/UpgradeCommand.h"
 
 #include <fmt/ranges.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 
 #include "archive/ArchiveUpgrade.h"
 #include "archive/DocumentSearch.h"
@@ -11,6 +14,9 @@
 #include "archive/Leftovers.h"
 #include "archive/Shards.h"
 #include "file/DocumentError.h"
+#include "file/TemporaryName.h"
+#include "page/PageFile.h"
+#include "page/RunPage.h"
 #include "session/Messages.h"
 #include "settings/DecidingArguments.h"
 #include "settings/UsageError.h"
@@ -60,6 +66,7 @@ class UpgradeCommand {
  public:
   UpgradeCommand(const UpgradeArguments& arguments, const Arguments& all)
       : arguments_(arguments),
+        data_(DataFolder(all.places)),
         installation_(all.places),
         selection_(installation_.Manager(), arguments.only, arguments.until),
         found_(FindDocuments(arguments.sources, arguments.outputDirectory, arguments.backupSuffix)),
@@ -67,13 +74,19 @@ class UpgradeCommand {
         emptyFolders_(arguments.outputDirectory.empty() || arguments.dryRun ? std::set<fs::path>()
                                                                             : destinations_.Folders()),
         summary_(arguments.dryRun) {
-    UseLanguage(arguments.language, DataFolder(all.places) / "messages");
+    UseLanguage(arguments.language, data_ / "messages");
     RemoveOldLeftovers(FoldersOfTemporaries(), arguments.quiet);
     MakeFolderForOthers();
     if (!arguments.trace.empty()) trace_.emplace(arguments.trace, arguments.force);
     todo_ = DocumentsOfShard(found_.documents, arguments.shard.value_or(Shard()), arguments.inPlace);
-    if (!arguments.report.empty()) OpenReport(all);
+    if (!arguments.html.empty()) page::CheckPlace(arguments.html, arguments.force);
+    if (!arguments.report.empty() || !arguments.html.empty()) OpenReport(all);
   }
+  ~UpgradeCommand() {
+    if (!temporaryReport_.empty()) unlink(temporaryReport_.c_str());
+  }
+  UpgradeCommand(const UpgradeCommand&) = delete;
+  UpgradeCommand& operator=(const UpgradeCommand&) = delete;
 
   ExitCode Run() {
     const ExitCode code = TellProblems(found_);
@@ -107,15 +120,29 @@ class UpgradeCommand {
       report_.emplace(head, detail);
       return;
     }
+    if (arguments_.report.empty()) MakeTemporaryReport();
     DoneDocuments done(found_.documents, arguments_.again);
-    report_.emplace(arguments_.report, head, arguments_.force, detail,
+    report_.emplace(ReportFile(), head, arguments_.force, detail,
                     [&done](const ReportLine& line) { done.Add(line); });
-    done.AddTo(summary_, arguments_.report);
+    done.AddTo(summary_, ReportFile());
     std::erase_if(todo_, [&done](std::size_t document) { return done.IsDone(document); });
     // What this run's own report names as its result may be replaced by the next.
     for (const std::size_t document : todo_) {
       if (done.IsOwnResult(document)) destinations_.AllowReplacing(document);
     }
+  }
+
+  // A page alone is wanted: it is made from a report that nobody gets to see.
+  void MakeTemporaryReport() {
+    const int descriptor = standalone::MakeTemporary(arguments_.html, temporaryReport_);
+    if (descriptor < 0)
+      throw standalone::DocumentError(standalone::DocumentError::Kind::kUnwritable, arguments_.html, 0,
+                                      fmt::format("the page cannot be written ({})", std::strerror(errno)),
+                                      "Check the folder, its permissions and the room on its disk");
+    close(descriptor);
+  }
+  [[nodiscard]] const std::string& ReportFile() const {
+    return temporaryReport_.empty() ? arguments_.report : temporaryReport_;
   }
 
   ExitCode TellEnd(RunEnd end, ExitCode code, std::size_t left, const ArchiveUpgrade& upgrade) {
@@ -153,7 +180,9 @@ class UpgradeCommand {
   void TellAll(std::size_t left) const {
     constexpr std::size_t kShort = 20;
     if (summary_.Documents() > kShort && !arguments_.many.verbose)
-      Say(summary_.ClosingList(arguments_.ReportsToStream() ? "" : arguments_.report) +
+      Say(summary_.ClosingList(arguments_.ReportsToStream() ? ""
+                               : arguments_.report.empty()  ? arguments_.html
+                                                            : arguments_.report) +
           ListOfProblems(found_));
     Say(summary_.Verdict() + (left == 0 ? "\n" : fmt::format("; {} left\n", left)));
     if (!summary_.NeedsPerson() || left != 0 || arguments_.dryRun) return;
@@ -174,8 +203,25 @@ class UpgradeCommand {
           summary_.Wrote() ? "results that were written are in place" : "no document was changed"));
       return MoreSerious(code, ExitCode::kUnwritable);
     }
-    if (!arguments_.quiet && !arguments_.ReportsToStream())
+    if (!arguments_.quiet && !arguments_.report.empty() && !arguments_.ReportsToStream())
       Say(fmt::format("  Report: {}\n", Printable(arguments_.report)));
+    return arguments_.html.empty() ? code : WritePage(code);
+  }
+
+  // The same holds for the page.
+  [[nodiscard]] ExitCode WritePage(ExitCode code) const {
+    try {
+      page::WriteRunPage({.reports = {ReportFile()},
+                          .isKept = temporaryReport_.empty(),
+                          .documents = {},
+                          .manager = installation_.Manager(),
+                          .explanations = Explanations(data_)},
+                         arguments_.html, arguments_.force);
+    } catch (const standalone::DocumentError& error) {
+      Complain(fmt::format("{}. What is said above of the documents holds", error.what()));
+      return MoreSerious(code, ExitCode::kUnwritable);
+    }
+    if (!arguments_.quiet) Say(fmt::format("  Page: {}\n", Printable(arguments_.html)));
     return code;
   }
 
@@ -183,7 +229,7 @@ class UpgradeCommand {
   void MakeFolderForOthers() const {
     if (arguments_.dryRun || arguments_.outputDirectory.empty()) return;
     const auto folderOf = [](const fs::path& file) { return RealPathOf(file).parent_path(); };
-    for (const std::string& other : {arguments_.report, arguments_.trace}) {
+    for (const std::string& other : {arguments_.report, arguments_.trace, arguments_.html}) {
       const bool isFile = !other.empty() && other != "-";
       if (isFile && folderOf(other) == folderOf(fs::path(arguments_.outputDirectory) / "any"))
         MakeFolder(arguments_.outputDirectory);
@@ -196,10 +242,12 @@ class UpgradeCommand {
     if (!arguments_.dryRun) folders = destinations_.Folders();
     if (!arguments_.report.empty() && !arguments_.ReportsToStream())
       folders.insert(RealPathOf(arguments_.report).parent_path());
+    if (!arguments_.html.empty()) folders.insert(RealPathOf(arguments_.html).parent_path());
     return folders;
   }
 
   const UpgradeArguments& arguments_;
+  fs::path data_;
   Installation installation_;
   Selection selection_;
   FoundDocuments found_;
@@ -208,6 +256,7 @@ class UpgradeCommand {
   std::optional<Trace> trace_;
   RunSummary summary_;
   std::vector<std::size_t> todo_;  // documents, by their places
+  std::string temporaryReport_;
   std::optional<RunReport> report_;
 };
 

@@ -11,9 +11,11 @@
 #include "file/DocumentError.h"
 #include "page/Page.h"
 #include "page/RecordDetail.h"
+#include "page/ValueText.h"
 #include "report/ReportLines.h"
 #include "settings/UsageError.h"
 #include "terminal/Terminal.h"
+#include "terminal/VisibleText.h"
 
 namespace tool::page {
 namespace {
@@ -30,16 +32,16 @@ class RunPage {
   RunPage(const RunPageSource& source, const std::string& file, bool overwrite)
       : source_(source),
         upgrades_(source.manager, source.explanations),
-        page_(
-            Page::Kind::kUpgrade,
-            {{.label = "Need a person", .help = "Things that a person must look at"},
-             {.label = "Dropped", .help = "Attributes with values that stand nowhere in the result"},
-             {.label = "Unaccounted", .help = "Differences of the analysis that no upgrade is there to make"},
-             {.label = "Features", .help = "Features of the document before the upgrade"},
-             {.label = "Changed", .help = "Features that were changed"},
-             {.label = "Made", .help = "Features that were made"},
-             {.label = "Removed", .help = "Features that were removed"},
-             {.label = "Time", .help = "Seconds that the upgrade took", .unit = "s"}}),
+        page_(Page::Kind::kUpgrade,
+              {{.label = "To look at", .help = "Things that a person must look at"},
+               {.label = "Dropped", .help = "Attributes with values that stand nowhere in the result"},
+               {.label = "Analysis differs",
+                .help = "Differences of the analysis that no upgrade is there to make"},
+               {.label = "Features", .help = "Features of the document before the upgrade"},
+               {.label = "Changed", .help = "Features that were changed"},
+               {.label = "Made", .help = "Features that were made"},
+               {.label = "Removed", .help = "Features that were removed"},
+               {.label = "Time", .help = "Seconds that the upgrade took", .unit = "s"}}),
         file_(file, overwrite) {
     for (std::size_t i = 0; i < source.reports.size(); ++i) Read(i);
     KeepWanted();
@@ -78,6 +80,7 @@ class RunPage {
     });
     isDryRun_ = isDryRun_ || std::ranges::count(read.head.arguments, "--dry-run") != 0;
     page_.runs.push_back(FactsOf(read.head));
+    for (const std::string& other : read.otherLines) page_.runs.push_back(FactsOf(other));
     if (!read.isFinished)
       page_.notes.push_back(fmt::format("The run of {} was not finished when this page was made", file));
     if (read.left != 0)
@@ -86,9 +89,31 @@ class RunPage {
   }
 
   static std::vector<Labelled> FactsOf(const ReportHead& head) {
-    return {{"Program", "hvxupgrade " + head.tool},
-            {"Folder", head.folder},
-            {"Command", fmt::format("hvxupgrade {}", fmt::join(head.arguments, " "))}};
+    const RunOrigin& origin = head.origin;
+    std::vector<Labelled> facts{{"Begun", origin.time},
+                                {"By", fmt::format("{} on {}", origin.user, origin.host)},
+                                {"Folder", head.folder},
+                                {"Command", fmt::format("{}", fmt::join(origin.commandLine, " "))},
+                                {"Program", "hvxupgrade " + head.tool}};
+    for (const LibraryFile& library : origin.libraries)
+      facts.emplace_back("Library", fmt::format("{} {} ({}, SHA-256 {})", library.name, library.version,
+                                                library.file, library.sha256));
+    facts.emplace_back("Language", origin.language);
+    if (!origin.otherArguments.empty())
+      facts.emplace_back("Options", fmt::format("{}", fmt::join(origin.otherArguments, " ")));
+    return facts;
+  }
+
+  // Of a run that went on with a report, or was merged into it.
+  static std::vector<Labelled> FactsOf(const std::string& line) {
+    simdjson::dom::parser parser;
+    const simdjson::dom::element run = parser.parse(line).value();
+    std::string command;
+    for (const simdjson::dom::element word : EntriesIn(run, "commandLine"))
+      command += fmt::format("{}{}", command.empty() ? "" : " ", NameFromUtf8(word.get_string().value()));
+    return {{TextIn(run, "record") == "continued" ? "Resumed" : "Begun", std::string(TextIn(run, "time"))},
+            {"By", fmt::format("{} on {}", TextIn(run, "user"), TextIn(run, "host"))},
+            {"Command", command}};
   }
 
   void KeepWanted() {
@@ -114,7 +139,8 @@ class RunPage {
     for (const auto& [label, value] : detail.facts) {
       if (label == "Time") told.seconds = std::strtod(value.c_str(), nullptr);
     }
-    detail.cut = fmt::format("{} holds all of it", source_.reports[record.report]);
+    detail.cut = source_.isKept ? fmt::format("{} holds all of it", source_.reports[record.report])
+                                : "The report holds all of it: give --report as well as --html";
     page_.CountTypes(detail.types);
     fmt::memory_buffer json;
     AppendJson(json, detail);
@@ -171,10 +197,14 @@ class RunPage {
     if (documents == 1) page_.numbers.erase(page_.numbers.begin(), page_.numbers.begin() + 3);
     if (const std::size_t without = page_.WithoutDetail(); without != 0)
       page_.notes.push_back(
-          fmt::format("The details of {} are not in this page, which would be too large for browsers. "
-                      "'hvxupgrade report {} "
-                      "--document NAME --format html' makes a page of each",
-                      Count(without, "document"), fmt::join(source_.reports, " ")));
+          fmt::format("The details of {} are not in this page, which would be too large for browsers. {}",
+                      Count(without, "document"), AdviceOnRest()));
+  }
+
+  [[nodiscard]] std::string AdviceOnRest() const {
+    if (!source_.isKept) return "With --report as well, 'hvxupgrade report' makes a page of each";
+    return fmt::format("'hvxupgrade report {} --document NAME --format html' makes a page of each",
+                       fmt::join(source_.reports, " "));
   }
 
   [[nodiscard]] Verdict Overall(std::size_t documents, std::size_t need) const {
@@ -188,7 +218,7 @@ class RunPage {
     }
     if (need == 0)
       return {Tone::kGood,
-              fmt::format("All is well: nothing in {} needs a person", Count(documents, "document")), ""};
+              fmt::format("All is well: {}, and nothing needs a person", Count(documents, "document")), ""};
     const std::size_t attention = need - failed_;
     std::vector<std::string> parts;
     if (failed_ != 0) parts.push_back(fmt::format("{} without a result", Count(failed_, "document")));

@@ -10,10 +10,11 @@ namespace tool::page {
 
 /// What a page of runs is made from.
 struct RunPageSource {
-  const std::vector<std::string>& reports;    ///< Files; of a document the last record counts.
-  const std::vector<std::string>& documents;  ///< Only these; empty for all.
+  std::vector<std::string> reports;    ///< Files; of a document the last record counts.
+  bool isKept = true;                  ///< Whether the reports stay, for who wants to see more.
+  std::vector<std::string> documents;  ///< Only these; empty for all.
   const standalone::VersionManager& manager;
-  const Explanations& explanations;
+  Explanations explanations;
 };
 
 /// Makes the page `file` ("-": standard output) of what runs did to documents. What stands there is replaced

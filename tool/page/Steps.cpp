@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "page/ValueText.h"
+#include "sheet/Sheet.h"
 
 namespace tool::page {
 namespace {
@@ -67,6 +68,19 @@ Labelled ListDifference(const std::vector<element>& before, const std::vector<el
   return {side(before.size(), losses), side(after.size(), news)};
 }
 
+// " Pa" where the change is of a number that is known to measure something.
+std::string UnitOf(std::string_view type, element change) {
+  const auto isNumber = [change](const char* key) {
+    element value;
+    return change[key].get(value) == simdjson::SUCCESS && value.is_double();
+  };
+  if (!isNumber("before") && !isNumber("after")) return {};
+  using namespace standalone::sheet;
+  const std::string_view symbol =
+      SymbolOf(DimensionOfAttribute(type, TextIn(change, "key")), UnitSystem::kSi);
+  return symbol.empty() ? std::string() : fmt::format(" {}", symbol);
+}
+
 template <class Text>
 std::string Side(element change, const char* key, const Text& text) {
   element value;
@@ -90,9 +104,10 @@ std::set<int> Steps::PlacesIn(element entry) {
 }
 
 void Steps::Fold(Work& work, std::int64_t id, const std::string& type, element change) {
-  const auto shape = [this](element value) { return ShapeOf(value, features_); };
-  const auto text = [this](element value) {
-    return TextOf(value, [this](std::int64_t target) { return features_.LabelOf(target); });
+  const std::string unit = UnitOf(type, change);
+  const auto shape = [&](element value) { return ShapeOf(value, features_) + unit; };
+  const auto text = [&](element value) {
+    return TextOf(value, [this](std::int64_t target) { return features_.LabelOf(target); }) + unit;
   };
   std::string key = KeyOf(change);
   if (const std::size_t took = EntriesIn(change, "by").size(); took > 1)

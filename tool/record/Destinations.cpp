@@ -63,13 +63,15 @@ Destinations::Destinations(const UpgradeArguments& arguments, const std::vector<
     }
     return real;
   };
-  fs::path report;
-  if (!arguments.report.empty() && !arguments.ReportsToStream())
-    report = addOther(arguments.report, "the report");
-  if (arguments.trace.empty() || arguments.trace == "-") return;
-  if (addOther(arguments.trace, "the trace") == report)
-    throw UsageError(
-        fmt::format("{} would be written twice: as the report and as the trace", arguments.trace));
+  std::map<fs::path, std::string> others;
+  for (const auto& [file, what] :
+       {std::pair(arguments.report, "the report"), std::pair(arguments.trace, "the trace"),
+        std::pair(arguments.html, "the page")}) {
+    if (file.empty() || file == kStandardStream) continue;
+    const auto [other, isNew] = others.try_emplace(addOther(file, what), what);
+    if (!isNew)
+      throw UsageError(fmt::format("{} would be written twice: as {} and as {}", file, other->second, what));
+  }
 }
 
 std::string Destinations::ClashOf(std::size_t document, const Files& inputs, Files& targets) const {

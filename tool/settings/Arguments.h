@@ -53,6 +53,7 @@ struct UpgradeArguments {
   std::string until;
   std::string report;
   std::string reportDetail = "full";  // or "changes", "summary"
+  std::string html;                   ///< Where to write a page; empty for none.
   std::string again;                  // "failed", "incomplete", "all"; empty for nothing
   std::string language = "en";
   std::string trace;

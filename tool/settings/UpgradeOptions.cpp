@@ -93,6 +93,7 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
       ->type_name("DETAIL")
       ->check(CLI::IsMember({"full", "changes", "summary"}))
       ->group(told);
+  AddHtml(*verb, upgrade.html).group(told);
   verb->add_option("--trace", upgrade.trace, "Write a line for every call of the host ('-': standard error)")
       ->type_name("FILE")
       ->check(NotEmpty)
@@ -155,6 +156,8 @@ void Check(UpgradeArguments& upgrade, const CLI::App& verb) {
         "--again goes with a report that is a file: there is nothing on standard output to go on with");
   if (upgrade.ReportsToStream() && upgrade.output == kStandardStream)
     throw UsageError("standard output can be written once: give a file to one of -o and --report");
+  if (!upgrade.html.empty() && upgrade.ReportsToStream())
+    throw UsageError("--html is made from the report: give a file to --report, or none");
   if (upgrade.quiet && upgrade.many.verbose) throw UsageError("give one of --quiet and --verbose");
   const bool readsStream = std::ranges::count(upgrade.sources.given, kStandardStream) != 0;
   if (readsStream && (upgrade.inPlace || !upgrade.outputDirectory.empty()))

@@ -1,6 +1,6 @@
 // Which features of the tree are in sight: what is unfolded, and what a filter leaves.
 
-/** So many rows are in sight at first, if unfolding what did not change takes no more. */
+/** So many rows are in sight at first, at most. */
 const firstTreeRows = 60;
 
 class TreeNodes {
@@ -36,14 +36,14 @@ class TreeNodes {
     return this.end[at] > at + 1;
   }
 
-  /** Unfolds what did not change, level by level, as far as there is room: it is the way to what did. */
+  /** Unfolds level by level, as far as there is room: what is high up is the way to what changed. */
   openFirst() {
     let rows = this.children(-1).length;
     for (let level = this.children(-1); level.length > 0; ) {
       /** @type {number[]} */
       const next = [];
       for (const at of level) {
-        if (this.mark(at) !== "" || !this.hasChildren(at)) continue;
+        if (!this.hasChildren(at)) continue;
         const children = this.children(at);
         if (rows + children.length > firstTreeRows) continue;
         rows += children.length;

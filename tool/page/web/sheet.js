@@ -11,8 +11,9 @@ const meanings = [
   { words: "nothing accounts for it", tone: "bad", kind: "unaccounted" },
 ];
 
-/** So many rows are unfolded without being asked for. */
-const mostOpenRows = 400;
+/** So many rows are unfolded without being asked for: of differences, and of all values. */
+const mostOpenDifferences = 1500;
+const mostOpenValues = 300;
 
 /**
  * The short answer.
@@ -73,7 +74,7 @@ function chapters(looked, subjects, least) {
     rows += some.length;
     all.set(subject.chapter, [...(all.get(subject.chapter) || []), { ...subject, rows: some }]);
   }
-  const open = rows <= mostOpenRows;
+  const open = rows <= (least > 0 ? mostOpenDifferences : mostOpenValues);
   return [...all].map(([chapter, entries]) => fold([el("span", { class: "chapter", role: "heading", "aria-level": "3" }, chapter), " ",
     el("span", { class: "badge" }, counted(entries.length, "subject"))], () => chapterTable(looked, entries), { open, class: "chapter" }));
 }
