@@ -1,6 +1,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+
 #include "ToolRun.h"
 
 namespace tool_testing {
@@ -24,6 +26,56 @@ TEST_F(UpgradeCommandTest, WritesTheResultBesideTheDocument) {
   EXPECT_TRUE(ended.out.starts_with(old + ": upgraded, ")) << ended.out;
   EXPECT_TRUE(Has(ended.out, "Result: " + Path("new.hvxdoc")));
   EXPECT_EQ(ended.err, "");
+}
+
+TEST_F(UpgradeCommandTest, TheSummaryTellsWhatMattersFirstAndTheTableLast) {
+  const std::string example = HVX_SOURCE_DIR "/examples/bolted_bracket.hvxdoc";
+  const std::vector<std::string> command{"upgrade", example, "--dry-run", "--report", Path("report")};
+  const std::string text = Run(command).out;
+  std::size_t last = 0;
+  for (const char* const part :
+       {": would be upgraded, ", "\n  Dropped: ", "\n    Clearance of SAMFaceFaceContact \"",
+        "\n  Analysis: ", "\n      18  UpgContactWithContactControl: ",
+        "\n       2  UpgDocumentForCCPRemoval: ", "\n  Nothing was written", "\n  Report: ", "\n  Late type ",
+        "\n  SAMBasicComponent ", "\n  and 41 more late types, 10 of them unchanged; "}) {
+    const std::size_t found = text.find(part, last);
+    ASSERT_NE(found, std::string::npos) << part << text;
+    last = found;
+  }
+  const auto linesOfTable = [](const std::string& out) {
+    return std::ranges::count(out.substr(out.find("\n  Late type ") + 1), '\n');
+  };
+  EXPECT_EQ(linesOfTable(text), 1 + 20 + 1);
+
+  std::vector<std::string> verbose = command;
+  verbose.insert(verbose.end(), {"--verbose", "--force"});
+  const std::string all = Run(verbose).out;
+  EXPECT_EQ(linesOfTable(all), 1 + 61);
+  EXPECT_FALSE(Has(all, "--verbose"));
+  EXPECT_EQ(Run({"upgrade", example, "--dry-run", "--quiet"}).out, "");
+}
+
+TEST_F(UpgradeCommandTest, TheSummaryShortensWhatWasDropped) {
+  std::string attributes;
+  std::string longText;
+  std::string begin;
+  for (int i = 0; i < 50; ++i) longText += "\u00e4";
+  for (int i = 0; i < 19; ++i) begin += "\u00e4";
+  for (int i = 0; i < 30; ++i) attributes += "\"Key" + std::to_string(i) + "\":[\"" + longText + "\",7],";
+  attributes.pop_back();
+  const std::string file = Document("old.hvxdoc", R"({"id":1,"type":"AnalysisModel"}
+{"id":2,"type":"AnalysisCase","father":{"ref":1},"attributes":{"Solver":"Halvex","AnalysisType":1}}
+{"id":3,"type":"HVXGeneralStaticStepLT","father":{"ref":2}}
+{"id":4,"type":"HVXFieldOutputRequestContainerLT","father":{"ref":3}}
+{"id":5,"type":"HVXFieldOutputLT","name":"Old","father":{"ref":4},"attributes":{)" +
+                                                      attributes + "}}\n");
+  const Ended ended = Run({"upgrade", file, "--dry-run"});
+  EXPECT_TRUE(Has(ended.out, "; --report lists them\n")) << ended.out;
+  EXPECT_TRUE(
+      Has(ended.out, "\n    Key19 of HVXFieldOutputLT \"Old\" (id 5): \"" + begin + " ... and 1 more\n"))
+      << ended.out;
+  EXPECT_TRUE(Has(ended.out, "\n    and 10 more keys; --verbose tells them\n"));
+  EXPECT_TRUE(Has(Run({"upgrade", file, "--dry-run", "--verbose"}).out, "\n    Key29 of "));
 }
 
 TEST_F(UpgradeCommandTest, CopiesACurrentDocumentUnchanged) {

@@ -104,7 +104,7 @@ TEST_F(VerdictTest, RetryCompletesWhatAPersonCorrectedAndNothingElse) {
   Correct(file);
   const Ended mended = Run({"upgrade", file, "--retry", "--in-place", "--report", Path("report.json")});
   EXPECT_EQ(mended.code, 0) << mended.out << mended.err;
-  EXPECT_TRUE(Has(mended.out, ", 1 identifier\n")) << mended.out;
+  EXPECT_TRUE(Has(mended.out, ", 1 upgrade\n")) << mended.out;
   EXPECT_TRUE(Has(Content(file), "293.5"));
   EXPECT_EQ(Run({"check", file}).code, 0);
 
@@ -174,6 +174,7 @@ TEST_F(VerdictTest, DroppedValuesAreListedAndMayBeAFailure) {
       Content(Path("report.json")),
       R"("key":"RunType","values":["From InputFile"],"instead":"Full Analysis","by":[{"upgrade":"UpgradeJobForFromInputFile"}])"))
       << Content(Path("report.json"));
+  EXPECT_TRUE(Has(told.out, "\n    RunType of HVXJobLT \"Job.1\" (id 3): \"From InputFile\"\n")) << told.out;
   EXPECT_EQ(Run({"upgrade", file, "--dry-run", "--fail-on-drop"}).code, 1);
 }
 
@@ -217,7 +218,7 @@ TEST_F(VerdictTest, WhatMustHaveRunBeforeComesAlongAndIsTold) {
                   "UpgMapCCPClearanceToInterference came along, because "
                   "UpgCCPToGACOrConstraintAsSupp must not run before it: "))
       << ended.out;
-  EXPECT_TRUE(Has(ended.out, ", 4 identifiers\n")) << ended.out;
+  EXPECT_TRUE(Has(ended.out, ", 4 upgrades\n")) << ended.out;
 }
 
 TEST_F(VerdictTest, ADefectiveInstallationTouchesNoDocument) {

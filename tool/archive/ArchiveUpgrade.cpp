@@ -138,6 +138,8 @@ std::string ArchiveUpgrade::Work(std::size_t document, const RequestCommit& requ
       .keepResult = arguments.keepResult,
       .skipsDone = isRunOfMany,
       .skipsCurrent = isRunOfMany && !(task_.report != nullptr && task_.report->IsGoingOn()),
+      .tellsAll = !arguments.quiet && (isSingle_ || arguments.many.verbose),
+      .verbose = arguments.many.verbose,
       .limits = arguments.limits,
       .record = ownRecord_.get(),
       .trace = task_.trace};
@@ -164,6 +166,7 @@ bool ArchiveUpgrade::Close(std::size_t document, const WorkEnd& end) {
   state_.bytesDone += loads_[document].bytes;
   if (!result.IsComplete()) ++state_.needPerson;
   Tell(result);
+  if (isSingle_) table_ = result.table;
   return task_.report == nullptr || AddToReport(document, end, before, result);
 }
 
@@ -218,6 +221,7 @@ void ArchiveUpgrade::Tell(const DocumentResult& result) const {
     if (!result.IsComplete()) Complain(Unpainted(firstLine()));
   } else if (isSingle_ || task_.arguments.many.verbose) {
     Say(result.summary);
+    if (!isSingle_) Say(result.table);
   } else if (!result.IsComplete()) {
     Say(firstLine() + "\n");
   }

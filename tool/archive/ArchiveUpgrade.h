@@ -42,6 +42,8 @@ class ArchiveUpgrade {
 
   /// How many of them were closed.
   [[nodiscard]] std::size_t Done() const { return state_.done; }
+  /// Of a single document the table that comes after all else; empty without one.
+  [[nodiscard]] const std::string& Table() const { return table_; }
   /// Why no worker could be started, where that ended the run.
   [[nodiscard]] const std::string& StartFailure() const { return processes_.StartFailure(); }
 
@@ -72,6 +74,7 @@ class ArchiveUpgrade {
   std::map<WorkerNumber, std::shared_ptr<RecordFile>> records_;
   std::map<std::size_t, AtWork> atWork_;
   RunState state_;
+  std::string table_;
   RunProgress progress_;
   Processes processes_;
 };

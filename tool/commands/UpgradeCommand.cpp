@@ -104,7 +104,10 @@ class UpgradeCommand {
                            .trace = trace_ ? &*trace_ : nullptr};
     ArchiveUpgrade upgrade(task, summary_);
     const RunEnd end = upgrade.Run(todo_);
-    return TellEnd(end, MoreSerious(code, summary_.Code()), todo_.size() - upgrade.Done(), upgrade);
+    const ExitCode ended =
+        TellEnd(end, MoreSerious(code, summary_.Code()), todo_.size() - upgrade.Done(), upgrade);
+    if (!arguments_.quiet) Say(upgrade.Table());
+    return ended;
   }
 
  private:

@@ -22,6 +22,7 @@
 #include "report/Attention.h"
 #include "report/SignOff.h"
 #include "report/Summary.h"
+#include "report/TypeTable.h"
 #include "terminal/Interruption.h"
 #include "terminal/Progress.h"
 #include "terminal/Terminal.h"
@@ -206,7 +207,8 @@ class DocumentUpgrade {
     std::vector<AttentionItem> attention = Verify(*document.Get(), run);
     if (signOff) signOff->Finish(*document.Get(), run.identifiers, attention);
     std::vector<standalone::DroppedValues> dropped;
-    if (document->Changes().IsOn()) dropped = standalone::FindDroppedValues(*document.Get());
+    if (document->Changes().IsOn() || task_.tellsAll)
+      dropped = standalone::FindDroppedValues(*document.Get());
 
     result_.identifiers = run.identifiers.size();
     result_.needsPerson = attention.size();
@@ -215,8 +217,10 @@ class DocumentUpgrade {
     result_.totals = comparison.all;
     const std::string held = WhyHeldBack();
     if (!held.empty()) result_.verdict = Verdict::kHeldBack;
-    result_.summary = SummaryOfRun({task_.input, result_, comparison, attention, chosen.broughtAlong, held,
-                                    task_.destination, task_.dryRun, signOff ? &signOff->Totals() : nullptr});
+    result_.summary = SummaryOfRun({task_.input, result_, *document.Get(), attention, dropped,
+                                    chosen.broughtAlong, held, task_.destination, task_.dryRun,
+                                    task_.record != nullptr, task_.verbose, signOff ? &*signOff : nullptr});
+    if (task_.tellsAll) result_.table = TypeTable(comparison.byType, task_.verbose);
     if (task_.record != nullptr) {
       // Before the document: a record that cannot be written must not come too late.
       task_.record->AddRun(

@@ -28,6 +28,8 @@ struct UpgradeTask {
   bool skipsDone = false;
   /// Of a document that is current, says its header, no more is read when it need not be copied.
   bool skipsCurrent = false;
+  bool tellsAll = false;  ///< The whole summary is wanted, not its first line alone.
+  bool verbose = false;   ///< Nothing in it is to be shortened.
   const Limits& limits;
   RecordFile* record = nullptr;  ///< Null when no report is wanted.
   const Trace* trace = nullptr;

@@ -40,6 +40,7 @@ struct DocumentResult {
   std::string inputSha256;   ///< Of the files as they are stored, in hexadecimal digits; empty without a
   std::string resultSha256;  ///< report, and where there is none.
   std::string summary;       ///< For people; empty when there is no result.
+  std::string table;         ///< What comes after the summary, behind the places of result and report.
   std::string attention;     ///< JSON objects, separated by commas: what needs a person.
 
   /// Whether the upgrade was carried through, written or not.
@@ -64,6 +65,7 @@ struct DocumentResult {
     text(self.inputSha256);
     text(self.resultSha256);
     text(self.summary);
+    text(self.table);
     text(self.attention);
   }
 };

@@ -56,10 +56,15 @@ void SignOff::Finish(standalone::Document& document, const std::vector<std::stri
   after_ = standalone::sheet::ReadSheet(document, &before_);
   identifiers_ = identifiers;
   ItemIndex index(attention);
-  totals_ =
-      standalone::sheet::Compare(before_, *after_, identifiers_, [&index](const Difference& difference) {
-        if (difference.meaning == Meaning::kUnaccounted) index.Add(difference);
-      });
+  // By the texts' places: they are constants, and there can be as many differences as features.
+  std::unordered_map<const char*, std::size_t> purposes;
+  totals_ = standalone::sheet::Compare(before_, *after_, identifiers_, [&](const Difference& difference) {
+    if (difference.meaning == Meaning::kUnaccounted) index.Add(difference);
+    if (difference.meaning != Meaning::kOnPurpose) return;
+    const auto [place, isNew] = purposes.try_emplace(difference.sentence.data(), purposes_.size());
+    if (isNew) purposes_.push_back({difference.identifier, difference.sentence});
+    ++purposes_[place->second].differences;
+  });
 }
 
 void SignOff::Tell(const std::function<void(Difference&)>& tell) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "report/Attention.h"
@@ -23,6 +24,14 @@ class SignOff {
   [[nodiscard]] const standalone::sheet::SheetTotals& Totals() const { return totals_; }
   /// What the upgraded document says; after `Finish`.
   [[nodiscard]] const standalone::sheet::Sheet& After() const { return *after_; }
+  /// A reason for which upgrades changed the analysis, and how many differences it accounts for.
+  struct Purpose {
+    std::string_view identifier;
+    std::string_view sentence;
+    std::size_t differences = 0;
+  };
+  /// In the order of the first difference of each.
+  [[nodiscard]] const std::vector<Purpose>& Purposes() const { return purposes_; }
   /// Tells all differences; after `Finish`.
   void Tell(const std::function<void(standalone::sheet::Difference& difference)>& tell) const;
 
@@ -31,6 +40,7 @@ class SignOff {
   std::optional<standalone::sheet::Sheet> after_;
   std::vector<std::string> identifiers_;
   standalone::sheet::SheetTotals totals_;
+  std::vector<Purpose> purposes_;
 };
 
 }  // namespace tool

@@ -2,8 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
+#include "report/LossText.h"
 #include "terminal/Terminal.h"
 
 namespace tool {
@@ -24,12 +23,13 @@ void AppendVerdict(fmt::memory_buffer& out, const RunFacts& facts) {
                  result.totals.changed, Count(result.features, "feature"));
   if (result.totals.created != 0) fmt::format_to(to, ", {} created", result.totals.created);
   if (result.totals.removed != 0) fmt::format_to(to, ", {} removed", result.totals.removed);
-  fmt::format_to(to, ", {}\n", Count(result.identifiers, "identifier"));
+  fmt::format_to(to, ", {}\n", Count(result.identifiers, "upgrade"));
 }
 
 void AppendAttention(fmt::memory_buffer& out, const std::vector<AttentionItem>& attention) {
   if (attention.empty()) return;
-  fmt::format_to(std::back_inserter(out), "  Needs a person:\n{}", TextOf(attention));
+  fmt::format_to(std::back_inserter(out), "  {}\n{}", Paint(stdout, Colour::kYellow, "Needs a person:"),
+                 TextOf(attention));
 }
 
 void AppendBroughtAlong(fmt::memory_buffer& out,
@@ -37,31 +37,6 @@ void AppendBroughtAlong(fmt::memory_buffer& out,
   for (const standalone::VersionManager::Needed& needed : broughtAlong) {
     fmt::format_to(std::back_inserter(out), "  {} came along, because {} must not run before it: {}\n",
                    needed.identifier, needed.by, needed.reason);
-  }
-}
-
-void AppendSheet(fmt::memory_buffer& out, const standalone::sheet::SheetTotals& sheet) {
-  auto to = std::back_inserter(out);
-  fmt::format_to(to, "  Analysis: {} equal, {} said otherwise, {} changed on purpose",
-                 Count(sheet.equal, "value"), sheet.same, sheet.onPurpose);
-  if (sheet.unaccounted != 0)
-    fmt::format_to(to, ", {}",
-                   Paint(stdout, Colour::kYellow, fmt::format("{} UNACCOUNTED FOR", sheet.unaccounted)));
-  fmt::format_to(to, " ('hvxupgrade sheet OLD NEW' tells them)\n");
-}
-
-void AppendTotals(fmt::memory_buffer& out, const std::map<std::string, Totals>& byType) {
-  if (byType.empty()) return;
-  std::size_t width = std::string_view("Late type").size();
-  for (const auto& [type, totals] : byType) width = std::max(width, Word(type).size());
-  auto to = std::back_inserter(out);
-  fmt::format_to(to, "  {:<{}}  {:>9} {:>9} {:>9} {:>9} {:>9}\n", "Late type", width, "concerned", "changed",
-                 "created", "removed", "failed");
-  const auto number = [](std::size_t count) { return count == 0 ? std::string("-") : std::to_string(count); };
-  for (const auto& [type, totals] : byType) {
-    fmt::format_to(to, "  {:<{}}  {:>9} {:>9} {:>9} {:>9} {:>9}\n", Word(type), width,
-                   number(totals.concerned), number(totals.changed), number(totals.created),
-                   number(totals.removed), number(totals.failed));
   }
 }
 
@@ -83,20 +58,14 @@ std::string SummaryOfRun(const RunFacts& facts) {
   fmt::memory_buffer out;
   AppendVerdict(out, facts);
   AppendAttention(out, facts.attention);
+  AppendDropped(out, facts.document, facts.dropped, facts.hasReport, facts.all);
+  if (facts.signOff != nullptr) AppendAnalysis(out, *facts.signOff, facts.all);
   AppendBroughtAlong(out, facts.broughtAlong);
-  if (facts.sheet != nullptr) AppendSheet(out, *facts.sheet);
-  AppendTotals(out, facts.comparison.byType);
-  if (facts.result.dropped != 0) {
-    fmt::format_to(
-        std::back_inserter(out),
-        "  Dropped: {} of the old document held values that stand nowhere in the result; --report lists "
-        "them\n",
-        Count(facts.result.dropped, "attribute"));
-  }
   if (facts.heldBack.empty()) {
     AppendPlace(out, facts.destination, facts.dryRun, "");
   } else {
-    fmt::format_to(std::back_inserter(out), "  Nothing was written: {}\n", facts.heldBack);
+    fmt::format_to(std::back_inserter(out), "  {}: {}\n",
+                   Paint(stdout, Colour::kYellow, "Nothing was written"), facts.heldBack);
   }
   return fmt::to_string(out);
 }

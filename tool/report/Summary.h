@@ -3,11 +3,11 @@
 #include <string>
 #include <vector>
 
-#include "record/Comparison.h"
+#include "compare/DroppedValues.h"
 #include "record/Destination.h"
 #include "record/DocumentResult.h"
 #include "report/Attention.h"
-#include "sheet/Comparison.h"
+#include "report/SignOff.h"
 #include "upgrade/VersionManager.h"
 
 namespace tool {
@@ -16,17 +16,20 @@ namespace tool {
 struct RunFacts {
   const std::string& input;
   const DocumentResult& result;
-  const Comparison& comparison;
+  const standalone::Document& document;  ///< As the run left it.
   const std::vector<AttentionItem>& attention;
+  const std::vector<standalone::DroppedValues>& dropped;  ///< Empty also when nobody looked for them.
   const std::vector<standalone::VersionManager::Needed>& broughtAlong;
   const std::string& heldBack;  ///< Why the result is not written; empty when it is.
   const Destination& destination;
   bool dryRun;
-  const standalone::sheet::SheetTotals* sheet;  ///< Null when the analysis was not compared.
+  bool hasReport;
+  bool all;                ///< Nothing is to be shortened.
+  const SignOff* signOff;  ///< Null when the analysis was not compared.
 };
 
-/// The summary of a document that was upgraded: the verdict, what needs a person, whether it is still the
-/// same analysis, the totals by late type, where the result is.
+/// The summary of a document that was upgraded: the verdict, what needs a person, what was dropped, whether
+/// it is still the same analysis, where the result is.
 [[nodiscard]] std::string SummaryOfRun(const RunFacts& facts);
 
 /// What a summary tells about a document on which nothing was run.

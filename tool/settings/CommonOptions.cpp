@@ -80,7 +80,7 @@ void AddMany(CLI::App& verb, ManyDocuments& many) {
       ->type_name("MB")
       ->check(WholeNumber)
       ->group(kMany);
-  verb.add_flag("-v,--verbose", many.verbose, "Tell of each document what became of it")->group(kMany);
+  verb.add_flag("-v,--verbose", many.verbose, "Tell all of each document, and shorten nothing")->group(kMany);
   verb.add_option(
           "--progress", many.progress,
           "How far the run is: auto (default), plain (a line a minute, as without a terminal) or none")
