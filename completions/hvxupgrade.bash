@@ -62,7 +62,7 @@ _hvxupgrade() {
     local options="--help --library --data" documents=" --files-from --null --include --exclude"
     local many=" --jobs --memory --verbose --progress"
     case $verb in
-      status) options+="$documents --list --check --json" ;;
+      status) options+="$documents --list --check --json --verbose" ;;
       upgrade)
         options+=" --output --output-dir --in-place --backup --dry-run --force --only --until --report --trace"
         options+=" --language --timeout --limit-features --limit-memory --limit-unpacked --quiet --strict --accept-failures --retry --fail-on-drop --no-sheet"

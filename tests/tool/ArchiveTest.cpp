@@ -146,7 +146,22 @@ TEST_F(ArchiveTest, StatusCountsAndLists) {
             "  upgrade needed                  2   --list pending\n"
             "  current                         1   --list current\n"
             "  newer than this program         1   --list newer\n"
-            "  broken                          2   --list broken\n");
+            "  broken                          2   --list broken\n"
+            "\nBroken:\n"
+            "  " +
+                Path("archive/sub/broken.hvxdoc") +
+                ":1: the file ends within a line. It was cut off; restore it from a backup\n"
+                "  " +
+                Path("archive/sub/empty.hvxdoc") +
+                ": the file is empty. Give a document: a header line and one line per feature\n"
+                "\nNewer than this program:\n"
+                "  " +
+                Path("archive/sub/newer.hvxdoc") +
+                ": 1 upgrade unknown here, such as UpgradeOfTheFuture\n"
+                "\nUpgrade needed:\n"
+                "  " +
+                Path("archive/old 1.hvxdoc") + ": 66 upgrades pending\n" + "  " +
+                Path("archive/old 2.hvxdoc") + ": 66 upgrades pending\n");
   EXPECT_EQ(StatusOf({Path("archive"), "--list", "pending"}).out,
             Path("archive/old 1.hvxdoc") + "\n" + Path("archive/old 2.hvxdoc") + "\n");
   const Ended broken = StatusOf({Path("archive"), "--list", "broken", "-0"});
@@ -154,6 +169,23 @@ TEST_F(ArchiveTest, StatusCountsAndLists) {
   EXPECT_TRUE(broken.err.find(Path("archive/sub/empty.hvxdoc") + ": the file is empty") != std::string::npos)
       << broken.err;
   EXPECT_EQ(StatusOf({Path("archive/sub"), "--exclude", "[be]*", "--check"}).code, 4);
+
+  // What is wrong with a document that was named is a complaint.
+  const Ended named = StatusOf({Path("archive/done.hvxdoc"), Path("archive/sub/empty.hvxdoc")});
+  EXPECT_EQ(named.out,
+            "2 documents, 3 features\n"
+            "  current                         1   --list current\n"
+            "  broken                          1   --list broken\n");
+  EXPECT_TRUE(named.err.find("the file is empty") != std::string::npos) << named.err;
+}
+
+TEST_F(ArchiveTest, StatusNamesTheFirstOfVeryMany) {
+  for (int i = 10; i < 32; ++i) Place("archive/" + std::to_string(i) + ".hvxdoc");
+  const std::string text = StatusOf({Path("archive")}).out;
+  EXPECT_TRUE(
+      text.ends_with("/29.hvxdoc: 66 upgrades pending\n"
+                     "  and 2 more; --list pending prints all\n"))
+      << text;
 }
 
 TEST_F(ArchiveTest, WhatWasGivenTwiceIsDoneOnce) {

@@ -24,12 +24,19 @@ TEST_F(ViewCommandsTest, StatusTellsPendingAndDone) {
   const std::string file = Document("job.hvxdoc", kJobLines, R"("MakeOutOfdateARS")");
   const Ended ended = Run({"status", file});
   EXPECT_EQ(ended.code, 0);
-  EXPECT_TRUE(ended.out.starts_with(file + ": upgrade needed, ")) << ended.out;
-  EXPECT_NE(ended.out.find("  Done:\n    MakeOutOfdateARS\n"), std::string::npos) << ended.out;
-  EXPECT_NE(ended.out.find("    UpgradeJobRestartData\n"), std::string::npos);
+  EXPECT_EQ(ended.out, file + ": upgrade needed, 65 upgrades pending, 1 done (3 features)\n" +
+                           "  Pending: from UpgradeToElemType to UpgradeJobMemoryUnit; -v lists them\n");
+  const std::string all = Run({"status", "-v", file}).out;
+  EXPECT_NE(all.find("  Done:\n    MakeOutOfdateARS\n"), std::string::npos) << all;
+  EXPECT_NE(all.find("    UpgradeJobRestartData\n"), std::string::npos);
   EXPECT_EQ(Run({"status", "--check", file}).code, 6);
 
+  ASSERT_EQ(Run({"upgrade", file, "--in-place", "--until", "UpgradeThermalSolutionStep"}).code, 0);
+  EXPECT_EQ(Run({"status", file}).out,
+            file + ": upgrade needed, 2 upgrades pending, 64 done (3 features)\n" +
+                "  Pending: UpgradeContactWithSurfSmoothParam, UpgradeJobMemoryUnit\n");
   ASSERT_EQ(Run({"upgrade", file, "--in-place"}).code, 0);
+  EXPECT_EQ(Run({"status", file}).out, file + ": current, 66 upgrades done (3 features)\n");
   EXPECT_EQ(Run({"status", "--check", file}).code, 0);
 }
 

@@ -1,6 +1,7 @@
 #include "commands/StatusCommand.h"
 
 #include <array>
+#include <cctype>
 #include <memory>
 #include <optional>
 
@@ -9,6 +10,7 @@
 #include "file/DocumentReader.h"
 #include "report/JsonOutput.h"
 #include "terminal/Interruption.h"
+#include "terminal/Table.h"
 #include "terminal/Terminal.h"
 
 namespace tool {
@@ -74,24 +76,42 @@ Status StatusOf(const std::string& file, const VersionManager& manager) {
   return status;
 }
 
-void AppendIdentifiers(fmt::memory_buffer& out, std::string_view title,
-                       const std::vector<std::string>& identifiers) {
-  if (identifiers.empty()) return;
-  fmt::format_to(std::back_inserter(out), "  {}:\n", title);
-  for (const std::string& identifier : identifiers)
-    fmt::format_to(std::back_inserter(out), "    {}\n", Word(identifier));
+// A few names are told at once, many only by the first and the last.
+std::string Folded(const std::vector<std::string>& upgrades) {
+  constexpr std::size_t kFew = 5;
+  if (upgrades.size() > kFew)
+    return fmt::format("from {} to {}; -v lists them", Word(upgrades.front()), Word(upgrades.back()));
+  std::string text;
+  for (const std::string& upgrade : upgrades) text += (text.empty() ? "" : ", ") + Word(upgrade);
+  return text;
 }
 
-void AppendText(fmt::memory_buffer& out, const Status& status) {
+void AppendUpgrades(fmt::memory_buffer& out, std::string_view title, const std::vector<std::string>& upgrades,
+                    bool all) {
+  if (upgrades.empty()) return;
+  if (!all) {
+    AppendParagraph(out, EachWord(fmt::format("{}: {}", title, Folded(upgrades))), 2);
+    return;
+  }
+  fmt::format_to(std::back_inserter(out), "  {}:\n", title);
+  for (const std::string& upgrade : upgrades)
+    fmt::format_to(std::back_inserter(out), "    {}\n", Word(upgrade));
+}
+
+void AppendText(fmt::memory_buffer& out, const Status& status, bool all) {
   auto to = std::back_inserter(out);
   const StateWords& words = WordsOf(status.state);
-  fmt::format_to(to, "{}: {}, {} pending, {} done", Printable(status.file),
-                 Paint(stdout, words.colour, words.words), status.pending.size(), status.done.size());
+  fmt::format_to(to, "{}: {}, ", Printable(status.file), Paint(stdout, words.colour, words.words));
+  if (status.pending.empty()) {
+    fmt::format_to(to, "{} done", Count(status.done.size(), "upgrade"));
+  } else {
+    fmt::format_to(to, "{} pending, {} done", Count(status.pending.size(), "upgrade"), status.done.size());
+  }
   if (!status.unknown.empty()) fmt::format_to(to, ", {} unknown here", status.unknown.size());
   fmt::format_to(to, " ({})\n", Count(status.features, "feature"));
-  AppendIdentifiers(out, "Pending", status.pending);
-  AppendIdentifiers(out, "Done", status.done);
-  AppendIdentifiers(out, "Unknown here (use a newer release of this program)", status.unknown);
+  AppendUpgrades(out, "Pending", status.pending, all);
+  if (all) AppendUpgrades(out, "Done", status.done, all);
+  AppendUpgrades(out, "Unknown here (use a newer release of this program)", status.unknown, all);
 }
 
 void AppendJson(fmt::memory_buffer& out, const Status& status) {
@@ -153,39 +173,79 @@ class JsonView final : public View {
 
 class EachView final : public View {
  public:
+  explicit EachView(bool all) : all_(all) {}
   void Add(const Status& status) override {
     if (status.error) {
       Complain(status.error->what());
       return;
     }
     fmt::memory_buffer out;
-    AppendText(out, status);
+    AppendText(out, status, all_);
     Say({out.data(), out.size()});
     FlushOutput();
   }
+
+ private:
+  bool all_;
 };
 
-// Of documents that nobody named: how many there are in each state.
+// Of several documents: how many there are in each state, and which of them need something.
 class TotalsView final : public View {
  public:
+  // What is wrong with documents that somebody named is a complaint, told at once.
+  explicit TotalsView(bool areNamed) : areNamed_(areNamed) {}
   void Add(const Status& status) override {
-    ++documents_[static_cast<std::size_t>(status.state)];
+    if (areNamed_ && status.error) Complain(status.error->what());
+    Group& group = groups_[static_cast<std::size_t>(status.state)];
+    ++group.documents;
     features_ += status.features;
+    const bool isTold = status.state == State::kCurrent || (areNamed_ && status.error);
+    if (!isTold && group.first.size() < kListed) group.first.push_back(LineOf(status));
   }
   void Finish(std::size_t /*left*/) override {
     std::size_t all = 0;
-    for (const std::size_t each : documents_) all += each;
+    for (const Group& group : groups_) all += group.documents;
     Say(fmt::format("{}, {}\n", Count(all, "document"), Count(features_, "feature")));
     for (std::size_t i = 0; i < kStates; ++i) {
-      if (documents_[i] == 0) continue;
+      if (groups_[i].documents == 0) continue;
       const std::string verdict = fmt::format("{:<24}", kWords[i].words);
-      Say(fmt::format("  {}{:>9}   --list {}\n", Paint(stdout, kWords[i].colour, verdict), documents_[i],
-                      kWords[i].name));
+      Say(fmt::format("  {}{:>9}   --list {}\n", Paint(stdout, kWords[i].colour, verdict),
+                      groups_[i].documents, kWords[i].name));
     }
+    for (const State state : {State::kBroken, State::kNewer, State::kPending}) Tell(state);
   }
 
  private:
-  std::array<std::size_t, kStates> documents_{};
+  static constexpr std::size_t kListed = 20;
+  struct Group {
+    std::size_t documents = 0;
+    std::vector<std::string> first;  // there may be very many
+  };
+
+  static std::string LineOf(const Status& status) {
+    if (status.error) return Printable(status.error->what());  // which names the file
+    if (status.state == State::kNewer) {
+      return fmt::format("{}: {} unknown here, such as {}", Printable(status.file),
+                         Count(status.unknown.size(), "upgrade"), Word(status.unknown.front()));
+    }
+    return fmt::format("{}: {} pending", Printable(status.file), Count(status.pending.size(), "upgrade"));
+  }
+
+  void Tell(State state) const {
+    const Group& group = groups_[static_cast<std::size_t>(state)];
+    if (group.first.empty()) return;
+    std::string title(WordsOf(state).verdict);
+    title.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(title.front())));
+    Say(fmt::format("\n{}:\n", Paint(stdout, WordsOf(state).colour, title)));
+    for (const std::string& line : group.first) Say(fmt::format("  {}\n", line));
+    if (group.documents > group.first.size()) {
+      Say(fmt::format("  and {} more; --list {} prints all\n", group.documents - group.first.size(),
+                      WordsOf(state).name));
+    }
+  }
+
+  bool areNamed_;
+  std::array<Group, kStates> groups_;
   std::uint64_t features_ = 0;
 };
 
@@ -209,8 +269,9 @@ std::unique_ptr<View> ViewFor(const StatusArguments& arguments, const FoundDocum
   if (arguments.json) return std::make_unique<JsonView>();
   if (!arguments.list.empty())
     return std::make_unique<NamesView>(arguments.list, arguments.sources.listHasNul);
-  if (found.areSearched) return std::make_unique<TotalsView>();
-  return std::make_unique<EachView>();
+  const bool areSeveral = found.areSearched || found.documents.size() > 1;
+  if (areSeveral && !arguments.verbose) return std::make_unique<TotalsView>(!found.areSearched);
+  return std::make_unique<EachView>(arguments.verbose);
 }
 
 }  // namespace

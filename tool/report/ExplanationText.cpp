@@ -21,7 +21,7 @@ std::vector<std::size_t> LongestWords(const std::vector<TableRow>& rows) {
   std::vector<std::size_t> longest(rows.front().size());
   for (const TableRow& row : rows) {
     for (std::size_t column = 0; column < longest.size(); ++column) {
-      for (const std::string& word : WordsOf(row[column].front()))
+      for (const std::string& word : EachWord(row[column].front()))
         longest[column] = std::max(longest[column], word.size());
     }
   }
@@ -108,7 +108,7 @@ void AppendAnalysis(fmt::memory_buffer& out, const Explanation& explanation, std
 
 void AppendProse(fmt::memory_buffer& out, std::string_view text, std::size_t indent, std::size_t columns,
                  std::size_t hanging) {
-  AppendParagraph(out, WordsOf(Printable(text)), indent, hanging, std::min(columns, kLineWidth));
+  AppendParagraph(out, EachWord(Printable(text)), indent, hanging, std::min(columns, kLineWidth));
 }
 
 void AppendParts(fmt::memory_buffer& out, const Explanation& explanation, std::size_t columns) {

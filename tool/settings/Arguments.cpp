@@ -99,6 +99,7 @@ void AddStatus(CLI::App& app, StatusArguments& status) {
       ->check(CLI::IsMember({"pending", "current", "newer", "broken"}));
   verb->add_flag("--check", status.check, "End with 6 when a document needs an upgrade");
   verb->add_flag("--json", status.json, "Print JSON");
+  verb->add_flag("-v,--verbose", status.verbose, "Tell of each document the upgrades by name");
   verb->footer(kStatusExamples);
 }
 

@@ -19,6 +19,7 @@ struct StatusArguments {
   std::string list;  ///< Only the names of documents in this state; empty for all that is known.
   bool check = false;
   bool json = false;
+  bool verbose = false;  ///< Tells of each document all upgrades by name.
 };
 
 /// A part of a run's documents: one of several shards of about the same size.

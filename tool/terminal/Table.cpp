@@ -130,7 +130,7 @@ std::size_t LinesOfRow(const TableRow& row, const std::vector<std::size_t>& widt
   return lines;
 }
 
-Cell WordsOf(std::string_view text) {
+Cell EachWord(std::string_view text) {
   Cell words;
   while (!text.empty()) {
     const std::size_t end = std::min(text.find(' '), text.size());

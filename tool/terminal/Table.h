@@ -32,7 +32,7 @@ void AppendRow(fmt::memory_buffer& out, const TableRow& row, const std::vector<s
 [[nodiscard]] std::size_t LinesOfRow(const TableRow& row, const std::vector<std::size_t>& widths);
 
 /// A text whose words alone are kept whole, so that lines are filled.
-[[nodiscard]] Cell WordsOf(std::string_view text);
+[[nodiscard]] Cell EachWord(std::string_view text);
 
 /// Appends the pieces with blanks between them; lines after the first stand `hanging` further to the right.
 void AppendParagraph(fmt::memory_buffer& out, const Cell& pieces, std::size_t indent, std::size_t hanging = 2,

@@ -13,13 +13,15 @@ function droppedSection(looked) {
  */
 function droppedTable(looked, entries, named) {
   const body = el("tbody");
+  const instead = entries.some((each) => each.instead !== "");
+  const by = entries.some((each) => each.upgrades.length > 0);
   const more = inPortions(entries, 50, (each) => el("tr", null,
     named ? el("th", { scope: "row" }, featureLink(looked, each.id, { name: each.name }), el("span", { class: "owner" }, value(each.type, "code")),
       each.owner ? el("span", { class: "owner" }, value(each.owner)) : null) : null,
     el("td", null, value(each.key, "code")), el("td", { class: "before" }, longValue(each.values)),
-    el("td", { class: "after" }, longValue(each.instead)),
-    el("td", null, each.upgrades.map((upgrade) => el("div", null, upgradeLink(looked.page, looked.at, upgrade))))), body, "values");
-  return [el("table", { class: named ? "plain stacks five" : "plain stacks" }, el("thead", null, el("tr", null,
+    instead ? el("td", { class: "after" }, longValue(each.instead)) : null,
+    !by ? null : el("td", null, each.upgrades.map((upgrade) => el("div", null, upgradeLink(looked.page, looked.at, upgrade))))), body, "values");
+  return [el("table", { class: "plain stacks" }, el("thead", null, el("tr", null,
     named ? el("th", { scope: "col" }, "Feature") : null, el("th", { scope: "col" }, "Attribute"), el("th", { scope: "col" }, "Was"),
-    el("th", { scope: "col" }, "Now there is"), el("th", { scope: "col" }, "Upgrade"))), body), more];
+    instead ? el("th", { scope: "col" }, "Now there is") : null, by ? el("th", { scope: "col" }, "Upgrade") : null)), body), more];
 }

@@ -25,6 +25,7 @@ function featureView(looked, id) {
       el("p", { class: "what" }, word ? [featureMark(mark), " ", el("strong", { "aria-hidden": "true" }, word), ", "] : null, value(feature.type, "code"), `, feature ${id}`),
       place.length > 0 ? el("p", { class: "path" }, unseen("Stands in "), place.map((each, nth) => [nth > 0 ? el("span", { "aria-hidden": "true" }, " / ") : null,
         el("a", { href: featureAddress(at, tree.id[each]) }, value(tree.name[each] || tree.type[each]))])) : null,
+      analysisWords(looked, id),
       said.length > 0 ? titled("Needs a person", el("div", { class: "cards" }, said)) : null,
       steps.length > 0 ? titled("What happened, and why", el("ol", { class: "steps" }, steps)) : null,
       rows.length > 0 ? titled("What the analysis says", rows) : null,
@@ -61,6 +62,23 @@ function sheetOf(looked, id) {
   if (!looked.detail.sheet) return [];
   return looked.detail.sheet.subjects.first.filter((each) => each.id === id && each.rows.length > 0)
     .map((each) => el("table", { class: "plain sheet stacks" }, sheetHead(), subjectRows(looked, each)));
+}
+
+/**
+ * Whether the analysis still says the same of a feature; null where it says nothing of it.
+ * @param {Looked} looked
+ * @param {number} id
+ */
+function analysisWords(looked, id) {
+  const subjects = looked.detail.sheet ? looked.detail.sheet.subjects.first.filter((each) => each.id === id) : [];
+  if (subjects.length === 0) return null;
+  const rows = subjects.flatMap((each) => each.rows);
+  const different = rows.filter((row) => row[3] > 0).length;
+  const odd = rows.filter((row) => row[3] === 3).length;
+  return el("p", { class: `words ${odd > 0 ? "bad" : "good"}` }, toneMark(odd > 0 ? "bad" : "good"), el("span", null,
+    odd > 0 ? `In the analysis, nothing accounts for the difference of ${counted(odd, "value")} of it.`
+      : different > 0 ? `The analysis says ${counted(different, "value")} of it otherwise; each is accounted for below.`
+        : "The analysis says the same of it as before."));
 }
 
 /**
