@@ -12,7 +12,7 @@ FAILURES = {
     "ignore": "is not looked at",
     "stop": "ends the upgrade of the feature with its code",
     "last": "is kept; the upgrade goes on and returns the result of the last routine run",
-    "skip": "skips what else the class does for the same identifier",
+    "skip": "skips what else the class does for the same upgrade",
     "first": "is the result of the feature's upgrade, which the routine ends in any case",
 }
 MEANINGS = {"same": "The same, said otherwise", "onPurpose": "Changed on purpose",
@@ -129,9 +129,9 @@ def bindings_section(entry, harmless):
     lines.append("")
     every = sorted({each["class"] for each in entry["bindings"] if each["matching"] == "inTurn"})
     if every:
-        lines.append(f"{', '.join(map(code, every))}: all rows run that name the identifier, one after the other.")
+        lines.append(f"{', '.join(map(code, every))}: all rows run that name the upgrade, one after the other.")
     if len(every) < len({each["class"] for each in entry["bindings"]}):
-        lines.append(f"{'Each other class' if every else 'A class'} runs only its first row that names the identifier.")
+        lines.append(f"{'Each other class' if every else 'A class'} runs only its first row that names the upgrade.")
     return [*lines, *harmless, ""]
 
 

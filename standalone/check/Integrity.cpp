@@ -69,7 +69,7 @@ class Integrity {
   void CheckHeader() {
     std::unordered_set<std::string_view, KeyedHash> recorded(document_.Upgrades().size());
     for (const std::string& identifier : document_.Upgrades()) {
-      if (!IsUtf8(identifier)) Add("an identifier among the recorded upgrades is not UTF-8");
+      if (!IsUtf8(identifier)) Add("a name among the recorded upgrades is not UTF-8");
       if (!recorded.insert(identifier).second)
         Add(fmt::format("the upgrade \"{}\" is recorded twice", identifier));
     }

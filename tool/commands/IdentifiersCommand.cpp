@@ -74,7 +74,7 @@ void AppendList(fmt::memory_buffer& out, const VersionManager& manager,
   for (const FailurePolicy& policy : FailurePolicies())
     fmt::format_to(to, "  {:<8} {}\n", policy.word, policy.meaning);
   fmt::format_to(to,
-                 "  in turn  the class tests all its identifiers in turn, not only up to the first match\n");
+                 "  in turn  the class tests all its upgrades in turn, not only up to the first match\n");
 }
 
 void AppendBindings(fmt::memory_buffer& out, const KnownUpgrade& known, std::size_t columns) {

@@ -234,7 +234,7 @@ class TotalsView final : public View {
   void Tell(State state) const {
     const Group& group = groups_[static_cast<std::size_t>(state)];
     if (group.first.empty()) return;
-    std::string title(WordsOf(state).verdict);
+    std::string title(WordsOf(state).words);
     title.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(title.front())));
     Say(fmt::format("\n{}:\n", Paint(stdout, WordsOf(state).colour, title)));
     for (const std::string& line : group.first) Say(fmt::format("  {}\n", line));
