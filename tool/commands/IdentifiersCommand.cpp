@@ -73,8 +73,7 @@ void AppendList(fmt::memory_buffer& out, const VersionManager& manager,
                  "\nEach line: the late types, what happens to their features [the class: on failure].\n");
   for (const FailurePolicy& policy : FailurePolicies())
     fmt::format_to(to, "  {:<8} {}\n", policy.word, policy.meaning);
-  fmt::format_to(to,
-                 "  in turn  the class tests all its upgrades in turn, not only up to the first match\n");
+  fmt::format_to(to, "  in turn  the class tests all its upgrades in turn, not only up to the first match\n");
 }
 
 void AppendBindings(fmt::memory_buffer& out, const KnownUpgrade& known, std::size_t columns) {

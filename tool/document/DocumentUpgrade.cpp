@@ -159,7 +159,7 @@ class DocumentUpgrade {
     const bool isThere = task_.destination.HoldsCopyOf(task_.input);
     if (!task_.destination.inPlace && !isThere) task_.destination.Check();
     result_.summary = SummaryWithoutRun(
-        {task_.input, result_.verdict, attention, task_.destination, isThere, task_.dryRun});
+        {task_.input, result_.verdict, attention, task_.destination, isThere, task_.dryRun, task_.verbose});
     if (task_.dryRun || task_.destination.inPlace || isThere || task_.destination.IsNone()) return;
     requestCommit_(Pack(result_));
     Interruption::StopIfRequested();

@@ -172,12 +172,13 @@ std::string JsonOf(const std::string& document, const std::vector<AttentionItem>
   return fmt::to_string(out);
 }
 
-std::string TextOf(const std::vector<AttentionItem>& items) {
+std::string TextOf(const std::vector<AttentionItem>& items, bool all) {
   fmt::memory_buffer out;
-  for (std::size_t i = 0; i < std::min(items.size(), kMostTold); ++i) AppendItem(out, items[i]);
-  if (items.size() > kMostTold) {
-    fmt::format_to(std::back_inserter(out), "    and {} more; --report lists all\n",
-                   items.size() - kMostTold);
+  const std::size_t told = all ? items.size() : std::min(items.size(), kMostTold);
+  for (std::size_t i = 0; i < told; ++i) AppendItem(out, items[i]);
+  if (told < items.size()) {
+    fmt::format_to(std::back_inserter(out), "    and {} more; --verbose and --report tell all\n",
+                   items.size() - told);
   }
   return fmt::to_string(out);
 }

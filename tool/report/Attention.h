@@ -37,8 +37,9 @@ struct AttentionItem {
 
 /// The items as JSON objects, separated by commas.
 [[nodiscard]] std::string JsonOf(const std::string& document, const std::vector<AttentionItem>& items);
-/// The items as lines for people, two for each; those beyond the first twenty are counted.
-[[nodiscard]] std::string TextOf(const std::vector<AttentionItem>& items);
+/// The items as lines for people, two for each; those beyond the first twenty are counted, unless `all` are
+/// wanted.
+[[nodiscard]] std::string TextOf(const std::vector<AttentionItem>& items, bool all);
 
 /// The same of a document without a result, as one JSON object.
 [[nodiscard]] std::string AttentionOf(const std::string& document, const DocumentResult& result);

@@ -26,10 +26,10 @@ void AppendVerdict(fmt::memory_buffer& out, const RunFacts& facts) {
   fmt::format_to(to, ", {}\n", Count(result.identifiers, "upgrade"));
 }
 
-void AppendAttention(fmt::memory_buffer& out, const std::vector<AttentionItem>& attention) {
+void AppendAttention(fmt::memory_buffer& out, const std::vector<AttentionItem>& attention, bool all) {
   if (attention.empty()) return;
   fmt::format_to(std::back_inserter(out), "  {}\n{}", Paint(stdout, Colour::kYellow, "Needs a person:"),
-                 TextOf(attention));
+                 TextOf(attention, all));
 }
 
 void AppendBroughtAlong(fmt::memory_buffer& out,
@@ -57,7 +57,7 @@ void AppendPlace(fmt::memory_buffer& out, const Destination& destination, bool d
 std::string SummaryOfRun(const RunFacts& facts) {
   fmt::memory_buffer out;
   AppendVerdict(out, facts);
-  AppendAttention(out, facts.attention);
+  AppendAttention(out, facts.attention, facts.all);
   AppendDropped(out, facts.document, facts.dropped, facts.hasReport, facts.all);
   if (facts.signOff != nullptr) AppendAnalysis(out, *facts.signOff, facts.all);
   AppendBroughtAlong(out, facts.broughtAlong);
@@ -77,7 +77,7 @@ std::string SummaryWithoutRun(const FactsWithoutRun& facts) {
   if (!facts.attention.empty()) words += fmt::format(", {}", NeedingPerson(facts.attention.size()));
   fmt::format_to(std::back_inserter(out), "{}: {}\n", Printable(facts.input),
                  Paint(stdout, facts.attention.empty() ? Colour::kGreen : Colour::kYellow, words));
-  AppendAttention(out, facts.attention);
+  AppendAttention(out, facts.attention, facts.all);
   if (facts.destination.inPlace) return fmt::to_string(out);
   if (facts.isThere) {
     AppendPlace(out, facts.destination, false, ", is there already");

@@ -40,6 +40,7 @@ struct FactsWithoutRun {
   const Destination& destination;
   bool isThere;  ///< What would be written stands at the destination already.
   bool dryRun;
+  bool all;  ///< Nothing is to be shortened.
 };
 
 [[nodiscard]] std::string SummaryWithoutRun(const FactsWithoutRun& facts);

@@ -38,6 +38,7 @@ std::string Number(std::size_t count) {
 std::string TypeTable(const std::map<std::string, Totals>& byType, bool all) {
   if (byType.empty()) return {};
   std::vector<Row> rows;
+  rows.reserve(byType.size());
   for (const auto& entry : byType) rows.push_back(&entry);
   if (!all && rows.size() > kMostRows) rows = Shortened(std::move(rows));
   std::size_t width = std::string_view("Late type").size();
