@@ -60,7 +60,7 @@ TEST_F(ReportTest, ListsTheChangedFeatureWithItsValuesBeforeAndAfter) {
   EXPECT_EQ(Text(document["verdict"]), R"("upgraded")");
   EXPECT_EQ(Text(document["upgrades"]), R"(["UpgradeJobForFromInputFile","UpgradeJobMemoryUnit"])");
   EXPECT_EQ(Text(document["changed"]),
-            R"([{"id":3,"type":"HVXJobLT","name":"Job","alias":"Job.1","changes":[)"
+            R"([{"id":3,"type":"HVXJobLT","name":"Job","alias":"Job.1","father":{"ref":2},"changes":[)"
             R"({"field":"attributes","key":"RunType","before":"From InputFile","after":"Full Analysis",)"
             R"("by":[{"upgrade":"UpgradeJobForFromInputFile","feature":3,"type":"HVXJobLT"}]},)"
             R"({"field":"attributes","key":"InputFileFlag","before":1,"after":0,)"
