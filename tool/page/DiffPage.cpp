@@ -82,7 +82,7 @@ void WriteDiffPage(std::string_view difference, std::string_view sheet,
                                   std::pair("created", 'm'), std::pair("removed", 'r')}) {
     ForEachEntry(parts[key], [&features, which = mark](element entry) { features.Add(entry, which); });
   }
-  Steps steps(upgrades, features);
+  Steps steps(upgrades, &features);
   ForEachEntry(parts["changed"], [&steps](element entry) { steps.AddChanged(entry); });
   ForEachEntry(parts["created"], [&steps](element entry) { steps.AddMade(entry); });
   ForEachEntry(parts["removed"], [&steps](element entry) { steps.AddRemoved(entry); });

@@ -112,13 +112,15 @@ class PageFile::Blocks {
   Blocks& operator=(const Blocks&) = delete;
 
   int Add(std::size_t document, std::string_view json) {
-    if (size_ >= kMostBytes) return -1;
+    if (IsFull()) return -1;
     JsonObject details = block_.size() == 0 ? JsonObject(block_) : JsonObject(block_, JsonObject::GoOn());
     details.Key(std::to_string(document)).append(json);
     const int number = count_;
     if (block_.size() >= kBlockBytes) End();
     return number;
   }
+
+  [[nodiscard]] bool IsFull() const { return size_ >= kMostBytes; }
 
   // `write` gets all of them.
   void Finish(const std::function<void(std::string_view)>& write) {
@@ -172,6 +174,10 @@ PageFile::~PageFile() = default;
 
 int PageFile::AddDetail(std::size_t document, std::string_view json) {
   return blocks_->Add(document, json);
+}
+
+bool PageFile::IsFull() const {
+  return blocks_->IsFull();
 }
 
 void PageFile::Finish(std::string_view title, std::string_view page) {

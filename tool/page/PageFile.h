@@ -23,6 +23,9 @@ class PageFile {
   /// where the page has become as large as browsers open at once.
   [[nodiscard]] int AddDetail(std::size_t document, std::string_view json);
 
+  /// Whether there is no room for the next detail.
+  [[nodiscard]] bool IsFull() const;
+
   /// Puts the page together, with `page`, the JSON of what it shows first, and into its place.
   void Finish(std::string_view title, std::string_view page);
 

@@ -172,6 +172,15 @@ Cut<Dropped> DroppedOf(std::string_view json, UpgradeIndex& upgrades) {
   return dropped;
 }
 
+// Without `features`, only how many features each step changed.
+std::vector<Step> StepsOf(const JsonParts& parts, UpgradeIndex& upgrades, const FeatureMap* features) {
+  Steps steps(upgrades, features);
+  ForEachEntry(parts["changed"], [&steps](element entry) { steps.AddChanged(entry); });
+  ForEachEntry(parts["created"], [&steps](element entry) { steps.AddMade(entry); });
+  ForEachEntry(parts["removed"], [&steps](element entry) { steps.AddRemoved(entry); });
+  return steps.Take();
+}
+
 std::vector<std::string> NotesOf(const JsonParts& parts) {
   std::vector<std::string> notes;
   ForEachEntry(parts["broughtAlong"], [&notes](element entry) {
@@ -215,11 +224,7 @@ Detail DetailOf(std::string_view line, const ReportLine& record, bool isDryRun, 
   know("changed", 'c');
   know("created", 'm');
   know("removed", 'r');
-  Steps steps(upgrades, features);
-  ForEachEntry(parts["changed"], [&steps](element entry) { steps.AddChanged(entry); });
-  ForEachEntry(parts["created"], [&steps](element entry) { steps.AddMade(entry); });
-  ForEachEntry(parts["removed"], [&steps](element entry) { steps.AddRemoved(entry); });
-  detail.steps = steps.Take();
+  detail.steps = StepsOf(parts, upgrades, &features);
   std::set<int> busy;
   for (const Step& step : detail.steps) busy.insert(step.upgrade);
   ForEachEntry(parts["upgrades"], [&](element entry) {
@@ -236,6 +241,16 @@ Detail DetailOf(std::string_view line, const ReportLine& record, bool isDryRun, 
   detail.types = TypesOf(parts["byType"]);
   detail.tree = features.MakeTree(kMostNodes);
   detail.sheet = SheetOf(parts["sheet"], upgrades);
+  return detail;
+}
+
+Detail CountsOf(std::string_view line, UpgradeIndex& upgrades) {
+  const JsonParts parts(line);
+  Detail detail;
+  detail.facts = {{"Time", fmt::format("{} s", parts["seconds"])}};
+  detail.steps = StepsOf(parts, upgrades, nullptr);
+  detail.types = TypesOf(parts["byType"]);
+  detail.sheet = CountsOfSheet(parts["sheet"]);
   return detail;
 }
 

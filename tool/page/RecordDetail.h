@@ -18,5 +18,7 @@ namespace tool::page {
 /// read of it already. Tells `upgrades` what they did.
 [[nodiscard]] Detail DetailOf(std::string_view line, const ReportLine& record, bool isDryRun,
                               UpgradeIndex& upgrades);
+/// The same of a document for which the page has no room: only what counts in its totals.
+[[nodiscard]] Detail CountsOf(std::string_view line, UpgradeIndex& upgrades);
 
 }  // namespace tool::page

@@ -133,18 +133,20 @@ class RunPage {
     const Recorded& record = records_[number];
     const std::string line = LineOf(record);
     Told& told = told_.try_emplace(number).first->second;
-    Detail detail = DetailOf({line.data(), static_cast<std::size_t>(record.line.size)}, record.line,
-                             isDryRun_, upgrades_);
+    const std::string_view json(line.data(), static_cast<std::size_t>(record.line.size));
+    Detail detail =
+        file_.IsFull() ? CountsOf(json, upgrades_) : DetailOf(json, record.line, isDryRun_, upgrades_);
     told.unaccounted = detail.sheet.unaccounted;
     for (const auto& [label, value] : detail.facts) {
       if (label == "Time") told.seconds = std::strtod(value.c_str(), nullptr);
     }
+    page_.CountTypes(detail.types);
+    if (file_.IsFull()) return;
     detail.cut = source_.isKept ? fmt::format("{} holds all of it", source_.reports[record.report])
                                 : "The report holds all of it: give --report as well as --html";
-    page_.CountTypes(detail.types);
-    fmt::memory_buffer json;
-    AppendJson(json, detail);
-    told.block = file_.AddDetail(number, {json.data(), json.size()});
+    fmt::memory_buffer text;
+    AppendJson(text, detail);
+    told.block = file_.AddDetail(number, {text.data(), text.size()});
   }
 
   // With room behind it, as `JsonParts` wants it.

@@ -193,7 +193,7 @@ class View {
 
 }  // namespace
 
-Sheet SheetOf(std::string_view json, UpgradeIndex& upgrades) {
+Sheet CountsOfSheet(std::string_view json) {
   if (json.empty()) return {};
   const JsonParts parts(json);
   simdjson::dom::parser parser;
@@ -213,7 +213,12 @@ Sheet SheetOf(std::string_view json, UpgradeIndex& upgrades) {
     sheet.tone = Tone::kBad;
     sheet.words += fmt::format(", {} that no upgrade accounts for", sheet.unaccounted);
   }
-  sheet.subjects = View(parts, upgrades).Take();
+  return sheet;
+}
+
+Sheet SheetOf(std::string_view json, UpgradeIndex& upgrades) {
+  Sheet sheet = CountsOfSheet(json);
+  if (sheet.isThere) sheet.subjects = View(JsonParts(json), upgrades).Take();
   return sheet;
 }
 

@@ -11,4 +11,7 @@ namespace tool::page {
 /// `JsonParts` takes it.
 [[nodiscard]] Sheet SheetOf(std::string_view json, UpgradeIndex& upgrades);
 
+/// The same without the subjects.
+[[nodiscard]] Sheet CountsOfSheet(std::string_view json);
+
 }  // namespace tool::page

@@ -105,9 +105,9 @@ std::set<int> Steps::PlacesIn(element entry) {
 
 void Steps::Fold(Work& work, std::int64_t id, const std::string& type, element change) {
   const std::string unit = UnitOf(type, change);
-  const auto shape = [&](element value) { return ShapeOf(value, features_) + unit; };
+  const auto shape = [&](element value) { return ShapeOf(value, *features_) + unit; };
   const auto text = [&](element value) {
-    return TextOf(value, [this](std::int64_t target) { return features_.LabelOf(target); }) + unit;
+    return TextOf(value, [this](std::int64_t target) { return features_->LabelOf(target); }) + unit;
   };
   std::string key = KeyOf(change);
   if (const std::size_t took = EntriesIn(change, "by").size(); took > 1)
@@ -132,7 +132,7 @@ void Steps::Fold(Work& work, std::int64_t id, const std::string& type, element c
   constexpr std::size_t kLong = 4;
   if (before.size() + after.size() > 2 * kLong && !before.empty()) {
     folded.own.push_back(
-        ListDifference(before, after, [this](std::int64_t target) { return features_.LabelOf(target); }));
+        ListDifference(before, after, [this](std::int64_t target) { return features_->LabelOf(target); }));
   } else {
     folded.own.emplace_back(Side(change, "before", text), Side(change, "after", text));
   }
@@ -146,7 +146,7 @@ void Steps::AddChanged(element feature) {
     for (const int place : PlacesIn(change)) {
       Work& work = works_[place];
       if (std::exchange(work.last, id) != id) ++work.step.changed;
-      Fold(work, id, type, change);
+      if (features_ != nullptr) Fold(work, id, type, change);
     }
   }
 }

@@ -18,8 +18,9 @@ namespace tool::page {
 /// holds does not depend on how many features there are, but for how many differ in what changed.
 class Steps {
  public:
-  /// Both must outlive it. The features must be known before the first change is added.
-  Steps(UpgradeIndex& upgrades, const FeatureMap& features) : upgrades_(upgrades), features_(features) {}
+  /// Both must outlive it. The features must be known before the first change is added; null: only how many
+  /// features were changed is wanted.
+  Steps(UpgradeIndex& upgrades, const FeatureMap* features) : upgrades_(upgrades), features_(features) {}
 
   /// Entries as a record or a difference tells them. Where no upgrades are told, the change belongs to none.
   void AddChanged(simdjson::dom::element feature);
@@ -47,7 +48,7 @@ class Steps {
   [[nodiscard]] std::set<int> PlacesIn(simdjson::dom::element entry);
 
   UpgradeIndex& upgrades_;
-  const FeatureMap& features_;
+  const FeatureMap* features_;
   std::map<int, Work> works_;
 };
 

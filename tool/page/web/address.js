@@ -1,4 +1,5 @@
-// Every view has an address behind "#", so that it can be sent, kept as a bookmark and left with the back button:
+// Every view has an address behind "#", so that it can be sent, kept as a bookmark and left with the back
+// button:
 //   #/?q=bolt&person=1         the documents, as the table is set
 //   #/d/17, #/d/17/steps       a document, a section of it
 //   #/d/17/f/254               a feature of it
@@ -12,7 +13,14 @@ function parseAddress(hash) {
   const [path, query] = hash.replace(/^#\/?/, "").split("?", 2);
   const parts = path.split("/").map(decoded);
   /** @type {Address} */
-  const address = { view: "start", document: -1, section: "", feature: 0, upgrade: "", table: new URLSearchParams(query || "") };
+  const address = {
+    view: "start",
+    document: -1,
+    section: "",
+    feature: 0,
+    upgrade: "",
+    table: new URLSearchParams(query || "")
+  };
   if (parts[0] === "d") {
     address.view = "document";
     address.document = /^\d+$/.test(parts[1] || "") ? Number(parts[1]) : -1;
@@ -72,5 +80,5 @@ function upgradeAddress(at, name) {
  */
 function upgradeLink(page, at, upgrade) {
   const found = page.upgrades[upgrade];
-  return found ? el("a", { class: "upgrade", href: upgradeAddress(at, found.name) }, value(found.name)) : null;
+  return found ? el("a", {class: "upgrade", href: upgradeAddress(at, found.name)}, value(found.name)) : null;
 }

@@ -1,17 +1,26 @@
 // What a person must look at, and what to do about it; values that stand nowhere in the result.
 
+/** Kinds of findings that ask nothing of anybody. */
+const quietKinds = ["pending", "unknown"];
+
 /** @param {Looked} looked */
 function attentionSection(looked) {
   const all = looked.detail.attention;
   /** @type {Map<string, Attention[]>} */
   const kinds = new Map();
   for (const each of all.first) kinds.set(each.kind, [...(kinds.get(each.kind) || []), each]);
-  return [[...kinds].map(([kind, entries]) => {
-    const list = el("div", { class: "cards" });
-    return [el("h3", null, `${kind[0].toUpperCase()}${kind.slice(1)} `, el("span", { class: "badge" },
-      counted(entries.reduce((sum, each) => sum + each.features.count, 0), "feature"))),
-    list, inPortions(entries, 50, (each) => attentionCard(looked, each), list, "entries")];
-  }), cutNote(all.first.length, all.count, looked.detail.cut)];
+  return [
+    [...kinds].map(([kind, entries]) => {
+      const list = el("div", {class: "cards"});
+      return [
+        el("h3", null, `${capitalized(kind)} `,
+          el("span", {class: "badge"},
+            counted(entries.reduce((sum, each) => sum + each.features.count, 0), "feature"))),
+        list, inPortions(entries, 50, (each) => attentionCard(looked, each), list, "entries")
+      ];
+    }),
+    cutNote(all.first.length, all.count, looked.detail.cut)
+  ];
 }
 
 /**
@@ -22,11 +31,16 @@ function attentionSection(looked) {
 function attentionCard(looked, each, only) {
   const link = upgradeLink(looked.page, looked.at, each.upgrade);
   const features = each.features.first.filter((feature) => only === undefined || feature.id === only);
-  return el("article", { class: "card attention" },
-    el("p", { class: "reason" }, toneMark("attention"), el("span", null, value(each.reason))),
-    el("p", { class: "of" }, value(each.type, "code"), each.key ? [", ", value(each.key, "code")] : null, link ? [", by ", link] : null),
-    each.next ? el("p", { class: "next" }, el("strong", null, "Next: "), value(each.next)) : null,
-    only === undefined ? attentionFeatures(looked, each) : features.map((feature) => feature.code ? el("p", { class: "of" }, value(feature.code)) : null));
+  /** @type {Tone} */
+  const tone = quietKinds.includes(each.kind) ? "quiet" : "attention";
+  return el("article", {class: `card ${tone}`},
+    el("p", {class: "reason"}, toneMark(tone), el("span", null, value(each.reason))),
+    el("p", {class: "of"}, value(each.type, "code"), each.key ? [", ", value(each.key, "code")] : null,
+      link ? [", by ", link] : null),
+    each.next ? el("p", {class: "next"}, el("strong", null, "Next: "), value(each.next)) : null,
+    only === undefined
+      ? attentionFeatures(looked, each)
+      : features.map((feature) => feature.code ? el("p", {class: "of"}, value(feature.code)) : null));
 }
 
 /**
@@ -34,10 +48,15 @@ function attentionCard(looked, each, only) {
  * @param {Attention} each
  */
 function attentionFeatures(looked, each) {
-  const list = el("ul", { class: "concerned" });
+  const list = el("ul", {class: "concerned"});
   const entries = each.features.first;
-  return [list, inPortions(entries, 5, (feature) => el("li", null, featureLink(looked, feature.id, { name: feature.name }),
-    feature.owner ? el("span", { class: "owner" }, value(feature.owner)) : null,
-    feature.code ? el("span", { class: "owner" }, value(feature.code, "code")) : null), list, "features"),
-  cutNote(entries.length, each.features.count, looked.detail.cut)];
+  return [
+    list,
+    inPortions(entries, 5,
+      (feature) => el("li", null, featureLink(looked, feature.id, {name: feature.name}),
+        feature.owner ? el("span", {class: "owner"}, value(feature.owner)) : null,
+        feature.code ? el("span", {class: "owner"}, value(feature.code, "code")) : null),
+      list, "features"),
+    cutNote(entries.length, each.features.count, looked.detail.cut)
+  ];
 }

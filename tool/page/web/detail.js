@@ -14,7 +14,7 @@
  * @returns {View}
  */
 function documentView(looked, alone) {
-  const { page, detail, at } = looked;
+  const {page, detail, at} = looked;
   const tree = detail.tree.id.length > 0 ? new FeatureTree(looked) : null;
   const sections = documentSections(looked, tree);
   const finder = looked.known.size > 0 ? featureFinder(looked) : null;
@@ -23,16 +23,21 @@ function documentView(looked, alone) {
     ? [verdictPanel({ ...page.verdict, next: page.verdict.next || detail.verdict.next }, "h1", page.title), numberTiles(page.numbers)]
     : [el("h1", { tabindex: "-1" }, value(file.name)), file.folder ? el("p", { class: "folder" }, value(file.folder)) : null,
       verdictPanel(detail.verdict, "p"), documentNumbers(page, at)];
-  const links = sections.length > 1 ? el("nav", { class: "contents", "aria-label": "In this document" }, el("ul", null, sections.map((section) =>
-    el("li", null, el("a", { href: documentAddress(at, section.id) }, section.title,
-      section.count ? el("span", { class: "badge" }, section.count) : null))))) : null;
-  const root = el("div", { class: "document" }, head,
-    problemPanel(detail), noteList([...(alone ? page.notes : []), ...detail.notes, ...(detail.cut ? [detail.cut] : [])]),
-    el("div", { class: "columns" },
-      finder || links ? el("aside", null, finder && finder.root, links) : null,
-      el("div", { class: "sections" }, sections.map((section) => el("section", { id: section.id, "aria-labelledby": `${section.id}-head` },
-        el("h2", { id: `${section.id}-head`, tabindex: "-1" }, section.title, section.count ? el("span", { class: "badge" }, section.count) : null),
-        section.content)))),
+  const links = sections.length > 1
+    ? el("nav", {class: "contents", "aria-label": "In this document"},
+        el("ul", null,
+          sections.map((section) => el("li", null,
+                         el("a", {href: documentAddress(at, section.id)}, section.title,
+                           section.count ? el("span", {class: "badge"}, section.count) : null)))))
+    : null;
+  const root = el("div", {class: "document"}, head, problemPanel(detail),
+    noteList([...(alone ? page.notes : []), ...detail.notes, ...(detail.cut ? [detail.cut] : [])]),
+    el("div", {class: "columns"}, finder || links ? el("aside", null, finder && finder.root, links) : null,
+      el("div", {class: "sections"},
+        sections.map((section) => el("section", {id: section.id, "aria-labelledby": `${section.id}-head`},
+                       el("h2", {id: `${section.id}-head`, tabindex: "-1"}, section.title,
+                         section.count ? el("span", {class: "badge"}, section.count) : null),
+                       section.content)))),
     alone ? runFacts(page.runs) : null);
   return {
     title: alone ? page.title : `${file.name} - ${page.title}`,
@@ -47,7 +52,7 @@ function documentView(looked, alone) {
 /** @param {Detail} detail */
 function problemPanel(detail) {
   if (!detail.problem) return null;
-  return el("div", { class: "problem" }, el("h2", null, "Why there is no result"),
+  return el("div", {class: "problem"}, el("h2", null, "Why there is no result"),
     detail.problem.split("\n").filter((line) => line !== "").map((line) => el("p", null, value(line))));
 }
 
@@ -58,8 +63,10 @@ function problemPanel(detail) {
  */
 function documentNumbers(page, at) {
   if (page.documents.columns.length === 0) return null;
-  return el("dl", { class: "numbers small" }, page.documents.columns.map((column) =>
-    el("div", { class: "quiet", title: column.help }, el("dt", null, column.label), el("dd", null, measured(column.values[at], column.unit)))));
+  return el("dl", {class: "numbers small"},
+    page.documents.columns.map(
+      (column) => el("div", {class: "quiet", title: column.help}, el("dt", null, column.label),
+        el("dd", null, measured(column.values[at], column.unit)))));
 }
 
 /**
@@ -69,28 +76,53 @@ function documentNumbers(page, at) {
  * @returns {Section[]}
  */
 function documentSections(looked, tree) {
-  const { page, detail } = looked;
+  const {page, detail} = looked;
   /** @type {Section[]} */
   const sections = [];
   if (detail.attention.count > 0) {
     const features = detail.attention.first.reduce((sum, each) => sum + each.features.count, 0);
-    sections.push({ id: "attention", title: "Needs a person", count: number(features), content: attentionSection(looked) });
+    sections.push({
+      id: "attention",
+      title: page.kind === "check" ? "Findings" : "Needs a person",
+      count: number(features),
+      content: attentionSection(looked)
+    });
   }
-  if (detail.sheet) sections.push({ id: "analysis", title: "What happened to the analysis", content: analysisSection(looked) });
+  if (detail.sheet)
+    sections.push({id: "analysis", title: "What happened to the analysis", content: analysisSection(looked)});
   if (detail.steps.length > 0 || detail.idle.length > 0) {
-    sections.push({ id: "steps", title: page.kind === "diff" ? "What differs" : "What the upgrades did",
-      count: page.kind === "diff" ? "" : number(detail.steps.length), content: stepsSection(looked) });
+    sections.push({
+      id: "steps",
+      title: page.kind === "diff" ? "What differs" : "What the upgrades did",
+      count: page.kind === "diff" ? "" : number(detail.steps.length),
+      content: stepsSection(looked)
+    });
   }
-  if (detail.types.length > 0) sections.push({ id: "types", title: "Changes by late type", count: number(detail.types.length), content: typeBars(detail.types) });
-  if (tree) sections.push({ id: "tree", title: "Where it happened", count: "", content: tree.parts() });
+  if (detail.types.length > 0)
+    sections.push({
+      id: "types",
+      title: "Changes by late type",
+      count: number(detail.types.length),
+      content: typeBars(detail.types)
+    });
+  if (tree) sections.push({id: "tree", title: "Where it happened", count: "", content: tree.parts()});
   if (detail.dropped.count > 0) {
-    sections.push({ id: "dropped", title: "Dropped values", count: number(detail.dropped.count), content: [
-      el("p", { class: "about" }, "Values of the old document that stand nowhere in the result."), droppedSection(looked)] });
+    sections.push({
+      id: "dropped",
+      title: "Dropped values",
+      count: number(detail.dropped.count),
+      content: [
+        el("p", {class: "about"}, "Values of the old document that stand nowhere in the result."),
+        droppedSection(looked)
+      ]
+    });
   }
   if (detail.sheet && detail.sheet.subjects.first.length > 0) {
-    sections.push({ id: "sheet", title: "The analysis before and after", count: "", content: sheetSection(looked) });
+    sections.push(
+      {id: "sheet", title: "The analysis before and after", count: "", content: sheetSection(looked)});
   }
-  if (detail.facts.length > 0) sections.push({ id: "files", title: "Files", count: "", content: factList(detail.facts) });
+  if (detail.facts.length > 0)
+    sections.push({id: "files", title: "Files", count: "", content: factList(detail.facts)});
   return sections;
 }
 
@@ -105,8 +137,10 @@ function cutDocumentView(page, at) {
   const group = page.groups[page.documents.group[at]];
   return {
     title: `${file} - ${page.title}`,
-    root: el("div", { class: "document" }, el("h1", { tabindex: "-1" }, value(file)),
-      group ? verdictPanel({ tone: group.tone, words: group.words, next: "" }, "p") : null, documentNumbers(page, at),
-      el("p", { class: "cut" }, "This page was cut and does not hold the details of this document."), noteList(page.notes)),
+    root: el("div", {class: "document"}, el("h1", {tabindex: "-1"}, value(file)),
+      group ? verdictPanel({tone: group.tone, words: group.words, next: ""}, "p") : null,
+      documentNumbers(page, at),
+      el("p", {class: "cut"}, "This page was cut and does not hold the details of this document."),
+      noteList(page.notes)),
   };
 }

@@ -1,20 +1,25 @@
-// Makes elements. Whatever a document says gets into the page here, as text nodes and attribute values, never as markup.
+// Makes elements. Whatever a document says gets into the page here, as text nodes and attribute values, never
+// as markup.
 
 /**
- * Makes an element. Functions among the attributes listen to the event they are named for; true stands for an attribute
- * without value; false, null and undefined leave it out.
+ * Makes an element. Functions among the attributes listen to the event they are named for; true stands for an
+ * attribute without value; false, null and undefined leave it out.
  * @template {keyof HTMLElementTagNameMap} Tag
  * @param {Tag} tag
- * @param {{[name: string]: string | number | boolean | null | undefined | ((event: any) => void)} | null} [attributes]
+ * @param {{[name: string]: string | number | boolean | null | undefined | ((event: any) => void)} | null}
+ *   [attributes]
  * @param {...Child} children
  * @returns {HTMLElementTagNameMap[Tag]}
  */
 function el(tag, attributes, ...children) {
   const made = document.createElement(tag);
   for (const [name, value] of Object.entries(attributes || {})) {
-    if (typeof value === "function") made.addEventListener(name, value);
-    else if (value === true) made.setAttribute(name, "");
-    else if (value !== false && value !== null && value !== undefined) made.setAttribute(name, String(value));
+    if (typeof value === "function")
+      made.addEventListener(name, value);
+    else if (value === true)
+      made.setAttribute(name, "");
+    else if (value !== false && value !== null && value !== undefined)
+      made.setAttribute(name, String(value));
   }
   add(made, children);
   return made;
@@ -26,9 +31,12 @@ function el(tag, attributes, ...children) {
  */
 function add(to, children) {
   for (const child of children) {
-    if (Array.isArray(child)) add(to, child);
-    else if (child instanceof Node) to.appendChild(child);
-    else if (child !== null && child !== undefined && child !== false) to.appendChild(document.createTextNode(String(child)));
+    if (Array.isArray(child))
+      add(to, child);
+    else if (child instanceof Node)
+      to.appendChild(child);
+    else if (child !== null && child !== undefined && child !== false)
+      to.appendChild(document.createTextNode(String(child)));
   }
 }
 
@@ -38,7 +46,7 @@ function add(to, children) {
  * @param {string} [kind] a class
  */
 function value(text, kind) {
-  return el("span", { class: kind ? `value ${kind}` : "value" }, text);
+  return el("span", {class: kind ? `value ${kind}` : "value"}, text);
 }
 
 /**
@@ -46,7 +54,20 @@ function value(text, kind) {
  * @param {string} text
  */
 function unseen(text) {
-  return el("span", { class: "unseen" }, text);
+  return el("span", {class: "unseen"}, text);
+}
+
+/**
+ * The heads of a table's columns.
+ * @param {...(string | [string, string] | null | false)} labels with a class, where they need one; none for
+ *   null
+ */
+function tableHead(...labels) {
+  return el("thead", null, el("tr", null, labels.map((label) => {
+    if (!label) return null;
+    const [text, kind] = typeof label === "string" ? [label, null] : label;
+    return el("th", {scope: "col", class: kind}, text);
+  })));
 }
 
 /**
@@ -66,8 +87,14 @@ function there(id) {
  * @param {...Child} children
  */
 function toggle(options, press, ...children) {
-  return el("button", { type: "button", class: options.class || "toggle", "aria-pressed": String(options.down), title: options.title,
-    click: press }, ...children);
+  return el("button", {
+    type: "button",
+    class: options.class || "toggle",
+    "aria-pressed": String(options.down),
+    title: options.title,
+    click: press
+  },
+    ...children);
 }
 
 /**

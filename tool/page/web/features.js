@@ -15,17 +15,22 @@ function knownFeatures(detail) {
    */
   function tell(id, type, name, at) {
     const before = known.get(id);
-    if (!before) known.set(id, { id, type, name, at });
-    else if (!before.name && name) before.name = name;
+    if (!before)
+      known.set(id, {id, type, name, at});
+    else if (!before.name && name)
+      before.name = name;
   }
   const tree = detail.tree;
   tree.id.forEach((id, at) => tell(id, tree.type[at], tree.name[at], at));
-  for (const each of detail.attention.first) for (const feature of each.features.first) tell(feature.id, each.type, feature.name, -1);
+  for (const each of detail.attention.first)
+    for (const feature of each.features.first) tell(feature.id, each.type, feature.name, -1);
   for (const each of detail.dropped.first) tell(each.id, each.type, each.name, -1);
   for (const step of detail.steps) {
-    for (const each of [...step.changes.first, ...step.makes, ...step.removes]) for (const id of each.ids) tell(id, each.type, "", -1);
+    for (const each of [...step.changes.first, ...step.makes, ...step.removes])
+      for (const id of each.ids) tell(id, each.type, "", -1);
   }
-  if (detail.sheet) for (const subject of detail.sheet.subjects.first) tell(subject.id, "", subject.name, -1);
+  if (detail.sheet)
+    for (const subject of detail.sheet.subjects.first) tell(subject.id, "", subject.name, -1);
   known.delete(0);
   return known;
 }
@@ -41,8 +46,10 @@ function featureLink(looked, id, options) {
   const name = (options && options.name) || (feature && feature.name) || "";
   const type = (feature && feature.type) || "Feature";
   if (!feature) return el("span", null, value(name || `feature ${id}`));
-  return el("a", { class: "feature", href: featureAddress(looked.at, id), title: `${type} "${name}", feature ${id}` },
-    options && options.type ? [value(type, "code"), " "] : null, value(name || `${options && options.type ? "" : `${type} `}${id}`));
+  return el("a",
+    {class: "feature", href: featureAddress(looked.at, id), title: `${type} "${name}", feature ${id}`},
+    options && options.type ? [value(type, "code"), " "] : null,
+    value(name || `${options && options.type ? "" : `${type} `}${id}`));
 }
 
 /**
@@ -52,9 +59,11 @@ function featureLink(looked, id, options) {
  * @param {number} count how many there are in truth
  */
 function featureList(looked, ids, count) {
-  const list = el("ul", { class: "features" });
-  return [list, inPortions(ids, 60, (id) => el("li", null, featureLink(looked, id)), list, "features"),
-    cutNote(ids.length, count, looked.detail.cut)];
+  const list = el("ul", {class: "features"});
+  return [
+    list, inPortions(ids, 60, (id) => el("li", null, featureLink(looked, id)), list, "features"),
+    cutNote(ids.length, count, looked.detail.cut)
+  ];
 }
 
 /**
@@ -91,7 +100,7 @@ function endOfBranch(tree, at) {
  * @param {string} after
  */
 function beforeAfter(before, after) {
-  return [el("td", { class: "before" }, longValue(before)), el("td", { class: "after" }, longValue(after))];
+  return [el("td", {class: "before"}, longValue(before)), el("td", {class: "after"}, longValue(after))];
 }
 
 /**
@@ -100,7 +109,7 @@ function beforeAfter(before, after) {
  */
 function longValue(text) {
   const most = 300;
-  if (text === "-" || text === "") return el("span", { class: "none" }, "–", unseen(" nothing"));
+  if (text === "-" || text === "") return el("span", {class: "none"}, "–", unseen(" nothing"));
   if (text.length <= most + 40) return value(text);
   return el("div", null, value(`${text.slice(0, most)} ...`), fold("the whole value", () => value(text)));
 }

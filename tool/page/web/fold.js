@@ -1,4 +1,5 @@
-// Parts that unfold. What is in them is made when they are first opened: a document can have tens of thousands of values.
+// Parts that unfold. What is in them is made when they are first opened: a document can have tens of
+// thousands of values.
 
 /** @type {WeakMap<HTMLDetailsElement, () => void>} */
 const foldFillers = new WeakMap();
@@ -9,7 +10,7 @@ const foldFillers = new WeakMap();
  * @param {{open?: boolean, class?: string}} [options]
  */
 function fold(summary, make, options) {
-  const made = el("details", { class: options && options.class }, el("summary", null, summary));
+  const made = el("details", {class: options && options.class}, el("summary", null, summary));
   let empty = true;
   foldFillers.set(made, () => {
     if (!empty) return;
@@ -43,7 +44,7 @@ function unfoldAll(root, most) {
   /** @type {HTMLDetailsElement[]} */
   const opened = [];
   const elements = root.getElementsByTagName("*");
-  for (let again = true; again && elements.length < most; ) {
+  for (let again = true; again && elements.length < most;) {
     again = false;
     for (const folded of root.querySelectorAll("details:not([open])")) {
       if (!(folded instanceof HTMLDetailsElement)) continue;
@@ -68,13 +69,14 @@ function unfoldAll(root, most) {
  */
 function inPortions(entries, step, make, into, many) {
   let shown = 0;
-  const more = el("button", { type: "button", class: "more", click: () => next() });
+  const more = el("button", {type: "button", class: "more", click: () => next()});
   function next() {
     const from = shown;
     shown = Math.min(entries.length, shown + step);
     for (let at = from; at < shown; ++at) add(into, [make(entries[at], at)]);
     more.hidden = shown >= entries.length;
-    more.textContent = `Show ${number(Math.min(step, entries.length - shown))} more of ${number(entries.length)} ${many}`;
+    more.textContent =
+      `Show ${number(Math.min(step, entries.length - shown))} more of ${number(entries.length)} ${many}`;
   }
   next();
   return more;

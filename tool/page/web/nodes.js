@@ -20,7 +20,8 @@ class TreeNodes {
       while (path.length > depth) this.end[/** @type {number} */ (path.pop())] = at;
       if (at === this.count) break;
       if (path.length > 0) this.parent[at] = path[path.length - 1];
-      if (this.mark(at) !== "") for (const place of path) ++this.marked[place];
+      if (this.mark(at) !== "")
+        for (const place of path) ++this.marked[place];
       path.push(at);
     }
     this.openFirst();
@@ -39,7 +40,7 @@ class TreeNodes {
   /** Unfolds level by level, as far as there is room: what is high up is the way to what changed. */
   openFirst() {
     let rows = this.children(-1).length;
-    for (let level = this.children(-1); level.length > 0; ) {
+    for (let level = this.children(-1); level.length > 0;) {
       /** @type {number[]} */
       const next = [];
       for (const at of level) {
@@ -88,7 +89,8 @@ class TreeNodes {
       if (search !== "" && !this.matches(at, search)) continue;
       for (let place = at; place >= 0 && !kept[place]; place = this.parent[place]) kept[place] = 1;
     }
-    for (let at = 0; at < this.count; ++at) if (kept[at]) found.push(at);
+    for (let at = 0; at < this.count; ++at)
+      if (kept[at]) found.push(at);
     return found;
   }
 
@@ -97,7 +99,7 @@ class TreeNodes {
    * @param {string} search in lower case
    */
   matches(at, search) {
-    return this.tree.name[at].toLowerCase().includes(search) || this.tree.type[at].toLowerCase().includes(search) ||
-      String(this.tree.id[at]) === search;
+    return this.tree.name[at].toLowerCase().includes(search) ||
+      this.tree.type[at].toLowerCase().includes(search) || String(this.tree.id[at]) === search;
   }
 }

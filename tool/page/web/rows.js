@@ -1,4 +1,5 @@
-// Which documents the table shows, and in what order. A hundred thousand must be sorted and searched while somebody types.
+// Which documents the table shows, and in what order. A hundred thousand must be sorted and searched while
+// somebody types.
 
 class DocumentRows {
   /** @param {Documents} documents */
@@ -52,13 +53,15 @@ class DocumentRows {
 
   /** @param {string} sort */
   sorted(sort) {
-    const order = Uint32Array.from({ length: this.count }, (_, at) => at);
+    const order = Uint32Array.from({length: this.count}, (_, at) => at);
     if (sort === "file") {
-      // Digits as numbers, by one comparison of texts: comparing by the rules of a language takes ten times as long.
+      // Digits as numbers, by one comparison of texts: comparing by the rules of a language takes ten times
+      // as long.
       const keys = this.names().map((name) => name.replace(/\d+/g, (digits) => digits.padStart(12, "0")));
       return order.sort((a, b) => (keys[a] < keys[b] ? -1 : keys[a] > keys[b] ? 1 : a - b));
     }
-    if (sort === "verdict") return order.sort((a, b) => this.documents.group[a] - this.documents.group[b] || a - b);
+    if (sort === "verdict")
+      return order.sort((a, b) => this.documents.group[a] - this.documents.group[b] || a - b);
     const column = this.documents.columns[Number(sort)];
     const values = column && sort !== "person" ? column.values : this.documents.person;
     // Numbers are mostly looked at in descending order; equal ones then stand as the program has them.

@@ -9,7 +9,10 @@ const mostPrintedElements = 40000;
  * @returns {View}
  */
 function messageView(page, words) {
-  return { title: page ? page.title : "Report", root: el("div", { class: "message" }, el("h1", { tabindex: "-1" }, words)) };
+  return {
+    title: page ? page.title : "Report",
+    root: el("div", {class: "message"}, el("h1", {tabindex: "-1"}, words))
+  };
 }
 
 class Shell {
@@ -26,6 +29,7 @@ class Shell {
     this.unfolded = [];
     /** @type {WeakMap<Detail, Looked>} */
     this.looked = new WeakMap();
+    if (page.kind === "diff") speakOfTwoDocuments();
     history.scrollRestoration = "manual";
     addEventListener("hashchange", () => this.show(false));
     addEventListener("beforeprint", () => this.print(true));
@@ -36,7 +40,8 @@ class Shell {
 
   /** Remembers how far one has scrolled, for the way back. */
   remember() {
-    history.replaceState({ page: scrollY, inside: this.view && this.view.scroller ? this.view.scroller.scrollTop : 0 }, "");
+    history.replaceState(
+      {page: scrollY, inside: this.view && this.view.scroller ? this.view.scroller.scrollTop : 0}, "");
   }
 
   /** @param {boolean} first */
@@ -52,7 +57,8 @@ class Shell {
     try {
       view = await this.made(address);
     } catch (error) {
-      view = messageView(this.page, `This part of the page cannot be shown. ${error instanceof Error ? error.message : error}`);
+      view = messageView(this.page,
+        `This part of the page cannot be shown. ${error instanceof Error ? error.message : error}`);
     }
     if (turn !== this.turn) return;
     this.view = view;
@@ -69,15 +75,16 @@ class Shell {
    * @returns {Promise<View>}
    */
   async made(address) {
-    const { page } = this;
+    const {page} = this;
     const at = this.alone && address.document < 0 ? 0 : address.document;
     if (address.view === "start" && !this.alone) return documentsView(page, address);
     if (address.view === "upgrade" && at < 0) return upgradeView(page, address.upgrade, null);
-    if (at < 0 || at >= page.documents.file.length) return messageView(page, "This page holds no such document.");
+    if (at < 0 || at >= page.documents.file.length)
+      return messageView(page, "This page holds no such document.");
     const detail = await detailOf(page, at);
     if (!detail && address.view === "upgrade") return upgradeView(page, address.upgrade, null);
     if (!detail) return cutDocumentView(page, at);
-    const looked = this.looked.get(detail) || { page, at, detail, known: knownFeatures(detail) };
+    const looked = this.looked.get(detail) || {page, at, detail, known: knownFeatures(detail)};
     this.looked.set(detail, looked);
     if (address.view === "feature") return featureView(looked, address.feature);
     if (address.view === "upgrade") return upgradeView(page, address.upgrade, looked);
@@ -102,15 +109,15 @@ class Shell {
     }
     if (first) return;
     const heading = this.main.querySelector("h1");
-    if (heading) heading.focus({ preventScroll: true });
+    if (heading) heading.focus({preventScroll: true});
   }
 
   /** @param {string} section */
   toSection(section) {
     const head = document.getElementById(`${section}-head`);
     if (!head) return;
-    head.scrollIntoView({ block: "start" });
-    head.focus({ preventScroll: true });
+    head.scrollIntoView({block: "start"});
+    head.focus({preventScroll: true});
   }
 
   /**
@@ -118,17 +125,19 @@ class Shell {
    * @returns {Node[]}
    */
   breadcrumbs(address) {
-    const { page } = this;
+    const {page} = this;
     // The view that the page starts with says itself what it is.
     if (address.view === "start" || (this.alone && address.view === "document")) return [];
     /** @type {Child[]} */
-    const items = [el("a", { href: "#/" }, value(page.title))];
+    const items = [el("a", {href: "#/"}, value(page.title))];
     if (!this.alone && address.document >= 0 && address.document < page.documents.file.length) {
-      const { name } = fileParts(page.documents.file[address.document]);
-      items.push(address.view === "document" ? el("span", { "aria-current": "page" }, value(name))
-        : el("a", { href: documentAddress(address.document) }, value(name)));
+      const {name} = fileParts(page.documents.file[address.document]);
+      items.push(address.view === "document"
+          ? el("span", {"aria-current": "page"}, value(name))
+          : el("a", {href: documentAddress(address.document)}, value(name)));
     }
-    return [el("nav", { "aria-label": "Where you are" }, el("ol", null, items.map((item) => el("li", null, item))))];
+    return [el(
+      "nav", {"aria-label": "Where you are"}, el("ol", null, items.map((item) => el("li", null, item))))];
   }
 
   /** @param {MouseEvent} event */
@@ -158,21 +167,25 @@ class Shell {
   /** @param {boolean} begins */
   print(begins) {
     if (this.view && this.view.print) this.view.print(begins);
-    if (begins) this.unfolded = unfoldAll(this.main, mostPrintedElements);
-    else for (const folded of this.unfolded) folded.open = false;
+    if (begins)
+      this.unfolded = unfoldAll(this.main, mostPrintedElements);
+    else
+      for (const folded of this.unfolded) folded.open = false;
   }
 }
 
 async function start() {
   if (!canUnpack()) {
-    there("wait").textContent = "This browser cannot unpack the page. Please open it with Chrome or Edge 80 or newer, Firefox 113 or newer, " +
+    there("wait").textContent =
+      "This browser cannot unpack the page. Please open it with Chrome or Edge 80 or newer, Firefox 113 or newer, " +
       "or Safari 16.4 or newer.";
     return;
   }
   try {
     await new Shell(await unpack(there("page").textContent || "")).show(true);
   } catch (error) {
-    there("wait").textContent = `The page's data cannot be read: the file is damaged. Get it again from where it came from. (${error})`;
+    there("wait").textContent =
+      `The page's data cannot be read: the file is damaged. Get it again from where it came from. (${error})`;
   }
 }
 

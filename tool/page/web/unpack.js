@@ -1,5 +1,5 @@
-// The data: gzip of JSON in base64, in elements that the browser does not run. Fetching is out of the question, as the
-// page is a file. Details are in many blocks, of which only a few are held unpacked.
+// The data: gzip of JSON in base64, in elements that the browser does not run. Fetching is out of the
+// question, as the page is a file. Details are in many blocks, of which only a few are held unpacked.
 
 const mostBlocks = 4;
 
@@ -24,11 +24,13 @@ async function unpack(text) {
 /** Waits until the browser has read the file to its end. */
 function wholePage() {
   if (document.readyState !== "loading") return Promise.resolve();
-  return new Promise((resolve) => document.addEventListener("DOMContentLoaded", () => resolve(undefined), { once: true }));
+  return new Promise(
+    (resolve) => document.addEventListener("DOMContentLoaded", () => resolve(undefined), {once: true}));
 }
 
 /**
- * The text of a block. An element can be there with a part of its text only; something behind it proves it whole.
+ * The text of a block. An element can be there with a part of its text only; something behind it proves it
+ * whole.
  * @param {number} block
  */
 async function blockText(block) {
@@ -37,7 +39,9 @@ async function blockText(block) {
     await wholePage();
     found = document.getElementById(`block-${block}`);
   }
-  if (!found) throw new Error("The file is not whole: the part with this document is missing. Get it again from where it came from.");
+  if (!found)
+    throw new Error(
+      "The file is not whole: the part with this document is missing. Get it again from where it came from.");
   return found.textContent || "";
 }
 

@@ -15,35 +15,39 @@ function upgradeView(page, name, looked) {
   if (!upgrade) return messageView(page, `This page tells of no upgrade "${name}".`);
   return {
     title: `${name} - ${page.title}`,
-    root: el("div", { class: "upgradepage" },
-      el("p", { class: "above" }, upgrade.number ? `Upgrade ${number(upgrade.number)} of ${number(upgrade.of)}` : "An upgrade that this program does not know"),
-      el("h1", { tabindex: "-1" }, value(name)),
-      upgrade.about ? el("p", { class: "lead" }, upgrade.about) : null,
-      looked ? inDocument(looked, place) : null,
-      inDocuments(page, place, looked),
+    root: el("div", {class: "upgradepage"},
+      el("p", {class: "above"},
+        upgrade.number ? `Upgrade ${number(upgrade.number)} of ${number(upgrade.of)}`
+                       : "An upgrade that this program does not know"),
+      el("h1", {tabindex: "-1"}, value(name)), upgrade.about ? el("p", {class: "lead"}, upgrade.about) : null,
+      looked ? inDocument(looked, place) : null, inDocuments(page, place, looked),
       upgrade.does.length > 0 ? titled("What it does to which features", doesTable(upgrade)) : null,
-      upgrade.leaves.length > 0 ? titled("What a failure leaves behind", el("ul", { class: "leaves" },
-        upgrade.leaves.map((each) => el("li", null, value(each.types, "code"), ": ", value(each.what))))) : null,
+      upgrade.leaves.length > 0 ? titled("What a failure leaves behind",
+                                    el("ul", {class: "leaves"},
+                                      upgrade.leaves.map((each) => el("li", null, value(each.types, "code"),
+                                                           ": ", value(each.what)))))
+                                : null,
       exampleSection(upgrade)),
   };
 }
 
 /** @param {Upgrade} upgrade */
 function doesTable(upgrade) {
-  return el("table", { class: "plain stacks three" }, el("thead", null, el("tr", null, el("th", { scope: "col" }, "Late types"),
-    el("th", { scope: "col" }, "What it does"), el("th", { scope: "col" }, "A failure"))),
-  el("tbody", null, upgrade.does.map((each) => el("tr", null, el("th", { scope: "row" }, value(each.types, "code")),
-    el("td", null, each.purpose), el("td", null, each.failure)))));
+  return el("table", {class: "plain stacks three"}, tableHead("Late types", "What it does", "A failure"),
+    el("tbody", null,
+      upgrade.does.map((each) => el("tr", null, el("th", {scope: "row"}, value(each.types, "code")),
+                         el("td", null, each.purpose), el("td", null, each.failure)))));
 }
 
 /** @param {Upgrade} upgrade */
 function exampleSection(upgrade) {
-  const { of, rows, none } = upgrade.example;
+  const {of, rows, none} = upgrade.example;
   if (rows.length === 0) return none ? titled("Example", el("p", null, none)) : null;
   return titled("Example", el("p", null, value(of)),
-    el("table", { class: "plain stacks three" }, el("thead", null, el("tr", null, el("th", { scope: "col" }, "What"), el("th", { scope: "col" }, "Before"),
-      el("th", { scope: "col" }, "After"))),
-    el("tbody", null, rows.map(([what, before, after]) => el("tr", null, el("th", { scope: "row" }, value(what, "code")), beforeAfter(before, after))))));
+    el("table", {class: "plain stacks three"}, tableHead("What", "Before", "After"),
+      el("tbody", null,
+        rows.map(([what, before, after]) => el(
+                   "tr", null, el("th", {scope: "row"}, value(what, "code")), beforeAfter(before, after))))));
 }
 
 /**
@@ -52,11 +56,14 @@ function exampleSection(upgrade) {
  * @param {number} place
  */
 function inDocument(looked, place) {
-  const { detail, at, page } = looked;
+  const {detail, at, page} = looked;
   const step = detail.steps.find((each) => each.upgrade === place);
   const said = detail.attention.first.filter((each) => each.upgrade === place);
-  const subjects = detail.sheet ? detail.sheet.subjects.first.map((each) => ({ ...each, rows: each.rows.filter((row) => row[4] === place && row[3] > 0) }))
-    .filter((each) => each.rows.length > 0) : [];
+  const subjects = detail.sheet
+    ? detail.sheet.subjects.first
+        .map((each) => ({...each, rows: each.rows.filter((row) => row[4] === place && row[3] > 0)}))
+        .filter((each) => each.rows.length > 0)
+    : [];
   const dropped = detail.dropped.first.filter((each) => each.upgrades.includes(place));
   const file = fileParts(page.documents.file[at]).name;
   const idle = detail.idle.includes(place) ? "It ran and changed nothing." : "It was not run here.";
@@ -76,14 +83,22 @@ function inDocument(looked, place) {
 function inDocuments(page, place, looked) {
   const upgrade = page.upgrades[place];
   if (page.documents.file.length < 2) return null;
-  if (upgrade.documents === 0) return looked ? null : titled("In these documents", el("p", null, "It changed nothing in them."));
-  const list = el("ul", { class: "where" });
-  const status = el("p", { class: "found", role: "status" });
-  const start = el("button", { type: "button", class: "toggle", click: async () => {
-    start.hidden = true;
-    await listDocuments(page, place, list, status);
-  } }, "List the documents");
-  return titled("In these documents", el("p", null, `It changed ${counted(upgrade.features, "feature")} in ${counted(upgrade.documents, "document")}.`),
+  if (upgrade.documents === 0)
+    return looked ? null : titled("In these documents", el("p", null, "It changed nothing in them."));
+  const list = el("ul", {class: "where"});
+  const status = el("p", {class: "found", role: "status"});
+  const start = el("button", {
+    type: "button",
+    class: "toggle",
+    click: async () => {
+      start.hidden = true;
+      await listDocuments(page, place, list, status);
+    }
+  },
+    "List the documents");
+  return titled("In these documents",
+    el("p", null,
+      `It changed ${counted(upgrade.features, "feature")} in ${counted(upgrade.documents, "document")}.`),
     start, status, list);
 }
 
@@ -104,13 +119,19 @@ async function listDocuments(page, place, list, status) {
       const step = detail.steps.find((each) => each.upgrade === place);
       if (!step || found >= mostListed) continue;
       ++found;
-      list.append(el("li", null, el("a", { href: `${documentAddress(Number(at))}/u/${encodeURIComponent(page.upgrades[place].name)}` },
-        value(page.documents.file[Number(at)])), ` ${happened(step.changed, step.made, step.removed).toLowerCase()}`));
+      list.append(el("li", null,
+        el("a", {href: `${documentAddress(Number(at))}/u/${encodeURIComponent(page.upgrades[place].name)}`},
+          value(page.documents.file[Number(at)])),
+        ` ${happened(step.changed, step.made, step.removed).toLowerCase()}`));
     }
     looked += details.length;
     status.textContent = `${number(found)} found in ${counted(looked, "document")}`;
     if (found >= mostListed) break;
   }
-  if (found >= mostListed) status.textContent = `The first ${number(found)} of ${counted(page.upgrades[place].documents, "document")}`;
-  else status.textContent = `${counted(found, "document")}${found < page.upgrades[place].documents ? `; this page does not hold the details of the others` : ""}`;
+  if (found >= mostListed)
+    status.textContent =
+      `The first ${number(found)} of ${counted(page.upgrades[place].documents, "document")}`;
+  else
+    status.textContent = `${counted(found, "document")}${
+      found < page.upgrades[place].documents ? `; this page does not hold the details of the others` : ""}`;
 }

@@ -1,5 +1,5 @@
-// Shows those rows of a long list that are in sight. All rows are equally high; what is above and below them is held open
-// by a spacer at either end.
+// Shows those rows of a long list that are in sight. All rows are equally high; what is above and below them
+// is held open by a spacer at either end.
 
 /** Rows beyond those in sight that are there as well, so that quick scrolling shows no gap. */
 const windowMargin = 12;
@@ -32,7 +32,7 @@ class Windowed {
         asked = false;
         this.show();
       });
-    }, { passive: true });
+    }, {passive: true});
     new ResizeObserver(() => this.show()).observe(scroller);
   }
 
@@ -55,7 +55,7 @@ class Windowed {
     const end = Math.min(this.count, this.printing || top + Math.ceil(seen / this.height) + windowMargin);
     for (const [at, row] of this.rows) {
       if (at >= first && at < end) continue;
-      if (row.contains(document.activeElement)) this.scroller.focus({ preventScroll: true });
+      if (row.contains(document.activeElement)) this.scroller.focus({preventScroll: true});
       row.remove();
       this.rows.delete(at);
     }
@@ -85,8 +85,10 @@ class Windowed {
   reveal(at, covered) {
     const top = at * this.height;
     const room = this.scroller.clientHeight - covered - this.height;
-    if (top < this.scroller.scrollTop) this.scroller.scrollTop = top;
-    else if (top > this.scroller.scrollTop + room) this.scroller.scrollTop = top - room;
+    if (top < this.scroller.scrollTop)
+      this.scroller.scrollTop = top;
+    else if (top > this.scroller.scrollTop + room)
+      this.scroller.scrollTop = top - room;
     this.show();
     return this.rows.get(at);
   }

@@ -1,20 +1,37 @@
 // Numbers, counts, names and tones in words.
 
 const plainNumber = new Intl.NumberFormat("en");
-const shortNumber = new Intl.NumberFormat("en", { maximumSignificantDigits: 3 });
+const shortNumber = new Intl.NumberFormat("en", {maximumSignificantDigits: 3});
 
 /** What stands beside a tone's colour, so that it can be told without. */
-const toneMarks = { good: "✓", attention: "!", bad: "✕", quiet: "·" };
+const toneMarks = {
+  good: "✓",
+  attention: "!",
+  bad: "✕",
+  quiet: "·"
+};
 
 /**
  * How features are marked: letter of the data, sign, word.
  * @type {{[mark: string]: {sign: string, word: string, kind: string}}}
  */
 const markWords = {
-  c: { sign: "~", word: "changed", kind: "changed" },
-  m: { sign: "+", word: "made", kind: "made" },
-  r: { sign: "−", word: "removed", kind: "removed" },
+  c: {sign: "~", word: "changed", kind: "changed"},
+  m: {sign: "+", word: "made", kind: "made"},
+  r: {sign: "−", word: "removed", kind: "removed"},
 };
+
+/** Two documents that are compared did not make each other's features. */
+function speakOfTwoDocuments() {
+  markWords.c.word = "different";
+  markWords.m.word = "only in the second";
+  markWords.r.word = "only in the first";
+}
+
+/** @param {string} text */
+function capitalized(text) {
+  return text === "" ? "" : text[0].toUpperCase() + text.slice(1);
+}
 
 /** @param {number} count */
 function number(count) {
@@ -57,28 +74,33 @@ function share(part, whole) {
 
 /** @param {Tone} tone */
 function toneMark(tone) {
-  return el("span", { class: `mark ${tone}`, "aria-hidden": "true" }, toneMarks[tone]);
+  return el("span", {class: `mark ${tone}`, "aria-hidden": "true"}, toneMarks[tone]);
 }
 
 /** @param {string} letter */
 function featureMark(letter) {
   const mark = markWords[letter];
-  return mark ? el("span", { class: `sign ${mark.kind}`, title: mark.word }, el("span", { "aria-hidden": "true" }, mark.sign),
-    unseen(`${mark.word} `)) : el("span", { class: "sign" });
+  return mark ? el("span", {class: `sign ${mark.kind}`, title: mark.word},
+                  el("span", {"aria-hidden": "true"}, mark.sign), unseen(`${mark.word} `))
+              : el("span", {class: "sign"});
 }
 
 /**
- * "Changed 4 features, made 3, removed 3".
+ * "Changed 4 features, made 3, removed 3"; of two documents "4 features different, 3 only in the second".
  * @param {number} changed
  * @param {number} made
  * @param {number} removed
  */
 function happened(changed, made, removed) {
   /** @type {[string, number][]} */
-  const all = [["changed", changed], ["made", made], ["removed", removed]];
+  const all = [[markWords.c.word, changed], [markWords.m.word, made], [markWords.r.word, removed]];
   const some = all.filter(([, count]) => count > 0);
-  const words = some.map(([what, count], at) => `${what} ${at === 0 ? counted(count, "feature") : number(count)}`).join(", ");
-  return words ? words[0].toUpperCase() + words.slice(1) : "Changed no feature";
+  const turned = markWords.c.word !== "changed";
+  const words = some.map(([what, count], at) => {
+    const many = at === 0 ? counted(count, "feature") : number(count);
+    return turned ? `${many} ${what}` : `${what} ${many}`;
+  });
+  return capitalized(words.join(", ")) || "Changed no feature";
 }
 
 /**
@@ -96,7 +118,7 @@ function firstSentence(text) {
  */
 function fileParts(file) {
   const at = Math.max(file.lastIndexOf("/"), file.lastIndexOf("\\"));
-  return { name: file.slice(at + 1) || file, folder: at > 0 ? file.slice(0, at) : "" };
+  return {name: file.slice(at + 1) || file, folder: at > 0 ? file.slice(0, at) : ""};
 }
 
 /**
@@ -107,5 +129,5 @@ function fileParts(file) {
  */
 function cutNote(shown, count, where) {
   if (shown >= count) return null;
-  return el("p", { class: "cut" }, `The first ${number(shown)} of ${number(count)}. ${where || ""}`);
+  return el("p", {class: "cut"}, `The first ${number(shown)} of ${number(count)}. ${where || ""}`);
 }
