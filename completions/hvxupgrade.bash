@@ -1,13 +1,13 @@
 # bash completion for hvxupgrade
 
 _hvxupgrade() {
-  local cur prev verb="" word verbs="status check upgrade merge diff sheet identifiers show clean help"
+  local cur prev verb="" word verbs="status check upgrade report merge diff sheet identifiers show clean help"
   cur=${COMP_WORDS[COMP_CWORD]}
   prev=${COMP_WORDS[COMP_CWORD - 1]}
   COMPREPLY=()
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      status | check | upgrade | merge | diff | sheet | identifiers | show | clean | help)
+      status | check | upgrade | report | merge | diff | sheet | identifiers | show | clean | help)
         verb=$word
         break
         ;;
@@ -25,6 +25,10 @@ _hvxupgrade() {
       ;;
     --again)
       mapfile -t COMPREPLY < <(compgen -W "failed incomplete all" -- "$cur")
+      return
+      ;;
+    --format)
+      mapfile -t COMPREPLY < <(compgen -W "text json csv html" -- "$cur")
       return
       ;;
     --units)
@@ -53,7 +57,7 @@ _hvxupgrade() {
       mapfile -t COMPREPLY < <(compgen -d -- "$cur")
       return
       ;;
-    --jobs | -j | --memory | --shard | --include | --exclude | --backup | --limit-features | --limit-memory | --limit-unpacked | --language | --type | --id | --depth | --case | --step)
+    --jobs | -j | --memory | --shard | --include | --exclude | --backup | --limit-features | --limit-memory | --limit-unpacked | --language | --type | --id | --depth | --case | --step | --document)
       return
       ;;
   esac
@@ -70,6 +74,7 @@ _hvxupgrade() {
         ;;
       check) options+="$documents$many --all --json" ;;
       merge) options+=" --report --force" ;;
+      report) options+=" --format --output --force --document" ;;
       clean) options+=" --dry-run --json" ;;
       sheet) options+=" --case --step --units --all --json --csv" ;;
       diff | identifiers) options+=" --json" ;;
@@ -82,7 +87,7 @@ _hvxupgrade() {
     mapfile -t COMPREPLY < <(compgen -W "$verbs" -- "$cur")
   elif [[ $verb == identifiers ]]; then
     _hvxupgrade_identifiers
-  elif [[ $verb == merge ]]; then
+  elif [[ $verb == merge || $verb == report ]]; then
     compopt -o filenames 2>/dev/null
     mapfile -t COMPREPLY < <(compgen -f -X '!*.jsonl' -- "$cur"; compgen -d -- "$cur")
   elif [[ $verb == clean ]]; then

@@ -104,6 +104,12 @@ TEST_F(HostileTextTest, NothingInADocumentReachesTheTerminal) {
   }
   ExpectClean({"upgrade", known, "-o", Path("out.hvxdoc"), "--report", Path("report.json"), "--trace", "-"});
   ExpectClean(Content(Path("report.json")), "the report");
+  for (const char* const format : {"text", "json", "csv"}) {
+    std::string told = Run({"report", Path("report.json"), "--format", format}).out;
+    EXPECT_NE(told, "");
+    std::erase(told, '\r');  // which ends lines of comma-separated values
+    ExpectClean(told, format);
+  }
   ExpectClean({"diff", known, Path("out.hvxdoc")});
   ExpectClean({"diff", "--json", known, Path("out.hvxdoc")});
   ExpectClean({"diff", file, known});

@@ -167,14 +167,14 @@ ReportHead ReadReportHead(const std::filesystem::path& file) {
 }
 
 ReadReportResult ReadReport(const std::filesystem::path& file,
-                            const std::function<void(const ReportLine&)>& onRecord) {
+                            const std::function<void(const ReportLine&)>& onRecord, std::string_view name) {
   ReadReportResult result;
   Lines lines(file);
   simdjson::dom::parser parser;
   std::size_t number = 0;
   const auto refuse = [&](std::string_view problem) {
-    throw DocumentError(DocumentError::Kind::kInvalid, file.string(), number, problem,
-                        "Give the file of a --report of this program's upgrade");
+    throw DocumentError(DocumentError::Kind::kInvalid, name.empty() ? file.string() : std::string(name),
+                        number, problem, "Give the file of a --report of this program's upgrade");
   };
   std::int64_t offset = 0;
   for (std::string_view line; lines.Next(line);) {
@@ -195,6 +195,7 @@ ReadReportResult ReadReport(const std::filesystem::path& file,
       ReportLine record = LineOf(top);
       record.begin = offset;
       record.size = static_cast<std::int64_t>(line.size());
+      record.text = text;
       onRecord(record);
     } else if (kind == "continued" || kind == "joined") {
       if (result.isFinished) refuse("a record stands behind the end of the report");
@@ -202,6 +203,8 @@ ReadReportResult ReadReport(const std::filesystem::path& file,
     } else if (kind == "end") {
       result.isFinished = true;
       result.left = NumberIn(top, "left");
+      result.exitCode = NumberIn(top, "exitCode");
+      result.time = TextIn(top, "time");
     } else {
       refuse("this is no line of a report");
     }

@@ -44,6 +44,8 @@ struct ReportLine {
   std::optional<RecordedFile> output;
   std::int64_t begin = 0;  ///< Where in the report its line begins, and
   std::int64_t size = 0;   ///< how many bytes that has, with the line feed.
+  /// The record as JSON, but for what was changed, created and removed; only while it is handed over.
+  std::string_view text = {};
 };
 
 /// What was read of a report.
@@ -52,9 +54,11 @@ struct ReadReportResult {
   std::string headLine = {};  ///< As it stands there, with the line feed.
   /// The same of runs that went on with the report, and of what was merged into it, in their order.
   std::vector<std::string> otherLines = {};
-  std::int64_t end = 0;     ///< Where the last record ends; what stands behind it may be cut off.
-  bool isFinished = false;  ///< Whether the run came to its end line,
-  std::size_t left = 0;     ///< and how many documents it had not done then.
+  std::int64_t end = 0;      ///< Where the last record ends; what stands behind it may be cut off.
+  bool isFinished = false;   ///< Whether the run came to its end line,
+  std::size_t left = 0;      ///< and how many documents it had not done then.
+  std::size_t exitCode = 0;  ///< At the end.
+  std::string time = {};     ///< The same.
 };
 
 /// Whether a first line was written to the file, whatever it holds: a run that was killed at once has left
@@ -67,7 +71,9 @@ struct ReadReportResult {
 
 /// Reads a report, which may end in the middle of a line. Throws `standalone::DocumentError` when it cannot
 /// be read (`kUnreadable`), or a line is not one of a report (`kInvalid`); the message names file and line.
+/// `name`: what messages call the file, where that is not its own name.
 ReadReportResult ReadReport(const std::filesystem::path& file,
-                            const std::function<void(const ReportLine&)>& onRecord);
+                            const std::function<void(const ReportLine&)>& onRecord,
+                            std::string_view name = {});
 
 }  // namespace tool

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "settings/CommonOptions.h"
+#include "settings/ReportOptions.h"
 #include "settings/Unexpected.h"
 #include "settings/UpgradeOptions.h"
 #include "settings/UsageError.h"
@@ -34,6 +35,7 @@ constexpr const char* kExamples = R"(Examples:
   hvxupgrade diff bracket.hvxdoc current.hvxdoc        what differs, feature by feature
   hvxupgrade sheet bracket.hvxdoc                      the analysis in engineering terms
   hvxupgrade sheet bracket.hvxdoc current.hvxdoc       whether it is still the same analysis
+  hvxupgrade report run.jsonl                          what became of a run, from its --report
   hvxupgrade identifiers UpgradeJobMemoryUnit          what one upgrade does, and to which features
   hvxupgrade show bracket.hvxdoc --type HVXJobLT --attributes
 )";
@@ -247,6 +249,8 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
   AddClean(app, clean);
   MergeArguments merge;
   AddMerge(app, merge);
+  ReportArguments report;
+  AddReport(app, report);
   std::string explained;
   AddHelp(app, explained);
 
@@ -280,6 +284,9 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
       arguments.verb = std::move(clean);
     } else if (app.got_subcommand("merge")) {
       arguments.verb = std::move(merge);
+    } else if (app.got_subcommand("report")) {
+      Check(report);
+      arguments.verb = std::move(report);
     } else {
       OpenStream(show.file);
       arguments.verb = std::move(show);

@@ -124,12 +124,20 @@ struct MergeArguments {
   bool force = false;
 };
 
+struct ReportArguments {
+  std::vector<std::string> reports;    ///< "-" for standard input.
+  std::string format = "text";         ///< Or "json", "csv", "html".
+  std::string output;                  ///< Empty, or "-", for standard output.
+  std::vector<std::string> documents;  ///< Only these; all when there are none.
+  bool force = false;
+};
+
 /// What the user asked for.
 struct Arguments {
   std::vector<std::string> commandLine;  ///< All of it, with the program, as given.
   Places places;
   std::variant<std::monostate, StatusArguments, UpgradeArguments, IdentifiersArguments, ShowArguments,
-               CheckArguments, DiffArguments, SheetArguments, CleanArguments, MergeArguments>
+               CheckArguments, DiffArguments, SheetArguments, CleanArguments, MergeArguments, ReportArguments>
       verb;
 };
 

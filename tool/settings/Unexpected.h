@@ -10,7 +10,7 @@ namespace tool {
 
 /// The commands, as a message lists them.
 inline constexpr const char* kCommands =
-    "status, check, upgrade, merge, diff, sheet, identifiers, show, clean or help";
+    "status, check, upgrade, report, merge, diff, sheet, identifiers, show, clean or help";
 
 [[nodiscard]] bool IsCommand(const CLI::App& app, const std::string& word);
 /// Says that there is no such command, with the one that was probably meant, or all.

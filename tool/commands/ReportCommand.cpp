@@ -1,0 +1,68 @@
+#include "commands/ReportCommand.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <optional>
+
+#include "file/AtomicFile.h"
+#include "file/FileIdentity.h"
+#include "record/Destination.h"
+#include "report/ReportForms.h"
+#include "settings/UsageError.h"
+#include "terminal/Terminal.h"
+
+namespace tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+void WriteForm(const ReportArguments& arguments, const Reports& reports, const Writer& write) {
+  if (arguments.format == "text") return WriteText(reports, write);
+  if (arguments.format == "json") return WriteJson(reports, write);
+  if (arguments.format == "csv") return WriteCsv(reports, write);
+  throw UsageError("there are no pages yet: choose another --format");
+}
+
+Reports Read(const ReportArguments& arguments) {
+  Reports reports;
+  for (const std::string& each : arguments.reports)
+    reports.push_back(std::make_unique<ReportFile>(each, arguments.documents));
+  std::vector<std::string> missing = arguments.documents;
+  for (const auto& report : reports) missing = report->NotThere(missing);
+  if (!missing.empty())
+    throw UsageError(fmt::format("{} of no document of that name: {}",
+                                 reports.size() == 1 ? "the report tells" : "the reports tell",
+                                 fmt::join(missing, ", ")));
+  return reports;
+}
+
+// Not even with --force: it would be gone before it is read.
+void RefuseReports(const ReportArguments& arguments) {
+  const auto output = standalone::FileIdentity::Of(fs::path(arguments.output));
+  for (const std::string& each : arguments.reports) {
+    const auto report = standalone::FileIdentity::Of(fs::path(each));
+    if (output && report && output->IsSameFile(*report))
+      throw UsageError(fmt::format("the output would replace {}", each));
+  }
+}
+
+}  // namespace
+
+ExitCode RunReports(const ReportArguments& arguments) {
+  const Reports reports = Read(arguments);
+  if (arguments.output.empty() || arguments.output == kStandardStream) {
+    WriteForm(arguments, reports, [](std::string_view bytes) { Say(bytes); });
+    return ExitCode::kDone;
+  }
+  RefuseReports(arguments);
+  RefuseTaken(arguments.output, arguments.force);
+  standalone::WriteOptions options;
+  options.overwrite = arguments.force;
+  standalone::AtomicFile output(arguments.output, options);
+  WriteForm(arguments, reports, [&output](std::string_view bytes) { output.Write(bytes); });
+  output.Commit();
+  return ExitCode::kDone;
+}
+
+}  // namespace tool
