@@ -80,7 +80,8 @@ REPORT = [
      "seconds": 0.5, "upgrades": ["UpgradeJobMemoryUnit"], "changed": [{"id": 3}], "created": []},
     {"record": "document", "file": "a/c.hvxdoc", "verdict": "broken", "problem": "a/c.hvxdoc: broken",
      "thingsForPerson": 0, "needsPerson": []},
-    {"record": "end", "time": "2026-11-23T04:15:53Z", "words": "2 documents: ...", "exitCode": 3, "left": 0, "totals": {"documents": 2}},
+    {"record": "end", "time": "2026-11-23T04:15:53Z", "words": "2 documents: ...", "exitCode": 3, "left": 0,
+     "totals": {"documents": 2}},
 ]
 
 

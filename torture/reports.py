@@ -4,7 +4,7 @@ import json
 import re
 
 # What is another in each run: times, sizes of memory and of what depends on them.
-PASSING = re.compile(rb'("modified":|"seconds":)[0-9.]+|,"peakMemory":[0-9]+|"(folder|time)":"[^"]*"')
+PASSING = re.compile(rb'("modified":|"seconds":)[0-9.]+|,"peakMemory":[0-9]+|"(folder|time|user)":"[^"]*"')
 DONE_BEFORE = {"upgraded", "current", "doneBefore"}
 
 

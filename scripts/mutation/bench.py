@@ -136,7 +136,7 @@ class Bench:
         command = next(e["command"] for e in entries if "/HVXUpgradeComponents.dir/" in e["command"]).split()
         command = command[[part.endswith("++") for part in command].index(True):command.index("-o")]
         kept = [part for part in command if not part.startswith((f"-I{TREE}/HVX", "-W"))]
-        return [*kept, "-Iheaders", "-O0", "-w"]
+        return [*kept, '-DHVX_LIBRARY_VERSION="0"', "-Iheaders", "-O0", "-w"]  # which one source is given
 
     def precompile(self):
         """The host's declarations, compiled once: no mutant changes them."""

@@ -170,6 +170,13 @@ TEST_F(ReportTest, AMergedReportKeepsTheHeads) {
   EXPECT_EQ(records, "run joined joined continued document end ");
   EXPECT_EQ(std::string_view(report.at(2)["file"]), Path("2.jsonl"));
   EXPECT_EQ(std::string_view(report.at(2)["arguments"].at(3)), "2/2");
+  // Results of several libraries are told as that.
+  static_cast<void>(Run({"--library", UPGRADE_LIBRARY, "--library", TROUBLE_LIBRARY, "upgrade", file,
+                         "--dry-run", "--report", Path("other.jsonl"), "--shard", "2/2"}));
+  const Ended mixed = Run({"merge", Path("1.jsonl"), Path("other.jsonl")});
+  EXPECT_EQ(mixed.code, 1);
+  EXPECT_NE(mixed.err.find("these shards were upgraded with different upgrade libraries"), std::string::npos)
+      << mixed.err;
   // The whole command goes on with it.
   EXPECT_EQ(Run({"upgrade", file, "--dry-run", "--report", Path("all.jsonl")}).code, 0);
   EXPECT_EQ(Lines(Content(Path("all.jsonl"))).get_array().size(), 7U);
