@@ -35,7 +35,8 @@ ExitCode RunVerb(const Arguments& arguments) {
   if (const auto* const clean = std::get_if<CleanArguments>(&arguments.verb)) return RunClean(*clean);
   if (const auto* const merge = std::get_if<MergeArguments>(&arguments.verb))
     return RunMerge(*merge, arguments.commandLine);
-  if (const auto* const report = std::get_if<ReportArguments>(&arguments.verb)) return RunReports(*report);
+  if (const auto* const report = std::get_if<ReportArguments>(&arguments.verb))
+    return RunReports(*report, arguments.places);
   const Installation installation(arguments.places);
   if (const auto* const status = std::get_if<StatusArguments>(&arguments.verb))
     return RunStatus(*status, installation.Manager());

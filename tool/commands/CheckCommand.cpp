@@ -31,8 +31,9 @@ ExitCode RunCheck(const CheckArguments& arguments, const Places& places,
     code = MoreSerious(code, ExitCode::kNeedsPerson);
   }
   if (!arguments.html.empty()) {
-    page::WriteCheckPage(check.Entries(), check.Left(), manager, Explanations(DataFolder(places)),
-                         arguments.html, false);
+    page::PutPage(arguments.html, false, [&](const page::Writer& write) {
+      page::WriteCheckPage(check.Entries(), check.Left(), manager, Explanations(DataFolder(places)), write);
+    });
   }
   if (!arguments.json) {
     if (found.documents.size() > 1) Say(check.Verdict() + "\n");

@@ -7,6 +7,7 @@
 
 #include "file/AtomicFile.h"
 #include "file/FileIdentity.h"
+#include "page/RunPage.h"
 #include "record/Destination.h"
 #include "report/ReportForms.h"
 #include "settings/UsageError.h"
@@ -17,11 +18,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void WriteForm(const ReportArguments& arguments, const Reports& reports, const Writer& write) {
+void WriteForm(const ReportArguments& arguments, const Places& places, const Reports& reports,
+               const Writer& write) {
   if (arguments.format == "text") return WriteText(reports, write);
   if (arguments.format == "json") return WriteJson(reports, write);
   if (arguments.format == "csv") return WriteCsv(reports, write);
-  throw UsageError("there are no pages yet: choose another --format");
+  const Installation installation(places);
+  page::WriteRunPage(reports, true, installation.Manager(), Explanations(DataFolder(places)), write);
 }
 
 Reports Read(const ReportArguments& arguments) {
@@ -49,10 +52,10 @@ void RefuseReports(const ReportArguments& arguments) {
 
 }  // namespace
 
-ExitCode RunReports(const ReportArguments& arguments) {
+ExitCode RunReports(const ReportArguments& arguments, const Places& places) {
   const Reports reports = Read(arguments);
   if (arguments.output.empty() || arguments.output == kStandardStream) {
-    WriteForm(arguments, reports, [](std::string_view bytes) { Say(bytes); });
+    WriteForm(arguments, places, reports, [](std::string_view bytes) { Say(bytes); });
     return ExitCode::kDone;
   }
   RefuseReports(arguments);
@@ -60,7 +63,7 @@ ExitCode RunReports(const ReportArguments& arguments) {
   standalone::WriteOptions options;
   options.overwrite = arguments.force;
   standalone::AtomicFile output(arguments.output, options);
-  WriteForm(arguments, reports, [&output](std::string_view bytes) { output.Write(bytes); });
+  WriteForm(arguments, places, reports, [&output](std::string_view bytes) { output.Write(bytes); });
   output.Commit();
   return ExitCode::kDone;
 }

@@ -125,9 +125,9 @@ class UpgradeCommand {
     }
     if (arguments_.report.empty()) MakeTemporaryReport();
     DoneDocuments done(found_.documents, arguments_.again);
-    report_.emplace(ReportFile(), head, arguments_.force, detail,
+    report_.emplace(ReportName(), head, arguments_.force, detail,
                     [&done](const ReportLine& line) { done.Add(line); });
-    done.AddTo(summary_, ReportFile());
+    done.AddTo(summary_, ReportName());
     std::erase_if(todo_, [&done](std::size_t document) { return done.IsDone(document); });
     // What this run's own report names as its result may be replaced by the next.
     for (const std::size_t document : todo_) {
@@ -144,7 +144,7 @@ class UpgradeCommand {
                                       "Check the folder, its permissions and the room on its disk");
     close(descriptor);
   }
-  [[nodiscard]] const std::string& ReportFile() const {
+  [[nodiscard]] const std::string& ReportName() const {
     return temporaryReport_.empty() ? arguments_.report : temporaryReport_;
   }
 
@@ -201,8 +201,8 @@ class UpgradeCommand {
       report_->Finish(summary_, code, left);
     } catch (const standalone::DocumentError& error) {
       Complain(fmt::format(
-          "{}: {}. What is said above of the documents holds, and {}", arguments_.ReportName(),
-          error.Problem(),
+          "{}: {}. What is said above of the documents holds, and {}",
+          arguments_.report.empty() ? arguments_.html : arguments_.ReportName(), error.Problem(),
           summary_.Wrote() ? "results that were written are in place" : "no document was changed"));
       return MoreSerious(code, ExitCode::kUnwritable);
     }
@@ -214,12 +214,12 @@ class UpgradeCommand {
   // The same holds for the page.
   [[nodiscard]] ExitCode WritePage(ExitCode code) const {
     try {
-      page::WriteRunPage({.reports = {ReportFile()},
-                          .isKept = temporaryReport_.empty(),
-                          .documents = {},
-                          .manager = installation_.Manager(),
-                          .explanations = Explanations(data_)},
-                         arguments_.html, arguments_.force);
+      Reports reports;
+      reports.push_back(std::make_unique<ReportFile>(ReportName(), std::vector<std::string>()));
+      page::PutPage(arguments_.html, arguments_.force, [&](const page::Writer& write) {
+        page::WriteRunPage(reports, temporaryReport_.empty(), installation_.Manager(), Explanations(data_),
+                           write);
+      });
     } catch (const standalone::DocumentError& error) {
       Complain(fmt::format("{}. What is said above of the documents holds", error.what()));
       return MoreSerious(code, ExitCode::kUnwritable);

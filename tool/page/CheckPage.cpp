@@ -4,6 +4,7 @@
 
 #include "page/Findings.h"
 #include "page/JsonParts.h"
+#include "page/Numbers.h"
 #include "page/Page.h"
 #include "page/ValueText.h"
 #include "terminal/Terminal.h"
@@ -18,8 +19,7 @@ constexpr const char* kKinds[] = {"leftBehind", "beyondUpgrades", "pending", "un
 
 class CheckPage {
  public:
-  CheckPage(const standalone::VersionManager& manager, const Explanations& explanations,
-            const std::string& file, bool overwrite)
+  CheckPage(const standalone::VersionManager& manager, const Explanations& explanations)
       : upgrades_(manager, explanations),
         page_(Page::Kind::kCheck,
               {{.label = "Left behind",
@@ -27,8 +27,7 @@ class CheckPage {
                {.label = "Beyond upgrades", .help = "No upgrade changes these; they need a person"},
                {.label = "Pending", .help = "An upgrade that is still to be run changes these"},
                {.label = "Unknown", .help = "Late types that no part of the program knows"},
-               {.label = "Features", .help = "Features of the document"}}),
-        file_(file, overwrite) {}
+               {.label = "Features", .help = "Features of the document"}}) {}
 
   void Add(const std::string& entry) {
     simdjson::dom::parser parser;
@@ -48,12 +47,12 @@ class CheckPage {
     const std::string name = NameFromUtf8(TextIn(document, "file"));
     if (page_.Documents() == 0) title_ = name;
     const std::size_t place = page_.Add(name, verdict, values);
-    page_.SetBlock(place, AddDetail(place, document, verdict));
+    if (!file_.IsFull()) page_.SetBlock(place, AddDetail(place, document, verdict));
   }
 
-  void Finish(std::size_t left) {
+  void Finish(std::size_t left, const Writer& write) {
     const std::size_t documents = page_.Documents();
-    page_.title = fmt::format("Check of {}", documents == 1 ? title_ : Count(documents, "document"));
+    page_.title = fmt::format("Check of {}", documents == 1 ? title_ : CountOf(documents, "document"));
     page_.verdict = Overall(documents);
     page_.numbers = {
         {"documents", documents, Tone::kQuiet},
@@ -63,9 +62,9 @@ class CheckPage {
         {"of unknown late types", sums_[3], Tone::kQuiet},
         {"documents not checked", unchecked_ + left, unchecked_ + left == 0 ? Tone::kQuiet : Tone::kBad}};
     if (left != 0)
-      page_.notes.push_back(fmt::format("{} not checked: the run was stopped", Count(left, "document")));
+      page_.notes.push_back(fmt::format("{} not checked: the run was stopped", CountOf(left, "document")));
     page_.runs = {{{"Program", "hvxupgrade " HVXUPGRADE_VERSION}, {"Command", "hvxupgrade check"}}};
-    page_.Finish(file_, upgrades_);
+    page_.Finish(file_, upgrades_, write);
   }
 
  private:
@@ -108,10 +107,11 @@ class CheckPage {
     if (documents == 0) return {Tone::kQuiet, "No document was checked", ""};
     const std::size_t need = page_.NeedPerson();
     if (need != 0) {
-      return {
-          unchecked_ != 0 ? Tone::kBad : Tone::kAttention,
-          documents == 1 ? first_.words : fmt::format("{} of {} documents need a person", need, documents),
-          first_.next};
+      return {unchecked_ != 0 ? Tone::kBad : Tone::kAttention,
+              documents == 1
+                  ? first_.words
+                  : fmt::format("{} of {} need a person", Grouped(need), CountOf(documents, "document")),
+              first_.next};
     }
     if (sums_[2] != 0)
       return {Tone::kAttention, "Upgrades are pending, and nothing needs a person yet",
@@ -135,12 +135,12 @@ class CheckPage {
 
 void WriteCheckPage(std::span<const std::string> entries, std::size_t left,
                     const standalone::VersionManager& manager, const Explanations& explanations,
-                    const std::string& file, bool overwrite) {
-  CheckPage page(manager, explanations, file, overwrite);
+                    const Writer& write) {
+  CheckPage page(manager, explanations);
   for (const std::string& entry : entries) {
     if (!entry.empty()) page.Add(entry);
   }
-  page.Finish(left);
+  page.Finish(left, write);
 }
 
 }  // namespace tool::page

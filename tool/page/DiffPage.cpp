@@ -6,6 +6,7 @@
 
 #include "page/FeatureMap.h"
 #include "page/JsonParts.h"
+#include "page/Numbers.h"
 #include "page/Page.h"
 #include "page/SheetView.h"
 #include "page/Steps.h"
@@ -60,21 +61,21 @@ void AddUpgradeNotes(const JsonParts& parts, Detail& detail) {
     const std::size_t count = CountEntries(parts[key]);
     if (count != 0)
       detail.notes.push_back(
-          fmt::format("Only the {} document has been through {}", what, Count(count, "upgrade")));
+          fmt::format("Only the {} document has been through {}", what, CountOf(count, "upgrade")));
   }
   if (const std::size_t moved = CountEntries(parts["moved"]); moved != 0)
     detail.notes.push_back(
-        fmt::format("{} in another place among the features beside them", Count(moved, "feature")));
+        fmt::format("{} in another place among the features beside them", CountOf(moved, "feature")));
 }
 
 }  // namespace
 
 void WriteDiffPage(std::string_view difference, std::string_view sheet,
                    const standalone::VersionManager& manager, const Explanations& explanations,
-                   const std::string& file, bool overwrite) {
+                   const Writer& write) {
   UpgradeIndex upgrades(manager, explanations);
   Page page(Page::Kind::kDiff, {});
-  PageFile out(file, overwrite);
+  PageFile out;
   const simdjson::padded_string text(difference);
   const JsonParts parts({text.data(), text.size()});
   FeatureMap features;
@@ -112,7 +113,7 @@ void WriteDiffPage(std::string_view difference, std::string_view sheet,
   fmt::memory_buffer json;
   AppendJson(json, detail);
   page.SetBlock(place, out.AddDetail(place, {json.data(), json.size()}));
-  page.Finish(out, upgrades);
+  page.Finish(out, upgrades, write);
 }
 
 }  // namespace tool::page

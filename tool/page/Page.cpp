@@ -98,7 +98,7 @@ void Page::AppendDocuments(fmt::memory_buffer& out) const {
   object.Close();
 }
 
-void Page::Finish(PageFile& file, const UpgradeIndex& upgrades) const {
+void Page::Finish(PageFile& file, const UpgradeIndex& upgrades, const Writer& write) const {
   fmt::memory_buffer out;
   JsonObject object(out);
   object.Text("kind", NameOf(kind_));
@@ -136,7 +136,7 @@ void Page::Finish(PageFile& file, const UpgradeIndex& upgrades) const {
   AppendDocuments(object.Key("documents"));
   upgrades.AppendTo(object.Key("upgrades"));
   object.Close();
-  file.Finish(title, {out.data(), out.size()});
+  file.Finish(title, {out.data(), out.size()}, write);
 }
 
 }  // namespace tool::page

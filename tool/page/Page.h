@@ -50,7 +50,7 @@ class Page {
   /// Documents by verdict, in words.
   [[nodiscard]] std::string Verdicts() const;
 
-  void Finish(PageFile& file, const UpgradeIndex& upgrades) const;
+  void Finish(PageFile& file, const UpgradeIndex& upgrades, const Writer& write) const;
 
  private:
   struct Group {

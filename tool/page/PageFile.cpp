@@ -2,31 +2,20 @@
 
 #include <fmt/format.h>
 #include <nettle/base64.h>
-#include <unistd.h>
 
 #include <array>
-#include <cerrno>
-#include <cstring>
 #include <fstream>
-#include <functional>
-#include <optional>
 
 #include "file/AtomicFile.h"
-#include "file/DocumentError.h"
 #include "file/FileDigest.h"
 #include "file/Packer.h"
-#include "file/TemporaryName.h"
 #include "page/Assets.h"
 #include "record/Destination.h"
 #include "report/JsonOutput.h"
-#include "settings/Sources.h"
 #include "terminal/Terminal.h"
 
 namespace tool::page {
 namespace {
-
-namespace fs = std::filesystem;
-using standalone::DocumentError;
 
 // Documents share a block up to this size: alike ones compress well together, and unpacking one is not felt.
 constexpr std::size_t kBlockBytes = std::size_t{1} << 19;
@@ -95,109 +84,45 @@ bool IsPage(const std::string& file) {
 
 }  // namespace
 
-// Beside the page, in a nameless file: what the page shows first stands before them, and is known last.
-class PageFile::Blocks {
- public:
-  explicit Blocks(std::string file) : file_(std::move(file)) {
-    const fs::path place = file_ == kStandardStream ? fs::temp_directory_path() / "page" : fs::path(file_);
-    std::string name;
-    descriptor_ = standalone::MakeTemporary(place, name);
-    if (descriptor_ < 0) Fail();
-    unlink(name.c_str());
-  }
-  ~Blocks() {
-    if (descriptor_ >= 0) close(descriptor_);
-  }
-  Blocks(const Blocks&) = delete;
-  Blocks& operator=(const Blocks&) = delete;
-
-  int Add(std::size_t document, std::string_view json) {
-    if (IsFull()) return -1;
-    JsonObject details = block_.size() == 0 ? JsonObject(block_) : JsonObject(block_, JsonObject::GoOn());
-    details.Key(std::to_string(document)).append(json);
-    const int number = count_;
-    if (block_.size() >= kBlockBytes) End();
-    return number;
-  }
-
-  [[nodiscard]] bool IsFull() const { return size_ >= kMostBytes; }
-
-  // `write` gets all of them.
-  void Finish(const std::function<void(std::string_view)>& write) {
-    if (block_.size() != 0) End();
-    std::array<char, std::size_t{1} << 16U> piece{};
-    for (off_t from = 0;;) {
-      const ssize_t got = pread(descriptor_, piece.data(), piece.size(), from);
-      if (got < 0 && errno == EINTR) continue;
-      if (got < 0) Fail();
-      if (got == 0) return;
-      write({piece.data(), static_cast<std::size_t>(got)});
-      from += got;
-    }
-  }
-
- private:
-  void End() {
-    block_.push_back('}');
-    const std::string text =
-        DataBlock(fmt::format("block-{}", count_), Packed({block_.data(), block_.size()}));
-    for (std::string_view left = text; !left.empty();) {
-      const ssize_t written = write(descriptor_, left.data(), left.size());
-      if (written < 0 && errno == EINTR) continue;
-      if (written < 0) Fail();
-      left.remove_prefix(static_cast<std::size_t>(written));
-    }
-    size_ += text.size();
-    ++count_;
-    block_.clear();
-  }
-
-  [[noreturn]] void Fail() const {
-    throw DocumentError(DocumentError::Kind::kUnwritable, file_, 0,
-                        fmt::format("the page cannot be written ({})", std::strerror(errno)),
-                        "Check the folder, its permissions and the room on its disk");
-  }
-
-  std::string file_;
-  int descriptor_ = -1;
-  std::size_t size_ = 0;
-  int count_ = 0;
-  fmt::memory_buffer block_;
-};
-
-PageFile::PageFile(const std::string& file, bool overwrite)
-    : file_(file), overwrite_(overwrite), blocks_(std::make_unique<Blocks>(file)) {
-  CheckPlace(file, overwrite);
-}
-
-PageFile::~PageFile() = default;
-
 int PageFile::AddDetail(std::size_t document, std::string_view json) {
-  return blocks_->Add(document, json);
+  JsonObject details = block_.size() == 0 ? JsonObject(block_) : JsonObject(block_, JsonObject::GoOn());
+  details.Key(std::to_string(document)).append(json);
+  const int number = count_;
+  if (block_.size() >= kBlockBytes) EndBlock();
+  return number;
 }
 
 bool PageFile::IsFull() const {
-  return blocks_->IsFull();
+  return blocks_.size() >= kMostBytes;
 }
 
-void PageFile::Finish(std::string_view title, std::string_view page) {
-  std::optional<standalone::AtomicFile> file;
-  if (file_ != kStandardStream) {
-    standalone::WriteOptions options;
-    options.overwrite = overwrite_ || IsPage(file_);
-    file.emplace(file_, options);
-  }
-  const auto write = [&file](std::string_view bytes) { file ? file->Write(bytes) : Say(bytes); };
+void PageFile::EndBlock() {
+  block_.push_back('}');
+  blocks_ += DataBlock(fmt::format("block-{}", count_), Packed({block_.data(), block_.size()}));
+  ++count_;
+  block_.clear();
+}
+
+void PageFile::Finish(std::string_view title, std::string_view page, const Writer& write) {
+  if (block_.size() != 0) EndBlock();
   write(Head(title));
   write(DataBlock("page", Packed(page)));
   write(fmt::format("<script>{}</script>\n", kScript));
-  blocks_->Finish(write);
+  write(blocks_);
   write("</body>\n</html>\n");
-  if (file) file->Commit();
 }
 
 void CheckPlace(const std::string& file, bool overwrite) {
-  if (file != kStandardStream) RefuseTaken(file, overwrite || IsPage(file));
+  RefuseTaken(file, overwrite || IsPage(file));
+}
+
+void PutPage(const std::string& file, bool overwrite, const std::function<void(const Writer& write)>& make) {
+  CheckPlace(file, overwrite);
+  standalone::WriteOptions options;
+  options.overwrite = overwrite || IsPage(file);
+  standalone::AtomicFile output(file, options);
+  make([&output](std::string_view bytes) { output.Write(bytes); });
+  output.Commit();
 }
 
 }  // namespace tool::page

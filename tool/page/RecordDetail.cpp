@@ -8,6 +8,7 @@
 #include "page/FeatureMap.h"
 #include "page/Findings.h"
 #include "page/JsonParts.h"
+#include "page/Numbers.h"
 #include "page/SheetView.h"
 #include "page/Steps.h"
 #include "page/ValueText.h"
@@ -21,13 +22,6 @@ using simdjson::dom::element;
 
 constexpr std::size_t kMostDropped = 200;
 constexpr std::size_t kMostNodes = 3000;
-
-std::string Grouped(std::size_t number) {
-  std::string text = std::to_string(number);
-  for (auto place = static_cast<std::ptrdiff_t>(text.size()) - 3; place > 0; place -= 3)
-    text.insert(static_cast<std::size_t>(place), 1, ',');
-  return text;
-}
 
 std::string ThingsNeed(std::size_t count) {
   return count == 1 ? "1 thing needs a person" : fmt::format("{} things need a person", Grouped(count));
@@ -189,7 +183,7 @@ std::vector<std::string> NotesOf(const JsonParts& parts) {
   });
   ForEachEntry(parts["harmlessFailures"], [&notes](element entry) {
     notes.push_back(fmt::format("{} ended early on {}, which is harmless: {}", TextIn(entry, "upgrade"),
-                                Count(CountIn(entry, "features"), "feature"), TextIn(entry, "reason")));
+                                CountOf(CountIn(entry, "features"), "feature"), TextIn(entry, "reason")));
   });
   return notes;
 }

@@ -4,23 +4,18 @@
 #include <simdjson.h>
 
 #include <algorithm>
-#include <fstream>
 #include <numeric>
 #include <unordered_map>
 
-#include "file/DocumentError.h"
+#include "page/Numbers.h"
 #include "page/Page.h"
 #include "page/RecordDetail.h"
 #include "page/ValueText.h"
-#include "report/ReportLines.h"
-#include "settings/UsageError.h"
 #include "terminal/Terminal.h"
 #include "terminal/VisibleText.h"
 
 namespace tool::page {
 namespace {
-
-using standalone::DocumentError;
 
 struct Recorded {
   std::size_t report;
@@ -29,9 +24,11 @@ struct Recorded {
 
 class RunPage {
  public:
-  RunPage(const RunPageSource& source, const std::string& file, bool overwrite)
-      : source_(source),
-        upgrades_(source.manager, source.explanations),
+  RunPage(const Reports& reports, bool isKept, const standalone::VersionManager& manager,
+          const Explanations& explanations)
+      : reports_(reports),
+        isKept_(isKept),
+        upgrades_(manager, explanations),
         page_(Page::Kind::kUpgrade,
               {{.label = "To look at", .help = "Things that a person must look at"},
                {.label = "Dropped", .help = "Attributes with values that stand nowhere in the result"},
@@ -39,15 +36,13 @@ class RunPage {
                 .help = "Differences of the analysis that no upgrade is there to make"},
                {.label = "Features", .help = "Features of the document before the upgrade"},
                {.label = "Changed", .help = "Features that were changed"},
-               {.label = "Made", .help = "Features that were made"},
+               {.label = "Created", .help = "Features that were created"},
                {.label = "Removed", .help = "Features that were removed"},
-               {.label = "Time", .help = "Seconds that the upgrade took", .unit = "s"}}),
-        file_(file, overwrite) {
-    for (std::size_t i = 0; i < source.reports.size(); ++i) Read(i);
-    KeepWanted();
+               {.label = "Time", .help = "Seconds that the upgrade took", .unit = "s"}}) {
+    for (std::size_t i = 0; i < reports.size(); ++i) Read(i);
   }
 
-  void Write() {
+  void WriteTo(const Writer& write) {
     // What matters most has a place in the page first.
     std::vector<std::size_t> order(records_.size());
     std::iota(order.begin(), order.end(), 0);
@@ -58,7 +53,7 @@ class RunPage {
     for (const std::size_t record : order) AddDetail(record);
     for (std::size_t record = 0; record < records_.size(); ++record) AddLine(record);
     Compose();
-    page_.Finish(file_, upgrades_);
+    page_.Finish(file_, upgrades_, write);
   }
 
  private:
@@ -69,23 +64,22 @@ class RunPage {
     double seconds = 0;
   };
 
-  void Read(std::size_t report) {
-    const std::string& file = source_.reports[report];
-    const ReadReportResult read = ReadReport(file, [this, report](const ReportLine& line) {
-      const auto [place, isNew] = places_.try_emplace(line.file, records_.size());
-      if (isNew) records_.emplace_back();
-      Recorded& record = records_[place->second];
-      record = {.report = report, .line = line};
-      record.line.result.attention.clear();  // the page takes it from the report again
+  void Read(std::size_t number) {
+    const ReportFile& report = *reports_[number];
+    report.ForEach([this, number](const ReportLine& line) {
+      records_.push_back({.report = number, .line = line});
+      records_.back().line.result.attention.clear();  // the page takes it from the report again
     });
-    isDryRun_ = isDryRun_ || std::ranges::count(read.head.arguments, "--dry-run") != 0;
+    const ReadReportResult& read = report.Runs();
+    isDryRun_ = isDryRun_ || report.IsDryRun();
     page_.runs.push_back(FactsOf(read.head));
     for (const std::string& other : read.otherLines) page_.runs.push_back(FactsOf(other));
     if (!read.isFinished)
-      page_.notes.push_back(fmt::format("The run of {} was not finished when this page was made", file));
+      page_.notes.push_back(
+          fmt::format("The run of {} was not finished when this page was created", report.Name()));
     if (read.left != 0)
-      page_.notes.push_back(fmt::format("The run of {} left {} undone; the same command goes on", file,
-                                        Count(read.left, "document")));
+      page_.notes.push_back(fmt::format("The run of {} left {} undone; the same command resumes it",
+                                        report.Name(), CountOf(read.left, "document")));
   }
 
   static std::vector<Labelled> FactsOf(const ReportHead& head) {
@@ -116,24 +110,11 @@ class RunPage {
             {"Command", command}};
   }
 
-  void KeepWanted() {
-    if (source_.documents.empty()) return;
-    std::vector<Recorded> kept;
-    for (const std::string& document : source_.documents) {
-      const auto found = places_.find(document);
-      if (found == places_.end())
-        throw UsageError(fmt::format("{} is no document of {}; give it as the report names it",
-                                     Quoted(document), fmt::join(source_.reports, ", ")));
-      kept.push_back(std::move(records_[found->second]));
-    }
-    records_ = std::move(kept);
-  }
-
   void AddDetail(std::size_t number) {
     const Recorded& record = records_[number];
     const std::string line = LineOf(record);
     Told& told = told_.try_emplace(number).first->second;
-    const std::string_view json(line.data(), static_cast<std::size_t>(record.line.size));
+    const std::string_view json(line);
     Detail detail =
         file_.IsFull() ? CountsOf(json, upgrades_) : DetailOf(json, record.line, isDryRun_, upgrades_);
     told.unaccounted = detail.sheet.unaccounted;
@@ -142,8 +123,8 @@ class RunPage {
     }
     page_.CountTypes(detail.types);
     if (file_.IsFull()) return;
-    detail.cut = source_.isKept ? fmt::format("{} holds all of it", source_.reports[record.report])
-                                : "The report holds all of it: give --report as well as --html";
+    detail.cut = isKept_ ? fmt::format("{} holds all of it", reports_[record.report]->Name())
+                         : "The report holds all of it: give --report as well as --html";
     fmt::memory_buffer text;
     AppendJson(text, detail);
     told.block = file_.AddDetail(number, {text.data(), text.size()});
@@ -151,13 +132,9 @@ class RunPage {
 
   // With room behind it, as `JsonParts` wants it.
   [[nodiscard]] std::string LineOf(const Recorded& record) const {
-    const std::string& file = source_.reports[record.report];
-    std::string line(static_cast<std::size_t>(record.line.size) + simdjson::SIMDJSON_PADDING, '\0');
-    std::ifstream stream(file, std::ios::binary);
-    stream.seekg(record.line.begin);
-    if (!stream.read(line.data(), record.line.size))
-      throw DocumentError(DocumentError::Kind::kUnreadable, file, 0,
-                          "the report was changed while it was read", "Run the same command again");
+    std::string line;
+    line.reserve(static_cast<std::size_t>(record.line.size) + simdjson::SIMDJSON_PADDING);
+    reports_[record.report]->CopyRecord(record.line, [&line](std::string_view bytes) { line += bytes; });
     return line;
   }
 
@@ -184,7 +161,7 @@ class RunPage {
     const std::size_t documents = page_.Documents();
     const std::size_t need = page_.NeedPerson();
     page_.title = fmt::format("{} of {}", isDryRun_ ? "Dry run of the upgrade" : "Upgrade",
-                              documents == 1 ? records_.front().line.file : Count(documents, "document"));
+                              documents == 1 ? records_.front().line.file : CountOf(documents, "document"));
     page_.verdict = Overall(documents, need);
     page_.numbers = {
         {"documents", documents, Tone::kQuiet},
@@ -192,7 +169,7 @@ class RunPage {
          need == failed_ ? Tone::kQuiet : Tone::kAttention},
         {"without a result", failed_, failed_ == 0 ? Tone::kQuiet : Tone::kBad},
         {"features changed", sum_.totals.changed, Tone::kQuiet},
-        {"features made", sum_.totals.created, Tone::kQuiet},
+        {"features created", sum_.totals.created, Tone::kQuiet},
         {"features removed", sum_.totals.removed, Tone::kQuiet},
         {"attributes with dropped values", sum_.dropped, Tone::kQuiet},
         {"differences unaccounted for", unaccounted_, unaccounted_ == 0 ? Tone::kQuiet : Tone::kAttention}};
@@ -200,13 +177,14 @@ class RunPage {
     if (const std::size_t without = page_.WithoutDetail(); without != 0)
       page_.notes.push_back(
           fmt::format("The details of {} are not in this page, which would be too large for browsers. {}",
-                      Count(without, "document"), AdviceOnRest()));
+                      CountOf(without, "document"), AdviceOnRest()));
   }
 
   [[nodiscard]] std::string AdviceOnRest() const {
-    if (!source_.isKept) return "With --report as well, 'hvxupgrade report' makes a page of each";
-    return fmt::format("'hvxupgrade report {} --document NAME --format html' makes a page of each",
-                       fmt::join(source_.reports, " "));
+    if (!isKept_) return "With --report as well, 'hvxupgrade report' makes a page of each";
+    std::string names;
+    for (const auto& report : reports_) names += report->Name() + " ";
+    return fmt::format("'hvxupgrade report {}--document NAME --format html' makes a page of each", names);
   }
 
   [[nodiscard]] Verdict Overall(std::size_t documents, std::size_t need) const {
@@ -220,25 +198,25 @@ class RunPage {
     }
     if (need == 0)
       return {Tone::kGood,
-              fmt::format("All is well: {}, and nothing needs a person", Count(documents, "document")), ""};
+              fmt::format("All is well: {}, and nothing needs a person", CountOf(documents, "document")), ""};
     const std::size_t attention = need - failed_;
-    std::vector<std::string> parts;
-    if (failed_ != 0) parts.push_back(fmt::format("{} without a result", Count(failed_, "document")));
-    if (attention != 0)
-      parts.push_back(fmt::format(
-          "{} a person", attention == 1 ? "1 document needs" : fmt::format("{} documents need", attention)));
-    return {failed_ != 0 ? Tone::kBad : Tone::kAttention,
-            fmt::format("{}, of {}", fmt::join(parts, ", "), documents),
-            "The table below begins with them; each tells what to do. The others are done"};
+    std::string words = fmt::format("{} of {}", Grouped(attention == 0 ? failed_ : attention),
+                                    CountOf(documents, "document"));
+    if (attention != 0) words += attention == 1 ? " needs a person" : " need a person";
+    if (attention != 0 && failed_ != 0) words += fmt::format(", and {}", Grouped(failed_));
+    if (failed_ != 0) words += failed_ == 1 ? " has no result" : " have no result";
+    return {
+        failed_ != 0 ? Tone::kBad : Tone::kAttention, std::move(words),
+        "Open them from the table below, which begins with them: each says what to do. The others are done"};
   }
 
-  const RunPageSource& source_;
+  const Reports& reports_;
+  bool isKept_;
   UpgradeIndex upgrades_;
   Page page_;
   PageFile file_;
   bool isDryRun_ = false;
   std::vector<Recorded> records_;
-  std::unordered_map<std::string, std::size_t> places_;
   std::unordered_map<std::size_t, Told> told_;
   DocumentResult sum_;
   std::size_t failed_ = 0;
@@ -247,8 +225,9 @@ class RunPage {
 
 }  // namespace
 
-void WriteRunPage(const RunPageSource& source, const std::string& file, bool overwrite) {
-  RunPage(source, file, overwrite).Write();
+void WriteRunPage(const Reports& reports, bool isKept, const standalone::VersionManager& manager,
+                  const Explanations& explanations, const Writer& write) {
+  RunPage(reports, isKept, manager, explanations).WriteTo(write);
 }
 
 }  // namespace tool::page

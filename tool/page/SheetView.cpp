@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "page/JsonParts.h"
+#include "page/Numbers.h"
 #include "page/ValueText.h"
 #include "report/SheetWords.h"
 
@@ -207,8 +208,8 @@ Sheet CountsOfSheet(std::string_view json) {
               .onPurpose = number("onPurpose"),
               .unaccounted = number("unaccounted"),
               .subjects = {}};
-  sheet.words = fmt::format("{} values equal, {} said otherwise, {} changed on purpose", sheet.equal,
-                            sheet.same, sheet.onPurpose);
+  sheet.words = fmt::format("{} values equal, {} said otherwise, {} changed on purpose", Grouped(sheet.equal),
+                            Grouped(sheet.same), Grouped(sheet.onPurpose));
   if (sheet.unaccounted != 0) {
     sheet.tone = Tone::kBad;
     sheet.words += fmt::format(", {} that no upgrade accounts for", sheet.unaccounted);
