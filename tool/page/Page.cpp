@@ -68,13 +68,6 @@ std::size_t Page::WithoutDetail() const {
   return static_cast<std::size_t>(std::ranges::count(block_, -1));
 }
 
-std::string Page::Verdicts() const {
-  std::string text;
-  for (const Group& group : groups_)
-    text += fmt::format("{}{} {}", text.empty() ? "" : "; ", group.count, group.verdict.words);
-  return text;
-}
-
 void Page::AppendDocuments(fmt::memory_buffer& out) const {
   JsonObject object(out);
   JsonList files(object.Key("file"));
@@ -98,7 +91,26 @@ void Page::AppendDocuments(fmt::memory_buffer& out) const {
   object.Close();
 }
 
-void Page::Finish(PageFile& file, const UpgradeIndex& upgrades, const Writer& write) const {
+// What is bad stands first.
+void Page::SortGroups() {
+  const auto rank = [](Tone tone) {
+    return tone == Tone::kBad ? 0 : tone == Tone::kAttention ? 1 : tone == Tone::kGood ? 2 : 3;
+  };
+  std::vector<std::size_t> order(groups_.size());
+  std::iota(order.begin(), order.end(), 0);
+  std::ranges::stable_sort(order, {}, [&](std::size_t group) { return rank(groups_[group].verdict.tone); });
+  std::vector<Group> groups;
+  std::vector<std::size_t> places(groups_.size());
+  for (const std::size_t group : order) {
+    places[group] = groups.size();
+    groups.push_back(std::move(groups_[group]));
+  }
+  groups_ = std::move(groups);
+  for (std::size_t& group : group_) group = places[group];
+}
+
+void Page::Finish(PageFile& file, const UpgradeIndex& upgrades, const Writer& write) {
+  SortGroups();
   fmt::memory_buffer out;
   JsonObject object(out);
   object.Text("kind", NameOf(kind_));

@@ -47,10 +47,8 @@ class Page {
   /// Those that a person must look at, also where they have no result.
   [[nodiscard]] std::size_t NeedPerson() const;
   [[nodiscard]] std::size_t WithoutDetail() const;
-  /// Documents by verdict, in words.
-  [[nodiscard]] std::string Verdicts() const;
 
-  void Finish(PageFile& file, const UpgradeIndex& upgrades, const Writer& write) const;
+  void Finish(PageFile& file, const UpgradeIndex& upgrades, const Writer& write);
 
  private:
   struct Group {
@@ -58,6 +56,7 @@ class Page {
     std::size_t count = 0;
   };
 
+  void SortGroups();
   void AppendDocuments(fmt::memory_buffer& out) const;
 
   Kind kind_;

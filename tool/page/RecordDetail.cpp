@@ -3,6 +3,7 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <cctype>
 #include <set>
 
 #include "page/FeatureMap.h"
@@ -192,7 +193,9 @@ std::vector<std::string> NotesOf(const JsonParts& parts) {
 
 Verdict VerdictOf(const DocumentResult& result, bool isDryRun) {
   const Words words = WordsFor(result, isDryRun);
-  return {words.tone, words.one, NextFor(result)};
+  std::string sentence = words.one;
+  sentence.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(sentence.front())));
+  return {words.tone, std::move(sentence), NextFor(result)};
 }
 
 Verdict GroupOf(const DocumentResult& result, bool isDryRun) {

@@ -191,8 +191,6 @@ class RunPage {
     if (documents == 0) return {Tone::kQuiet, "No document was done", ""};
     if (documents == 1) {
       Verdict verdict = VerdictOf(records_.front().line.result, isDryRun_);
-      verdict.words.front() =
-          static_cast<char>(std::toupper(static_cast<unsigned char>(verdict.words.front())));
       if (verdict.tone == Tone::kGood) verdict.words += ", and nothing needs a person";
       return verdict;
     }

@@ -45,7 +45,7 @@ Labelled ListDifference(const std::vector<element>& before, const std::vector<el
   for (const element entry : before) gone.insert(simdjson::minify(entry));
   std::string news;
   const auto append = [&label](std::string& to, element entry) {
-    constexpr std::size_t kMostBytes = 300;
+    constexpr std::size_t kMostBytes = 160;
     if (to.size() < kMostBytes) to += fmt::format("{}{}", to.empty() ? "" : ", ", TextOf(entry, label));
   };
   for (const element entry : after) {
@@ -130,7 +130,7 @@ void Steps::Fold(Work& work, std::int64_t id, const std::string& type, element c
   const std::vector<element> before = EntriesIn(change, "before");
   const std::vector<element> after = EntriesIn(change, "after");
   constexpr std::size_t kLong = 4;
-  if (before.size() + after.size() > 2 * kLong && !before.empty()) {
+  if (before.size() + after.size() > 2 * kLong) {
     folded.own.push_back(
         ListDifference(before, after, [this](std::int64_t target) { return features_->LabelOf(target); }));
   } else {

@@ -46,7 +46,7 @@ std::string FactValue(element value) {
       return value.get_bool().value_unsafe() ? "yes" : "no";
     case element_type::DOUBLE: {
       const double number = value.get_double().value_unsafe();
-      return fmt::format("{:.9g}", number == 0 ? 0.0 : number);
+      return fmt::format("{:.7g}", number == 0 ? 0.0 : number);
     }
     case element_type::NULL_VALUE:
       return "nothing";
