@@ -161,7 +161,7 @@ TEST_F(PageTest, WhatNeedsAPersonComesFirst) {
   EXPECT_EQ(Upgrade({good, stray, Path("broken.hvxdoc"), "--output-dir", Path("out")}).code, 3);
   const element page = Block(Path("p.html"), "page");
   EXPECT_EQ(Text(page["verdict"]["words"]), R"("1 of 3 documents needs a person, and 1 has no result")");
-  EXPECT_EQ(Text(page["documents"]["person"]), "[0,1,1]");
+  EXPECT_EQ(Text(page["documents"]["person"]), "[1,0,1]");  // by name
   const element detail = Detail(Path("p.html"), "stray.hvxdoc");
   const element first = detail["attention"]["first"].at(0);
   EXPECT_EQ(Text(first["features"]["first"].at(0)["name"]), R"("Stray Job")");

@@ -40,6 +40,9 @@ class RunPage {
                {.label = "Removed", .help = "Features that were removed"},
                {.label = "Time", .help = "Seconds that the upgrade took", .unit = "s"}}) {
     for (std::size_t i = 0; i < reports.size(); ++i) Read(i);
+    // Not in the order in which workers were done.
+    std::ranges::stable_sort(records_, {},
+                             [](const Recorded& record) { return std::string_view(record.line.file); });
   }
 
   void WriteTo(const Writer& write) {
