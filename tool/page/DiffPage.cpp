@@ -76,13 +76,12 @@ void WriteDiffPage(std::string_view difference, std::string_view sheet,
   UpgradeIndex upgrades(manager, explanations);
   Page page(Page::Kind::kDiff, {});
   PageFile out;
-  const simdjson::padded_string text(difference);
-  const JsonParts parts({text.data(), text.size()});
+
+  const JsonParts parts(difference);
   FeatureMap features;
   for (const auto& [key, mark] : {std::pair("mentioned", ' '), std::pair("changed", 'c'),
-                                  std::pair("created", 'm'), std::pair("removed", 'r')}) {
-    ForEachEntry(parts[key], [&features, which = mark](element entry) { features.Add(entry, which); });
-  }
+                                  std::pair("created", 'm'), std::pair("removed", 'r')})
+    features.AddAll(parts[key], mark);
   Steps steps(upgrades, &features);
   ForEachEntry(parts["changed"], [&steps](element entry) { steps.AddChanged(entry); });
   ForEachEntry(parts["created"], [&steps](element entry) { steps.AddMade(entry); });
@@ -91,8 +90,8 @@ void WriteDiffPage(std::string_view difference, std::string_view sheet,
   detail.steps = steps.Take();
   detail.types = TypesOf(parts);
   detail.tree = features.MakeTree(kMostNodes);
-  const simdjson::padded_string sheetText(sheet);
-  detail.sheet = SheetOf({sheetText.data(), sheetText.size()}, upgrades);
+
+  detail.sheet = SheetOf(sheet, upgrades);
   detail.facts = {{"First document", NameOf(parts["before"])}, {"Second document", NameOf(parts["after"])}};
   AddUpgradeNotes(parts, detail);
   detail.cut = "'hvxupgrade diff' prints all of it";

@@ -3,34 +3,38 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "page/JsonParts.h"
 #include "page/ValueText.h"
 
 namespace tool::page {
 
-void FeatureMap::Add(simdjson::dom::element feature, char mark) {
+void FeatureMap::AddAll(std::string_view list, char mark) {
+  ForEachEntry(list, [&](simdjson::dom::element feature, std::string_view entry) {
+    const auto [type, isNew] = typePlaces_.try_emplace(std::string(TextIn(feature, "type")), types_.size());
+    if (isNew) types_.push_back(type->first);
+    features_[IntegerIn(feature, "id")] = {
+        .entry = entry, .father = LinkIn(feature, "father"), .type = type->second, .mark = mark};
+  });
+}
+
+std::string FeatureMap::NameIn(std::string_view entry) {
+  simdjson::dom::parser parser;
+  const simdjson::dom::element feature = parser.parse(entry.data(), entry.size()).value();
   const std::string_view alias = TextIn(feature, "alias");
-  features_[IntegerIn(feature, "id")] = {.type = std::string(TextIn(feature, "type")),
-                                         .name = std::string(alias.empty() ? TextIn(feature, "name") : alias),
-                                         .father = LinkIn(feature, "father"),
-                                         .mark = mark};
+  return std::string(alias.empty() ? TextIn(feature, "name") : alias);
 }
 
 std::string FeatureMap::LabelOf(std::int64_t id) const {
   const auto found = features_.find(id);
   if (found == features_.end()) return fmt::format("#{}", id);
-  const Known& known = found->second;
-  return known.name.empty() ? fmt::format("{} #{}", known.type, id)
-                            : fmt::format("{} ({})", known.name, known.type);
-}
-
-std::string FeatureMap::NameOf(std::int64_t id) const {
-  const auto found = features_.find(id);
-  return found == features_.end() ? std::string() : found->second.name;
+  const std::string name = NameIn(found->second.entry);
+  const std::string& type = types_[found->second.type];
+  return name.empty() ? fmt::format("{} #{}", type, id) : fmt::format("{} ({})", name, type);
 }
 
 std::string FeatureMap::TypeOf(std::int64_t id) const {
   const auto found = features_.find(id);
-  return found == features_.end() ? std::string() : found->second.type;
+  return found == features_.end() ? std::string() : types_[found->second.type];
 }
 
 Tree FeatureMap::MakeTree(std::size_t most) const {
@@ -61,7 +65,7 @@ Tree FeatureMap::MakeTree(std::size_t most) const {
     const auto [id, depth] = open.back();
     open.pop_back();
     const Known& known = features_.at(id);
-    tree.nodes.push_back({id, depth, known.mark, known.type, known.name});
+    tree.nodes.push_back({id, depth, known.mark, types_[known.type], NameIn(known.entry)});
     openSonsOf(id, depth + 1);
   }
   return tree;

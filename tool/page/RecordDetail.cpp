@@ -214,13 +214,9 @@ Detail DetailOf(std::string_view line, const ReportLine& record, bool isDryRun, 
   detail.attention = findings.Take();
   detail.dropped = DroppedOf(parts["droppedValues"], upgrades);
   FeatureMap features;
-  const auto know = [&](std::string_view key, char mark) {
-    ForEachEntry(parts[key], [&features, mark](element entry) { features.Add(entry, mark); });
-  };
-  know("mentioned", ' ');
-  know("changed", 'c');
-  know("created", 'm');
-  know("removed", 'r');
+  for (const auto& [key, mark] : {std::pair("mentioned", ' '), std::pair("changed", 'c'),
+                                  std::pair("created", 'm'), std::pair("removed", 'r')})
+    features.AddAll(parts[key], mark);
   detail.steps = StepsOf(parts, upgrades, &features);
   std::set<int> busy;
   for (const Step& step : detail.steps) busy.insert(step.upgrade);

@@ -7,6 +7,7 @@
 #include <numeric>
 #include <unordered_map>
 
+#include "file/DocumentError.h"
 #include "page/Numbers.h"
 #include "page/Page.h"
 #include "page/RecordDetail.h"
@@ -16,6 +17,8 @@
 
 namespace tool::page {
 namespace {
+
+using standalone::DocumentError;
 
 struct Recorded {
   std::size_t report;
@@ -117,9 +120,7 @@ class RunPage {
     const Recorded& record = records_[number];
     const std::string line = LineOf(record);
     Told& told = told_.try_emplace(number).first->second;
-    const std::string_view json(line);
-    Detail detail =
-        file_.IsFull() ? CountsOf(json, upgrades_) : DetailOf(json, record.line, isDryRun_, upgrades_);
+    Detail detail = ReadDetail(record, line);
     told.unaccounted = detail.sheet.unaccounted;
     for (const auto& [label, value] : detail.facts) {
       if (label == "Time") told.seconds = std::strtod(value.c_str(), nullptr);
@@ -133,10 +134,19 @@ class RunPage {
     told.block = file_.AddDetail(number, {text.data(), text.size()});
   }
 
-  // With room behind it, as `JsonParts` wants it.
+  [[nodiscard]] Detail ReadDetail(const Recorded& record, const std::string& line) {
+    try {
+      return file_.IsFull() ? CountsOf(line, upgrades_) : DetailOf(line, record.line, isDryRun_, upgrades_);
+    } catch (const simdjson::simdjson_error& error) {
+      throw DocumentError(DocumentError::Kind::kInvalid, reports_[record.report]->Name(), 0,
+                          fmt::format("the record of {} is damaged ({})", record.line.file, error.what()),
+                          "Give the report as the program wrote it");
+    }
+  }
+
   [[nodiscard]] std::string LineOf(const Recorded& record) const {
     std::string line;
-    line.reserve(static_cast<std::size_t>(record.line.size) + simdjson::SIMDJSON_PADDING);
+    line.reserve(static_cast<std::size_t>(record.line.size));
     reports_[record.report]->CopyRecord(record.line, [&line](std::string_view bytes) { line += bytes; });
     return line;
   }

@@ -17,6 +17,7 @@ using simdjson::dom::element;
 
 constexpr std::size_t kMostSubjects = 1500;
 constexpr std::size_t kMostRows = 400;
+constexpr std::size_t kMostDifferent = 20000;
 
 std::string TitleOf(std::string_view chapter) {
   using standalone::sheet::Chapter;
@@ -77,6 +78,8 @@ class View {
 
  private:
   void AddDifference(element entry) {
+    // More are not shown in any case.
+    if (differences_.size() >= kMostDifferent && !differences_.contains(IntegerIn(entry, "id"))) return;
     const std::string_view state = TextIn(entry, "subject");
     Differences& differences = differences_[IntegerIn(entry, "id")];
     if (differences.rows.empty()) differences.subject = SubjectOf(entry);
@@ -104,6 +107,11 @@ class View {
   // Facts of one quantity follow each other.
   void AddSubject(element entry, std::string_view state) {
     const auto found = differences_.find(IntegerIn(entry, "id"));
+    if (subjects_.first.size() >= kMostSubjects) {
+      if (found != differences_.end()) differences_.erase(found);
+      ++subjects_.count;
+      return;
+    }
     Differences none;
     Differences& differences = found == differences_.end() ? none : found->second;
     Subject subject = SubjectOf(entry);

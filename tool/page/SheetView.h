@@ -7,8 +7,7 @@
 
 namespace tool::page {
 
-/// What an analysis says before and after, from the comparison of its sheets as records hold it; `json` as
-/// `JsonParts` takes it.
+/// What an analysis says before and after, from the comparison of its sheets as records hold it.
 [[nodiscard]] Sheet SheetOf(std::string_view json, UpgradeIndex& upgrades);
 
 /// The same without the subjects.

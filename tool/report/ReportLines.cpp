@@ -19,7 +19,9 @@ namespace {
 using simdjson::dom::element;
 using standalone::DocumentError;
 
-// What stands behind it may be many times larger than the document, and nobody reads it here.
+// What is long of a record, many times longer than the document, and read by nobody here: what stands behind
+// the first of these that is there. The second is a field of the record, the first one of its "sheet".
+constexpr std::string_view kDifferences = ",\"differences\":[";
 constexpr std::string_view kChanges = ",\"changed\":[";
 
 std::string TextIn(element object, const char* key) {
@@ -142,6 +144,14 @@ class Lines {
   std::size_t capacity_ = 0;
 };
 
+// Quotes within texts are escaped: what reads like a key is one.
+std::string ShortPartOf(std::string_view line) {
+  if (const std::size_t end = line.find(kDifferences); end != std::string_view::npos)
+    return std::string(line.substr(0, end)) + "}}";
+  const std::size_t end = line.find(kChanges);
+  return end == std::string_view::npos ? std::string(line) : std::string(line.substr(0, end)) + "}";
+}
+
 // The line as JSON; nothing when it is none. Lack of memory says nothing about the line.
 std::optional<element> Parsed(simdjson::dom::parser& parser, std::string_view line) {
   element top;
@@ -179,8 +189,7 @@ ReadReportResult ReadReport(const std::filesystem::path& file,
   std::int64_t offset = 0;
   for (std::string_view line; lines.Next(line);) {
     ++number;
-    std::string text(line.substr(0, line.find(kChanges)));
-    if (text.size() < line.size()) text += '}';
+    const std::string text = ShortPartOf(line);
     const std::optional<element> parsed = Parsed(parser, text);
     if (!parsed) refuse("this is no line of a report");
     const element top = *parsed;

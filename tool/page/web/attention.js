@@ -3,19 +3,39 @@
 /** Kinds of findings that ask nothing of anybody. */
 const quietKinds = ["pending", "unknown"];
 
+/**
+ * What has something to say: a document without a result is among what needs a person, but its problem says
+ * why.
+ * @param {Detail} detail
+ */
+function toldAttention(detail) {
+  return detail.attention.first.filter((each) => each.reason !== "");
+}
+
+/**
+ * Features among what is told; the document itself may be among them, which has no id.
+ * @param {Attention[]} entries
+ */
+function featuresOf(entries) {
+  return entries.reduce(
+    (sum, each) => sum + (each.features.first.every((feature) => feature.id > 0) ? each.features.count : 0),
+    0);
+}
+
 /** @param {Looked} looked */
 function attentionSection(looked) {
   const all = looked.detail.attention;
   /** @type {Map<string, Attention[]>} */
   const kinds = new Map();
-  for (const each of all.first) kinds.set(each.kind, [...(kinds.get(each.kind) || []), each]);
+  for (const each of toldAttention(looked.detail))
+    kinds.set(each.kind, [...(kinds.get(each.kind) || []), each]);
   return [
     [...kinds].map(([kind, entries]) => {
       const list = el("div", {class: "cards"});
       return [
         el("h3", null, `${capitalized(kind)} `,
-          el("span", {class: "badge"},
-            counted(entries.reduce((sum, each) => sum + each.features.count, 0), "feature"))),
+          featuresOf(entries) > 0 ? el("span", {class: "badge"}, counted(featuresOf(entries), "feature"))
+                                  : null),
         list, inPortions(entries, 50, (each) => attentionCard(looked, each), list, "entries")
       ];
     }),
@@ -49,7 +69,7 @@ function attentionCard(looked, each, only) {
  */
 function attentionFeatures(looked, each) {
   const list = el("ul", {class: "concerned"});
-  const entries = each.features.first;
+  const entries = each.features.first.filter((feature) => feature.id > 0);
   return [
     list,
     inPortions(entries, 5,
@@ -57,6 +77,6 @@ function attentionFeatures(looked, each) {
         feature.owner ? el("span", {class: "owner"}, value(feature.owner)) : null,
         feature.code ? el("span", {class: "owner"}, value(feature.code, "code")) : null),
       list, "features"),
-    cutNote(entries.length, each.features.count, looked.detail.cut)
+    cutNote(each.features.first.length, each.features.count, looked.detail.cut)
   ];
 }

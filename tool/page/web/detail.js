@@ -79,51 +79,52 @@ function documentSections(looked, tree) {
   const {page, detail} = looked;
   /** @type {Section[]} */
   const sections = [];
-  if (detail.attention.count > 0) {
-    const features = detail.attention.first.reduce((sum, each) => sum + each.features.count, 0);
+  const told = toldAttention(detail);
+  if (told.length > 0) {
     sections.push({
       id: "attention",
       title: page.kind === "check" ? "Findings" : "Needs a person",
-      count: number(features),
-      content: attentionSection(looked)
+      count: featuresOf(told) > 0 ? number(featuresOf(told)) : "",
+      content: attentionSection(looked),
     });
-  }
-  if (detail.sheet)
-    sections.push({id: "analysis", title: "What happened to the analysis", content: analysisSection(looked)});
-  if (detail.steps.length > 0 || detail.idle.length > 0) {
-    sections.push({
-      id: "steps",
-      title: page.kind === "diff" ? "What differs" : "What the upgrades did",
-      count: page.kind === "diff" ? "" : number(detail.steps.length),
-      content: stepsSection(looked)
-    });
-  }
-  if (detail.types.length > 0)
-    sections.push({
-      id: "types",
-      title: "Changes by late type",
-      count: number(detail.types.length),
-      content: typeBars(detail.types)
-    });
-  if (tree) sections.push({id: "tree", title: "Where it happened", count: "", content: tree.parts()});
-  if (detail.dropped.count > 0) {
-    sections.push({
-      id: "dropped",
-      title: "Dropped values",
-      count: number(detail.dropped.count),
-      content: [
-        el("p", {class: "about"}, "Values of the old document that stand nowhere in the result."),
-        droppedSection(looked)
-      ]
-    });
-  }
-  if (detail.sheet && detail.sheet.subjects.first.length > 0) {
-    sections.push(
-      {id: "sheet", title: "The analysis before and after", count: "", content: sheetSection(looked)});
-  }
-  if (detail.facts.length > 0)
-    sections.push({id: "files", title: "Files", count: "", content: factList(detail.facts)});
-  return sections;
+  };
+}
+if (detail.sheet)
+  sections.push({id: "analysis", title: "What happened to the analysis", content: analysisSection(looked)});
+if (detail.steps.length > 0 || detail.idle.length > 0) {
+  sections.push({
+    id: "steps",
+    title: page.kind === "diff" ? "What differs" : "What the upgrades did",
+    count: page.kind === "diff" ? "" : number(detail.steps.length),
+    content: stepsSection(looked)
+  });
+}
+if (detail.types.length > 0)
+  sections.push({
+    id: "types",
+    title: "Changes by late type",
+    count: number(detail.types.length),
+    content: typeBars(detail.types)
+  });
+if (tree) sections.push({id: "tree", title: "Where it happened", count: "", content: tree.parts()});
+if (detail.dropped.count > 0) {
+  sections.push({
+    id: "dropped",
+    title: "Dropped values",
+    count: number(detail.dropped.count),
+    content: [
+      el("p", {class: "about"}, "Values of the old document that stand nowhere in the result."),
+      droppedSection(looked)
+    ]
+  });
+}
+if (detail.sheet && detail.sheet.subjects.first.length > 0) {
+  sections.push(
+    {id: "sheet", title: "The analysis before and after", count: "", content: sheetSection(looked)});
+}
+if (detail.facts.length > 0)
+  sections.push({id: "files", title: "Files", count: "", content: factList(detail.facts)});
+return sections;
 }
 
 /**

@@ -116,7 +116,7 @@ function stepsOf(looked, id) {
                   upgradeLink(looked.page, looked.at, step.upgrade))
               : null,
       upgrade && upgrade.about ? el("p", {class: "why"}, upgrade.about) : null,
-      made ? el("p", {class: "fate"}, featureMark("m"), "Made this feature.") : null,
+      made ? el("p", {class: "fate"}, featureMark("m"), "Created this feature.") : null,
       removed ? el("p", {class: "fate"}, featureMark("r"), "Removed this feature.") : null,
       rows.length > 0 ? el("table", {class: "plain stacks three"}, tableHead("Changed", "Before", "After"),
                           el("tbody", null, rows))

@@ -31,7 +31,8 @@ function knownFeatures(detail) {
   }
   if (detail.sheet)
     for (const subject of detail.sheet.subjects.first) tell(subject.id, "", subject.name, -1);
-  known.delete(0);
+  for (const id of known.keys())
+    if (id <= 0) known.delete(id);
   return known;
 }
 

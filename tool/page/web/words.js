@@ -17,7 +17,7 @@ const toneMarks = {
  */
 const markWords = {
   c: {sign: "~", word: "changed", kind: "changed"},
-  m: {sign: "+", word: "made", kind: "made"},
+  m: {sign: "+", word: "created", kind: "made"},
   r: {sign: "−", word: "removed", kind: "removed"},
 };
 
@@ -86,7 +86,7 @@ function featureMark(letter) {
 }
 
 /**
- * "Changed 4 features, made 3, removed 3"; of two documents "4 features different, 3 only in the second".
+ * "Changed 4 features, created 3, removed 3"; of two documents "4 features different, 3 only in the second".
  * @param {number} changed
  * @param {number} made
  * @param {number} removed
