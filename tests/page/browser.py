@@ -4,6 +4,7 @@ import time
 import unittest
 
 from selenium import webdriver
+from selenium.common.exceptions import StaleElementReferenceException
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
@@ -67,9 +68,11 @@ class PageTest(unittest.TestCase):
     def until(self, true, words, seconds=10):
         end = time.monotonic() + seconds
         while time.monotonic() < end:
-            found = true()
-            if found:
-                return found
+            # What was looked at may just be replaced by what is waited for.
+            with contextlib.suppress(StaleElementReferenceException):
+                found = true()
+                if found:
+                    return found
             time.sleep(0.02)
         return self.fail(words)
 

@@ -55,8 +55,11 @@ def difference():
 
 @functools.cache
 def checked():
+    """A document in which an upgrade left something behind."""
     page = PLACE / "checked.html"
-    run("check", EXAMPLE, "--html", page, codes=(1,))
+    left = PLACE / "left.hvxdoc"
+    run("upgrade", faulty_document(), "-o", left, codes=(1,))
+    run("check", left, "--html", page, codes=(1,))
     return page
 
 

@@ -57,9 +57,9 @@ class DocumentTest(PageTest):
         self.assertIn(about, told)
         self.assertIn("pressure_param", told)
         self.assertIn("1.25e+07", self.section("What the analysis says").text.replace("12500000", "1.25e+07"))
-        # The parameter was removed and the component made: both stand beneath.
+        # The parameter was removed and the component created: both stand beneath.
         beneath = self.section("Beneath it").text
-        self.assertIn("made", beneath)
+        self.assertIn("created", beneath)
         self.assertIn("removed", beneath)
         self.back()
         self.assertTrue(self.all(".finder"))
@@ -83,7 +83,6 @@ class DocumentTest(PageTest):
     def test_tree_by_keyboard(self):
         section = self.opened("Where it happened")
         tree = self.one("[role=tree]", section)
-        marks = self.detail["tree"]["marks"]
         self.assertLess(len(self.all("[role=treeitem]", tree)), 120)
         self.script("arguments[0].querySelector('[tabindex=\"0\"]').focus()", tree)
         where = """
@@ -102,22 +101,30 @@ class DocumentTest(PageTest):
         last = self.script(where)[2]
         self.assertNotEqual(top[2], last)
         self.button("removed", ".toggles").click()
-        removed = marks.count("r")
-        self.until(lambda: "in sight" in self.one(".found", section).text, "the filter does nothing")
-        seen = self.script("return [...document.querySelectorAll('[role=treeitem] .sign')].map(each => each.title)")
-        self.assertIn("removed", seen)
-        self.assertNotIn("made", seen)
-        self.assertIn(f"{removed}", self.button("removed", ".toggles").text)
+        kept = self.with_those_above([mark == "r" for mark in self.detail["tree"]["marks"]])
+        words = f"{kept} of {len(self.detail['tree']['id'])} features in sight"
+        self.until_equal(words, lambda: self.one(".found", section).text)
+        self.assertIn(str(self.detail["tree"]["marks"].count("r")), self.button("removed", ".toggles").text)
         self.button("removed", ".toggles").click()
         self.button("Unfold all").click()
         self.script("document.querySelector('[role=tree]').scrollTop = 1e9")
         last = str(self.detail["tree"]["id"][-1])
         self.until(lambda: last in self.texts("[role=treeitem] .id"), "the last one is missing")
         self.assertLess(len(self.all("[role=treeitem]")), 120)
-        self.script("document.querySelector('[role=treeitem]:last-of-type').focus()")
+        self.script("[...document.querySelectorAll('[role=treeitem]')].pop().focus()")
         name = self.script("return document.activeElement.querySelector('.id').textContent")
         self.press(Keys.ENTER)
         self.until(lambda: f"feature {name}" in self.one(".what").text, "Enter does not open the feature")
+
+    def with_those_above(self, wanted):
+        """How many features of the tree are wanted, or stand above one that is."""
+        kept, depths = set(), self.detail["tree"]["depth"]
+        path = []
+        for at, depth in enumerate(depths):
+            path[depth:] = [at]
+            if wanted[at]:
+                kept.update(path)
+        return len(kept)
 
     def test_tree_filter_keeps_the_way_to_what_it_finds(self):
         section = self.opened("Where it happened")
@@ -187,13 +194,22 @@ class DocumentTest(PageTest):
 
 
 class OtherKindsTest(PageTest):
+    def test_document_without_a_result_says_why(self):
+        page = pages.archive(1000)
+        files = pages.data(page)["documents"]["file"]
+        at = next(at for at, name in enumerate(files) if "broken" in name)
+        self.open(page, f"#/d/{at}")
+        self.assertIn("cut off", self.one(".problem").text)
+        self.assertEqual(["Files"], self.texts("main section h2"))
+        self.assertEqual([], self.all(".finder"), "there are no features to be found")
+
     def test_what_needs_a_person_comes_with_reason_and_next_step(self):
         page = pages.checked()
         data = pages.data(page)
         detail = pages.data(page, "block-0")["0"]
         self.open(page)
         self.assertEqual(data["verdict"]["words"], self.one("h1").text)
-        section = self.section("Needs a person")
+        section = self.section("Findings")
         cards = self.all("article", section)
         self.assertEqual(min(50, len(detail["attention"]["first"])), len(cards))
         for each in detail["attention"]["first"][:20]:
@@ -210,9 +226,9 @@ class OtherKindsTest(PageTest):
         page = pages.difference()
         detail = pages.data(page, "block-0")["0"]
         self.open(page)
-        self.assertEqual([], self.all(".groups .divided, a.upgrade"))
+        self.assertEqual([], self.all(".groups .divided, .steps"))
         text = self.section("What differs").text
-        self.assertIn(f"Changed {detail['steps'][0]['changed']:,} features", text)
+        self.assertIn(f"{detail['steps'][0]['changed']:,} features different", text)
         self.no_empty_sections(detail)
 
     def no_empty_sections(self, detail):

@@ -113,8 +113,12 @@ class DamageTest(PageTest):
         page = pages.cut_short()
         self.open(page)
         self.assertIn("1,000 documents", self.count())
-        self.go("#/d/0")
+        blocks = pages.data(page)["documents"]["block"]
+        self.go(f"#/d/{blocks.index(0)}")
         self.assertIn("cannot be shown", self.one("h1").text)
+        self.assertGreater(max(blocks), 0)
+        self.go(f"#/d/{blocks.index(max(blocks))}")
+        self.assertIn("is missing", self.one("h1").text)
 
     def test_old_browser_is_told(self):
         added = self.driver.execute_cdp_cmd("Page.addScriptToEvaluateOnNewDocument",

@@ -36,6 +36,8 @@ Attention::One OneOf(element finding) {
 }  // namespace
 
 void Findings::Add(element finding) {
+  // A document without a result: its problem stands elsewhere.
+  if (finding["reason"].error() != simdjson::SUCCESS) return;
   const std::string upgrade(TextIn(finding, "upgrade"));
   std::string reason(TextIn(finding, "reason"));
   if (const std::string_view damage = TextIn(finding, "damage"); !damage.empty())

@@ -19,10 +19,7 @@ function documentView(looked, alone) {
   const sections = documentSections(looked, tree);
   const finder = looked.known.size > 0 ? featureFinder(looked) : null;
   const file = fileParts(page.documents.file[at] || "");
-  const head = alone
-    ? [verdictPanel({ ...page.verdict, next: page.verdict.next || detail.verdict.next }, "h1", page.title), numberTiles(page.numbers)]
-    : [el("h1", { tabindex: "-1" }, value(file.name)), file.folder ? el("p", { class: "folder" }, value(file.folder)) : null,
-      verdictPanel(detail.verdict, "p"), documentNumbers(page, at)];
+  const head = alone ? pageHead(looked) : documentHead(looked);
   const links = sections.length > 1
     ? el("nav", {class: "contents", "aria-label": "In this document"},
         el("ul", null,
@@ -47,6 +44,36 @@ function documentView(looked, alone) {
     print: (begins) => tree?.print(begins),
     scroller: tree?.scroller,
   };
+}
+
+/**
+ * The head of a page that is about one document.
+ * @param {Looked} looked
+ * @returns {Child}
+ */
+function pageHead(looked) {
+  const {page, detail} = looked;
+  const next = page.verdict.next || detail.verdict.next;
+  return [
+    verdictPanel({tone: page.verdict.tone, words: page.verdict.words, next}, "h1", page.title),
+    numberTiles(page.numbers)
+  ];
+}
+
+/**
+ * The head of one document among many.
+ * @param {Looked} looked
+ * @returns {Child}
+ */
+function documentHead(looked) {
+  const {page, detail, at} = looked;
+  const file = fileParts(page.documents.file[at] || "");
+  return [
+    el("h1", {tabindex: "-1"}, value(file.name)),
+    file.folder ? el("p", {class: "folder"}, value(file.folder)) : null,
+    verdictPanel(detail.verdict, "p"),
+    documentNumbers(page, at),
+  ];
 }
 
 /** @param {Detail} detail */
@@ -87,44 +114,43 @@ function documentSections(looked, tree) {
       count: featuresOf(told) > 0 ? number(featuresOf(told)) : "",
       content: attentionSection(looked),
     });
-  };
-}
-if (detail.sheet)
-  sections.push({id: "analysis", title: "What happened to the analysis", content: analysisSection(looked)});
-if (detail.steps.length > 0 || detail.idle.length > 0) {
-  sections.push({
-    id: "steps",
-    title: page.kind === "diff" ? "What differs" : "What the upgrades did",
-    count: page.kind === "diff" ? "" : number(detail.steps.length),
-    content: stepsSection(looked)
-  });
-}
-if (detail.types.length > 0)
-  sections.push({
-    id: "types",
-    title: "Changes by late type",
-    count: number(detail.types.length),
-    content: typeBars(detail.types)
-  });
-if (tree) sections.push({id: "tree", title: "Where it happened", count: "", content: tree.parts()});
-if (detail.dropped.count > 0) {
-  sections.push({
-    id: "dropped",
-    title: "Dropped values",
-    count: number(detail.dropped.count),
-    content: [
-      el("p", {class: "about"}, "Values of the old document that stand nowhere in the result."),
-      droppedSection(looked)
-    ]
-  });
-}
-if (detail.sheet && detail.sheet.subjects.first.length > 0) {
-  sections.push(
-    {id: "sheet", title: "The analysis before and after", count: "", content: sheetSection(looked)});
-}
-if (detail.facts.length > 0)
-  sections.push({id: "files", title: "Files", count: "", content: factList(detail.facts)});
-return sections;
+  }
+  if (detail.sheet)
+    sections.push({id: "analysis", title: "What happened to the analysis", content: analysisSection(looked)});
+  if (detail.steps.length > 0 || detail.idle.length > 0) {
+    sections.push({
+      id: "steps",
+      title: page.kind === "diff" ? "What differs" : "What the upgrades did",
+      count: page.kind === "diff" ? "" : number(detail.steps.length),
+      content: stepsSection(looked)
+    });
+  }
+  if (detail.types.length > 0)
+    sections.push({
+      id: "types",
+      title: "Changes by late type",
+      count: number(detail.types.length),
+      content: typeBars(detail.types)
+    });
+  if (tree) sections.push({id: "tree", title: "Where it happened", count: "", content: tree.parts()});
+  if (detail.dropped.count > 0) {
+    sections.push({
+      id: "dropped",
+      title: "Dropped values",
+      count: number(detail.dropped.count),
+      content: [
+        el("p", {class: "about"}, "Values of the old document that stand nowhere in the result."),
+        droppedSection(looked)
+      ]
+    });
+  }
+  if (detail.sheet && detail.sheet.subjects.first.length > 0) {
+    sections.push(
+      {id: "sheet", title: "The analysis before and after", count: "", content: sheetSection(looked)});
+  }
+  if (detail.facts.length > 0)
+    sections.push({id: "files", title: "Files", count: "", content: factList(detail.facts)});
+  return sections;
 }
 
 /**

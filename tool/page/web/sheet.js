@@ -63,7 +63,7 @@ function sheetSection(looked) {
       toggles.append(toggle({down: choice.least === least}, () => {
         least = choice.least;
         draw();
-      }, `${choice.words} (${number(counts[at])})`));
+      }, choice.words));
     });
     if (held) /** @type {HTMLElement | null} */
       (toggles.querySelector("[aria-pressed=true]"))?.focus();

@@ -177,8 +177,8 @@ class Shell {
 async function start() {
   if (!canUnpack()) {
     there("wait").textContent =
-      "This browser cannot unpack the page. Please open it with Chrome or Edge 80 or newer, Firefox 113 or newer, " +
-      "or Safari 16.4 or newer.";
+      "This browser cannot unpack the page. Please open it with Chrome or Edge 80 " +
+      "or newer, Firefox 113 or newer, or Safari 16.4 or newer.";
     return;
   }
   try {

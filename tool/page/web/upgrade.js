@@ -67,11 +67,17 @@ function inDocument(looked, place) {
   const dropped = detail.dropped.first.filter((each) => each.upgrades.includes(place));
   const file = fileParts(page.documents.file[at]).name;
   const idle = detail.idle.includes(place) ? "It ran and changed nothing." : "It was not run here.";
-  return el("section", null, el("h2", null, "In ", el("a", { href: documentAddress(at) }, value(file))),
-    step ? stepFold(looked, step, step.changes.first.length <= 8) : el("p", null, idle),
-    said.length > 0 ? [el("h3", null, "Needs a person"), el("div", { class: "cards" }, said.map((each) => attentionCard(looked, each)))] : null,
-    subjects.length > 0 ? [el("h3", null, "What the analysis says differently"), chapterTable(looked, subjects)] : null,
-    dropped.length > 0 ? [el("h3", null, "Dropped values"), droppedTable(looked, dropped, true)] : null);
+  const link = el("a", {href: documentAddress(at)}, value(file));
+  const cards = el("div", {class: "cards"}, said.map((each) => attentionCard(looked, each)));
+  const section = el("section", null, el("h2", null, "In ", link),
+    step ? stepFold(looked, step, step.changes.first.length <= 8) : el("p", null, idle));
+  if (said.length > 0) add(section, [el("h3", null, "Needs a person"), cards]);
+  if (subjects.length > 0) {
+    add(section, [el("h3", null, "What the analysis says differently"), chapterTable(looked, subjects)]);
+  }
+  if (dropped.length > 0)
+    add(section, [el("h3", null, "Dropped values"), droppedTable(looked, dropped, true)]);
+  return section;
 }
 
 /**
