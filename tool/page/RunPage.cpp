@@ -33,13 +33,12 @@ class RunPage {
       : source_(source),
         upgrades_(source.manager, source.explanations),
         page_(Page::Kind::kUpgrade,
-              {{.label = "To look at", .help = "Things that a person must look at"},
-               {.label = "Dropped", .help = "Attributes with values that stand nowhere in the result"},
-               {.label = "Analysis differs",
-                .help = "Differences of the analysis that no upgrade is there to make"},
+              {{.label = "Need a person", .help = "Things that need a person"},
+               {.label = "Dropped", .help = "Attributes with values that are nowhere in the result"},
+               {.label = "Analysis differs", .help = "Differences of the analysis that no upgrade explains"},
                {.label = "Features", .help = "Features of the document before the upgrade"},
                {.label = "Changed", .help = "Features that were changed"},
-               {.label = "Made", .help = "Features that were made"},
+               {.label = "Created", .help = "Features that were created"},
                {.label = "Removed", .help = "Features that were removed"},
                {.label = "Time", .help = "Seconds that the upgrade took", .unit = "s"}}),
         file_(file, overwrite) {
@@ -82,9 +81,9 @@ class RunPage {
     page_.runs.push_back(FactsOf(read.head));
     for (const std::string& other : read.otherLines) page_.runs.push_back(FactsOf(other));
     if (!read.isFinished)
-      page_.notes.push_back(fmt::format("The run of {} was not finished when this page was made", file));
+      page_.notes.push_back(fmt::format("The run of {} was not finished when this page was created", file));
     if (read.left != 0)
-      page_.notes.push_back(fmt::format("The run of {} left {} undone; the same command goes on", file,
+      page_.notes.push_back(fmt::format("The run of {} left {} undone; the same command resumes it", file,
                                         Count(read.left, "document")));
   }
 
@@ -122,7 +121,7 @@ class RunPage {
     for (const std::string& document : source_.documents) {
       const auto found = places_.find(document);
       if (found == places_.end())
-        throw UsageError(fmt::format("{} is no document of {}; give it as the report names it",
+        throw UsageError(fmt::format("{} is not a document of {}; give it as the report names it",
                                      Quoted(document), fmt::join(source_.reports, ", ")));
       kept.push_back(std::move(records_[found->second]));
     }
@@ -190,7 +189,7 @@ class RunPage {
          need == failed_ ? Tone::kQuiet : Tone::kAttention},
         {"without a result", failed_, failed_ == 0 ? Tone::kQuiet : Tone::kBad},
         {"features changed", sum_.totals.changed, Tone::kQuiet},
-        {"features made", sum_.totals.created, Tone::kQuiet},
+        {"features created", sum_.totals.created, Tone::kQuiet},
         {"features removed", sum_.totals.removed, Tone::kQuiet},
         {"attributes with dropped values", sum_.dropped, Tone::kQuiet},
         {"differences unaccounted for", unaccounted_, unaccounted_ == 0 ? Tone::kQuiet : Tone::kAttention}};
@@ -202,8 +201,8 @@ class RunPage {
   }
 
   [[nodiscard]] std::string AdviceOnRest() const {
-    if (!source_.isKept) return "With --report as well, 'hvxupgrade report' makes a page of each";
-    return fmt::format("'hvxupgrade report {} --document NAME --format html' makes a page of each",
+    if (!source_.isKept) return "With --report as well, 'hvxupgrade report' writes a page of each";
+    return fmt::format("'hvxupgrade report {} --document NAME --format html' writes a page of each",
                        fmt::join(source_.reports, " "));
   }
 
@@ -227,7 +226,7 @@ class RunPage {
           "{} a person", attention == 1 ? "1 document needs" : fmt::format("{} documents need", attention)));
     return {failed_ != 0 ? Tone::kBad : Tone::kAttention,
             fmt::format("{}, of {}", fmt::join(parts, ", "), documents),
-            "The table below begins with them; each tells what to do. The others are done"};
+            "The table below begins with them; each says what to do. The others are done"};
   }
 
   const RunPageSource& source_;

@@ -207,11 +207,11 @@ Sheet SheetOf(std::string_view json, UpgradeIndex& upgrades) {
               .onPurpose = number("onPurpose"),
               .unaccounted = number("unaccounted"),
               .subjects = {}};
-  sheet.words = fmt::format("{} values equal, {} said otherwise, {} changed on purpose", sheet.equal,
+  sheet.words = fmt::format("{} values equal, {} expressed differently, {} changed on purpose", sheet.equal,
                             sheet.same, sheet.onPurpose);
   if (sheet.unaccounted != 0) {
     sheet.tone = Tone::kBad;
-    sheet.words += fmt::format(", {} that no upgrade accounts for", sheet.unaccounted);
+    sheet.words += fmt::format(", {} unaccounted for", sheet.unaccounted);
   }
   sheet.subjects = View(parts, upgrades).Take();
   return sheet;
