@@ -28,7 +28,7 @@ int Work(const std::function<void()>& work, const void* result, std::size_t size
 void InOwnProcess(const std::function<void()>& work, void* result, std::size_t size) {
   std::fflush(nullptr);
   std::array<int, 2> channel{};
-  if (pipe(channel.data()) != 0) throw std::runtime_error("a pipe cannot be made");
+  if (pipe(channel.data()) != 0) throw std::runtime_error("a pipe cannot be created");
   const pid_t copy = fork();
   if (copy < 0) throw std::runtime_error("a process cannot be started");
   if (copy == 0) _exit(Work(work, result, size, channel[1]));

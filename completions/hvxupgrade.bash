@@ -47,7 +47,7 @@ _hvxupgrade() {
       mapfile -t COMPREPLY < <(compgen -W "10m 1h 0" -- "$cur")
       return
       ;;
-    -o | --output | --report | --trace | --library | --files-from)
+    -o | --output | --report | --html | --trace | --library | --files-from)
       compopt -o filenames 2>/dev/null
       mapfile -t COMPREPLY < <(compgen -f -- "$cur")
       return
@@ -68,16 +68,17 @@ _hvxupgrade() {
     case $verb in
       status) options+="$documents --list --check --json --verbose" ;;
       upgrade)
-        options+=" --output --output-dir --in-place --backup --dry-run --force --only --until --report --trace"
+        options+=" --output --output-dir --in-place --backup --dry-run --force --only --until --report --html --trace"
         options+=" --language --timeout --limit-features --limit-memory --limit-unpacked --quiet --strict --accept-failures --retry --fail-on-drop --no-sheet"
         options+=" --keep-result --report-detail --again --shard$documents$many"
         ;;
-      check) options+="$documents$many --all --json" ;;
+      check) options+="$documents$many --all --json --html" ;;
       merge) options+=" --report --force" ;;
       report) options+=" --format --output --force --document" ;;
       clean) options+=" --dry-run --json" ;;
       sheet) options+=" --case --step --units --all --json --csv" ;;
-      diff | identifiers) options+=" --json" ;;
+      diff) options+=" --json --html" ;;
+      identifiers) options+=" --json" ;;
       show) options+=" --attributes --type --id --depth --json" ;;
       help) ;;
       *) options+=" --version" ;;

@@ -7,7 +7,7 @@ from torture import reports
 
 DOCUMENTED = {0, 1, 2, 3, 4, 5, 6, 130}
 TEMPORARY = re.compile(r"\.hvxtmp-\w{6}$")
-UNCHANGED = re.compile(r"nothing was changed|nothing was written|is as it was|left alone|not begun|as before", re.I)
+UNCHANGED = re.compile(r"nothing was changed|nothing was written|is as it was|not begun|as before", re.I)
 # A sound document that is told to be damaged, or an installation that is to be mended.
 BLAMED = re.compile(r"line \d+|\. Reinstall|hvxdoc format|not a document|damaged")
 LACKS = {12: "memory", **{number: os.strerror(number) for number in (23, 24, 28, 122, 27, 30, 11)}}

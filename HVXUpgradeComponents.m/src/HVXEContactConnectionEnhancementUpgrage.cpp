@@ -57,9 +57,9 @@ VLMISpecObject_var ConnectionPropertyOf(const VLMBaseUnknown_var& contact) {
 
 const HVXUpgradeBinding HVXEContactConnectionEnhancementUpgrage::kBindings[] = {
     {kUpgContactWithContactControl,
-     "Gives a contact the contact control that it lacks, and a standard one default tolerances.",
+     "Gives a contact without contact control a new one, and a standard one default tolerances.",
      Own<&HVXEContactConnectionEnhancementUpgrage::AddContactControl>, HVXOnFailure::kSkip},
-    {kUpgContactStdWithInterference, "Gives a standard contact the interference fit that it lacks.",
+    {kUpgContactStdWithInterference, "Gives a standard contact without interference fit a new one.",
      Own<&HVXEContactConnectionEnhancementUpgrage::CompleteWithInterferenceFit>, HVXOnFailure::kIgnore},
     {kUpgMapCCPClearanceToInterference, "Turns the connection property's clearance into an interference fit.",
      Own<&HVXEContactConnectionEnhancementUpgrage::MapClearanceToInterference>, HVXOnFailure::kSkip},

@@ -32,7 +32,7 @@ const HVXUpgradeBinding HVXERigidCouplingUpgrade::kBindings[] = {
     {kUpgradeGroupToSupport, "Replaces supports on groups of supports by as many on the group's last member.",
      Own<&HVXERigidCouplingUpgrade::ConvertGroupsToSupports>, HVXOnFailure::kIgnore,
      "Without supports there are no groups among them."},
-    {kAddExclusionRegionToMeshPart, "Hands the exclusion regions to the mesh part.",
+    {kAddExclusionRegionToMeshPart, "Passes the exclusion regions to the mesh part.",
      Own<&HVXERigidCouplingUpgrade::HandExclusionRegionsToMeshPart>, HVXOnFailure::kIgnore,
      "Without a mesh part there is none that must know the regions."},
     {kUpdateGroupToExclusionRegion, "Replaces groups among the exclusion regions by their members.",

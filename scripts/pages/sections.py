@@ -9,14 +9,14 @@ from pages.words import LONGEST_VALUE, code, say, say_feature, shorten, work_by_
 
 ROWS_OF_FEATURE = 8
 FAILURES = {
-    "ignore": "is not looked at",
+    "ignore": "is ignored",
     "stop": "ends the upgrade of the feature with its code",
-    "last": "is kept; the upgrade goes on and returns the result of the last routine run",
+    "last": "is kept; the upgrade continues and returns the result of the last routine run",
     "skip": "skips what else the class does for the same upgrade",
     "first": "is the result of the feature's upgrade, which the routine ends in any case",
 }
-MEANINGS = {"same": "The same, said otherwise", "onPurpose": "Changed on purpose",
-            "unaccounted": "Not accounted for"}
+MEANINGS = {"same": "The same, expressed differently", "onPurpose": "Changed on purpose",
+            "unaccounted": "Unaccounted for"}
 
 
 def cell(text):
@@ -26,7 +26,7 @@ def cell(text):
 def chosen(entry, groups, features):
     """Up to two features that show most: of different late types, those first that the upgrade is bound to."""
     bound = {name for binding in entry["bindings"] for name in binding["lateTypes"]}
-    new = {each for each, rows in groups.items() if rows[0][0].startswith(("made", "removed"))}
+    new = {each for each, rows in groups.items() if rows[0][0].startswith(("created", "removed"))}
     ranked = sorted(groups, key=lambda each: (features[each]["type"] not in bound, each not in new and not bound, each))
     result = []
     for each in ranked:
@@ -36,11 +36,11 @@ def chosen(entry, groups, features):
 
 
 def totals_of(before, records):
-    """How many features it changed, made and removed, by example."""
+    """How many features it changed, created and removed, by example."""
     found = {}
     for name in sorted(before.features):
         totals = records[name]["totals"] if name in records else collections.Counter()
-        found[f"examples/{name}"] = {"changed": totals["changed"], "made": totals["created"], "removed": totals["removed"]}
+        found[f"examples/{name}"] = {"changed": totals["changed"], "created": totals["created"], "removed": totals["removed"]}
     return found
 
 
@@ -138,7 +138,7 @@ def bindings_section(entry, harmless):
 def left_section(found):
     if not found:
         return []
-    lines = ["## When it fails", "", "`hvxupgrade check` then tells what is left behind:", ""]
+    lines = ["## When it fails", "", "`hvxupgrade check` then reports what is left behind:", ""]
     for late_types, reason in found:
         whose = ", ".join(map(code, late_types.split())) or "any feature"
         lines.append(f"- {whose}: {reason}")
@@ -156,7 +156,7 @@ def page_and_explanation(entry, count, about, left, without, step):
     lines = [f"# {entry['upgrade']}", "", place, "", about, "", *bindings_section(entry, harmless)]
     along = brought_along(entry["upgrade"])
     if along:
-        lines += ["These go before it, and are brought along where a document has not been through them:", ""]
+        lines += ["These must run before it, and are run as well where a document has not been through them:", ""]
         lines += [*(f"- [{name}]({name}.md): {reason}" for name, reason in along.items()), ""]
     lines += [*left_section(left), *example_section(examples, without, totals), *sheet_section(differences)]
     data = explanation(about, along, harmless, left, examples, without, totals, differences)

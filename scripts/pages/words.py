@@ -66,20 +66,20 @@ def ancestor(item, same):
 
 
 def work_by_feature(record, before, after):
-    """Rows of what changed, was made and was removed, by the feature that the upgrade worked on."""
+    """Rows of what changed, was created and was removed, by the feature that the upgrade worked on."""
     groups, beside = collections.defaultdict(list), collections.defaultdict(list)
     for item in record.get("changed", []):
         for change in item["changes"]:
             subject = visited(item, change["by"])
             key = {"attributes": code(change.get("key")), "modes": f"mode of {code(change.get('key'))}",
-                   "upToDate": "up to date", "alias": "name", "type": "late type", "father": "stands in",
+                   "upToDate": "up to date", "alias": "name", "type": "late type", "father": "place",
                    "physicalType": "physical type"}.get(change["field"], change["field"])
             if item["id"] != subject:
                 key = f"{say_feature(after[item['id']], after)}: {key}"
             others = groups if item["id"] == subject else beside
             others[subject].append((key, *say_both(change, before, after)))
-    for word, features in (("made", after), ("removed", before)):
-        items = {item["id"]: item for item in record.get({"made": "created"}.get(word, word), [])}
+    for word, features in (("created", after), ("removed", before)):
+        items = {item["id"]: item for item in record.get(word, [])}
         for item in items.values():
             if item["type"] == "GeometrySmartConnector":
                 continue  # their owners' lists of supports tell
@@ -88,7 +88,7 @@ def work_by_feature(record, before, after):
                 subject = ancestor(item, items)
             holds = {key: value for key, value in item.get("attributes", {}).items() if key not in PASSED_OVER}
             cells = [f"{word}: {'parameter' if item['type'] == 'Parameter' else say_feature(item, features)}", "", ""]
-            cells[2 if word == "made" else 1] = say(holds, features)
+            cells[2 if word == "created" else 1] = say(holds, features)
             if subject != item["id"] or holds:
                 groups[subject].append(tuple(cells))
     for subject, rows in beside.items():

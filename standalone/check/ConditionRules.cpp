@@ -30,17 +30,18 @@ constexpr DamageKind kNoMotion{"the component {} is missing",
 constexpr DamageKind kNoValue{"the component {} has no number as its \"Values\" or none as its \"IsActive\"",
                               "Give the components {} numbers as \"Values\" and \"IsActive\""};
 constexpr DamageKind kOtherType{"the component {} is of another \"Type\"",
-                                "Delete the component {}, which the upgrade makes anew"};
+                                "Delete the component {}; the upgrade recreates it"};
 
 constexpr DamageKind kShared{"another feature links to the parameter behind {} too",
                              "Give the feature a parameter of its own as {}, beneath it"};
 
 constexpr DamageKind kNumbered{
-    "{} has a number in its name, which nobody reads",
+    "{} has a number in its name, so nothing reads it",
     "Give the component of that name without a number the value of {}, in its place "
     "in \"SonsList\""};
-constexpr DamageKind kBehindThird{"{} stands behind the third place of \"SonsList\", where all goes",
-                                  "Put {} among the first three of \"SonsList\""};
+constexpr DamageKind kBehindThird{
+    "{} is after the third place of \"SonsList\", from where everything is removed",
+    "Put {} among the first three of \"SonsList\""};
 
 // A condition is registered when its migration has succeeded. One that could not be registered has lost its
 // old values: no second run finds them.
@@ -268,7 +269,7 @@ Verdict EndIncrement(Feature& feature, const Survey& /*survey*/) {
 
 constexpr std::string_view kInParameter = "its value is not in the current basic components";
 constexpr std::string_view kInOldComponents = "its values are not in components of the current names";
-constexpr std::string_view kHasRedundant = "its old list of sons was not brought up to date";
+constexpr std::string_view kHasRedundant = "its old list of sons was not updated";
 
 constexpr ConformityRule kRules[] = {
     {"HVXPressure", "UpgradePressureBasicComponents", kInParameter, Pressure},

@@ -125,7 +125,7 @@ constexpr ConformityRule kRules[] = {
     {kCouplings, "AddExclusionRegionToMeshPart", "the mesh part does not know the exclusion regions",
      ExclusionNotInMesh},
     {kCouplings, "UpdateGroupToExclusionRegion", "an exclusion region is a group of supports", ExcludesGroup},
-    {"HVXRigidBodyConstraintLT", "AddCenterOfMassToRBC", "the use of the centre of mass is not told",
+    {"HVXRigidBodyConstraintLT", "AddCenterOfMassToRBC", "it does not say whether the centre of mass is used",
      WithoutCenterOfMass},
     {"HVXRigidBodyConstraintLT", "UpgradeBasicComponents", check::kLacks, check::LacksLayout},
     {"HVXSpringLT HVXDamperLT", "UpgradeSpringConnectionProperty",

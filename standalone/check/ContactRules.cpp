@@ -29,33 +29,31 @@ constexpr DamageKind kNoProperty{"{} is missing",
                                  "Give the feature a {} that links to its connection property"};
 constexpr DamageKind kEmptyProperty{"{} links to no connection property of the kind that its support has",
                                     "Let {} link to the connection property that its support rests on"};
-constexpr DamageKind kPropertyOnNothing{"the connection property, {}, rests on nothing",
+constexpr DamageKind kPropertyOnNothing{"the connection property, {}, has no support",
                                         "Give the connection property, {}, its two supports"};
-constexpr DamageKind kNotFirst{"only its first support is looked at, and this one, {}, stands behind it",
+constexpr DamageKind kNotFirst{"only its first support is used, and this one, {}, comes after it",
                                "Let the first support rest on what the connection property connects"};
-constexpr DamageKind kLostSides{"nothing tells what it rested on",
-                                "Select its two sides anew in the workbench"};
+constexpr DamageKind kLostSides{"nothing shows what it rested on",
+                                "Select its two sides again in the workbench"};
 constexpr DamageKind kLostProperty{"it lost them when it was moved off its connection property, {}",
-                                   "Select its two sides anew in the workbench"};
-constexpr DamageKind kNoCase{"it stands beneath no analysis case",
-                             "Move the feature beneath an analysis case"};
+                                   "Select its two sides again in the workbench"};
+constexpr DamageKind kNoCase{"it is beneath no analysis case", "Move the feature beneath an analysis case"};
 constexpr DamageKind kNoContainer{"the analysis case has no {}", "Give the analysis case an {}"};
 constexpr DamageKind kNoContact{"no contact pair links to it as its {}",
                                 "Let its contact pair link to it as its {}, or delete it"};
 constexpr DamageKind kFitMayBeLost{
-    "the contact pair that was made for it may lack its interference fit, which a second run would delete",
-    "Give the pair the fit where it lacks it, and delete the property"};
+    "the contact pair that was created for it may have no interference fit, which a second run would delete",
+    "Give the pair the fit where it is missing, and delete the property"};
 constexpr DamageKind kUnreadableFit{
     "a value of its interference fit could not be read",
-    "Give the contact pair that was made for the property its fit, and delete "
-    "the property"};
+    "Give the contact pair that was created for the property its fit, and delete the property"};
 constexpr DamageKind kUnreadableFitYet{"{} of its interference fit cannot be read",
                                        "Give its interference fit a number as {}"};
 constexpr DamageKind kWithoutSidesYet{
-    "{} of its first support is missing: the contact pair made for it would have no sides",
+    "{} of its first support is missing: the contact pair created for it would have no sides",
     "Let its first support have a {}"};
 constexpr DamageKind kWithoutSides{
-    "its first support lacks one of its two sides, and each run would make another contact pair without "
+    "its first support has only one of its two sides, and each run would create another contact pair without "
     "sides",
     "Give the property both sides of its first support, then run hvxupgrade upgrade --retry"};
 constexpr DamageKind kNoList{"the analysis model has no {} to register it in",
@@ -67,7 +65,7 @@ constexpr DamageKind kNotInList{
     "it is not in the \"FeatList\" of the analysis model",
     "Enter the feature in the \"FeatList\" of the analysis model, and give it its "
     "\"PropagationState\" and \"PropagatedTo\" in the workbench"};
-constexpr DamageKind kStandsNowhere{"it stands in no container", "Put the feature in the analysis container"};
+constexpr DamageKind kStandsNowhere{"it is in no container", "Put the feature in the analysis container"};
 
 std::string IdOf(const Feature& feature) {
   return fmt::format("feature {}", feature.id);
@@ -278,8 +276,7 @@ constexpr std::string_view kPairs =
 constexpr ConformityRule kRules[] = {
     {"HVXSurfaceToSurfaceContactLT", kConversion, "contacts of this late type have become contact pairs",
      OldContact},
-    {kStandardPair, kConversion, "the conversion of the old contact that it was did not come to its end",
-     HalfConverted},
+    {kStandardPair, kConversion, "the conversion of the old contact that it was did not end", HalfConverted},
     {kPairs, "UpgCCPToGACOrConstraintAsSupp", "a support rests on a contact connection property",
      PairOnProperty},
     {kPairs, {}, "it has no supports", OnNothing},

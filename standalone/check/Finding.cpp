@@ -93,7 +93,7 @@ std::string Finding::NextStep() const {
       return remedy.empty() ? "Run hvxupgrade upgrade --retry"
                             : remedy + ", then run hvxupgrade upgrade --retry";
     case FindingKind::kBeyondUpgrades:
-      return remedy.empty() ? "Give the feature these values anew in the workbench" : remedy;
+      return remedy.empty() ? "Set these values of the feature again in the workbench" : remedy;
     case FindingKind::kUnknown:
       return remedy.empty() ? "Nothing needs to be done: they are kept as they are" : remedy;
   }

@@ -78,7 +78,7 @@ class Integrity {
   }
 
   void CheckFeature(const Feature& feature) {
-    if (feature.removed) AddOf(feature, "it was removed and still stands in the document");
+    if (feature.removed) AddOf(feature, "it was removed and is still in the document");
     if (feature.id < 1 || feature.id > format::kMaxId) AddOf(feature, "ids go from 1 to {}", format::kMaxId);
     if (!met_.Insert(feature.id)) AddOf(feature, "another feature has the same id");
     CheckName(feature, feature.type->Id(), "late type");
@@ -192,7 +192,7 @@ class Integrity {
       const Feature* above = feature;
       while (above != nullptr && !ends.contains(above)) {
         if (way.size() > document_.FeatureCount()) {
-          AddOf(*feature, "it stands beneath a feature that is an ancestor of itself");
+          AddOf(*feature, "it is beneath a feature that is an ancestor of itself");
           return;
         }
         way.push_back(above);

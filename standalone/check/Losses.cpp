@@ -22,7 +22,7 @@ constexpr std::string_view kRemedy = "Correct it in the document as it was befor
 constexpr DamageKind kShorter{"{} lists fewer than before", {}};
 constexpr DamageKind kHeldOthers{"{} held other values",
                                  "Compare {} with the document as it was before, and correct it"};
-constexpr DamageKind kNotMadeAnew{"nothing holds the value of {} now",
+constexpr DamageKind kNotMadeAnew{"nothing has the value of {} now",
                                   "Read it in the document as it was before, and give it to the condition"};
 
 std::size_t LinksIn(const FeatureState& state, const Key& list) {

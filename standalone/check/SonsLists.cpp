@@ -13,12 +13,11 @@ constexpr std::size_t kSonsOfCurrentModel = 2;
 
 constexpr DamageKind kTooFew{"\"SonsList\" holds fewer than two sons",
                              "Enter the condition's connector and \"AxisSystemType\" in \"SonsList\""};
-constexpr DamageKind kStray{"\"SonsList\" holds others than old releases made, such as {}",
-                            "Take {} out of \"SonsList\"", "SonsList"};
+constexpr DamageKind kStray{"\"SonsList\" holds others than old releases created, such as {}",
+                            "Remove {} from \"SonsList\"", "SonsList"};
 constexpr DamageKind kEndless{
-    "its upgrade would never come to an end, since {} stands in \"SonsList\" where it expects a redundant "
-    "force",
-    "Take {} out of \"SonsList\"", "SonsList"};
+    "its upgrade would never end, since {} is in \"SonsList\" where it expects a redundant force",
+    "Remove {} from \"SonsList\"", "SonsList"};
 
 // The list while it is trimmed. Positions count from 0 here.
 class Sons {

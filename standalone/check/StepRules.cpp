@@ -17,9 +17,9 @@ using check::IsA;
 constexpr DamageKind kNoModel{"the document has no analysis model", "Give the document an \"AnalysisModel\""};
 constexpr DamageKind kNoNewParameters{"{} of the analysis model is false",
                                       "Set {} of the analysis model to true"};
-constexpr DamageKind kNotAMember{"it stands in no {}",
-                                 "Create a request anew in the workbench, and delete this one"};
-constexpr DamageKind kNothingElse{"{} holds nothing else", "Select the variables of the request anew"};
+constexpr DamageKind kNotAMember{"it is in no {}",
+                                 "Create a new request in the workbench, and delete this one"};
+constexpr DamageKind kNothingElse{"{} holds nothing else", "Select the variables of the request again"};
 
 // Steps.
 

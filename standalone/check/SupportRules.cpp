@@ -19,14 +19,14 @@ constexpr DamageKind kNoContext{"its support, {}, has no \"SecondObject\"",
                                 "Give {} the product it is used in as its \"SecondObject\""};
 constexpr DamageKind kNoMainBody{"the part of {} has no \"MainBody\"",
                                  "Give the part of {} its \"MainBody\""};
-constexpr DamageKind kNoContainer{"{} stands in no part's container", "Put {} in the container of its part"};
+constexpr DamageKind kNoContainer{"{} is in no part's container", "Put {} in the container of its part"};
 constexpr DamageKind kNoPart{"the container of {} has no \"Part\"", "Give the container of {} its \"Part\""};
-constexpr DamageKind kMeshOnOldBody{"{} does", "Mesh the feature anew in the workbench"};
+constexpr DamageKind kMeshOnOldBody{"{} does", "Mesh the feature again in the workbench"};
 constexpr DamageKind kNotProduced{"no body of its part produces {}",
                                   "Let the support rest on a body of its part"};
 constexpr DamageKind kConnectsNothing{"{} is missing",
                                       "Select what the support rests on, or delete the support"};
-constexpr DamageKind kNoConnector{"{} is none", "Take {} out of the list, and add the support anew"};
+constexpr DamageKind kNoConnector{"{} is none", "Remove {} from the list, and add the support again"};
 
 std::string IdOf(const Feature& feature) {
   return fmt::format("feature {}", feature.id);

@@ -38,7 +38,7 @@ constexpr DamageKind kNoText{"{} holds no text", "Give {} a text"};
 constexpr DamageKind kOtherLetters{
     "{} is \"Halvex\" in other letters, so its case counts as another product's", "Write {} as \"Halvex\""};
 constexpr DamageKind kNoInteger{"{} holds no integer within 32 bits", "Give {} an integer"};
-constexpr DamageKind kNoCount{"{} holds no count of mesh objects", "Mesh the part anew"};
+constexpr DamageKind kNoCount{"{} holds no count of mesh objects", "Mesh the part again"};
 constexpr DamageKind kNoNumber{"{} holds no number", "Give {} a number"};
 constexpr DamageKind kNoFlag{"{} holds neither true nor false", "Give {} the value true or false"};
 constexpr DamageKind kNoLink{"{} holds no link", "Make {} a link"};

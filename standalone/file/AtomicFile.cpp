@@ -112,15 +112,15 @@ void AtomicFile::BeginWriteBack() {
 
 FileDigest AtomicFile::Digest() {
   const auto identity = FileIdentity::Of(descriptor_);
-  if (!identity) Fail("looked at");
+  if (!identity) Fail("checked");
   return {.bytes = written_, .modified = identity->modified, .sha256 = sum_->Take()};
 }
 
 void AtomicFile::Commit() {
-  if (fsync(descriptor_) != 0) Fail("brought to disk");
+  if (fsync(descriptor_) != 0) Fail("synced to disk");
   const int closed = close(descriptor_);
   descriptor_ = -1;
-  if (closed != 0) Fail("brought to disk");
+  if (closed != 0) Fail("synced to disk");
   if (overwrite_) {
     Replace();
   } else if (!MoveWithoutReplacing(temporary_, target_)) {

@@ -110,7 +110,7 @@ void Backup::MakeCopy(const std::filesystem::path& file) {
 void Backup::Fail(int cause) const {
   if (cause == EEXIST) {
     throw DocumentError(DocumentError::Kind::kUnwritable, name_.string(), 0,
-                        "the backup cannot be made, because something else stands there",
+                        "the backup cannot be made, because its name is taken by something else",
                         "Remove or rename the older backup, or choose another suffix; nothing was changed");
   }
   const bool isFull = cause == ENOSPC || cause == EDQUOT;

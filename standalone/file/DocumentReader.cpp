@@ -143,10 +143,10 @@ class Reader {
   // Goes on from `next`, where the line after the last record begins (0 for none), to the record at `at`. The
   // parser would take records that share lines; then it would depend on where blocks end what is read.
   void GoToRecord(std::string_view block, std::size_t next, std::size_t at) {
-    if (at < next) Refuse("a second value stands in the line", "Give every feature a line of its own");
+    if (at < next) Refuse("the line has a second value", "Give every feature a line of its own");
     const std::string_view between = block.substr(next, at - next);
     if (between.find_first_not_of(kBlanks) != std::string_view::npos) {
-      Refuse("the value goes on in the next line", "Give every feature one line");
+      Refuse("the value continues in the next line", "Give every feature one line");
     }
     line_ += static_cast<std::size_t>(std::ranges::count(between, '\n')) + (next == 0 ? 0 : 1);
   }

@@ -96,7 +96,7 @@ void FeatureReader::ReadAttributes(Feature& feature, ondemand::value value) {
     const std::string_view key = TakeKey(field);
     const NameId name = names_.Intern(key);
     if (name == kNoName) Refuse("an attribute has an empty key");
-    if (!marks_.Set(name)) Refuse(fmt::format("attribute \"{}\" stands twice", key));
+    if (!marks_.Set(name)) Refuse(fmt::format("attribute \"{}\" occurs twice", key));
     Attribute& attribute = attributes_.emplace_back();
     attribute.key = name;
     FeatureId forward = 0;

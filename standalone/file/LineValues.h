@@ -128,7 +128,7 @@ class Keys {
 
  private:
   std::size_t Take(std::size_t index) {
-    if ((met_ >> index & 1U) != 0) Refuse(fmt::format("key \"{}\" stands twice", keys_[index].Text()));
+    if ((met_ >> index & 1U) != 0) Refuse(fmt::format("key \"{}\" occurs twice", keys_[index].Text()));
     met_ |= 1U << index;
     next_ = index + 1;
     return index;

@@ -13,14 +13,14 @@
 namespace standalone {
 namespace {
 
-constexpr std::string_view kRestore = "Restore it from a backup, or make it anew";
+constexpr std::string_view kRestore = "Restore it from a backup, or create it again";
 
 NotUnpacked Damaged(Compression compression, std::string_view how) {
   return {fmt::format("the compressed file is damaged ({}: {})", NameOf(compression), how), kRestore};
 }
 
 NotUnpacked FollowedByOther(Compression compression) {
-  return {fmt::format("something else stands behind the compressed document ({})", NameOf(compression)),
+  return {fmt::format("something else follows the compressed document ({})", NameOf(compression)),
           "Unpack it without what follows, and give the file that comes out; or restore it from a backup"};
 }
 

@@ -43,7 +43,7 @@ class DocumentCompanion {
 /// What `Document::Create` throws beyond the limit that was set.
 class TooManyFeatures : public std::runtime_error {
  public:
-  TooManyFeatures() : std::runtime_error("more features were made than the limit allows") {}
+  TooManyFeatures() : std::runtime_error("more features were created than the limit allows") {}
 };
 
 /// An analysis document in memory: the features, in order, and which upgrades the document has been through.

@@ -111,7 +111,7 @@ bool Fits(simdjson::dom::element value, const NeededAttribute& needed) {
 void Require(const FeatureCatalog& catalog, const NeededLateType& needed, const std::filesystem::path& file) {
   simdjson::dom::object attributes;
   if (catalog.lateTypes[needed.lateType].get_object().get(attributes) != simdjson::SUCCESS)
-    Refuse(file, fmt::format("the feature catalog lacks \"{}\"", needed.lateType));
+    Refuse(file, fmt::format("\"{}\" is missing in the feature catalog", needed.lateType));
   for (const NeededAttribute& attribute : needed.attributes) {
     simdjson::dom::element value;
     if (attributes[attribute.key].get(value) != simdjson::SUCCESS || !Fits(value, attribute)) {

@@ -94,7 +94,7 @@ void RefuseIncomplete(const CatalogsOfLanguage& catalogs, const std::filesystem:
     if (found == catalogs.end()) refuse(name, "the message catalog is missing");
     const auto text = found->second.find(key);
     if (text == found->second.end() || text->second.empty())
-      refuse(name, fmt::format("the message catalog lacks \"{}\"", key));
+      refuse(name, fmt::format("\"{}\" is missing in the message catalog", key));
   }
 }
 

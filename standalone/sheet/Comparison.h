@@ -12,7 +12,7 @@ namespace standalone::sheet {
 
 /// What a difference means for the analysis.
 enum class Meaning : std::uint8_t {
-  kSame,         ///< The same analysis, said otherwise: a unit, a name, a table instead of a value.
+  kSame,         ///< The same analysis, expressed differently: a unit, a name, a table instead of a value.
   kOnPurpose,    ///< Another analysis, as the upgrade is there to make it.
   kUnaccounted,  ///< No upgrade is there to do this.
 };

@@ -66,6 +66,6 @@ std::span<const Intention> ElementIntentions();
 
 // The quantities of a subject that no reader reads: the comparison makes their facts.
 inline constexpr Quantity kNameQuantity{"name"};
-inline constexpr Quantity kPlaceQuantity{"stands in"};
+inline constexpr Quantity kPlaceQuantity{"place"};
 
 }  // namespace standalone::sheet

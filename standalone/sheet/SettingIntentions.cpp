@@ -185,7 +185,7 @@ constexpr std::string_view kRequest = "UpgradeFieldOutputRequest";
 constexpr std::string_view kWholeModel =
     "the new request is for the whole model, by default, and for later steps";
 constexpr std::string_view kNumbering = "RestNodeAndElementUserNumber";
-constexpr std::string_view kNumbered = "elements and nodes are to be numbered anew";
+constexpr std::string_view kNumbered = "elements and nodes are to be renumbered";
 constexpr std::string_view kSolution = "UpgradeAnalysisCase";
 constexpr std::string_view kSolved = "the solution is linked to the case that it solves";
 

@@ -216,7 +216,7 @@ bool CentreOfMass(Change& change) {
 
 constexpr std::string_view kBodySupport = "UpgradeBodySupport";
 constexpr std::string_view kMeshPart = "UpgradeToConnMeshPart";
-constexpr std::string_view kFromSupports = "the connection mesh is made from the supports";
+constexpr std::string_view kFromSupports = "the connection mesh is created from the supports";
 constexpr std::string_view kTakesRegions = "the mesh takes over the exclusion regions";
 
 constexpr Intention kIntentions[] = {

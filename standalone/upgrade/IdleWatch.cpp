@@ -34,10 +34,9 @@ std::int64_t MeshObjectsOf(const Document& document) {
 }  // namespace
 
 IdleRun::IdleRun(std::int64_t calls)
-    : std::runtime_error(
-          fmt::format("more than {} calls of the host in a row changed nothing, so that it seems to "
-                      "go on for ever; hvxupgrade check tells what it stumbles over",
-                      calls)) {}
+    : std::runtime_error(fmt::format("more than {} calls of the host in a row changed nothing, so it would "
+                                     "probably never end; hvxupgrade check shows the cause",
+                                     calls)) {}
 
 IdleWatch::IdleWatch(const Document& document)
     : document_(document),

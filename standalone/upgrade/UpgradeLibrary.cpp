@@ -49,9 +49,10 @@ void* Load(const std::filesystem::path& file) {
 
 UpgradeLibrary::UpgradeLibrary(const std::filesystem::path& file) : handle_(Load(file)) {
   if (handle_ == nullptr) {
-    throw std::runtime_error(fmt::format(
-        "{}: the upgrade library cannot be loaded ({}). Unless that is a lack of something, reinstall it",
-        file.string(), dlerror()));
+    throw std::runtime_error(
+        fmt::format("{}: the upgrade library cannot be loaded ({}). Unless something is missing that it "
+                    "needs, reinstall it",
+                    file.string(), dlerror()));
   }
   const auto entry = reinterpret_cast<HVXGetUpgradeLibraryEntry>(dlsym(handle_, "HVXGetUpgradeLibrary"));
   if (entry == nullptr) {
@@ -65,8 +66,7 @@ UpgradeLibrary::UpgradeLibrary(const std::filesystem::path& file) : handle_(Load
     dlclose(handle_);
     throw std::runtime_error(
         fmt::format("{}: the upgrade library was built for another version of this program. Install the one "
-                    "that belongs to "
-                    "this version, or build it anew with its headers",
+                    "that belongs to this version, or rebuild it with its headers",
                     file.string()));
   }
 }

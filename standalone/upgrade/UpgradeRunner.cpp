@@ -63,7 +63,7 @@ std::string WhatWasMade(const Document& document, const UpgradeWork& work) {
     properties += feature->TypeName() == "SAMFaceFaceContact" ? 1 : 0;
     cases += feature->type->MetaClass().IsAKindOf(kind::kAnalysisCase) ? 1 : 0;
   }
-  std::string text = fmt::format("it made {} features in a document of {}", document.CreatedCount(), old);
+  std::string text = fmt::format("it created {} features in a document of {}", document.CreatedCount(), old);
   if (work.kind == UpgradeWork::Kind::kConversion && properties != 0)
     text += fmt::format(" ({} connection properties in {} cases)", properties, cases);
   return text + ", which is the limit; raise it with --limit-features";

@@ -149,7 +149,7 @@ TEST_F(AtomicFileTest, ABackupThatAKilledRunMadeIsTheBackup) {
   // A link would lead to the new document.
   fs::remove(folder_ / "a.old");
   fs::create_symlink("a", folder_ / "a.old");
-  EXPECT_THAT(Replace(WithBackup()), HasSubstr("something else stands there"));
+  EXPECT_THAT(Replace(WithBackup()), HasSubstr("its name is taken by something else"));
 }
 
 TEST_F(AtomicFileTest, WhatCannotBePutInPlaceTakesItsOwnBackupBackOnly) {
@@ -184,7 +184,7 @@ TEST_F(AtomicFileTest, WithoutLinksABackupIsACopyWhichIsWholeBeforeItBearsItsNam
   EXPECT_EQ(BytesOf(folder_ / "a.old"), long_);
   EXPECT_EQ(FileIdentity::Of(folder_ / "a.old")->modified, before->modified);
   EXPECT_EQ(fs::status(folder_ / "a.old").permissions(), fs::perms(0640));
-  EXPECT_THAT(Replace(WithBackup()), HasSubstr("something else stands there"));
+  EXPECT_THAT(Replace(WithBackup()), HasSubstr("its name is taken by something else"));
   EXPECT_THAT(folder_.Names(), ElementsAre("a", "a.old"));
 }
 

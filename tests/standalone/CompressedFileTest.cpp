@@ -90,7 +90,7 @@ TEST_P(CompressedFileTest, WhatIsCutOffOrDamagedIsNeverTakenForTheDocument) {
     const std::string outcome = Read(damaged);
     if (outcome == kText) continue;  // such as the time in the header, which nobody looks at
     EXPECT_THAT(outcome, testing::AnyOf(StartsWith(": the compressed file "), StartsWith(": to unpack"),
-                                        StartsWith(": something else stands behind")))
+                                        StartsWith(": something else follows")))
         << at;
     ++told;
   }
@@ -100,7 +100,7 @@ TEST_P(CompressedFileTest, WhatIsCutOffOrDamagedIsNeverTakenForTheDocument) {
 TEST_P(CompressedFileTest, WhatStandsBehindIsRefused) {
   for (const std::string& other : {"\n"s, "\0"s, kText + ""s}) {
     EXPECT_THAT(Read(Packed(kText, GetParam()) + other),
-                StartsWith(": something else stands behind the compressed document"));
+                StartsWith(": something else follows the compressed document"));
   }
 }
 

@@ -142,7 +142,7 @@ TEST_F(DocumentFileTest, WhatIsNoDocumentIsRefused) {
   ExpectRefused("{\"format\":\"pdf\"}\n", 1, "its format is not \"hvxdoc\"");
   ExpectRefused("{\"format\":7}\n", 1, "\"format\" must be a text but is a number");
   ExpectRefused("{\"format\":\"hvxdoc\",\"version\":1,\"features\":0}\n", 1, "the header must have");
-  ExpectRefused("{\"format\":\"hvxdoc\",\"version\":1,\"version\":1}\n", 1, "key \"version\" stands twice");
+  ExpectRefused("{\"format\":\"hvxdoc\",\"version\":1,\"version\":1}\n", 1, "key \"version\" occurs twice");
   ExpectRefused("{\"format\":\"hvxdoc\",\"colour\":1}\n", 1, "unknown key \"colour\"");
   ExpectRefused("{\"format\":\"hvxdoc\",\"version\":1.0}\n", 1, "must be a whole number");
   ExpectRefused("{\"format\":\"hvxdoc\",\"version\":0}\n", 1, "format version 0 does not exist");
@@ -172,8 +172,8 @@ TEST_F(DocumentFileTest, BrokenTextIsRefusedWithItsLine) {
   }
   ExpectLineRefused("{\"id\":2,\"type\":\"\xff\"}", "not valid UTF-8");
   ExpectLineRefused("{\"id\":2,\"type\":\"\xed\xa0\x80\"}", "not valid UTF-8");  // half a pair of UTF-16
-  ExpectLineRefused(R"({"id":2,"type":"X"}{"id":3,"type":"X"})", "a second value stands in the line");
-  ExpectLineRefused(R"({"id":2,"type":"X"} x)", "a second value stands in the line");
+  ExpectLineRefused(R"({"id":2,"type":"X"}{"id":3,"type":"X"})", "the line has a second value");
+  ExpectLineRefused(R"({"id":2,"type":"X"} x)", "the line has a second value");
   for (const std::size_t blockBytes : {std::size_t{1}, std::size_t{1} << 20}) {
     ReadOptions options;
     options.blockBytes = blockBytes;
@@ -200,7 +200,7 @@ TEST_F(DocumentFileTest, UnsoundFeaturesAreRefused) {
       {R"({"id":2,"type":""})", R"("type" is empty)"},
       {R"({"id":2,"type":null})", R"("type" must be a text but is null)"},
       {R"({"id":2,"type":"X","Name":"n"})", R"(unknown key "Name")"},
-      {R"({"id":2,"type":"X","name":"n","name":"n"})", R"(key "name" stands twice)"},
+      {R"({"id":2,"type":"X","name":"n","name":"n"})", R"(key "name" occurs twice)"},
       {R"({"id":2,"type":"X","father":1})", R"("father" must be an object but is a number)"},
       {R"({"id":2,"type":"X","father":{}})", R"(the link "father" must have the one key "ref")"},
       {R"({"id":2,"type":"X","father":{"ref":1,"ref":1}})",
@@ -216,7 +216,7 @@ TEST_F(DocumentFileTest, UnsoundFeaturesAreRefused) {
       {R"({"id":2,"type":"X","upToDate":0})", R"("upToDate" must be true or false but is a number)"},
       {R"({"id":2,"type":"X","attributes":[]})", R"("attributes" must be an object but is a list)"},
       {R"({"id":2,"type":"X","attributes":{"":1}})", "an attribute has an empty key"},
-      {R"({"id":2,"type":"X","attributes":{"A":1,"\u0041":2}})", R"(attribute "A" stands twice)"},
+      {R"({"id":2,"type":"X","attributes":{"A":1,"\u0041":2}})", R"(attribute "A" occurs twice)"},
       {R"({"id":2,"type":"X","attributes":{"A":9223372036854775808}})",
        R"(number of attribute "A" is out of range)"},
       {R"({"id":2,"type":"X","attributes":{"A":-9223372036854775809}})",
@@ -324,7 +324,7 @@ TEST_F(DocumentFileTest, ManyAttributesAndModesAreToldApart) {
                                      all, allModes));
   };
   EXPECT_EQ(Read(document(attributes, modes)).text, document(attributes, modes));
-  ExpectRefused(document(attributes + ",\"k77\":1", modes), 2, "attribute \"k77\" stands twice");
+  ExpectRefused(document(attributes + ",\"k77\":1", modes), 2, "attribute \"k77\" occurs twice");
   ExpectRefused(document(attributes, modes + ",\"k77\":1"), 2, "\"modes\" names \"k77\" twice");
   ExpectRefused(document(attributes, modes + ",\"k500\":1"), 2, "\"k500\", which is no attribute");
   std::string upgrades = "\"U0\"";

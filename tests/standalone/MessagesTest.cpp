@@ -93,11 +93,11 @@ TEST(MessagesTest, CatalogsThatAreNotCompleteAreRefusedWithFileAndRemedy) {
   std::filesystem::copy(installed, folder / "", std::filesystem::copy_options::recursive);
   EXPECT_EQ(refusalOf("de"), "");
   static_cast<void>(folder.Put("de/HVXAnalysisStep.json", "{}"));
-  EXPECT_THAT(
-      refusalOf("de"),
-      testing::HasSubstr(R"(de/HVXAnalysisStep.json: the message catalog lacks "PreSelDefault.Title")"));
+  EXPECT_THAT(refusalOf("de"),
+              testing::HasSubstr(
+                  R"(de/HVXAnalysisStep.json: "PreSelDefault.Title" is missing in the message catalog)"));
   static_cast<void>(folder.Put("en/HVXHacCatalogNLS.json", R"({"HVXInteractionContainerLT":""})"));
-  EXPECT_THAT(refusalOf("en"), testing::HasSubstr(R"(lacks "HVXInteractionContainerLT")"));
+  EXPECT_THAT(refusalOf("en"), testing::HasSubstr(R"("HVXInteractionContainerLT" is missing)"));
   std::filesystem::copy(installed / "en/HVXHacCatalogNLS.json", folder / "en/HVXHacCatalogNLS.json",
                         std::filesystem::copy_options::overwrite_existing);
   std::filesystem::remove(folder / "en/HVXVersionManager.json");
@@ -123,7 +123,7 @@ TEST(FeatureCatalogsTest, WhatUpgradesMakeFeaturesFromMustBeThereAndSound) {
            std::pair{"{\"HVXElementAssignmentLT\":1}", "must be an object"},
            std::pair{"{\"HVXElementAssignmentLT\":{\"a\":{}}}", "cannot be an attribute"},
            std::pair{"{\"HVXElementAssignmentLT\":{}}", "\"ElementShape\" of \"HVXElementAssignmentLT\""},
-           std::pair{"{\"HVXSectionControlsLT\":{}}", "lacks \"HVXElementAssignmentLT\""},
+           std::pair{"{\"HVXSectionControlsLT\":{}}", "\"HVXElementAssignmentLT\" is missing"},
        }) {
     static_cast<void>(folder.Put("HVXElementPropertiesCatalog.VLMfct", text));
     EXPECT_THAT(refusal(), testing::AllOf(testing::HasSubstr("HVXElementPropertiesCatalog.VLMfct: "),

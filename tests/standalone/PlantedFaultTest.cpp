@@ -163,13 +163,13 @@ TEST_F(PlantedFaultTest, EachIsNamed) {
          Feature& other = Named(d, "HVXGeneralStaticStepLT", "Bearing");
          d.PlaceBeneath(Named(d, "HVXClamp", "Clamp.1"), other);
        },
-       "clamp Clamp.1: stands in Initial -> Bearing"},
+       "clamp Clamp.1: place Initial -> Bearing"},
       {"steps in another case",
        [](Document& d) {
          Feature& other = Named(d, "HVXExplicitDynamicsStepLT", "Impact");
          d.PlaceBeneath(*Named(d, "HVXGeneralStaticStepLT", "Bearing").father, *other.father->father);
        },
-       "general static step Bearing: stands in"},
+       "general static step Bearing: place"},
       {"a condition that is gone",
        [](Document& d) {
          d.Remove(Named(d, "HVXClamp", "Clamp.1"));

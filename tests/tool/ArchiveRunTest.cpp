@@ -105,23 +105,22 @@ TEST_F(ArchiveRunTest, StoppedAndGoneOnWithItEndsAsInOneGo) {
     const Ended stopped = Wait(program);
     EXPECT_EQ(stopped.code, 130) << stopped.out << stopped.err;
     EXPECT_LT(std::chrono::steady_clock::now() - asked, std::chrono::seconds(5));
-    EXPECT_TRUE(stopped.err.find("The same command goes on with what is left") != std::string::npos)
-        << stopped.err;
+    EXPECT_TRUE(stopped.err.find("The same command resumes the run") != std::string::npos) << stopped.err;
     EXPECT_TRUE(Content(Path("r.jsonl")).find(R"("exitCode":130,"left":)") != std::string::npos);
   }
   const Ended ended = Run(command);
   EXPECT_EQ(ended.code, 3);
-  EXPECT_TRUE(ended.out.starts_with("going on with ")) << ended.out;
+  EXPECT_TRUE(ended.out.starts_with("resuming ")) << ended.out;
   const std::map<std::string, int> wanted = {
       {"upgraded", kSound + 1}, {"nothingChosen", 1}, {"newer", 1}, {"broken", 1},
       {"crashed", 1},           {"timedOut", 1}};
   EXPECT_EQ(Verdicts("r.jsonl"), wanted);
   for (const char* const name :
        {"stray.hvxdoc: 1 thing needs a person", "newer.hvxdoc: ", "broken.hvxdoc:5: ",
-        "crashing.hvxdoc: the upgrade crashed", "looping.hvxdoc: the upgrade was stopped"})
+        "crashing.hvxdoc: the upgrade crashed", "looping.hvxdoc: the upgrade timed out"})
     EXPECT_TRUE(ended.out.find("  " + Path("archive/") + name) != std::string::npos) << name << ended.out;
   EXPECT_TRUE(
-      ended.out.find("36 documents: 30 upgraded, 1 upgraded but in need of a person, 1 with nothing to do") !=
+      ended.out.find("36 documents: 30 upgraded, 1 upgraded but needing a person, 1 with nothing to do") !=
       std::string::npos)
       << ended.out;
 
@@ -160,9 +159,9 @@ TEST_F(ArchiveRunTest, WhatChangedOrIsWantedAgainIsDoneAgain) {
   command.insert(command.end() - 2, "--strict");
   const Ended other = Run(command);
   EXPECT_EQ(other.code, 5);
-  EXPECT_TRUE(other.err.find("r.jsonl: the report is of another command") != std::string::npos) << other.err;
-  EXPECT_TRUE(other.err.find("Give the report another name, or --force to begin it anew") !=
-              std::string::npos);
+  EXPECT_TRUE(other.err.find("r.jsonl: the report belongs to another command") != std::string::npos)
+      << other.err;
+  EXPECT_TRUE(other.err.find("Give the report another name, or --force to replace it") != std::string::npos);
 }
 
 TEST_F(ArchiveRunTest, WithoutAReportTheSameCommandGoesOnToo) {
@@ -230,7 +229,7 @@ TEST_F(ArchiveRunTest, ShardsTogetherDoEachDocumentOnce) {
   merge.push_back(Path("r3.jsonl"));
   const Ended unbegun = Run(merge);
   EXPECT_EQ(unbegun.code, 130);
-  EXPECT_TRUE(unbegun.err.find("these runs were ended before they wrote anything; run their shards again: " +
+  EXPECT_TRUE(unbegun.err.find("these runs ended before they wrote anything; run their shards again: " +
                                Path("r3.jsonl")) != std::string::npos)
       << unbegun.err;
 }

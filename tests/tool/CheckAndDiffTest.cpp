@@ -54,7 +54,7 @@ TEST_F(CheckAndDiffTest, CheckFoldsManyFeaturesAndNamesUnknownLateTypes) {
   }
   const std::string file = Document("many.hvxdoc", lines);
   const Ended folded = Run({"check", file});
-  EXPECT_EQ(folded.code, 1);  // a late type that is probably misspelt takes a person
+  EXPECT_EQ(folded.code, 1);  // a late type that is probably misspelt needs a person
   EXPECT_THAT(folded.out, testing::HasSubstr("    HVXBolt: 10 features, first 4\n"));
   EXPECT_THAT(folded.out,
               testing::HasSubstr("    HVXRotationalBodyForse: 10 features, first 104; did you mean "
@@ -91,7 +91,7 @@ TEST_F(CheckAndDiffTest, DiffMatchesFeaturesAndLinksById) {
   const std::string before = Document("a.hvxdoc", std::string(kJobLines) + std::string(kBrokenJobLine));
   const std::string after = Document("b.hvxdoc", std::string(kJobLines) + R"({"id":5,"type":"HVXClamp"}
 )");
-  EXPECT_EQ(Run({"diff", before, before}).out, before + " and " + before + " hold the same\n");
+  EXPECT_EQ(Run({"diff", before, before}).out, before + " and " + before + " have the same content\n");
   EXPECT_EQ(Run({"diff", before, before}).code, 0);
   const Ended ended = Run({"diff", before, after});
   EXPECT_EQ(ended.code, 1);
@@ -141,7 +141,7 @@ TEST_F(CheckAndDiffTest, DiffTellsAsFewMovedBrothersAsExplainTheOrder) {
   EXPECT_EQ(out.substr(0, out.find('+')),
             "0 features changed, 1 moved, 1 created, 1 removed\n"
             "> 4 HVXRiksStepLT\n"
-            "    stands elsewhere among its brothers\n");
+            "    moved among its siblings\n");
   const std::string swapped = steps("c.hvxdoc", {3, 2, 5, 4, 7});
   EXPECT_EQ(Run({"diff", before, swapped}).code, 1);
   EXPECT_NE(Run({"diff", "--json", before, swapped}).out.find(R"("moved":[{"id":)"), std::string::npos);

@@ -44,7 +44,7 @@ TEST_F(ContainmentTest, ARunThatTakesTooLongIsStopped) {
   const auto begun = std::chrono::steady_clock::now();
   const Ended ended = RunOn("LoopForEver", {"--timeout", "0.3"});
   EXPECT_EQ(ended.code, 1);
-  EXPECT_NE(ended.err.find("stopped after 0.3 s"), std::string::npos) << ended.err;
+  EXPECT_NE(ended.err.find("timed out after 0.3 s"), std::string::npos) << ended.err;
   EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(10));
 }
 
@@ -136,7 +136,7 @@ TEST_F(ContainmentTest, ARunThatWasKilledCanBeGoneOnWithAtOnce) {
   run.insert(run.end(), {"--timeout", "0.1"});
   const Ended second = Run(run);
   EXPECT_EQ(second.code, 1);
-  EXPECT_NE(second.err.find("stopped after 0.1 s"), std::string::npos) << second.err;
+  EXPECT_NE(second.err.find("timed out after 0.1 s"), std::string::npos) << second.err;
 }
 
 TEST_F(ContainmentTest, AReportIsWrittenByOneRunAtATime) {
@@ -212,9 +212,10 @@ TEST_F(ContainmentTest, LimitsAreToldWithWhatReachedThem) {
     return ended.err;
   };
   const std::string features = givenUp({"--limit-features", "60"});
-  EXPECT_NE(features.find("UpgDocumentForCCPRemoval: it made 60 features in a document of 54 (5 connection "
-                          "properties in 20 cases), which is the limit; raise it with --limit-features"),
-            std::string::npos)
+  EXPECT_NE(
+      features.find("UpgDocumentForCCPRemoval: it created 60 features in a document of 54 (5 connection "
+                    "properties in 20 cases), which is the limit; raise it with --limit-features"),
+      std::string::npos)
       << features;
 #ifndef HVX_SANITIZED
   const std::string memory = givenUp({"--limit-memory", "1"});
@@ -229,7 +230,8 @@ TEST_F(ContainmentTest, WithoutWorkersTheDocumentsAreLeft) {
   LimitOpenFiles(6);  // the three streams, the report, its next record, and one end of a pipe
   const Ended ended = Run({"upgrade", file, "--dry-run", "--report", Path("r.jsonl")});
   EXPECT_EQ(ended.code, 1);
-  EXPECT_NE(ended.err.find("not begun, since a pipe cannot be made (Too many open files)"), std::string::npos)
+  EXPECT_NE(ended.err.find("not begun, since a pipe cannot be created (Too many open files)"),
+            std::string::npos)
       << ended.err;
   EXPECT_NE(Content(Path("r.jsonl")).find(R"("left":1)"), std::string::npos);
 }

@@ -34,7 +34,7 @@ class FaultTest : public ToolTest {
 TEST_F(FaultTest, AWorkerThatEndsWhenTheResultIsInPlaceHasUpgradedTheDocument) {
   const Ended ended = RunUnder("worker:fsync:3:signal9", inPlace_);  // of the folder, behind the rename
   EXPECT_EQ(ended.code, 0) << ended.err;
-  EXPECT_TRUE(Has(ended.err, "ended (signal 9, Killed) when the result was in place")) << ended.err;
+  EXPECT_TRUE(Has(ended.err, "ended (signal 9, Killed) after the result was in place")) << ended.err;
   EXPECT_TRUE(Has(ended.out, "job.hvxdoc: upgraded"));
   EXPECT_TRUE(Has(Content(Path("r.jsonl")), R"("verdict":"upgraded")"));
   EXPECT_EQ(Content(file_ + ".old"), before_);
@@ -43,7 +43,7 @@ TEST_F(FaultTest, AWorkerThatEndsWhenTheResultIsInPlaceHasUpgradedTheDocument) {
 TEST_F(FaultTest, AWorkerThatEndsBeforeTheResultIsInPlaceHasNot) {
   const Ended ended = RunUnder("worker:rename:1:signal9", inPlace_);
   EXPECT_EQ(ended.code, 1);
-  EXPECT_TRUE(Has(ended.err, "crashed (signal 9, Killed). Its file was left alone")) << ended.err;
+  EXPECT_TRUE(Has(ended.err, "crashed (signal 9, Killed). Its file is as it was")) << ended.err;
   EXPECT_EQ(Content(file_), before_);
   EXPECT_EQ(Names(), "job.hvxdoc job.hvxdoc.old r.jsonl");
   EXPECT_EQ(Run(inPlace_).code, 0);
@@ -173,7 +173,7 @@ TEST_F(FaultTest, AWorkerOfWhichTheSystemDoesNotTellWhetherItStandsIsStopped) {
       RunUnder("program:waitpid:1:10", {"--library", TROUBLE_LIBRARY, "upgrade", file_, "--dry-run", "--only",
                                         "LoopForEver", "--timeout", "0.1"});
   EXPECT_EQ(ended.code, 1);
-  EXPECT_TRUE(Has(ended.err, "stopped after 0.1 s")) << ended.err;
+  EXPECT_TRUE(Has(ended.err, "timed out after 0.1 s")) << ended.err;
 }
 
 TEST_F(FaultTest, WorkersThatEndBeforeTheyBeginAreToldAsTheCause) {

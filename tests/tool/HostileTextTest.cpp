@@ -177,7 +177,7 @@ TEST_F(HostileTextTest, TheNextCommandIsOneOfAShell) {
     const std::size_t next = ended.out.find("  Next: ");
     ASSERT_NE(next, std::string::npos) << ended.out;
     const std::string line = ended.out.substr(next, ended.out.find('\n', next) - next);
-    EXPECT_TRUE(line.ends_with(word + std::string(" tells what each needs"))) << line;
+    EXPECT_TRUE(line.ends_with(word + std::string(" shows what each needs"))) << line;
   }
 }
 

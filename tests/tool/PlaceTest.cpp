@@ -77,7 +77,7 @@ TEST_F(PlaceTest, AFinishedRunCanBeRepeated) {
   const auto written = fs::last_write_time(Path("new/a.hvxdoc"));
   const Ended again = Run({"upgrade", first, second, "--output-dir", Path("new")});
   EXPECT_EQ(again.code, 0) << again.err;
-  EXPECT_EQ(again.out, "2 documents: 2 current already\n");
+  EXPECT_EQ(again.out, "2 documents: 2 already current\n");
   EXPECT_EQ(fs::last_write_time(Path("new/a.hvxdoc")), written);
 
   Put(Path("new/b.hvxdoc"), "mine");
@@ -117,7 +117,7 @@ TEST_F(PlaceTest, TheNextRunRemovesWhatKilledOnesLeft) {
   close(standalone::MakeTemporary(Path("x"), mine));
   const Ended ended = Run({"upgrade", file, "--in-place"});
   EXPECT_EQ(ended.code, 0);
-  EXPECT_EQ(ended.err, "removed 2 temporary files (5 bytes) that earlier runs, which were killed, left in " +
+  EXPECT_EQ(ended.err, "removed 2 temporary files (5 bytes) that killed runs left in " +
                            fs::canonical(fs::path(file).parent_path()).string() + "\n");
   EXPECT_EQ(Names(), fs::path(mine).filename().string() + " job.hvxdoc");
 }
@@ -131,8 +131,7 @@ TEST_F(PlaceTest, LeftoversGoAlsoWhereTheDocumentIsGivenByItsNameAlone) {
   const Ended ended = Run({"upgrade", "job.hvxdoc", "--in-place", "--report", "apart/r.jsonl"});
   fs::current_path(before);
   EXPECT_EQ(ended.code, 0);
-  EXPECT_EQ(ended.err,
-            "removed 1 temporary file (4 bytes) that earlier runs, which were killed, left in .\n");
+  EXPECT_EQ(ended.err, "removed 1 temporary file (4 bytes) that killed runs left in .\n");
   EXPECT_EQ(Names(), "apart job.hvxdoc");
 }
 
@@ -163,8 +162,8 @@ TEST_F(PlaceTest, CleanListsAndRemovesLeftoversOfProcessesThatAreGone) {
 
   const Ended text = Run({"clean", Path("top"), Path("none")});
   EXPECT_EQ(text.code, 3);
-  EXPECT_TRUE(Has(text.out, "left alone, process " + std::to_string(getpid()))) << text.out;
-  EXPECT_TRUE(Has(text.out, "left alone, it is of host another-host"));
+  EXPECT_TRUE(Has(text.out, "skipped, process " + std::to_string(getpid()))) << text.out;
+  EXPECT_TRUE(Has(text.out, "skipped, it belongs to host another-host"));
   EXPECT_TRUE(Has(text.err, "none: the folder cannot be read")) << text.err;
 }
 

@@ -40,7 +40,7 @@ TEST_F(ReportCommandTest, TextBeginsWithTheVerdictAndTellsWhatToDo) {
   const Ended told = Told();
   EXPECT_EQ(told.code, 0) << told.err;
   EXPECT_TRUE(
-      told.out.starts_with("3 documents: 1 would be upgraded, 1 would be upgraded but in need of a "
+      told.out.starts_with("3 documents: 1 would be upgraded, 1 would be upgraded but needing a "
                            "person, 1 unreadable or broken\n"))
       << told.out;
   EXPECT_THAT(told.out, HasSubstr(", with HVXUpgradeComponents "));
@@ -105,7 +105,7 @@ TEST_F(ReportCommandTest, OfSeveralRecordsOfADocumentTheLastCounts) {
   std::filesystem::current_path(before);
   EXPECT_TRUE(Told().out.starts_with("3 documents: 2 would be upgraded, 1 would be upgraded but"))
       << Told().out;
-  EXPECT_THAT(Told().out, HasSubstr("  gone on with once\n"));
+  EXPECT_THAT(Told().out, HasSubstr("  resumed once\n"));
   EXPECT_EQ(std::ranges::count(Told({"--format", "csv"}).out, '\n'), 4);
   // Two reports stand for themselves.
   std::filesystem::copy_file(Path("r.jsonl"), Path("other.jsonl"));
@@ -118,7 +118,7 @@ TEST_F(ReportCommandTest, AnUnfinishedReportIsToldAsThat) {
   const Ended told = Told();
   EXPECT_EQ(told.code, 0);
   EXPECT_TRUE(told.out.starts_with("2 documents: ")) << told.out;
-  EXPECT_THAT(told.out, HasSubstr("NOT FINISHED: its last run was ended before it could say so"));
+  EXPECT_THAT(told.out, HasSubstr("NOT FINISHED: its last run was killed"));
   EXPECT_THAT(Told({"--format", "json"}).out, HasSubstr(R"("finished":false,"heads":)"));
 }
 

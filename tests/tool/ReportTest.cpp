@@ -150,8 +150,9 @@ TEST_F(ReportTest, EveryRunSaysWhereItComesFrom) {
   withCopy.insert(withCopy.begin(), {"--library", TROUBLE_LIBRARY});
   const Ended other = Run(withCopy);
   EXPECT_EQ(other.code, 5);
-  EXPECT_NE(other.err.find("r.jsonl: the report is of a run with other upgrade libraries (HVXUpgradeCompon"),
-            std::string::npos)
+  EXPECT_NE(
+      other.err.find("r.jsonl: the report belongs to a run with other upgrade libraries (HVXUpgradeCompon"),
+      std::string::npos)
       << other.err;
   EXPECT_EQ(Content(Path("r.jsonl")), before);
 }

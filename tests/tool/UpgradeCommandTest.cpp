@@ -74,7 +74,7 @@ TEST_F(UpgradeCommandTest, TheSummaryShortensWhatWasDropped) {
   EXPECT_TRUE(
       Has(ended.out, "\n    Key19 of HVXFieldOutputLT \"Old\" (id 5): \"" + begin + " ... and 1 more\n"))
       << ended.out;
-  EXPECT_TRUE(Has(ended.out, "\n    and 10 more keys; --verbose tells them\n"));
+  EXPECT_TRUE(Has(ended.out, "\n    and 10 more keys; --verbose lists them\n"));
   EXPECT_TRUE(Has(Run({"upgrade", file, "--dry-run", "--verbose"}).out, "\n    Key29 of "));
 }
 
@@ -223,11 +223,11 @@ TEST_F(UpgradeCommandTest, WrongUsageIsExplained) {
     EXPECT_EQ(ended.out, "");
     EXPECT_TRUE(Has(ended.err, explained)) << ended.err;
   };
-  refused({}, "say what to do");
-  refused({"upgrade", file}, "say where the result goes");
-  refused({"upgrade", file, "--in-place", "-o", Path("x")}, "give one of");
+  refused({}, "give a command");
+  refused({"upgrade", file}, "give a place for the result");
+  refused({"upgrade", file, "--in-place", "-o", Path("x")}, "give only one of");
   refused({"upgrade", file, other, "-o", Path("x")}, "--output-dir");
-  refused({"upgrade"}, "say which documents");
+  refused({"upgrade"}, "give documents");
   refused({"upgrade", file, "--dry-run", "-0"}, "--files-from");
   refused({"upgrade", file, "-o", Path("x"), "--report", Path("x")}, "written twice");
   refused({"upgrade", file, "--dry-run", "--report", file, "--force"}, "would replace");
@@ -238,11 +238,11 @@ TEST_F(UpgradeCommandTest, WrongUsageIsExplained) {
   refused({"upgrade", file, "--dry-run", "--only", "InitialTemp"}, "BasicComponents\"?");
   refused({"upgrade", file, "--dry-run", "--until", ""}, "--until");
   refused({"upgrade", file, "--dry-run", "--report", ""}, "--report");
-  refused({"upgrade", file, "-o", "-", "--report", "-"}, "standard output can be written once");
+  refused({"upgrade", file, "-o", "-", "--report", "-"}, "standard output can be written only once");
   refused({"upgrade", file, "--dry-run", "--report", "-", "--again", "all"}, "--again");
   refused({"upgrade", file, "-o", ""}, "--output");
   refused({"show", file, "--depth", "0"}, "must be a whole number above 0");
-  refused({"frob", file}, "there is no command \"frob\"; say status, ");
+  refused({"frob", file}, "there is no command \"frob\"; use status, ");
   refused({"shwo", file}, "did you mean 'show'?");
   refused({"help", "upgrad"}, "did you mean 'upgrade'?");
   refused({"upgrade", file, "--dry-run", "--timout=10"}, "no option \"--timout\"; did you mean '--timeout'?");

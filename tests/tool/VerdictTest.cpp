@@ -151,7 +151,7 @@ TEST_F(VerdictTest, APropertyWithoutSidesIsRunAgainOnlyWhenItHasThem) {
   EXPECT_TRUE(Has(upgraded, "HVXContactConnectionEnhancementStdLT"));
   const Ended again = Run({"upgrade", file, "--retry", "--in-place", "--accept-failures"});
   EXPECT_TRUE(Has(again.out, "already current")) << again.out;
-  EXPECT_TRUE(Has(again.out, "its first support lacks one of its two sides")) << again.out;
+  EXPECT_TRUE(Has(again.out, "its first support has only one of its two sides")) << again.out;
   EXPECT_EQ(Content(file), upgraded);
 
   std::string corrected = upgraded;
@@ -215,7 +215,7 @@ TEST_F(VerdictTest, WhatMustHaveRunBeforeComesAlongAndIsTold) {
       Run({"upgrade", file, "-o", Path("new.hvxdoc"), "--only", "UpgCCPToGACOrConstraintAsSupp"});
   EXPECT_EQ(ended.code, 0);
   EXPECT_TRUE(Has(ended.out,
-                  "UpgMapCCPClearanceToInterference came along, because "
+                  "UpgMapCCPClearanceToInterference was run as well, because "
                   "UpgCCPToGACOrConstraintAsSupp must not run before it: "))
       << ended.out;
   EXPECT_TRUE(Has(ended.out, ", 4 upgrades\n")) << ended.out;

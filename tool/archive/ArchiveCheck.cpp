@@ -25,7 +25,7 @@ constexpr Limits kAsLongAsItTakes{.seconds = 0, .features = {}, .megabytes = {},
 
 std::string ProblemOf(const std::string& file, const WorkEnd& end) {
   if (end.kind == WorkEnd::Kind::kOutOfMemory)
-    return fmt::format("{}: the check was given up: there is not enough memory", file);
+    return fmt::format("{}: the check was stopped: there is not enough memory", file);
   return fmt::format("{}: the check crashed ({})", file, end.cause);
 }
 

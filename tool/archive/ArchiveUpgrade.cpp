@@ -43,7 +43,7 @@ DocumentResult ResultOfEnd(const std::string& input, const WorkEnd& end) {
     case WorkEnd::Kind::kTimedOut:
       result.verdict = Verdict::kTimedOut;
       result.problem = fmt::format(
-          "{}: the upgrade was stopped after {:.6g} s (--timeout raises the limit). Nothing was written; "
+          "{}: the upgrade timed out after {:.6g} s (--timeout raises the limit). Nothing was written; "
           "--trace shows where it was",
           input, std::chrono::duration<double>(end.limit.value_or(Clock::duration::zero())).count());
       break;
@@ -53,14 +53,14 @@ DocumentResult ResultOfEnd(const std::string& input, const WorkEnd& end) {
     case WorkEnd::Kind::kOutOfMemory:
       result.verdict = Verdict::kAborted;
       result.problem =
-          fmt::format("{}: the upgrade was given up: there is not enough memory. Nothing was written", input);
+          fmt::format("{}: the upgrade was stopped: there is not enough memory. Nothing was written", input);
       break;
     case WorkEnd::Kind::kFinished:
     case WorkEnd::Kind::kCrashed:
       result.verdict = Verdict::kCrashed;
-      result.problem =
-          fmt::format("{}: the upgrade crashed ({}). Its file was left alone; --trace shows where it was",
-                      input, end.cause);
+      result.problem = fmt::format(
+          "{}: the upgrade crashed ({}). Its file is as it was; --trace shows where the upgrade was", input,
+          end.cause);
       break;
   }
   return result;
@@ -180,7 +180,7 @@ DocumentResult ArchiveUpgrade::ResultOf(std::size_t document, const WorkEnd& end
   if (!end.committing || !IsAnother(IdentityOf(destination), before.destination))
     return ResultOfEnd(input, end);
   Complain(
-      fmt::format("{}: the process ended ({}) when the result was in place, whole", input, HowItEnded(end)));
+      fmt::format("{}: the process ended ({}) after the result was in place, whole", input, HowItEnded(end)));
   return Unpack(end.ready);
 }
 
@@ -204,11 +204,11 @@ bool ArchiveUpgrade::AddToReport(std::size_t document, const WorkEnd& end, const
     return true;
   } catch (const standalone::DocumentError& error) {
     const bool wrote = summary_.Wrote();
-    Complain(fmt::format("{}: {}. The report lacks {} and all that comes after it; {}",
-                         task_.arguments.ReportName(), error.Problem(), input,
-                         wrote ? "what is said above of the documents holds, and results that were written "
-                                 "are in place"
-                               : "no document was changed"));
+    Complain(fmt::format(
+        "{}: {}. The report has no record of {} and of what follows; {}", task_.arguments.ReportName(),
+        error.Problem(), input,
+        wrote ? "the lines above about documents are right, and results that were written are in place"
+              : "no document was changed"));
     return false;
   }
 }

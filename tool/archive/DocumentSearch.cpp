@@ -177,8 +177,8 @@ class Search {
     }
     if (!error) return;
     found_.problems.push_back(
-        fmt::format("{}: the folder cannot be read ({}), and its documents were left "
-                    "out. Check its permissions, then run the same command again",
+        fmt::format("{}: the folder cannot be read ({}), and its documents were skipped. Check its "
+                    "permissions, then run the same command again",
                     place.string(), error.message()));
   }
 

@@ -63,10 +63,9 @@ void RemoveOldLeftovers(const std::set<fs::path>& folders, bool quiet) {
     }
   }
   if (files == 0 || quiet) return;
-  Put(stderr,
-      fmt::format("removed {} ({}) that earlier runs, which were killed, left in {}{}\n",
-                  Count(files, "temporary file"), Count(bytes, "byte"), Printable(cleaned.begin()->string()),
-                  cleaned.size() > 1 ? " and other folders" : ""));
+  Put(stderr, fmt::format("removed {} ({}) that killed runs left in {}{}\n", Count(files, "temporary file"),
+                          Count(bytes, "byte"), Printable(cleaned.begin()->string()),
+                          cleaned.size() > 1 ? " and other folders" : ""));
 }
 
 }  // namespace tool

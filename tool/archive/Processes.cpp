@@ -161,7 +161,7 @@ std::optional<WorkerNumber> Processes::Start() {
     return std::nullopt;
   }
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0)
-    return fail("a pipe cannot be made");
+    return fail("a pipe cannot be created");
   FlushOutput();  // or the worker would write what is still in the buffers a second time
   std::cout.flush();
   std::fflush(nullptr);

@@ -114,10 +114,10 @@ class CleanCommand {
                         Count(leftover.bytes, "byte")));
         break;
       case Outcome::kInUse:
-        Say(fmt::format("{}: left alone, process {} is at work on it\n", file, leftover.name.process));
+        Say(fmt::format("{}: skipped, process {} is using it\n", file, leftover.name.process));
         break;
       case Outcome::kOfOtherHost:
-        Say(fmt::format("{}: left alone, it is of host {} or of a container there; clean it from there\n",
+        Say(fmt::format("{}: skipped, it belongs to host {} or to a container there; clean it from there\n",
                         file, Printable(leftover.name.host)));
         break;
       case Outcome::kFailed:

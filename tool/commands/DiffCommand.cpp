@@ -43,7 +43,8 @@ void PrintText(const DiffArguments& arguments, const DocumentDifference& differe
   Output output;
   auto to = std::back_inserter(output.Buffer());
   if (difference.IsEmpty()) {
-    fmt::format_to(to, "{} and {} hold the same\n", Printable(arguments.before), Printable(arguments.after));
+    fmt::format_to(to, "{} and {} have the same content\n", Printable(arguments.before),
+                   Printable(arguments.after));
     return;
   }
   fmt::format_to(to, "{} changed, {} moved, {} created, {} removed\n",
@@ -57,7 +58,7 @@ void PrintText(const DiffArguments& arguments, const DocumentDifference& differe
   for (const Feature* const feature : difference.moved) {
     fmt::format_to(to, "> ");
     AppendLabel(output.Buffer(), *feature);
-    fmt::format_to(to, "\n    stands elsewhere among its brothers\n");
+    fmt::format_to(to, "\n    moved among its siblings\n");
     output.FlushIfLarge();
   }
   for (const Feature* const feature : difference.created) AppendFeature(output, '+', nullptr, feature);

@@ -90,9 +90,9 @@ class MergeCommand {
     std::vector<const char*> texts{"hvxupgrade"};
     for (const std::string& text : head.arguments) texts.push_back(text.c_str());
     if (ParseArguments(static_cast<int>(texts.size()), texts.data(), command))
-      throw UsageError(fmt::format("{}: the command in its first line is none of this program", file));
+      throw UsageError(fmt::format("{}: the command in its first line is not of this program", file));
     if (!std::holds_alternative<UpgradeArguments>(command.verb))
-      throw UsageError(fmt::format("{}: the command in its first line is no upgrade", file));
+      throw UsageError(fmt::format("{}: the command in its first line is not an upgrade", file));
     const auto& upgrade = std::get<UpgradeArguments>(command.verb);
     if (upgrade.shard) shard = *upgrade.shard;
     TakeShardOut(head.arguments);
@@ -103,7 +103,7 @@ class MergeCommand {
       shards_.resize(shard.of);
     }
     if (!head.IsOfCommand(head_) || shards_.size() != shard.of) {
-      throw UsageError(fmt::format("{} and {} are no reports of shards of one run: {} in {}, and {} in {}",
+      throw UsageError(fmt::format("{} and {} are not reports of shards of one run: {} in {}, and {} in {}",
                                    reports_.front(), file, fmt::join(firstArguments_, " "), head_.folder,
                                    fmt::join(read.head.arguments, " "), head.folder));
     }
@@ -166,15 +166,14 @@ class MergeCommand {
       (shards_[i].empty() ? missing : repeated).push_back(fmt::format("{}/{}", i + 1, shards_.size()));
     }
     add(missing, "no report of these shards was given");
-    add(unbegun_, "these runs were ended before they wrote anything; run their shards again");
-    add(unfinished_, "these shards are not finished; the same command goes on with each");
-    add(repeated, "several reports of these shards were given; of a document the last one's record counts",
-        false);
+    add(unbegun_, "these runs ended before they wrote anything; run their shards again");
+    add(unfinished_, "these shards are not finished; the same command resumes each");
+    add(repeated,
+        "several reports of these shards were given; for each document the last one's record counts", false);
     if (haveOtherLibraries_)
       problems.emplace_back(
           "these shards were upgraded with different upgrade libraries, which the first lines of their "
-          "reports "
-          "name; run those again that had the wrong ones");
+          "reports name; run those again that used the wrong ones");
     std::vector<std::string> several;
     for (const auto& [file, places] : places_) {
       const auto isOfOther = [&, first = shardOf_[places.front().report]](const Place& place) {
@@ -195,8 +194,8 @@ class MergeCommand {
     if (chdir(head_.folder.c_str()) != 0) {
       isUnsearched_ = true;
       problems.push_back(
-          fmt::format("{}: the folder of the run cannot be entered ({}), so that nobody knows whether shards "
-                      "passed documents over. Run the same command again where it is there",
+          fmt::format("{}: the folder of the run cannot be entered ({}), so it is not known whether shards "
+                      "skipped documents. Run the same command again where the folder exists",
                       head_.folder, std::strerror(errno)));
       return none;
     }
@@ -208,8 +207,8 @@ class MergeCommand {
     isUnsearched_ = !found.problems.empty();
     problems.insert(problems.end(), found.problems.begin(), found.problems.end());
     if (chdir(here.c_str()) != 0)
-      throw DocumentError(DocumentError::Kind::kUnreadable, here.string(), 0, "cannot be entered any more",
-                          "Run the same command again in a folder that is there");
+      throw DocumentError(DocumentError::Kind::kUnreadable, here.string(), 0, "can no longer be entered",
+                          "Run the same command again in a folder that exists");
     return none;
   }
 

@@ -83,7 +83,7 @@ SheetPart PartOf(const SheetArguments& arguments, const std::vector<DocumentShee
 ExitCode TellNewer(const DocumentSheet& document, const standalone::VersionManager& manager) {
   const std::vector<std::string> unknown = manager.Unknown(*document.document.Get());
   if (unknown.empty()) return ExitCode::kDone;
-  Complain(fmt::format("{} is newer than this program, which does not know {}: what is told may be wrong",
+  Complain(fmt::format("{} is newer than this program, which does not know {}: the sheet may be wrong",
                        document.file, Count(unknown.size(), "upgrade")));
   return ExitCode::kNewer;
 }

@@ -296,7 +296,7 @@ ExitCode RunStatus(const StatusArguments& arguments, const VersionManager& manag
   Interruption::GoOnToTheEnd();
   view->Finish(left);
   if (left == 0) return code;
-  Complain(fmt::format("interrupted; {} not looked at", Count(left, "document")));
+  Complain(fmt::format("interrupted; {} not read", Count(left, "document")));
   return ExitCode::kInterrupted;
 }
 

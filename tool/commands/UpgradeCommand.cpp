@@ -91,7 +91,7 @@ class UpgradeCommand {
   ExitCode Run() {
     const ExitCode code = TellProblems(found_);
     if (summary_.Documents() != 0 && !arguments_.quiet) {
-      Say(fmt::format("going on with {}: {} done before, {} left\n", Printable(arguments_.report),
+      Say(fmt::format("resuming {}: {} done before, {} left\n", Printable(arguments_.report),
                       Count(summary_.Documents(), "document"), todo_.size()));
     }
     const ArchiveTask task{.arguments = arguments_,
@@ -155,14 +155,15 @@ class UpgradeCommand {
       case RunEnd::kInterrupted:
         code = ExitCode::kInterrupted;
         if (todo_.size() > 1 || left == 0)
-          Complain(fmt::format("interrupted; {} not done. The same command goes on with what is left",
+          Complain(fmt::format("interrupted; {} not done. The same command resumes the run",
                                Count(left, "document")));
         break;
       case RunEnd::kUnrecordable:
         code = MoreSerious(code, ExitCode::kUnwritable);
         if (left != 0)
-          Complain(fmt::format("{} not done. The same command goes on, once the report can be written",
-                               Count(left, "document")));
+          Complain(
+              fmt::format("{} not done. The same command resumes the run, once the report can be written",
+                          Count(left, "document")));
         break;
       case RunEnd::kNoWorkers:
         code = MoreSerious(code, ExitCode::kFailedFeatures);
@@ -192,7 +193,7 @@ class UpgradeCommand {
     std::string where = arguments_.outputDirectory.empty() ? "" : ShellWord(arguments_.outputDirectory);
     if (where.empty())
       where = arguments_.sources.given.size() == 1 ? ShellWord(arguments_.sources.given.front()) : "DOCUMENT";
-    Say(fmt::format("  Next: hvxupgrade check --verbose {} tells what each needs\n", where));
+    Say(fmt::format("  Next: hvxupgrade check --verbose {} shows what each needs\n", where));
   }
 
   // By now the documents are done, whatever becomes of the report.
@@ -201,7 +202,7 @@ class UpgradeCommand {
       report_->Finish(summary_, code, left);
     } catch (const standalone::DocumentError& error) {
       Complain(fmt::format(
-          "{}: {}. What is said above of the documents holds, and {}",
+          "{}: {}. The lines above about documents are right, and {}",
           arguments_.report.empty() ? arguments_.html : arguments_.ReportName(), error.Problem(),
           summary_.Wrote() ? "results that were written are in place" : "no document was changed"));
       return MoreSerious(code, ExitCode::kUnwritable);
@@ -221,7 +222,7 @@ class UpgradeCommand {
                            write);
       });
     } catch (const standalone::DocumentError& error) {
-      Complain(fmt::format("{}. What is said above of the documents holds", error.what()));
+      Complain(fmt::format("{}. The lines above about documents are right", error.what()));
       return MoreSerious(code, ExitCode::kUnwritable);
     }
     if (!arguments_.quiet) Say(fmt::format("  Page: {}\n", Printable(arguments_.html)));

@@ -47,7 +47,7 @@ class DocumentUpgrade {
     replacesInput_ = task_.destination.Replaces(task_.input);
     if (task_.skipsCurrent && !task_.retry && NeedsNoReading()) {
       result_.verdict = Verdict::kNotLookedInto;
-      result_.summary = fmt::format("{}: current already, says its header\n", Printable(task_.input));
+      result_.summary = fmt::format("{}: already current, by its header\n", Printable(task_.input));
       return std::move(result_);
     }
     const DocumentPtr document = Read();
@@ -272,9 +272,9 @@ class DocumentUpgrade {
     if (!isSame) task_.destination.Check();
     result_.verdict = Verdict::kDoneBefore;
     if (task_.record != nullptr) result_.resultSha256 = writtenDigest_.Sha256Text();
-    result_.summary = fmt::format(
-        "{}: done before: its result stands there already{}\n  Result: {}\n", Printable(task_.input),
-        result_.needsPerson == 0 ? "" : ", and needs a person", Printable(there.string()));
+    result_.summary =
+        fmt::format("{}: done before: its result exists already{}\n  Result: {}\n", Printable(task_.input),
+                    result_.needsPerson == 0 ? "" : ", and needs a person", Printable(there.string()));
   }
 
   // What a person must look at in the result. A result that could not be read again is given up.
@@ -301,7 +301,8 @@ class DocumentUpgrade {
     if (!replacesInput_ || !task_.destination.backupSuffix.empty() || task_.acceptFailures) return {};
     if (!task_.destination.inPlace)
       return "it would replace the only copy of the old document; write it to another file";
-    return "in place, the only copy of the old document would go; give --backup SUFFIX, or --accept-failures";
+    return "in place, the only copy of the old document would be lost; give --backup SUFFIX, or "
+           "--accept-failures";
   }
 
   [[nodiscard]] standalone::WriteOptions Options() const {
@@ -350,7 +351,7 @@ DocumentResult UpgradeDocument(const UpgradeTask& task, const RequestCommit& req
   const auto aborted = [&task](std::string_view why) {
     return WithoutResult(
         Verdict::kAborted,
-        fmt::format("{}: the upgrade was given up: {}. Nothing was written", task.input, why));
+        fmt::format("{}: the upgrade was stopped: {}. Nothing was written", task.input, why));
   };
   try {
     LimitMemory(task.limits);

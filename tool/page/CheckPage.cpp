@@ -74,7 +74,7 @@ class CheckPage {
     if (word == "conforms") return {Tone::kGood, std::move(words), ""};
     if (word != "doesNotConform") return {Tone::kBad, std::move(words), "See the problem"};
     if (counts[0] + counts[1] != 0)
-      return {Tone::kAttention, "needs a person", "Do what stands behind each finding, then run check again"};
+      return {Tone::kAttention, "needs a person", "Do what each finding says, then run check again"};
     return {Tone::kQuiet, "an upgrade is pending", "Run hvxupgrade upgrade"};
   }
 

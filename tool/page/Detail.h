@@ -113,7 +113,7 @@ struct SheetRow {
   std::string quantity = {};
   std::string before = {};
   std::string after = {};
-  int meaning = 0;  ///< 0 equal, 1 said otherwise, 2 on purpose, 3 nothing accounts for it.
+  int meaning = 0;  ///< 0 equal, 1 expressed differently, 2 on purpose, 3 unaccounted for.
   int upgrade = -1;
   std::string reason = {};
 };

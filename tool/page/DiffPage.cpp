@@ -100,7 +100,7 @@ void WriteDiffPage(std::string_view difference, std::string_view sheet,
   const std::size_t removed = CountEntries(parts["removed"]);
   const bool isSame = parts["different"] != "true";
   detail.verdict = {isSame ? Tone::kGood : Tone::kQuiet,
-                    isSame ? "Both hold the same" : "The documents differ", ""};
+                    isSame ? "Both have the same content" : "The documents differ", ""};
   page.title = fmt::format("{} and {}", detail.facts[0].second, detail.facts[1].second);
   page.verdict = detail.verdict;
   page.numbers = {{"features changed", changed, Tone::kQuiet},

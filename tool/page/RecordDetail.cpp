@@ -83,11 +83,10 @@ std::string NextFor(const DocumentResult& result) {
   if (result.verdict == tool::Verdict::kHeldBack)
     return "Correct the things below in the old document, then run the upgrade again";
   if (result.needsPerson != 0)
-    return "Look at each thing below; where an upgrade left something behind, correct it, then run "
-           "'hvxupgrade "
+    return "Check each thing below; where an upgrade left something behind, correct it, then run 'hvxupgrade "
            "upgrade --retry'";
   if (result.failsOnDrop && result.dropped != 0)
-    return "Look at the dropped values below, and enter again what is needed";
+    return "Check the dropped values below, and enter again what is needed";
   return {};
 }
 
@@ -229,7 +228,7 @@ Detail DetailOf(std::string_view line, const ReportLine& record, bool isDryRun, 
   if (!parts["upgrades"].empty() && parts["changed"].empty()) {
     detail.idle.clear();
     detail.notes.emplace_back(
-        "The report was made with --report-detail summary: which upgrade changed what is not in it");
+        "The report was written with --report-detail summary: which upgrade changed what is not in it");
   }
   detail.types = TypesOf(parts["byType"]);
   detail.tree = features.MakeTree(kMostNodes);

@@ -33,10 +33,9 @@ class RunPage {
         isKept_(isKept),
         upgrades_(manager, explanations),
         page_(Page::Kind::kUpgrade,
-              {{.label = "To look at", .help = "Things that a person must look at"},
-               {.label = "Dropped", .help = "Attributes with values that stand nowhere in the result"},
-               {.label = "Analysis differs",
-                .help = "Differences of the analysis that no upgrade is there to make"},
+              {{.label = "To look at", .help = "Things that need a person"},
+               {.label = "Dropped", .help = "Attributes with values that are nowhere in the result"},
+               {.label = "Analysis differs", .help = "Differences of the analysis that no upgrade explains"},
                {.label = "Features", .help = "Features of the document before the upgrade"},
                {.label = "Changed", .help = "Features that were changed"},
                {.label = "Created", .help = "Features that were created"},
@@ -194,10 +193,10 @@ class RunPage {
   }
 
   [[nodiscard]] std::string AdviceOnRest() const {
-    if (!isKept_) return "With --report as well, 'hvxupgrade report' makes a page of each";
+    if (!isKept_) return "With --report as well, 'hvxupgrade report' writes a page of each";
     std::string names;
     for (const auto& report : reports_) names += report->Name() + " ";
-    return fmt::format("'hvxupgrade report {}--document NAME --format html' makes a page of each", names);
+    return fmt::format("'hvxupgrade report {}--document NAME --format html' writes a page of each", names);
   }
 
   [[nodiscard]] Verdict Overall(std::size_t documents, std::size_t need) const {

@@ -216,11 +216,11 @@ Sheet CountsOfSheet(std::string_view json) {
               .onPurpose = number("onPurpose"),
               .unaccounted = number("unaccounted"),
               .subjects = {}};
-  sheet.words = fmt::format("{} values equal, {} said otherwise, {} changed on purpose", Grouped(sheet.equal),
-                            Grouped(sheet.same), Grouped(sheet.onPurpose));
+  sheet.words = fmt::format("{} values equal, {} expressed differently, {} changed on purpose",
+                            Grouped(sheet.equal), Grouped(sheet.same), Grouped(sheet.onPurpose));
   if (sheet.unaccounted != 0) {
     sheet.tone = Tone::kBad;
-    sheet.words += fmt::format(", {} that no upgrade accounts for", sheet.unaccounted);
+    sheet.words += fmt::format(", {} unaccounted for", sheet.unaccounted);
   }
   return sheet;
 }

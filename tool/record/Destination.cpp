@@ -27,7 +27,7 @@ fs::file_status StatusOf(const fs::path& file) {
   std::error_code error;
   const fs::file_status status = fs::status(file, error);
   if (status.type() == fs::file_type::none && error != std::errc::permission_denied)
-    Refuse(file, fmt::format("cannot be looked at ({})", error.message()), "Check that its disk is sound");
+    Refuse(file, fmt::format("cannot be checked ({})", error.message()), "Check that its disk is sound");
   return status;
 }
 
@@ -120,7 +120,7 @@ void MakeFolder(const fs::path& folder) {
   std::error_code error;
   fs::create_directories(folder, error);
   if (!error) return;
-  Refuse(folder, fmt::format("the folder cannot be made ({})", error.message()),
+  Refuse(folder, fmt::format("the folder cannot be created ({})", error.message()),
          "Choose another folder or change the permissions of the one above it");
 }
 

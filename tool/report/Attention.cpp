@@ -73,17 +73,16 @@ AttentionItem ItemOf(const UpgradeFailure& failure) {
   while (reason.ends_with('.')) reason.pop_back();
   if (work.kind == UpgradeWork::Kind::kConversion) reason = "the conversion of the whole document failed";
   if (work.kind == UpgradeWork::Kind::kPropagation) reason = "it could not be propagated to later steps";
-  return {
-      "failed",
-      "failed",
-      work.feature,
-      work.type == nullptr ? std::string_view() : work.type->Name(),
-      work.upgrade->identifier,
-      "",
-      std::move(reason),
-      "The rules find nothing old there: compare the feature with 'hvxupgrade show --id ID --attributes'; "
-      "--trace tells the host call that failed",
-      failure.code};
+  return {"failed",
+          "failed",
+          work.feature,
+          work.type == nullptr ? std::string_view() : work.type->Name(),
+          work.upgrade->identifier,
+          "",
+          std::move(reason),
+          "The rules find nothing old there: compare the feature with 'hvxupgrade show --id ID "
+          "--attributes'; --trace shows the host call that failed",
+          failure.code};
 }
 
 void AppendItem(fmt::memory_buffer& out, const AttentionItem& item) {
@@ -177,7 +176,7 @@ std::string TextOf(const std::vector<AttentionItem>& items, bool all) {
   const std::size_t told = all ? items.size() : std::min(items.size(), kMostTold);
   for (std::size_t i = 0; i < told; ++i) AppendItem(out, items[i]);
   if (told < items.size()) {
-    fmt::format_to(std::back_inserter(out), "    and {} more; --verbose and --report tell all\n",
+    fmt::format_to(std::back_inserter(out), "    and {} more; --verbose and --report list all\n",
                    items.size() - told);
   }
   return fmt::to_string(out);

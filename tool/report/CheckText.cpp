@@ -25,7 +25,7 @@ std::string_view MeaningOf(FindingKind kind) {
     case FindingKind::kLeftBehind:
       return "its upgrade ran and could not change this";
     case FindingKind::kBeyondUpgrades:
-      return "no upgrade changes this; it takes a person";
+      return "no upgrade changes this; it needs a person";
     case FindingKind::kUnknown:
       return "late types that no part of this program knows; they are kept as they are";
   }

@@ -84,7 +84,7 @@ void AppendExamples(fmt::memory_buffer& out, const Explanation& explanation, std
   for (const Explanation::Features& each : explanation.features) {
     rows.push_back({{Printable(each.of)},
                     {fmt::format("{} changed", each.changed)},
-                    {fmt::format("{} made", each.made)},
+                    {fmt::format("{} created", each.created)},
                     {fmt::format("{} removed", each.removed)}});
   }
   const std::vector<std::size_t> widths = ColumnWidths(rows, kIndent, columns);
@@ -113,11 +113,11 @@ void AppendProse(fmt::memory_buffer& out, std::string_view text, std::size_t ind
 
 void AppendParts(fmt::memory_buffer& out, const Explanation& explanation, std::size_t columns) {
   for (const std::string& sentence : explanation.harmless) AppendProse(out, sentence, kIndent, columns);
-  if (!explanation.before.empty()) AppendTitle(out, "What must go before it, and is brought along", columns);
+  if (!explanation.before.empty()) AppendTitle(out, "What must run before it, and is run as well", columns);
   for (const Explanation::Predecessor& each : explanation.before)
     AppendProse(out, fmt::format("{}: {}", each.upgrade, each.reason), kIndent, columns, kIndent);
   if (!explanation.leaves.empty())
-    AppendTitle(out, "When it fails: what 'hvxupgrade check' tells of what is left behind", columns);
+    AppendTitle(out, "When it fails: what 'hvxupgrade check' reports as left behind", columns);
   for (const Explanation::Left& each : explanation.leaves) {
     const std::string whose =
         each.lateTypes.empty() ? "any feature" : fmt::to_string(fmt::join(each.lateTypes, ", "));

@@ -11,7 +11,7 @@ namespace tool {
 struct FailurePolicy {
   HVXOnFailure onFailure;
   std::string_view word;     ///< For programs: "ignore", "stop".
-  std::string_view meaning;  ///< A clause for people: "a failure is not looked at".
+  std::string_view meaning;  ///< A clause for people: "a failure is ignored".
 };
 
 [[nodiscard]] std::span<const FailurePolicy> FailurePolicies();

@@ -56,7 +56,7 @@ void AppendDropped(fmt::memory_buffer& out, const Document& document,
                    const std::vector<DroppedValues>& dropped, bool hasReport, bool all) {
   if (dropped.empty()) return;
   auto to = std::back_inserter(out);
-  fmt::format_to(to, "  Dropped: {} of the old document held values that stand nowhere in the result{}\n",
+  fmt::format_to(to, "  Dropped: {} of the old document had values that are nowhere in the result{}\n",
                  Count(dropped.size(), "attribute"), hasReport ? "" : "; --report lists them");
   const std::vector<DroppedKey> keys = ByKey(dropped);
   const std::size_t shown = all ? keys.size() : std::min(keys.size(), kMostTold);
@@ -68,17 +68,18 @@ void AppendDropped(fmt::memory_buffer& out, const Document& document,
     out.push_back('\n');
   }
   if (shown < keys.size())
-    fmt::format_to(to, "    and {}; --verbose tells them\n", Count(keys.size() - shown, "more key"));
+    fmt::format_to(to, "    and {}; --verbose lists them\n", Count(keys.size() - shown, "more key"));
 }
 
 void AppendAnalysis(fmt::memory_buffer& out, const SignOff& signOff, bool all) {
   const standalone::sheet::SheetTotals& totals = signOff.Totals();
   auto to = std::back_inserter(out);
-  fmt::format_to(to, "  Analysis: {} equal, {} said otherwise", Count(totals.equal, "value"), totals.same);
+  fmt::format_to(to, "  Analysis: {} equal, {} expressed differently", Count(totals.equal, "value"),
+                 totals.same);
   if (totals.unaccounted != 0)
     fmt::format_to(to, ", {}",
                    Paint(stdout, Colour::kYellow, fmt::format("{} UNACCOUNTED FOR", totals.unaccounted)));
-  fmt::format_to(to, ", {} changed on purpose ('hvxupgrade sheet OLD NEW' tells them)\n", totals.onPurpose);
+  fmt::format_to(to, ", {} changed on purpose ('hvxupgrade sheet OLD NEW' lists them)\n", totals.onPurpose);
   std::vector<SignOff::Purpose> purposes = signOff.Purposes();
   std::ranges::stable_sort(purposes, std::greater<>(), &SignOff::Purpose::differences);
   const std::size_t shown = all ? purposes.size() : std::min(purposes.size(), kMostTold);
@@ -89,7 +90,7 @@ void AppendAnalysis(fmt::memory_buffer& out, const SignOff& signOff, bool all) {
     left -= purpose.differences;
   }
   if (shown < purposes.size()) {
-    fmt::format_to(to, "    {:>4}  for {}; --verbose tells them\n", left,
+    fmt::format_to(to, "    {:>4}  for {}; --verbose lists them\n", left,
                    Count(purposes.size() - shown, "more reason"));
   }
 }

@@ -191,23 +191,23 @@ ReadReportResult ReadReport(const std::filesystem::path& file,
     ++number;
     const std::string text = ShortPartOf(line);
     const std::optional<element> parsed = Parsed(parser, text);
-    if (!parsed) refuse("this is no line of a report");
+    if (!parsed) refuse("this is not a line of a report");
     const element top = *parsed;
     const std::string kind = TextIn(top, "record");
     if (number == 1) {
       const auto head = HeadOf(top);
-      if (!head) refuse("this is no report of this release of hvxupgrade");
+      if (!head) refuse("this is not a report of this release of hvxupgrade");
       result.head = *head;
       result.headLine = line;
     } else if (kind == "document") {
-      if (result.isFinished) refuse("a record stands behind the end of the report");
+      if (result.isFinished) refuse("a record follows the end of the report");
       ReportLine record = LineOf(top);
       record.begin = offset;
       record.size = static_cast<std::int64_t>(line.size());
       record.text = text;
       onRecord(record);
     } else if (kind == "continued" || kind == "joined") {
-      if (result.isFinished) refuse("a record stands behind the end of the report");
+      if (result.isFinished) refuse("a record follows the end of the report");
       result.otherLines.emplace_back(line);
     } else if (kind == "end") {
       result.isFinished = true;
@@ -215,12 +215,12 @@ ReadReportResult ReadReport(const std::filesystem::path& file,
       result.exitCode = NumberIn(top, "exitCode");
       result.time = TextIn(top, "time");
     } else {
-      refuse("this is no line of a report");
+      refuse("this is not a line of a report");
     }
     offset += static_cast<std::int64_t>(line.size());
     if (!result.isFinished) result.end = offset;
   }
-  if (number == 0) refuse("this is no report of this release of hvxupgrade");
+  if (number == 0) refuse("this is not a report of this release of hvxupgrade");
   return result;
 }
 

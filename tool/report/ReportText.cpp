@@ -129,16 +129,12 @@ std::string HeadOf(const ReportFile& report) {
   std::size_t joined = 0;
   for (const std::string& line : runs.otherLines)
     ++(line.starts_with(R"({"record":"joined")") ? joined : later);
-  if (joined != 0) text += fmt::format("  made of {}\n", Count(joined, "report"));
-  if (later != 0)
-    text += fmt::format("  gone on with {}\n", later == 1 ? "once" : fmt::format("{} times", later));
+  if (joined != 0) text += fmt::format("  merged from {}\n", Count(joined, "report"));
+  if (later != 0) text += fmt::format("  resumed {}\n", later == 1 ? "once" : fmt::format("{} times", later));
   if (!runs.isFinished) {
-    text +=
-        "  NOT FINISHED: its last run was ended before it could say so, or is still at work; the same "
-        "command "
-        "goes on with it\n";
+    text += "  NOT FINISHED: its last run was killed, or is still running; the same command resumes it\n";
   } else if (runs.left != 0) {
-    text += fmt::format("  NOT FINISHED: {} left when it ended {}; the same command goes on with it\n",
+    text += fmt::format("  NOT FINISHED: {} left when it ended {}; the same command resumes it\n",
                         Count(runs.left, "document"), Printable(runs.time));
   } else {
     text += fmt::format("  ended {} with exit code {}\n", Printable(runs.time), runs.exitCode);
@@ -179,7 +175,7 @@ void WritePersons(const Reports& reports, const Writer& write) {
 
 void WriteDropped(const Reports& reports, const Writer& write) {
   simdjson::dom::parser parser;
-  Section section(write, "Dropped values: of the old documents, standing nowhere in the results");
+  Section section(write, "Dropped values: values of the old documents that are nowhere in the results");
   for (const auto& report : reports) {
     report->ForEach([&](const ReportLine& line) {
       if (line.result.dropped == 0) return;

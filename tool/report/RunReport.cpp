@@ -217,20 +217,20 @@ bool RunReport::HoldsOnlyPartOfHead() const {
 void RunReport::Continue(const ReportHead& head, const std::function<void(const ReportLine&)>& onRecord) {
   // Nothing is taken over from the report of something else.
   const ReportHead there = ReadReportHead(file_);
-  if (there.tool.empty()) Refuse("the file exists already, and is no report of this program");
+  if (there.tool.empty()) Refuse("the file exists already, and is not a report of this program");
   if (there.tool != head.tool)
-    Refuse(fmt::format("the report is of another release of this program ({})", there.tool));
+    Refuse(fmt::format("the report belongs to another release of this program ({})", there.tool));
   if (!there.IsOfCommand(head))
-    Refuse(fmt::format("the report is of another command (in {}: {})", there.folder,
+    Refuse(fmt::format("the report belongs to another command (in {}: {})", there.folder,
                        fmt::join(there.arguments, " ")));
   if (!there.origin.HasLibrariesOf(head.origin)) {
     std::vector<std::string> libraries;
     for (const LibraryFile& each : there.origin.libraries)
       libraries.push_back(
           fmt::format("{} {} in {}, SHA-256 {}", each.name, each.version, each.file, each.sha256));
-    Refuse(
-        fmt::format("the report is of a run with other upgrade libraries ({})", fmt::join(libraries, "; ")),
-        "Go on with those, give the report another name, or --force to begin it anew");
+    Refuse(fmt::format("the report belongs to a run with other upgrade libraries ({})",
+                       fmt::join(libraries, "; ")),
+           "Resume with those, give the report another name, or --force to replace it");
   }
   goesOn_ = true;
   end_ = ReadReport(file_, onRecord).end;

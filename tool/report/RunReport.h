@@ -78,7 +78,7 @@ class RunReport {
   [[noreturn]] void Fail() const;
   [[noreturn]] void Refuse(
       std::string_view problem,
-      std::string_view advice = "Give the report another name, or --force to begin it anew") const;
+      std::string_view advice = "Give the report another name, or --force to replace it") const;
 
   std::filesystem::path file_;
   ReportDetail detail_;

@@ -70,16 +70,16 @@ std::string RunSummary::Verdict() const {
   const std::string done = dryRun_ ? "would be upgraded" : "upgraded";
   const std::pair<Group, std::string> words[] = {
       {Group::kUpgraded, done},
-      {Group::kUpgradedInNeed, done + " but in need of a person"},
-      {Group::kHeldBack, "not written because in need of a person"},
+      {Group::kUpgradedInNeed, done + " but needing a person"},
+      {Group::kHeldBack, "not written because a person is needed"},
       {Group::kCurrent, "with nothing to do"},
-      {Group::kNotLookedInto, "current already"},
-      {Group::kCurrentInNeed, "with nothing to do but in need of a person"},
+      {Group::kNotLookedInto, "already current"},
+      {Group::kCurrentInNeed, "with nothing to do but needing a person"},
       {Group::kChangedMeanwhile, "changed meanwhile"},
-      {Group::kGivenUp, "given up"},
+      {Group::kGivenUp, "stopped"},
       {Group::kBroken, "unreadable or broken"},
       {Group::kNewer, "newer than this program"},
-      {Group::kUnwritable, "without a place for the result"},
+      {Group::kUnwritable, "whose result could not be written"},
   };
   std::vector<std::string> parts;
   for (const auto& [group, what] : words) {
@@ -95,11 +95,11 @@ std::string RunSummary::ClosingList(const std::string& where) const {
       {Group::kUpgradedInNeed, dryRun_ ? "Would need a person" : "Upgraded, and need a person"},
       {Group::kHeldBack, "Not written, because they need a person"},
       {Group::kCurrentInNeed, "Current, and need a person"},
-      {Group::kChangedMeanwhile, "Changed by somebody else meanwhile"},
-      {Group::kGivenUp, "Given up"},
+      {Group::kChangedMeanwhile, "Changed meanwhile"},
+      {Group::kGivenUp, "Stopped"},
       {Group::kBroken, "Unreadable or broken"},
       {Group::kNewer, "Newer than this program"},
-      {Group::kUnwritable, "Without a place for the result"},
+      {Group::kUnwritable, "Result could not be written"},
   };
   std::string text;
   for (const auto& [group, title] : titles) {

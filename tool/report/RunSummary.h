@@ -27,7 +27,7 @@ class RunSummary {
   /// Whether something in a document that was gone through needs a person.
   [[nodiscard]] bool NeedsPerson() const;
 
-  /// "4 documents: 3 upgraded, 1 given up".
+  /// "4 documents: 3 upgraded, 1 stopped".
   [[nodiscard]] std::string Verdict() const;
   /// Which documents need a person or have no result, by what is wrong with them: the first twenty of each
   /// kind, and how many more. `where`: what lists all of them; may be empty. Empty when there are none.

@@ -186,9 +186,9 @@ class ComparisonPrinter {
       verdict = Paint(stdout, Colour::kGreen, "every difference is accounted for");
     }
     Print("{} -> {}: {}\n", Printable(files.before), Printable(files.after), verdict);
-    Print("{}{} on purpose, {} said otherwise{}; units: {}\n",
+    Print("{}{} on purpose, {} expressed differently{}; units: {}\n",
           part_.IsAll() ? fmt::format("{} equal, ", Count(comparison_.equal, "value")) : std::string(),
-          onPurpose, same, style_.all || onPurpose + same == 0 ? "" : " (--all tells each)",
+          onPurpose, same, style_.all || onPurpose + same == 0 ? "" : " (--all lists each)",
           NameOf(style_.units));
   }
 
@@ -208,7 +208,7 @@ class ComparisonPrinter {
         AppendParagraph(out_, PiecesOf(rows[i], members[j]->About(), members.size() - named), kIndent);
       left -= members.size();
     }
-    if (left != 0) Print("  and {} more (--all tells them)\n", left);
+    if (left != 0) Print("  and {} more (--all lists them)\n", left);
   }
 
   void PrintOnPurpose() {
@@ -230,7 +230,7 @@ class ComparisonPrinter {
   }
 
   void PrintSame() {
-    for (const Purpose& purpose : Begin(Meaning::kSame, "The same analysis, said otherwise")) {
+    for (const Purpose& purpose : Begin(Meaning::kSame, "The same analysis, expressed differently")) {
       PrintSentence(purpose, fmt::format("({})", purpose.count));
       for (const Alike& alike : style_.all ? purpose.rows : std::vector<Alike>()) {
         for (const Difference* const each : alike.members)

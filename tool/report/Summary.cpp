@@ -35,7 +35,7 @@ void AppendAttention(fmt::memory_buffer& out, const std::vector<AttentionItem>& 
 void AppendBroughtAlong(fmt::memory_buffer& out,
                         const std::vector<standalone::VersionManager::Needed>& broughtAlong) {
   for (const standalone::VersionManager::Needed& needed : broughtAlong) {
-    fmt::format_to(std::back_inserter(out), "  {} came along, because {} must not run before it: {}\n",
+    fmt::format_to(std::back_inserter(out), "  {} was run as well, because {} must not run before it: {}\n",
                    needed.identifier, needed.by, needed.reason);
   }
 }
@@ -80,7 +80,7 @@ std::string SummaryWithoutRun(const FactsWithoutRun& facts) {
   AppendAttention(out, facts.attention, facts.all);
   if (facts.destination.inPlace) return fmt::to_string(out);
   if (facts.isThere) {
-    AppendPlace(out, facts.destination, false, ", is there already");
+    AppendPlace(out, facts.destination, false, ", exists already");
   } else {
     AppendPlace(out, facts.destination, facts.dryRun, ", copied unchanged");
   }

@@ -17,13 +17,13 @@ namespace {
 
 constexpr const char* kExitCodes = R"(Exit codes:
   0  done, or nothing to do
-  1  finished, but some feature failed or some document was given up; check: something takes a person;
+  1  finished, but some feature failed or some upgrade was stopped; check: something needs a person;
      diff: the documents differ; sheet: a difference is unaccounted for
   2  wrong usage
   3  some input is unreadable or invalid
   4  some document is newer than this program
-  5  some output could not be written, or a document was changed meanwhile by another program; what stood
-     there is as it was
+  5  some output could not be written, or a document was changed meanwhile by another program; existing
+     files are as they were
   6  an upgrade is needed (check and status --check only)
   130  interrupted
 Of several, the most serious: 130, 2, 5, 3, 4, 1, 6, 0.)";
@@ -86,13 +86,13 @@ constexpr const char* kHelpExamples = R"(Examples:
 void Check(StatusArguments& status) {
   Check(status.sources);
   if (status.sources.listHasNul && status.sources.list.empty() && status.list.empty())
-    throw UsageError("--null goes with --files-from or --list");
-  if (status.json && !status.list.empty()) throw UsageError("give one of --json and --list");
+    throw UsageError("--null requires --files-from or --list");
+  if (status.json && !status.list.empty()) throw UsageError("give only one of --json and --list");
 }
 
 void AddStatus(CLI::App& app, StatusArguments& status) {
   CLI::App* const verb =
-      app.add_subcommand("status", "Tell which upgrades documents have been through and need");
+      app.add_subcommand("status", "Show which upgrades documents have been through and need");
   AddSources(*verb, status.sources);
   verb->add_option("--list", status.list,
                    "Print only the names of documents that are pending, current, newer or "
@@ -101,7 +101,7 @@ void AddStatus(CLI::App& app, StatusArguments& status) {
       ->check(CLI::IsMember({"pending", "current", "newer", "broken"}));
   verb->add_flag("--check", status.check, "End with 6 when a document needs an upgrade");
   verb->add_flag("--json", status.json, "Print JSON");
-  verb->add_flag("-v,--verbose", status.verbose, "Tell of each document the upgrades by name");
+  verb->add_flag("-v,--verbose", status.verbose, "Show the upgrades of each document by name");
   verb->footer(kStatusExamples);
 }
 
@@ -119,25 +119,25 @@ void AddShow(CLI::App& app, ShowArguments& show) {
   verb->add_option("--type", show.lateType, "Only features of this late type")
       ->type_name("LATETYPE")
       ->check(NotEmpty);
-  verb->add_option("--id", show.id, "Only this feature and what stands beneath it")->type_name("N");
-  verb->add_option("--depth", show.depth, "Only so many levels")->type_name("N")->check(AboveZero);
+  verb->add_option("--id", show.id, "Only this feature and what is beneath it")->type_name("N");
+  verb->add_option("--depth", show.depth, "Only this many levels")->type_name("N")->check(AboveZero);
   verb->add_flag("--json", show.json, "Print JSON, with the attributes");
   verb->footer(kShowExamples);
 }
 
 void AddCheck(CLI::App& app, CheckArguments& check) {
   CLI::App* const verb =
-      app.add_subcommand("check", "Tell whether documents conform to the current data model");
+      app.add_subcommand("check", "Check whether documents conform to the current data model");
   AddSources(*verb, check.sources);
   AddMany(*verb, check.many);
-  verb->add_flag("--all", check.all, "List every feature, also where many have the same");
+  verb->add_flag("--all", check.all, "List every feature, also where many have the same finding");
   verb->add_flag("--json", check.json, "Print JSON");
   AddHtml(*verb, check.html);
   verb->footer(kCheckExamples);
 }
 
 void AddDiff(CLI::App& app, DiffArguments& diff) {
-  CLI::App* const verb = app.add_subcommand("diff", "Tell what differs between two documents");
+  CLI::App* const verb = app.add_subcommand("diff", "Show what differs between two documents");
   verb->add_option("BEFORE", diff.before, "The one document")->required()->type_name("")->check(NotEmpty);
   verb->add_option("AFTER", diff.after, "The other document")->required()->type_name("")->check(NotEmpty);
   verb->add_flag("--json", diff.json, "Print JSON");
@@ -147,7 +147,7 @@ void AddDiff(CLI::App& app, DiffArguments& diff) {
 
 void AddSheet(CLI::App& app, SheetArguments& sheet) {
   CLI::App* const verb = app.add_subcommand(
-      "sheet", "Tell in engineering terms what a document analyses, or whether two analyse the same");
+      "sheet", "Show in engineering terms what a document analyses, or whether two analyse the same");
   verb->add_option("FILE", sheet.file, "The document")->required()->type_name("")->check(NotEmpty);
   verb->add_option("CURRENT", sheet.current, "The document after an upgrade, to compare")
       ->type_name("")
@@ -161,7 +161,7 @@ void AddSheet(CLI::App& app, SheetArguments& sheet) {
   verb->add_option("--units", sheet.units, "Units of numbers: si (default) or mm-t-s")
       ->type_name("SYSTEM")
       ->check(CLI::IsMember({"si", "mm-t-s"}));
-  verb->add_flag("--all", sheet.all, "Tell every value and every difference, also those that say little");
+  verb->add_flag("--all", sheet.all, "Show every value and every difference, also minor ones");
   verb->add_flag("--json", sheet.json, "Print JSON, in SI units");
   verb->add_flag("--csv", sheet.csv, "Print comma-separated values, a row for each");
   verb->footer(kSheetExamples);
@@ -180,7 +180,7 @@ void AddClean(CLI::App& app, CleanArguments& clean) {
 
 void AddMerge(CLI::App& app, MergeArguments& merge) {
   CLI::App* const verb =
-      app.add_subcommand("merge", "Make one report and one exit code of the reports of a run's shards");
+      app.add_subcommand("merge", "Merge the reports of a run's shards into one report and one exit code");
   verb->add_option("REPORT", merge.reports, "The reports")->required()->type_name("")->check(NotEmpty);
   verb->add_option("--report", merge.report, "Write all their records to this report")
       ->type_name("FILE")
@@ -191,19 +191,19 @@ void AddMerge(CLI::App& app, MergeArguments& merge) {
 
 void Check(DiffArguments& diff) {
   if (diff.before == kStandardStream && diff.after == kStandardStream)
-    throw UsageError("standard input can be read once");
+    throw UsageError("standard input can be read only once");
   OpenStream(diff.before);
   OpenStream(diff.after);
 }
 
 void Check(SheetArguments& sheet) {
-  if (sheet.json && sheet.csv) throw UsageError("give one of --json and --csv");
+  if (sheet.json && sheet.csv) throw UsageError("give only one of --json and --csv");
   if (sheet.json && !sheet.units.empty())
-    throw UsageError("--json is in SI units: --units does not go with it");
+    throw UsageError("--json is in SI units: --units cannot be combined with it");
   if (sheet.all && (sheet.json || sheet.csv))
-    throw UsageError("--json and --csv tell all: --all does not go with them");
+    throw UsageError("--json and --csv show everything: --all cannot be combined with them");
   if (sheet.file == kStandardStream && sheet.current == kStandardStream)
-    throw UsageError("standard input can be read once");
+    throw UsageError("standard input can be read only once");
   OpenStream(sheet.file);
   OpenStream(sheet.current);
 }
@@ -257,7 +257,7 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
   const CLI::App* const upgradeVerb = app.get_subcommand("upgrade");
   try {
     app.parse(count, texts);
-    if (app.get_subcommands().empty()) throw UsageError(fmt::format("say what to do: {}", kCommands));
+    if (app.get_subcommands().empty()) throw UsageError(fmt::format("give a command: {}", kCommands));
     if (app.got_subcommand("help")) {
       if (!explained.empty() && !IsCommand(app, explained)) throw UsageError(NoCommand(app, explained));
       app.parse(explained + " --help");  // throws, as that does on the command line

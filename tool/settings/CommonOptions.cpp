@@ -46,12 +46,12 @@ void AddSources(CLI::App& verb, Sources& sources) {
   verb.add_flag("-0,--null", sources.listHasNul, "The names in LIST end with NUL, not with the line")
       ->group(which);
   verb.add_option("--include", sources.include,
-                  "In folders, files like this (default: *.hvxdoc, *.hvxdoc.gz, *.hvxdoc.zst)")
+                  "In folders, only files that match this (default: *.hvxdoc, *.hvxdoc.gz, *.hvxdoc.zst)")
       ->type_name("PATTERN")
       ->allow_extra_args(false)
       ->check(NotEmpty)
       ->group(which);
-  verb.add_option("--exclude", sources.exclude, "In folders, no files and folders like this")
+  verb.add_option("--exclude", sources.exclude, "In folders, skip files and folders that match this")
       ->type_name("PATTERN")
       ->allow_extra_args(false)
       ->check(NotEmpty)
@@ -69,21 +69,20 @@ CLI::Option& AddHtml(CLI::App& verb, std::string& file) {
 
 void AddMany(CLI::App& verb, ManyDocuments& many) {
   verb.add_option("-j,--jobs", many.workers,
-                  "Work on so many at a time (default: as many as this process may use processors)")
+                  "Work on this many at a time (default: the number of processors that this process may use)")
       ->type_name("N")
       ->check(AboveZero)
       ->group(kMany);
-  verb.add_option(
-          "--memory", many.megabytes,
-          "Begin a document only when those at work will probably need no more than so many MB in all "
-          "(default: what is available; 0: no limit)")
+  verb.add_option("--memory", many.megabytes,
+                  "Begin a document only when those in progress will probably need no more than this many MB "
+                  "in all (default: what is available; 0: no limit)")
       ->type_name("MB")
       ->check(WholeNumber)
       ->group(kMany);
-  verb.add_flag("-v,--verbose", many.verbose, "Tell all of each document, and shorten nothing")->group(kMany);
-  verb.add_option(
-          "--progress", many.progress,
-          "How far the run is: auto (default), plain (a line a minute, as without a terminal) or none")
+  verb.add_flag("-v,--verbose", many.verbose, "Show all about each document, and shorten nothing")
+      ->group(kMany);
+  verb.add_option("--progress", many.progress,
+                  "Show progress: auto (default), plain (a line a minute, as without a terminal) or none")
       ->type_name("HOW")
       ->check(CLI::IsMember({"auto", "plain", "none"}))
       ->group(kMany);
@@ -92,13 +91,13 @@ void AddMany(CLI::App& verb, ManyDocuments& many) {
 void Check(Sources& sources) {
   const auto streams =
       std::ranges::count(sources.given, kStandardStream) + (sources.list == kStandardStream ? 1 : 0);
-  if (streams > 1) throw UsageError("standard input can be read once");
+  if (streams > 1) throw UsageError("standard input can be read only once");
   std::ranges::for_each(sources.given, OpenStream);
-  if (sources.IsEmpty()) throw UsageError("say which documents: files or folders, or --files-from LIST");
+  if (sources.IsEmpty()) throw UsageError("give documents: files or folders, or --files-from LIST");
 }
 
 void CheckNull(const Sources& sources) {
-  if (sources.listHasNul && sources.list.empty()) throw UsageError("--null goes with --files-from");
+  if (sources.listHasNul && sources.list.empty()) throw UsageError("--null requires --files-from");
 }
 
 void OpenStream(std::string& document) {

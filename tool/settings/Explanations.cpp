@@ -66,7 +66,7 @@ Explanation ExplanationOf(element entry) {
   explanation.examples = ListIn(entry, "examples", ExampleOf);
   explanation.none = TextIn(entry, "none");
   explanation.features = ListIn(entry, "features", [](element each) {
-    return Explanation::Features{TextOf(each["of"]), NumberIn(each, "changed"), NumberIn(each, "made"),
+    return Explanation::Features{TextOf(each["of"]), NumberIn(each, "changed"), NumberIn(each, "created"),
                                  NumberIn(each, "removed")};
   });
   explanation.analysis = ListIn(entry, "analysis", DifferenceOf);

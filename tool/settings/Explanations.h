@@ -32,7 +32,7 @@ struct Explanation {
   /// How many features of an example document the upgrade changes, makes and removes.
   struct Features {
     std::string of;
-    std::size_t changed = 0, made = 0, removed = 0;
+    std::size_t changed = 0, created = 0, removed = 0;
   };
   /// What the analysis of the examples says differently, for one reason.
   struct Difference {

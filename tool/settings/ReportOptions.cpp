@@ -18,14 +18,16 @@ constexpr const char* kReportExamples = R"(Examples:
 }  // namespace
 
 void AddReport(CLI::App& app, ReportArguments& report) {
-  CLI::App* const verb = app.add_subcommand("report", "Tell what reports of upgrades hold, in another form");
+  CLI::App* const verb =
+      app.add_subcommand("report", "Show what reports of upgrades hold, or make a page, CSV or JSON of them");
   verb->add_option("FILE", report.reports, "The reports ('-': standard input)")
       ->required()
       ->type_name("")
       ->check(NotEmpty);
-  verb->add_option("--format", report.format,
-                   "text (default: what became of it all, what needs a person, totals, dropped values), json "
-                   "(all of it), csv (a row for each document) or html")
+  verb->add_option(
+          "--format", report.format,
+          "text (default: the verdict, what needs a person, totals, dropped values), html (a page for a "
+          "browser), csv (a row for each document) or json (everything)")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json", "csv", "html"}));
   verb->add_option("-o,--output", report.output, "Write to this file (default, and '-': standard output)")

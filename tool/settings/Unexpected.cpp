@@ -59,7 +59,7 @@ std::string NoCommand(const CLI::App& app, const std::string& command) {
   const std::string_view meant = Meant(command, known);
   return fmt::format(
       "there is no command {}; {}", Quoted(command),
-      meant.empty() ? fmt::format("say {}", kCommands) : fmt::format("did you mean '{}'?", meant));
+      meant.empty() ? fmt::format("use {}", kCommands) : fmt::format("did you mean '{}'?", meant));
 }
 
 std::string Unexpected(const CLI::App& app, const char* what) {

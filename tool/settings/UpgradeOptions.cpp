@@ -28,11 +28,11 @@ Shard ShardOf(const std::string& text) {
   for (const std::string& part : parts) {
     constexpr std::size_t kMostDigits = 6;
     if (!AboveZero(part).empty() || part.size() > kMostDigits)
-      throw UsageError("--shard must be a part and the number of parts, such as 1/4");
+      throw UsageError("--shard must be a shard and the number of shards, such as 1/4");
   }
   shard.number = std::stoul(parts[0]);
   shard.of = std::stoul(parts[1]);
-  if (shard.number > shard.of) throw UsageError(fmt::format("--shard {}: there is no such part", text));
+  if (shard.number > shard.of) throw UsageError(fmt::format("--shard {}: there is no such shard", text));
   return shard;
 }
 
@@ -45,9 +45,9 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
   const auto where = "Where the results go (one of -o, --output-dir, --in-place)";
   auto* const output =
       verb->add_option("-o,--output", upgrade.output, "Write the result to this file ('-': standard output)");
-  auto* const folder = verb->add_option("--output-dir", upgrade.outputDirectory,
-                                        "Write the results to this folder; what was found in a folder "
-                                        "keeps its place beneath it");
+  auto* const folder = verb->add_option(
+      "--output-dir", upgrade.outputDirectory,
+      "Write the results to this folder; what was found in a folder keeps its path beneath it");
   auto* const inPlace = verb->add_flag("--in-place", upgrade.inPlace, "Replace the documents by the results");
   auto* const dryRun = verb->add_flag("--dry-run", upgrade.dryRun, "Do everything but write the results");
   auto* const backup = verb->add_option("--backup", upgrade.backupSuffix,
@@ -75,21 +75,22 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
       ->check(NotEmpty)
       ->group(which);
 
-  verb->add_flag("--retry", upgrade.retry,
-                 "Run again what left features behind, on those features, now that they are corrected")
+  verb->add_flag(
+          "--retry", upgrade.retry,
+          "Run again the upgrades that left features behind, on those features, once they are corrected")
       ->group(which);
 
-  const auto told = "What is told";
+  const auto told = "What is reported";
   verb->add_option(
           "--report", upgrade.report,
-          "Write what becomes of each document, with every change, as lines of JSON; with the same "
-          "report, the same command goes on where it was stopped ('-': standard output, from the beginning)")
+          "Write the result of each document, with every change, as lines of JSON; with the same report, the "
+          "same command resumes a run that was stopped ('-': standard output, from the beginning)")
       ->type_name("FILE")
       ->check(NotEmpty)
       ->group(told);
   verb->add_option("--report-detail", upgrade.reportDetail,
-                   "How much of the changes: full (default), changes (without all that created and removed "
-                   "features hold) or summary (numbers)")
+                   "How much of the changes: full (default), changes (without the contents of created and "
+                   "removed features) or summary (numbers)")
       ->type_name("DETAIL")
       ->check(CLI::IsMember({"full", "changes", "summary"}))
       ->group(told);
@@ -98,11 +99,11 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
       ->type_name("FILE")
       ->check(NotEmpty)
       ->group(told);
-  verb->add_option("--language", upgrade.language, "The language of names that upgrades make (default: en)")
+  verb->add_option("--language", upgrade.language, "The language of names that upgrades create (default: en)")
       ->type_name("LANG")
       ->group(told);
   verb->add_flag("--fail-on-drop", upgrade.failOnDrop,
-                 "End with 1 when values of the old document stand nowhere in the result")
+                 "End with 1 when values of the old document are nowhere in the result")
       ->group(told);
   verb->add_flag_callback(
           "--no-sheet", [&upgrade] { upgrade.sheet = false; },
@@ -111,17 +112,17 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
   verb->add_flag("-q,--quiet", upgrade.quiet, "Print errors only")->group(told);
   AddMany(*verb, upgrade.many);
   verb->add_option("--again", upgrade.again,
-                   "Of those that stand in the report, do again: failed (without a result), incomplete (also "
-                   "those that need a person) or all")
+                   "Of those in the report, do again: failed (without a result), incomplete (also those that "
+                   "need a person) or all")
       ->type_name("WHICH")
       ->check(CLI::IsMember({"failed", "incomplete", "all"}))
       ->group(kMany);
   verb->add_option("--shard", upgrade.shardText,
-                   "Only part I of N about equally large ones; the parts do not overlap")
+                   "Only shard I of N, all about equally large; shards do not overlap")
       ->type_name("I/N")
       ->group(kMany);
 
-  const auto limits = "When a document is given up; its file stays as it is (0: never)";
+  const auto limits = "When the upgrade of a document is stopped; its file stays as it is (0: never)";
   verb->add_option(
           "--timeout", upgrade.timeoutText,
           "After this time, in seconds, or such as 90s, 10m, 2h (default: 120s, and 2s for each MB of "
@@ -129,7 +130,7 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
       ->type_name("TIME")
       ->group(limits);
   verb->add_option("--limit-features", upgrade.limits.features,
-                   "When upgrades made this many features (default: 1000000, and 10 for each feature)")
+                   "When upgrades created this many features (default: 1000000, and 10 for each feature)")
       ->type_name("N")
       ->check(WholeNumber)
       ->group(limits);
@@ -150,33 +151,33 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
 
 void Check(UpgradeArguments& upgrade, const CLI::App& verb) {
   if (verb.count("--shard") > 0) upgrade.shard = ShardOf(upgrade.shardText);
-  if (!upgrade.again.empty() && upgrade.report.empty()) throw UsageError("--again goes with --report");
+  if (!upgrade.again.empty() && upgrade.report.empty()) throw UsageError("--again requires --report");
   if (!upgrade.again.empty() && upgrade.ReportsToStream())
     throw UsageError(
-        "--again goes with a report that is a file: there is nothing on standard output to go on with");
+        "--again requires a report that is a file: there is nothing on standard output to resume");
   if (upgrade.ReportsToStream() && upgrade.output == kStandardStream)
-    throw UsageError("standard output can be written once: give a file to one of -o and --report");
+    throw UsageError("standard output can be written only once: give a file to one of -o and --report");
   if (!upgrade.html.empty() && upgrade.ReportsToStream())
-    throw UsageError("--html is made from the report: give a file to --report, or none");
-  if (upgrade.quiet && upgrade.many.verbose) throw UsageError("give one of --quiet and --verbose");
+    throw UsageError("--html is written from the report: give a file to --report, or none");
+  if (upgrade.quiet && upgrade.many.verbose) throw UsageError("give only one of --quiet and --verbose");
   const bool readsStream = std::ranges::count(upgrade.sources.given, kStandardStream) != 0;
   if (readsStream && (upgrade.inPlace || !upgrade.outputDirectory.empty()))
-    throw UsageError(
-        "standard input has no name that its result could bear; give -o FILE, or -o - for standard output");
+    throw UsageError("standard input has no name for its result; give -o FILE, or -o - for standard output");
   Check(upgrade.sources);
   CheckNull(upgrade.sources);
   const int places = (upgrade.output.empty() ? 0 : 1) + (upgrade.outputDirectory.empty() ? 0 : 1) +
                      (upgrade.inPlace ? 1 : 0);
   if (places == 0 && !upgrade.dryRun) {
     throw UsageError(
-        "say where the result goes: -o FILE, --output-dir DIR or --in-place; or ask for --dry-run");
+        "give a place for the result: -o FILE, --output-dir DIR or --in-place; or give --dry-run");
   }
-  if (places > 1) throw UsageError("give one of -o, --output-dir and --in-place");
-  if (!upgrade.only.empty() && !upgrade.until.empty()) throw UsageError("give one of --only and --until");
+  if (places > 1) throw UsageError("give only one of -o, --output-dir and --in-place");
+  if (!upgrade.only.empty() && !upgrade.until.empty())
+    throw UsageError("give only one of --only and --until");
   if (upgrade.strict && upgrade.acceptFailures)
-    throw UsageError("give one of --strict and --accept-failures");
-  if (upgrade.acceptFailures && !upgrade.inPlace) throw UsageError("--accept-failures goes with --in-place");
-  if (verb.count("--backup") > 0 && !upgrade.inPlace) throw UsageError("--backup goes with --in-place");
+    throw UsageError("give only one of --strict and --accept-failures");
+  if (upgrade.acceptFailures && !upgrade.inPlace) throw UsageError("--accept-failures requires --in-place");
+  if (verb.count("--backup") > 0 && !upgrade.inPlace) throw UsageError("--backup requires --in-place");
   if (verb.count("--backup") > 0 &&
       (upgrade.backupSuffix.empty() || upgrade.backupSuffix.find('/') != std::string::npos)) {
     throw UsageError("the suffix of --backup must be a part of a file name, such as .old");

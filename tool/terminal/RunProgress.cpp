@@ -73,7 +73,7 @@ std::string RunProgress::TextOf(const RunState& state) const {
   const auto done = static_cast<double>(state.bytesDone);
   std::string text = fmt::format("{} of {} documents, {:.1f} of {:.1f} MB", state.done, state.documents,
                                  done / kMegabyte, bytes / kMegabyte);
-  if (state.needPerson != 0) text += fmt::format(", {} to look at", state.needPerson);
+  if (state.needPerson != 0) text += fmt::format(", {} needing a person", state.needPerson);
   if (state.done != 0 && done > 0) {
     text += fmt::format(", {:.1f} MB/s, {} left", done / kMegabyte / seconds,
                         Duration(seconds * (bytes - done) / done));
@@ -81,7 +81,7 @@ std::string RunProgress::TextOf(const RunState& state) const {
   for (std::size_t i = 0; i < state.atWork.size(); ++i) {
     const std::string& name = state.atWork[i];
     const std::size_t slash = name.rfind('/');
-    text += fmt::format("{}{}", i == 0 ? "; at " : ", ",
+    text += fmt::format("{}{}", i == 0 ? "; working on " : ", ",
                         Printable(slash == std::string::npos ? name : name.substr(slash + 1)));
   }
   return text;

@@ -6,9 +6,9 @@
  */
 const meanings = [
   {words: "equal", tone: "quiet", kind: "equal"},
-  {words: "said otherwise", tone: "good", kind: "otherwise"},
+  {words: "expressed differently", tone: "good", kind: "otherwise"},
   {words: "changed on purpose", tone: "good", kind: "purpose"},
-  {words: "nothing accounts for it", tone: "bad", kind: "unaccounted"},
+  {words: "unaccounted for", tone: "bad", kind: "unaccounted"},
 ];
 
 /** So many rows are unfolded without being asked for: of differences, and of all values. */
