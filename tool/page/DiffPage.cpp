@@ -49,6 +49,7 @@ std::vector<TypeTotals> TypesOf(const JsonParts& parts) {
   count("created", &TypeTotals::made);
   count("removed", &TypeTotals::removed);
   std::vector<TypeTotals> types;
+  types.reserve(byType.size());
   for (auto& [type, totals] : byType) types.push_back(std::move(totals));
   std::ranges::stable_sort(types, std::greater<>(),
                            [](const TypeTotals& each) { return each.changed + each.made + each.removed; });
