@@ -1,6 +1,5 @@
 #pragma once
 
-#include "HVXUpgradeIdentifiers.h"
 #include "workbench/HVXIUpgrade.h"
 #include "workbench/HVXUpgradeTable.h"
 

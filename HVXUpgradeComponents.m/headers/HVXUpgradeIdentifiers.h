@@ -80,3 +80,7 @@ const VLMUnicodeString kUpgradeAnalysisCase("UpgradeAnalysisCase");
 const VLMUnicodeString kUpgradeThermalSolutionStep("UpgradeThermalSolutionStep");
 const VLMUnicodeString kUpgradeContactWithSurfSmoothParam("UpgradeContactWithSurfSmoothParam");
 const VLMUnicodeString kUpgradeJobMemoryUnit("UpgradeJobMemoryUnit");
+
+/// All of them, oldest first.
+inline constexpr int kHVXUpgradeIdentifierCount = 66;
+extern const VLMUnicodeString kHVXUpgradeIdentifiers[kHVXUpgradeIdentifierCount];

@@ -1,5 +1,6 @@
 #include "HVXEARSUpgrade.h"
 
+#include "HVXUpgradeIdentifiers.h"
 #include "modeler/VLMISpecObject.h"
 #include "workbench/HVXIARSurf.h"
 

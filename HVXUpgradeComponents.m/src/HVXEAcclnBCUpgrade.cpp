@@ -1,6 +1,7 @@
 #include "HVXEAcclnBCUpgrade.h"
 
 #include "HVXConditionUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "analysis/VLMISamAnalysisEntity.h"
 #include "base/VLMFatalError.h"
 #include "workbench/HVXIMotionBC.h"

@@ -3,6 +3,7 @@
 #include <span>
 
 #include "HVXSectionControlsUpgrade.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "analysis/VLMISamAnalysisScan.h"
 #include "base/VLMMsgCatalog.h"
 #include "modeler/VLMIAlias.h"

@@ -2,6 +2,7 @@
 
 #include "HVXSharedUpgrades.h"
 #include "HVXSupportUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include "HVXEClampUpgrade.h"
 
 #include "HVXSharedUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 
 namespace {
 

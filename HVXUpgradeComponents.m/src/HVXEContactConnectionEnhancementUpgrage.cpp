@@ -2,6 +2,7 @@
 
 #include "HVXConnectionPropertyLookup.h"
 #include "HVXSharedUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "analysis/VLMISamAnalysisSupport.h"
 #include "base/VLMLibrary.h"
 #include "modeler/VLMIContainer.h"

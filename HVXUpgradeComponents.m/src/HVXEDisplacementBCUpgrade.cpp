@@ -2,6 +2,7 @@
 
 #include "HVXConditionUpgrades.h"
 #include "HVXSonsList.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "base/VLMFatalError.h"
 
 namespace {

@@ -1,6 +1,7 @@
 #include "HVXEFORUpgrade.h"
 
 #include "HVXSharedUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "workbench/HVXAnalysisEntityUtils.h"
 #include "workbench/HVXIAnalysisCase.h"
 #include "workbench/HVXIBaseOutput.h"

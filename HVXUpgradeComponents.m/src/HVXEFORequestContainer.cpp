@@ -1,5 +1,6 @@
 #include "HVXEFORequestContainer.h"
 
+#include "HVXUpgradeIdentifiers.h"
 #include "analysis/VLMISamAnalysisEntity.h"
 #include "analysis/VLMISamAnalysisSupport.h"
 #include "base/VLMMsgCatalog.h"

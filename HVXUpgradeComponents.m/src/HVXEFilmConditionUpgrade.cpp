@@ -1,6 +1,7 @@
 #include "HVXEFilmConditionUpgrade.h"
 
 #include "HVXConditionUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "workbench/HVXIFilmCondition.h"
 
 namespace {

@@ -1,6 +1,7 @@
 #include "HVXEGasketPropertyUpgrade.h"
 
 #include "HVXSharedUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "base/VLMFatalError.h"
 #include "modeler/VLMISpecObject.h"
 #include "workbench/HVXIGasketSection.h"

@@ -3,6 +3,7 @@
 #include "HVXConnectionContainer.h"
 #include "HVXSharedUpgrades.h"
 #include "HVXStepUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "workbench/HVXIGeneralStaticStep.h"
 
 namespace {

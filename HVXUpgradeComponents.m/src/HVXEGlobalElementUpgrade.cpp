@@ -1,5 +1,6 @@
 #include "HVXEGlobalElementUpgrade.h"
 
+#include "HVXUpgradeIdentifiers.h"
 #include "workbench/HVXAnalysisEntityUtils.h"
 #include "workbench/HVXIElementAssignment.h"
 #include "workbench/HVXIGlobalElemAsgnEntry.h"

@@ -1,5 +1,6 @@
 #include "HVXEHalvexpropertySetUpgrade.h"
 
+#include "HVXUpgradeIdentifiers.h"
 #include "base/VLMMsgCatalog.h"
 #include "modeler/VLMIAlias.h"
 

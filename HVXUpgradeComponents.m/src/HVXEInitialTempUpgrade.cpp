@@ -2,6 +2,7 @@
 
 #include "HVXConditionUpgrades.h"
 #include "HVXSupportUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "workbench/HVXIInitialTemperature.h"
 #include "workbench/HVXITemperature.h"
 

@@ -1,5 +1,6 @@
 #include "HVXEJobUpgrade.h"
 
+#include "HVXUpgradeIdentifiers.h"
 #include "modeler/VLMISpecObject.h"
 #include "workbench/HVXIAnalysisCase.h"
 #include "workbench/HVXIJob.h"

@@ -1,6 +1,7 @@
 #include "HVXELocalElemAsgnUpgrade.h"
 
 #include "HVXParameterUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "workbench/HVXAnalysisEntityUtils.h"
 #include "workbench/HVXIElementAssignment.h"
 #include "workbench/HVXILocalElemAssignment.h"

@@ -1,5 +1,6 @@
 #include "HVXEMechanicalBhvrUpgrade.h"
 
+#include "HVXUpgradeIdentifiers.h"
 #include "modeler/VLMISpecAttrAccess.h"
 #include "workbench/HVXTangentialBehavior.h"
 

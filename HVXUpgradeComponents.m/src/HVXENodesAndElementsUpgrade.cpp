@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "HVXUpgradeIdentifiers.h"
 #include "analysis/VLMAnalysisExplicitElement.h"
 #include "analysis/VLMAnalysisExplicitModel.h"
 #include "analysis/VLMAnalysisExplicitNode.h"

@@ -1,6 +1,7 @@
 #include "HVXEPerturbationStepUpgrade.h"
 
 #include "HVXConnectionContainer.h"
+#include "HVXUpgradeIdentifiers.h"
 
 namespace {
 

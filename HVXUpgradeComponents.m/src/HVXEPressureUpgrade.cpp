@@ -1,6 +1,7 @@
 #include "HVXEPressureUpgrade.h"
 
 #include "HVXConditionUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "workbench/HVXIPressureLoad.h"
 
 namespace {

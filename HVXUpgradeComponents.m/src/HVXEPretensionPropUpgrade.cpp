@@ -1,6 +1,7 @@
 #include "HVXEPretensionPropUpgrade.h"
 
 #include "HVXSharedUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 
 namespace {
 

@@ -3,6 +3,7 @@
 #include "HVXConnectionMeshPart.h"
 #include "HVXSharedUpgrades.h"
 #include "HVXSupportUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "analysis/VLMISamGroup.h"
 #include "base/VLMFatalError.h"
 #include "workbench/HVXIRigidBodyConstraint.h"

@@ -2,6 +2,7 @@
 
 #include "HVXConnectionMeshPart.h"
 #include "HVXSupportUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "analysis/VLMISamGroup.h"
 #include "modeler/VLMISpecObject.h"
 #include "workbench/HVXIInteractionMeshPart.h"

@@ -1,6 +1,7 @@
 #include "HVXERiksStepUpgrade.h"
 
 #include "HVXConnectionContainer.h"
+#include "HVXUpgradeIdentifiers.h"
 
 namespace {
 

@@ -1,5 +1,6 @@
 #include "HVXEShellSectionEnhUpgrade.h"
 
+#include "HVXUpgradeIdentifiers.h"
 #include "base/VLMMath.h"
 #include "workbench/HVXIMatOrientation.h"
 #include "workbench/HVXIShellSection.h"

@@ -1,5 +1,6 @@
 #include "HVXESolCaseUpgrade.h"
 
+#include "HVXUpgradeIdentifiers.h"
 #include "analysis/VLMISamExplicit.h"
 #include "analysis/VLMSamCatalogFactory.h"
 #include "workbench/HVXAnalysisDocUtils.h"

@@ -1,5 +1,6 @@
 #include "HVXESolStepUpgrade.h"
 
+#include "HVXUpgradeIdentifiers.h"
 #include "workbench/HVXAnalysisEntityUtils.h"
 #include "workbench/HVXIHalvexResultStep.h"
 

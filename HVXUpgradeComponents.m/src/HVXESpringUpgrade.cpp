@@ -2,6 +2,7 @@
 
 #include "HVXSharedUpgrades.h"
 #include "HVXSpringOrphanPoints.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "analysis/VLMISamGenMeshPartMgt.h"
 #include "modeler/VLMISpecAttrAccess.h"
 #include "workbench/HVXAnalysisDocUtils.h"

@@ -1,6 +1,7 @@
 #include "HVXESurfaceHeatFluxUpgrade.h"
 
 #include "HVXConditionUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "workbench/HVXIHeatFlux.h"
 
 namespace {

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "HVXParameterUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "analysis/VLMISamAnalysisConnector.h"
 #include "analysis/VLMISamAnalysisScan.h"
 #include "analysis/VLMISamAnalysisSupport.h"

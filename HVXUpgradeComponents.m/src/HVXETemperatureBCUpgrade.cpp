@@ -1,6 +1,7 @@
 #include "HVXETemperatureBCUpgrade.h"
 
 #include "HVXConditionUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "workbench/HVXITemperature.h"
 
 namespace {

@@ -1,6 +1,7 @@
 #include "HVXETiedContactUpgrage.h"
 
 #include "HVXConnectionPropertyLookup.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "analysis/VLMISamAnalysisSupport.h"
 #include "modeler/VLMIAlias.h"
 #include "modeler/VLMISpecAttrAccess.h"

@@ -1,6 +1,7 @@
 #include "HVXEVelocityBCUpgrade.h"
 
 #include "HVXConditionUpgrades.h"
+#include "HVXUpgradeIdentifiers.h"
 #include "analysis/VLMISamAnalysisEntity.h"
 #include "workbench/HVXIMotionBC.h"
 

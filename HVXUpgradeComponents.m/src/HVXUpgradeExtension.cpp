@@ -42,6 +42,17 @@ HRESULT HVXUpgradeExtension::Dispatch(const HVXUpgradeClass& upgradeClass,
   return kept;
 }
 
+HVXUpgradeDeclarations::HVXUpgradeDeclarations(std::string_view library,
+                                               std::span<const HVXUpgradeClass* const> classes)
+    : library_(library) {
+  for (const HVXUpgradeClass* const upgradeClass : classes) {
+    for (const char* const lateType : upgradeClass->lateTypes) {
+      static_cast<void>(library_.DeclareTie(VLMMetaClass::LateType(lateType), upgradeClass->interface,
+                                            upgradeClass->createTIE));
+    }
+  }
+}
+
 void HVXRegisterMetaObject(const HVXUpgradeClass& upgradeClass) {
   VLMMetaClass& metaObject =
       VLMMetaClass::Retrieve(HVXThisLibrary(), upgradeClass.name, VLMExtensionKind::kDataExtension,

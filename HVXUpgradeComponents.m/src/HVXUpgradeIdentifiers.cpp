@@ -1,7 +1,5 @@
 #include "HVXUpgradeIdentifiers.h"
 
-#include "HVXUpgradeLibrary.h"
-
 const VLMUnicodeString kHVXUpgradeIdentifiers[kHVXUpgradeIdentifierCount] = {
     kUpgradeToElemType,
     kUpgradeBodySupport,

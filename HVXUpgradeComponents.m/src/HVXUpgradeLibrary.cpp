@@ -116,25 +116,7 @@ const HVXUpgradeOrder kOrders[] = {
      "Contacts that still rest on a connection property lose their support with it, and get a second pair."},
 };
 
-// Declares every class's ties while the library is loaded, and has them withdrawn when it is unloaded.
-class Declarations {
- public:
-  Declarations() {
-    for (const HVXUpgradeClass* const upgradeClass : kClasses) {
-      for (const char* const lateType : upgradeClass->lateTypes) {
-        static_cast<void>(library_.DeclareTie(VLMMetaClass::LateType(lateType), upgradeClass->interface,
-                                              upgradeClass->createTIE));
-      }
-    }
-  }
-
-  [[nodiscard]] const VLMLibrary& Library() const { return library_; }
-
- private:
-  VLMLibrary library_{"HVXUpgradeComponents"};
-};
-
-const Declarations declarations;
+const HVXUpgradeDeclarations declarations("HVXUpgradeComponents", kClasses);
 
 }  // namespace
 

@@ -98,23 +98,7 @@ const HVXDocumentUpgrade kDocumentUpgrades[] = {
 
 const HVXUpgradeOrder kOrders[] = {{"ProbeC", "ProbeB", "B would take away what C reads."}};
 
-class Declarations {
- public:
-  Declarations() {
-    for (const HVXUpgradeClass* const upgradeClass : kClasses) {
-      for (const char* const lateType : upgradeClass->lateTypes) {
-        static_cast<void>(library_.DeclareTie(VLMMetaClass::LateType(lateType), upgradeClass->interface,
-                                              upgradeClass->createTIE));
-      }
-    }
-  }
-  [[nodiscard]] const VLMLibrary& Library() const { return library_; }
-
- private:
-  VLMLibrary library_{"TestUpgradeLibrary"};
-};
-
-const Declarations declarations;
+const HVXUpgradeDeclarations declarations("TestUpgradeLibrary", kClasses);
 
 }  // namespace
 
