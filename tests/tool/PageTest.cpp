@@ -232,7 +232,34 @@ TEST_F(PageTest, AReportMakesThePageThatTheRunMade) {
   lines.resize(lines.rfind('\n', lines.size() - 2) + 1);
   Put(Path("r.jsonl"), lines);
   EXPECT_EQ(Run({"report", Path("r.jsonl"), "--format", "html"}, Path("stopped.html")).code, 0);
-  EXPECT_NE(Text(Block(Path("stopped.html"), "page")["notes"]).find("not finished"), std::string::npos);
+  const element stopped = Block(Path("stopped.html"), "page");
+  EXPECT_NE(Text(stopped["notes"]).find("not finished"), std::string::npos);
+  EXPECT_EQ(Text(stopped["verdict"]["tone"]), R"("attention")");
+  EXPECT_EQ(Text(stopped["verdict"]["words"]).find("All is well"), std::string::npos);
+}
+
+TEST_F(PageTest, ADryRunBesideAnotherRunIsToldAsThat) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  EXPECT_EQ(Upgrade({file, "--dry-run"}).code, 0);
+  EXPECT_EQ(Run({"upgrade", file, "-o", Path("new.hvxdoc"), "--report", Path("real.jsonl")}).code, 0);
+  EXPECT_EQ(Run({"report", Path("r.jsonl"), Path("real.jsonl"), "--format", "html"}, Path("both.html")).code,
+            0);
+  EXPECT_EQ(Text(Block(Path("both.html"), "page")["groups"]),
+            R"([{"words":"would be upgraded","tone":"good","count":1},)"
+            R"({"words":"upgraded","tone":"good","count":1}])");
+}
+
+TEST_F(PageTest, WhatWasRunAsWellSaysForWhichUpgrade) {
+  const std::string example = std::string(HVX_SOURCE_DIR) + "/examples/bolted_bracket.hvxdoc";
+  EXPECT_EQ(
+      Upgrade({example, "-o", Path("new.hvxdoc"), "--only", "UpgCCPToGACOrConstraintAsSupp", "--no-sheet"})
+          .code,
+      0);
+  const std::string notes = Text(Detail(Path("p.html"), "bolted_bracket.hvxdoc")["notes"]);
+  EXPECT_NE(notes.find("UpgMapCCPClearanceToInterference was run as well, because "
+                       "UpgCCPToGACOrConstraintAsSupp"),
+            std::string::npos)
+      << notes;
 }
 
 TEST_F(PageTest, ReportsThatTellLessGivePagesThatSayWhatTheyLack) {

@@ -24,7 +24,7 @@ std::string Shortened(std::string_view text) {
 
 std::string Quoted(std::string_view text) {
   const bool isItself = !text.empty() && text.front() != ' ' && text.back() != ' ' && text != kNotThere;
-  return isItself ? Shortened(text) : fmt::format("\"{}\"", text);
+  return isItself ? Shortened(text) : fmt::format("\"{}\"", Shortened(text));
 }
 
 template <class Word>
