@@ -143,9 +143,13 @@ TEST_F(PageTest, WhatThePressureIsAndWhichUpgradeMovedItCanBeFollowed) {
   std::size_t equal = 0;
   for (const element subject : detail["sheet"]["subjects"]["first"]) {
     if (std::string_view(subject["name"]) == "Pressure.1") rows += Text(subject["rows"]);
+    if (std::string_view(subject["name"]) == "Rotational Body Force.2") rows += Text(subject["rows"]);
     for (const element row : subject["rows"]) equal += std::int64_t(row.at(3)) == 0 ? 1 : 0;
   }
   EXPECT_NE(rows.find(R"(["pressure","1.25e+07 Pa","1.25e+07 Pa",0,-1,""])"), std::string::npos) << rows;
+  // What stays in a list has the number there that it had before.
+  EXPECT_NE(rows.find(R"-(["support","1: Rib.1 (Bracket.1), 2: Web Face (Bracket.1)",)-"), std::string::npos)
+      << rows;
   EXPECT_GT(equal, 500U);
   // An upgrade says what it is there for.
   const std::int64_t place = step["upgrade"];

@@ -235,9 +235,9 @@ class RunPage {
     if (attention != 0) words += attention == 1 ? " needs a person" : " need a person";
     if (attention != 0 && failed_ != 0) words += fmt::format(", and {}", Grouped(failed_));
     if (failed_ != 0) words += failed_ == 1 ? " has no result" : " have no result";
-    return {
-        failed_ != 0 ? Tone::kBad : Tone::kAttention, std::move(words),
-        "Open them from the table below, which begins with them: each says what to do. The others are done"};
+    return {failed_ != 0 ? Tone::kBad : Tone::kAttention, std::move(words),
+            fmt::format("Open them from the table below, which begins with them: each says what to do{}",
+                        isFinished_ ? ". The others are done" : "")};
   }
 
   const Reports& reports_;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <map>
-#include <optional>
+#include <set>
 #include <unordered_map>
 
 #include "page/JsonParts.h"
@@ -159,7 +159,8 @@ class View {
     differences.rows.erase(row);
   }
 
-  // The facts of the lines and the other ones, by their numbers.
+  // The facts of the lines, which are of before, and the other ones, which are of after and the same before,
+  // by their numbers. In lists of links a thing that others are put before has another number after.
   static std::string Joined(const std::string& lines, const std::vector<element>& others) {
     std::string list = "[";
     for (std::size_t from = 0; from < lines.size();) {
@@ -172,8 +173,23 @@ class View {
     simdjson::dom::parser parser;
     const simdjson::dom::array parsed = parser.parse(list + "]").get_array().value();
     std::vector<element> facts(parsed.begin(), parsed.end());
-    std::ranges::stable_sort(facts, {}, [](element fact) { return CountIn(fact, "index"); });
-    return TextOfFacts(facts);
+    const auto firstOther = facts.end() - static_cast<std::ptrdiff_t>(others.size());
+    std::set<std::size_t> taken;
+    for (auto fact = facts.begin(); fact != firstOther; ++fact) taken.insert(CountIn(*fact, "index"));
+    std::vector<std::pair<std::size_t, element>> numbered;
+    const bool areLinks = std::ranges::all_of(
+        facts, [](element fact) { return fact["value"]["ref"].error() == simdjson::SUCCESS; });
+    std::size_t next = 1;
+    for (auto fact = facts.begin(); fact != facts.end(); ++fact) {
+      std::size_t index = CountIn(*fact, "index");
+      if (areLinks && fact >= firstOther) {
+        while (taken.contains(next)) ++next;
+        index = next++;
+      }
+      numbered.emplace_back(index, *fact);
+    }
+    std::ranges::stable_sort(numbered, {}, [](const auto& each) { return each.first; });
+    return TextOfFacts(numbered);
   }
 
   void AddRest(Differences& differences) {

@@ -96,20 +96,25 @@ std::string TextOf(element value, const LabelOf& label) {
 }
 
 std::string TextOfFacts(const std::vector<element>& facts) {
+  std::vector<std::pair<std::size_t, element>> numbered;
+  for (const element fact : facts) numbered.emplace_back(CountIn(fact, "index"), fact);
+  return TextOfFacts(numbered);
+}
+
+std::string TextOfFacts(const std::vector<std::pair<std::size_t, element>>& facts) {
   if (facts.empty()) return {};
-  if (facts.size() == 1 && CountIn(facts.front(), "index") <= 1) return FactText(facts.front());
+  if (facts.size() == 1 && facts.front().first <= 1) return FactText(facts.front().second);
   std::string text;
   for (std::size_t i = 0; i < facts.size();) {
-    const std::string one = FactText(facts[i]);
+    const std::string one = FactText(facts[i].second);
     std::size_t end = i + 1;
-    while (end < facts.size() && CountIn(facts[end], "index") == CountIn(facts[end - 1], "index") + 1 &&
-           FactText(facts[end]) == one)
+    while (end < facts.size() && facts[end].first == facts[end - 1].first + 1 &&
+           FactText(facts[end].second) == one)
       ++end;
     if (text.size() > kMostBytes) return fmt::format("{}, ... ({} values in all)", text, facts.size());
     if (!text.empty()) text += ", ";
-    text += std::to_string(CountIn(facts[i], "index"));
-    if (end > i + 1)
-      text += fmt::format("{}{}", end > i + 2 ? " to " : " and ", CountIn(facts[end - 1], "index"));
+    text += std::to_string(facts[i].first);
+    if (end > i + 1) text += fmt::format("{}{}", end > i + 2 ? " to " : " and ", facts[end - 1].first);
     text += fmt::format(": {}", one);
     i = end;
   }
