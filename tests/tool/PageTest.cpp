@@ -277,6 +277,17 @@ TEST_F(PageTest, ReportsThatTellLessGivePagesThatSayWhatTheyLack) {
   }
 }
 
+TEST_F(PageTest, ADifferenceThatRoundingHidesIsSeen) {
+  std::string text = Content(std::string(HVX_SOURCE_DIR) + "/examples/bolted_bracket.hvxdoc");
+  Put(Path("one.hvxdoc"), text);
+  const std::string_view value = R"("Value":12500000.0)";
+  text.replace(text.find(value), value.size(), R"("Value":12500000.5)");
+  Put(Path("two.hvxdoc"), text);
+  EXPECT_EQ(Run({"diff", Path("one.hvxdoc"), Path("two.hvxdoc"), "--html", Path("diff.html")}).code, 1);
+  const std::string sheet = Text(Detail(Path("diff.html"), "two.hvxdoc")["sheet"]["subjects"]);
+  EXPECT_NE(sheet.find(R"(["pressure","12500000 Pa","12500000.5 Pa",3,)"), std::string::npos);
+}
+
 TEST_F(PageTest, ChecksAndDifferencesArePagesToo) {
   const std::string old = Document("old.hvxdoc", std::string(kJobLines) + std::string(kBrokenJobLine));
   EXPECT_EQ(Run({"upgrade", old, "-o", Path("new.hvxdoc")}).code, 1);

@@ -110,8 +110,11 @@ class RunPage {
     simdjson::dom::parser parser;
     const simdjson::dom::element run = parser.parse(line).value();
     std::string command;
-    for (const simdjson::dom::element word : EntriesIn(run, "commandLine"))
-      command += fmt::format("{}{}", command.empty() ? "" : " ", NameFromUtf8(word.get_string().value()));
+    for (const simdjson::dom::element word : EntriesIn(run, "commandLine")) {
+      std::string_view text;
+      if (word.get(text) == simdjson::SUCCESS)
+        command += fmt::format("{}{}", command.empty() ? "" : " ", NameFromUtf8(text));
+    }
     return {{TextIn(run, "record") == "continued" ? "Resumed" : "Begun", std::string(TextIn(run, "time"))},
             {"By", fmt::format("{} on {}", TextIn(run, "user"), TextIn(run, "host"))},
             {"Command", command}};
