@@ -126,6 +126,20 @@ def archive(count):
     return page
 
 
+@functools.cache
+def numbers_only():
+    """Of a report with numbers only, of a document whose name holds what cannot be shown; four alike need a person."""
+    document = PLACE / "a\nb.hvxdoc"
+    features = [{"id": 1, "type": "AnalysisModel"}, {"id": 2, "type": "AnalysisCase", "father": {"ref": 1}}]
+    features += [{"id": id, "type": "HVXJobLT", "father": {"ref": 2}, "attributes": {"MemoryUnit": 0}} for id in range(3, 7)]
+    lines = [{"format": "hvxdoc", "version": 1, "upgrades": [], "features": len(features)}, *features]
+    document.write_text("".join(json.dumps(line) + "\n" for line in lines), encoding="utf-8")
+    page = PLACE / "numbers.html"
+    run("upgrade", document, "--dry-run", "--report", PLACE / "numbers.jsonl", "--report-detail", "summary", "--html", page,
+        codes=(1,))
+    return page
+
+
 def cut_short():
     """A page whose file ends within its first block."""
     page = PLACE / "cut-short.html"

@@ -231,6 +231,19 @@ class OtherKindsTest(PageTest):
         self.assertIn(f"{detail['steps'][0]['changed']:,} features different", text)
         self.no_empty_sections(detail)
 
+    def test_what_a_report_does_not_hold_is_not_made_up(self):
+        page = pages.numbers_only()
+        attention = pages.data(page, "block-0")["0"]["attention"]
+        self.assertLess(len(attention["first"]), attention["count"])
+        self.open(page)
+        self.assertEqual([], self.all("#attention .cut"), "nothing of it was cut")
+        for address in ("#/d/0/u/UpgradeJobMemoryUnit", "#/u/UpgradeJobMemoryUnit"):
+            self.open(page, address)
+            for wrong in ("not run here", "changed nothing"):
+                self.assertNotIn(wrong, self.one("main").text)
+        self.open(page, "#/d/0/u/UpgradeJobMemoryUnit")
+        self.assertIn("In a\\u000ab.hvxdoc", self.texts("h2"))
+
     def no_empty_sections(self, detail):
         there = {each.get_attribute("id") for each in self.all(".sections > section")}
         expected = {"attention": detail["attention"]["count"], "steps": len(detail["steps"]) + len(detail["idle"]),

@@ -143,9 +143,13 @@ TEST_F(PageTest, WhatThePressureIsAndWhichUpgradeMovedItCanBeFollowed) {
   std::size_t equal = 0;
   for (const element subject : detail["sheet"]["subjects"]["first"]) {
     if (std::string_view(subject["name"]) == "Pressure.1") rows += Text(subject["rows"]);
+    if (std::string_view(subject["name"]) == "Rotational Body Force.2") rows += Text(subject["rows"]);
     for (const element row : subject["rows"]) equal += std::int64_t(row.at(3)) == 0 ? 1 : 0;
   }
   EXPECT_NE(rows.find(R"(["pressure","1.25e+07 Pa","1.25e+07 Pa",0,-1,""])"), std::string::npos) << rows;
+  // What stays in a list has the number there that it had before.
+  EXPECT_NE(rows.find(R"-(["support","1: Rib.1 (Bracket.1), 2: Web Face (Bracket.1)",)-"), std::string::npos)
+      << rows;
   EXPECT_GT(equal, 500U);
   // An upgrade says what it is there for.
   const std::int64_t place = step["upgrade"];
@@ -232,7 +236,34 @@ TEST_F(PageTest, AReportMakesThePageThatTheRunMade) {
   lines.resize(lines.rfind('\n', lines.size() - 2) + 1);
   Put(Path("r.jsonl"), lines);
   EXPECT_EQ(Run({"report", Path("r.jsonl"), "--format", "html"}, Path("stopped.html")).code, 0);
-  EXPECT_NE(Text(Block(Path("stopped.html"), "page")["notes"]).find("not finished"), std::string::npos);
+  const element stopped = Block(Path("stopped.html"), "page");
+  EXPECT_NE(Text(stopped["notes"]).find("not finished"), std::string::npos);
+  EXPECT_EQ(Text(stopped["verdict"]["tone"]), R"("attention")");
+  EXPECT_EQ(Text(stopped["verdict"]["words"]).find("All is well"), std::string::npos);
+}
+
+TEST_F(PageTest, ADryRunBesideAnotherRunIsToldAsThat) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  EXPECT_EQ(Upgrade({file, "--dry-run"}).code, 0);
+  EXPECT_EQ(Run({"upgrade", file, "-o", Path("new.hvxdoc"), "--report", Path("real.jsonl")}).code, 0);
+  EXPECT_EQ(Run({"report", Path("r.jsonl"), Path("real.jsonl"), "--format", "html"}, Path("both.html")).code,
+            0);
+  EXPECT_EQ(Text(Block(Path("both.html"), "page")["groups"]),
+            R"([{"words":"would be upgraded","tone":"good","count":1},)"
+            R"({"words":"upgraded","tone":"good","count":1}])");
+}
+
+TEST_F(PageTest, WhatWasRunAsWellSaysForWhichUpgrade) {
+  const std::string example = std::string(HVX_SOURCE_DIR) + "/examples/bolted_bracket.hvxdoc";
+  EXPECT_EQ(
+      Upgrade({example, "-o", Path("new.hvxdoc"), "--only", "UpgCCPToGACOrConstraintAsSupp", "--no-sheet"})
+          .code,
+      0);
+  const std::string notes = Text(Detail(Path("p.html"), "bolted_bracket.hvxdoc")["notes"]);
+  EXPECT_NE(notes.find("UpgMapCCPClearanceToInterference was run as well, because "
+                       "UpgCCPToGACOrConstraintAsSupp"),
+            std::string::npos)
+      << notes;
 }
 
 TEST_F(PageTest, ReportsThatTellLessGivePagesThatSayWhatTheyLack) {
@@ -244,6 +275,17 @@ TEST_F(PageTest, ReportsThatTellLessGivePagesThatSayWhatTheyLack) {
     EXPECT_EQ(Text(told["notes"]).find("--report-detail summary") != std::string::npos, detail == "summary");
     EXPECT_EQ(Text(told["verdict"]["tone"]), R"("good")");
   }
+}
+
+TEST_F(PageTest, ADifferenceThatRoundingHidesIsSeen) {
+  std::string text = Content(std::string(HVX_SOURCE_DIR) + "/examples/bolted_bracket.hvxdoc");
+  Put(Path("one.hvxdoc"), text);
+  const std::string_view value = R"("Value":12500000.0)";
+  text.replace(text.find(value), value.size(), R"("Value":12500000.5)");
+  Put(Path("two.hvxdoc"), text);
+  EXPECT_EQ(Run({"diff", Path("one.hvxdoc"), Path("two.hvxdoc"), "--html", Path("diff.html")}).code, 1);
+  const std::string sheet = Text(Detail(Path("diff.html"), "two.hvxdoc")["sheet"]["subjects"]);
+  EXPECT_NE(sheet.find(R"(["pressure","12500000 Pa","12500000.5 Pa",3,)"), std::string::npos);
 }
 
 TEST_F(PageTest, ChecksAndDifferencesArePagesToo) {

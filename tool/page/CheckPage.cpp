@@ -43,7 +43,8 @@ class CheckPage {
     values.push_back(static_cast<double>(CountIn(document, "features")));
     const Verdict verdict = VerdictOf(document, values);
     if (verdict.tone == Tone::kBad) ++unchecked_;
-    if (page_.Documents() == 0) first_ = verdict;
+    const bool needsPerson = verdict.tone == Tone::kAttention || verdict.tone == Tone::kBad;
+    if (needsPerson && first_.words.empty()) first_ = verdict;
     const std::string name = NameFromUtf8(TextIn(document, "file"));
     if (page_.Documents() == 0) title_ = name;
     const std::size_t place = page_.Add(name, verdict, values);
@@ -54,6 +55,7 @@ class CheckPage {
     const std::size_t documents = page_.Documents();
     page_.title = fmt::format("Check of {}", documents == 1 ? title_ : CountOf(documents, "document"));
     page_.verdict = Overall(documents);
+    if (left != 0) page_.verdict = OfUnfinished(page_.verdict, left);
     page_.numbers = {
         {"documents", documents, Tone::kQuiet},
         {"left behind", sums_[0], sums_[0] == 0 ? Tone::kQuiet : Tone::kAttention},
@@ -103,14 +105,23 @@ class CheckPage {
     return file_.AddDetail(place, {json.data(), json.size()});
   }
 
+  // What is said of those that were checked must not be taken for all.
+  static Verdict OfUnfinished(const Verdict& verdict, std::size_t left) {
+    const bool isBad = verdict.tone == Tone::kBad;
+    return {isBad ? Tone::kBad : Tone::kAttention,
+            fmt::format("Not finished, {} not checked{}{}", CountOf(left, "document"),
+                        verdict.next.empty() ? "" : ": ", verdict.next.empty() ? "" : verdict.words),
+            verdict.next.empty() ? "Run the check again" : verdict.next};
+  }
+
   [[nodiscard]] Verdict Overall(std::size_t documents) const {
     if (documents == 0) return {Tone::kQuiet, "No document was checked", ""};
     const std::size_t need = page_.NeedPerson();
     if (need != 0) {
       return {unchecked_ != 0 ? Tone::kBad : Tone::kAttention,
-              documents == 1
-                  ? first_.words
-                  : fmt::format("{} of {} need a person", Grouped(need), CountOf(documents, "document")),
+              documents == 1 ? first_.words
+                             : fmt::format("{} of {} {} a person", Grouped(need),
+                                           CountOf(documents, "document"), need == 1 ? "needs" : "need"),
               first_.next};
     }
     if (sums_[2] != 0)
@@ -127,7 +138,7 @@ class CheckPage {
   PageFile file_;
   std::size_t sums_[std::size(kKinds)] = {};
   std::size_t unchecked_ = 0;
-  Verdict first_;
+  Verdict first_;  // of those that need a person
   std::string title_;
 };
 

@@ -173,14 +173,17 @@ void AppendSheet(fmt::memory_buffer& out, const Sheet& sheet) {
 bool IsCut(const Detail& detail) {
   const auto isCut = [](const auto& cut) { return cut.first.size() < cut.count; };
   const auto hasMore = [](const Gathered& gathered) { return gathered.ids.size() < gathered.count; };
+  const auto showsFewer = [](const Change& change) {
+    return change.ids.size() < change.count || (!change.own.empty() && change.own.size() < change.count);
+  };
   // Groups of findings hold several each.
   std::size_t findings = 0;
   for (const Attention& each : detail.attention.first) findings += each.features.first.size();
   return findings < detail.attention.count || isCut(detail.dropped) || isCut(detail.sheet.subjects) ||
          detail.tree.nodes.size() < detail.tree.count ||
          std::ranges::any_of(detail.steps, [&](const Step& step) {
-           return isCut(step.changes) || std::ranges::any_of(step.makes, hasMore) ||
-                  std::ranges::any_of(step.removes, hasMore);
+           return isCut(step.changes) || std::ranges::any_of(step.changes.first, showsFewer) ||
+                  std::ranges::any_of(step.makes, hasMore) || std::ranges::any_of(step.removes, hasMore);
          });
 }
 

@@ -178,8 +178,10 @@ std::vector<Step> StepsOf(const JsonParts& parts, UpgradeIndex& upgrades, const 
 std::vector<std::string> NotesOf(const JsonParts& parts) {
   std::vector<std::string> notes;
   ForEachEntry(parts["broughtAlong"], [&notes](element entry) {
+    std::vector<std::string_view> by;
+    for (const element each : EntriesIn(entry, "by")) by.push_back(TextIn(each, "upgrade"));
     notes.push_back(fmt::format("{} was run as well, because {} must not run before it: {}",
-                                TextIn(entry, "upgrade"), TextIn(entry, "by"), TextIn(entry, "reason")));
+                                TextIn(entry, "upgrade"), fmt::join(by, ", "), TextIn(entry, "reason")));
   });
   ForEachEntry(parts["harmlessFailures"], [&notes](element entry) {
     notes.push_back(fmt::format("{} ended early on {}, which is harmless: {}", TextIn(entry, "upgrade"),

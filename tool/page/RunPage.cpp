@@ -4,6 +4,7 @@
 #include <simdjson.h>
 
 #include <algorithm>
+#include <cctype>
 #include <numeric>
 #include <unordered_map>
 
@@ -76,9 +77,9 @@ class RunPage {
       records_.back().line.result.attention.clear();  // the page takes it from the report again
     });
     const ReadReportResult& read = report.Runs();
-    isDryRun_ = isDryRun_ || report.IsDryRun();
     page_.runs.push_back(FactsOf(read.head));
     for (const std::string& other : read.otherLines) page_.runs.push_back(FactsOf(other));
+    isFinished_ = isFinished_ && read.isFinished && read.left == 0;
     if (!read.isFinished)
       page_.notes.push_back(
           fmt::format("The run of {} was not finished when this page was created", report.Name()));
@@ -108,8 +109,11 @@ class RunPage {
     simdjson::dom::parser parser;
     const simdjson::dom::element run = parser.parse(line).value();
     std::string command;
-    for (const simdjson::dom::element word : EntriesIn(run, "commandLine"))
-      command += fmt::format("{}{}", command.empty() ? "" : " ", NameFromUtf8(word.get_string().value()));
+    for (const simdjson::dom::element word : EntriesIn(run, "commandLine")) {
+      std::string_view text;
+      if (word.get(text) == simdjson::SUCCESS)
+        command += fmt::format("{}{}", command.empty() ? "" : " ", NameFromUtf8(text));
+    }
     return {{TextIn(run, "record") == "continued" ? "Resumed" : "Begun", std::string(TextIn(run, "time"))},
             {"By", fmt::format("{} on {}", TextIn(run, "user"), TextIn(run, "host"))},
             {"Command", command}};
@@ -135,7 +139,8 @@ class RunPage {
 
   [[nodiscard]] Detail ReadDetail(const Recorded& record, const std::string& line) {
     try {
-      return file_.IsFull() ? CountsOf(line, upgrades_) : DetailOf(line, record.line, isDryRun_, upgrades_);
+      return file_.IsFull() ? CountsOf(line, upgrades_)
+                            : DetailOf(line, record.line, IsDryRun(record), upgrades_);
     } catch (const simdjson::simdjson_error& error) {
       throw DocumentError(DocumentError::Kind::kInvalid, reports_[record.report]->Name(), 0,
                           fmt::format("the record of {} is damaged ({})", record.line.file, error.what()),
@@ -155,7 +160,7 @@ class RunPage {
     const DocumentResult& result = line.result;
     const Told& told = told_.at(number);
     const std::size_t place =
-        page_.Add(line.file, GroupOf(result, isDryRun_),
+        page_.Add(line.file, GroupOf(result, IsDryRun(records_[number])),
                   {static_cast<double>(result.needsPerson), static_cast<double>(result.dropped),
                    static_cast<double>(told.unaccounted), static_cast<double>(result.features),
                    static_cast<double>(result.totals.changed), static_cast<double>(result.totals.created),
@@ -172,9 +177,11 @@ class RunPage {
   void Compose() {
     const std::size_t documents = page_.Documents();
     const std::size_t need = page_.NeedPerson();
-    page_.title = fmt::format("{} of {}", isDryRun_ ? "Dry run of the upgrade" : "Upgrade",
+    const bool isDryRun =
+        std::ranges::all_of(reports_, [](const auto& report) { return report->IsDryRun(); });
+    page_.title = fmt::format("{} of {}", isDryRun ? "Dry run of the upgrade" : "Upgrade",
                               documents == 1 ? records_.front().line.file : CountOf(documents, "document"));
-    page_.verdict = Overall(documents, need);
+    page_.verdict = isFinished_ ? Overall(documents, need) : OfUnfinished(Overall(documents, need));
     page_.numbers = {
         {"documents", documents, Tone::kQuiet},
         {need - failed_ == 1 ? "needs a person" : "need a person", need - failed_,
@@ -199,25 +206,40 @@ class RunPage {
     return fmt::format("'hvxupgrade report {}--document NAME --format html' writes a page of each", names);
   }
 
+  // Other reports may be of runs that wrote their results.
+  [[nodiscard]] bool IsDryRun(const Recorded& record) const { return reports_[record.report]->IsDryRun(); }
+
+  // What is said of the documents that are done must not be taken for all of them.
+  static Verdict OfUnfinished(Verdict verdict) {
+    if (verdict.tone != Tone::kBad) verdict.tone = Tone::kAttention;
+    char& first = verdict.words.front();
+    first = static_cast<char>(std::tolower(static_cast<unsigned char>(first)));
+    verdict.words.insert(0, "Not finished: ");
+    if (verdict.next.empty()) verdict.next = "The same command resumes it";
+    return verdict;
+  }
+
   [[nodiscard]] Verdict Overall(std::size_t documents, std::size_t need) const {
     if (documents == 0) return {Tone::kQuiet, "No document was done", ""};
     if (documents == 1) {
-      Verdict verdict = VerdictOf(records_.front().line.result, isDryRun_);
+      Verdict verdict = VerdictOf(records_.front().line.result, IsDryRun(records_.front()));
       if (verdict.tone == Tone::kGood) verdict.words += ", and nothing needs a person";
       return verdict;
     }
     if (need == 0)
       return {Tone::kGood,
-              fmt::format("All is well: {}, and nothing needs a person", CountOf(documents, "document")), ""};
+              fmt::format("{}{}, and nothing needs a person", isFinished_ ? "All is well: " : "",
+                          CountOf(documents, "document")),
+              ""};
     const std::size_t attention = need - failed_;
     std::string words = fmt::format("{} of {}", Grouped(attention == 0 ? failed_ : attention),
                                     CountOf(documents, "document"));
     if (attention != 0) words += attention == 1 ? " needs a person" : " need a person";
     if (attention != 0 && failed_ != 0) words += fmt::format(", and {}", Grouped(failed_));
     if (failed_ != 0) words += failed_ == 1 ? " has no result" : " have no result";
-    return {
-        failed_ != 0 ? Tone::kBad : Tone::kAttention, std::move(words),
-        "Open them from the table below, which begins with them: each says what to do. The others are done"};
+    return {failed_ != 0 ? Tone::kBad : Tone::kAttention, std::move(words),
+            fmt::format("Open them from the table below, which begins with them: each says what to do{}",
+                        isFinished_ ? ". The others are done" : "")};
   }
 
   const Reports& reports_;
@@ -225,7 +247,7 @@ class RunPage {
   UpgradeIndex upgrades_;
   Page page_;
   PageFile file_;
-  bool isDryRun_ = false;
+  bool isFinished_ = true;
   std::vector<Recorded> records_;
   std::unordered_map<std::size_t, Told> told_;
   DocumentResult sum_;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <map>
-#include <optional>
+#include <set>
 #include <unordered_map>
 
 #include "page/JsonParts.h"
@@ -101,6 +101,11 @@ class View {
         .upgrade = upgrade.empty() ? -1 : upgrades_.PlaceOf(upgrade),
         .reason = std::string(TextIn(entry, "reason"))};
     if (row.quantity.empty() && state != "lost") std::swap(row.row.before, replaces);
+    // A difference that rounding hides is one all the same.
+    if (!row.quantity.empty() && row.row.before == row.row.after) {
+      row.row.before = TextOfFacts(before, true);
+      row.row.after = TextOfFacts(after, true);
+    }
     if (differences.rows.size() < kMostRows) differences.rows.push_back(std::move(row));
   }
 
@@ -148,19 +153,25 @@ class View {
       return;
     }
     // The difference holds only what differs: the rest of the values is the same on both sides.
+    const std::vector<element> now = facts;
     std::erase_if(facts, [&](element fact) {
       return row->after.find(simdjson::minify(fact) + "\n") != std::string::npos;
     });
     if (!facts.empty()) {
-      row->row.before = Joined(row->before, facts);
+      row->row.before = Joined(row->before, facts, false);
       row->row.after = all;
+      if (row->row.before == all) {
+        row->row.before = Joined(row->before, facts, true);
+        row->row.after = TextOfFacts(now, true);
+      }
     }
     subject.rows.push_back(std::move(row->row));
     differences.rows.erase(row);
   }
 
-  // The facts of the lines and the other ones, by their numbers.
-  static std::string Joined(const std::string& lines, const std::vector<element>& others) {
+  // The facts of the lines, which are of before, and the other ones, which are of after and the same before,
+  // by their numbers. In lists of links a thing that others are put before has another number after.
+  static std::string Joined(const std::string& lines, const std::vector<element>& others, bool allDigits) {
     std::string list = "[";
     for (std::size_t from = 0; from < lines.size();) {
       const std::size_t end = lines.find('\n', from);
@@ -172,8 +183,23 @@ class View {
     simdjson::dom::parser parser;
     const simdjson::dom::array parsed = parser.parse(list + "]").get_array().value();
     std::vector<element> facts(parsed.begin(), parsed.end());
-    std::ranges::stable_sort(facts, {}, [](element fact) { return CountIn(fact, "index"); });
-    return TextOfFacts(facts);
+    const auto firstOther = facts.end() - static_cast<std::ptrdiff_t>(others.size());
+    std::set<std::size_t> taken;
+    for (auto fact = facts.begin(); fact != firstOther; ++fact) taken.insert(CountIn(*fact, "index"));
+    std::vector<std::pair<std::size_t, element>> numbered;
+    const bool areLinks = std::ranges::all_of(
+        facts, [](element fact) { return fact["value"]["ref"].error() == simdjson::SUCCESS; });
+    std::size_t next = 1;
+    for (auto fact = facts.begin(); fact != facts.end(); ++fact) {
+      std::size_t index = CountIn(*fact, "index");
+      if (areLinks && fact >= firstOther) {
+        while (taken.contains(next)) ++next;
+        index = next++;
+      }
+      numbered.emplace_back(index, *fact);
+    }
+    std::ranges::stable_sort(numbered, {}, [](const auto& each) { return each.first; });
+    return TextOfFacts(numbered, allDigits);
   }
 
   void AddRest(Differences& differences) {

@@ -24,7 +24,7 @@ std::string Shortened(std::string_view text) {
 
 std::string Quoted(std::string_view text) {
   const bool isItself = !text.empty() && text.front() != ' ' && text.back() != ' ' && text != kNotThere;
-  return isItself ? Shortened(text) : fmt::format("\"{}\"", text);
+  return isItself ? Shortened(text) : fmt::format("\"{}\"", Shortened(text));
 }
 
 template <class Word>
@@ -40,13 +40,14 @@ std::string Listed(const simdjson::dom::array& entries, const Word& word) {
 }
 
 // A link of a sheet names its target.
-std::string FactValue(element value) {
+std::string FactValue(element value, bool allDigits) {
   switch (value.type()) {
     case element_type::BOOL:
       return value.get_bool().value_unsafe() ? "yes" : "no";
     case element_type::DOUBLE: {
       const double number = value.get_double().value_unsafe();
-      return fmt::format("{:.7g}", number == 0 ? 0.0 : number);
+      if (number == 0) return "0";
+      return allDigits ? fmt::format("{}", number) : fmt::format("{:.7g}", number);
     }
     case element_type::NULL_VALUE:
       return "nothing";
@@ -55,22 +56,23 @@ std::string FactValue(element value) {
       return name.empty() ? fmt::format("#{}", IntegerIn(value, "ref")) : std::string(name);
     }
     case element_type::ARRAY:
-      return fmt::format("({})", Listed(value.get_array().value_unsafe(), FactValue));
+      return fmt::format("({})", Listed(value.get_array().value_unsafe(),
+                                        [allDigits](element entry) { return FactValue(entry, allDigits); }));
     default:
       return TextOf(value, {});
   }
 }
 
-std::string FactText(element fact) {
+std::string FactText(element fact, bool allDigits) {
   const std::string_view standing = TextIn(fact, "standing");
   if (standing == "notSet") return "not set";
   element value;
-  std::string text = fact["value"].get(value) == SUCCESS ? FactValue(value) : std::string();
+  std::string text = fact["value"].get(value) == SUCCESS ? FactValue(value, allDigits) : std::string();
   if (standing == "unreadable") return "cannot be read: " + text;
   if (const std::string_view unit = TextIn(fact, "unit"); !unit.empty()) text += fmt::format(" {}", unit);
   element context;
   if (fact["context"].get(context) == SUCCESS && LinkIn(fact, "context") != LinkIn(fact, "value"))
-    text += fmt::format(" ({})", FactValue(context));
+    text += fmt::format(" ({})", FactValue(context, allDigits));
   return standing == "default" ? text + " (default)" : text;
 }
 
@@ -95,21 +97,26 @@ std::string TextOf(element value, const LabelOf& label) {
   return Shortened(simdjson::minify(value));
 }
 
-std::string TextOfFacts(const std::vector<element>& facts) {
+std::string TextOfFacts(const std::vector<element>& facts, bool allDigits) {
+  std::vector<std::pair<std::size_t, element>> numbered;
+  for (const element fact : facts) numbered.emplace_back(CountIn(fact, "index"), fact);
+  return TextOfFacts(numbered, allDigits);
+}
+
+std::string TextOfFacts(const std::vector<std::pair<std::size_t, element>>& facts, bool allDigits) {
   if (facts.empty()) return {};
-  if (facts.size() == 1 && CountIn(facts.front(), "index") <= 1) return FactText(facts.front());
+  if (facts.size() == 1 && facts.front().first <= 1) return FactText(facts.front().second, allDigits);
   std::string text;
   for (std::size_t i = 0; i < facts.size();) {
-    const std::string one = FactText(facts[i]);
+    const std::string one = FactText(facts[i].second, allDigits);
     std::size_t end = i + 1;
-    while (end < facts.size() && CountIn(facts[end], "index") == CountIn(facts[end - 1], "index") + 1 &&
-           FactText(facts[end]) == one)
+    while (end < facts.size() && facts[end].first == facts[end - 1].first + 1 &&
+           FactText(facts[end].second, allDigits) == one)
       ++end;
     if (text.size() > kMostBytes) return fmt::format("{}, ... ({} values in all)", text, facts.size());
     if (!text.empty()) text += ", ";
-    text += std::to_string(CountIn(facts[i], "index"));
-    if (end > i + 1)
-      text += fmt::format("{}{}", end > i + 2 ? " to " : " and ", CountIn(facts[end - 1], "index"));
+    text += std::to_string(facts[i].first);
+    if (end > i + 1) text += fmt::format("{}{}", end > i + 2 ? " to " : " and ", facts[end - 1].first);
     text += fmt::format(": {}", one);
     i = end;
   }

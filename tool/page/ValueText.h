@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 /// \file
 /// Values of records, which are JSON, as texts for people. The texts are not made printable yet.
@@ -23,8 +24,12 @@ using LabelOf = std::function<std::string(std::int64_t id)>;
 [[nodiscard]] std::string TextOf(simdjson::dom::element value, const LabelOf& label);
 
 /// What facts of a sheet say, all of one quantity: "3 Pa (default)", "1 to 3: 0 m, 5: 0.1 rad". Empty for
-/// none.
-[[nodiscard]] std::string TextOfFacts(const std::vector<simdjson::dom::element>& facts);
+/// none. Numbers are rounded, except where all their digits are wanted.
+[[nodiscard]] std::string TextOfFacts(const std::vector<simdjson::dom::element>& facts,
+                                      bool allDigits = false);
+/// The same of facts that have other numbers than they say.
+[[nodiscard]] std::string TextOfFacts(
+    const std::vector<std::pair<std::size_t, simdjson::dom::element>>& facts, bool allDigits = false);
 
 /// The member of that name, where it is a text or a number; else an empty one or 0.
 [[nodiscard]] std::string_view TextIn(simdjson::dom::element object, const char* key);

@@ -77,7 +77,7 @@ ReportLine LineOf(element record) {
   result.needsPerson = NumberIn(record, "thingsForPerson");
   result.dropped = NumberIn(record, "dropped");
   if (record["failsOnDrop"].get(result.failsOnDrop) != simdjson::SUCCESS) result.failsOnDrop = false;
-  if (element list; record["needsPerson"].get(list) == simdjson::SUCCESS) {
+  if (simdjson::dom::array list; record["needsPerson"].get(list) == simdjson::SUCCESS) {
     const std::string text = simdjson::minify(list);
     result.attention = text.substr(1, text.size() - 2);
   }

@@ -25,6 +25,8 @@ function featuresOf(entries) {
 /** @param {Looked} looked */
 function attentionSection(looked) {
   const all = looked.detail.attention;
+  // Things are counted, of which a group may hold several.
+  const told = all.first.reduce((sum, each) => sum + each.features.count, 0);
   /** @type {Map<string, Attention[]>} */
   const kinds = new Map();
   for (const each of toldAttention(looked.detail))
@@ -39,7 +41,7 @@ function attentionSection(looked) {
         list, inPortions(entries, 50, (each) => attentionCard(looked, each), list, "entries")
       ];
     }),
-    cutNote(all.first.length, all.count, looked.detail.cut)
+    cutNote(told, all.count, looked.detail.cut)
   ];
 }
 

@@ -77,6 +77,7 @@ interface Detail {
   problem: string;
   /** Label and value: where it came from, where the result is, sizes, SHA-256, time. */
   facts: [string, string][];
+  /** Things are counted; those of which the same is to be said stand together. */
   attention: Cut<Attention>;
   dropped: Cut<Dropped>;
   /** Upgrades that changed something, in chronological order. Of a diff, one without an upgrade. */

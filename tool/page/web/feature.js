@@ -16,7 +16,8 @@ function featureView(looked, id) {
   const dropped = detail.dropped.first.filter((each) => each.id === id);
   const steps = stepsOf(looked, id);
   const beneath = feature.at < 0 ? null : beneathOf(looked, feature.at);
-  const nothing = said.length + rows.length + dropped.length + steps.length === 0 && !beneath;
+  const cut = listsCut(detail, feature.type);
+  const nothing = said.length + rows.length + dropped.length + steps.length === 0 && !beneath && !cut;
   const word = mark in markWords ? markWords[mark].word : "";
   return {
     title: `${feature.name || `${feature.type} ${id}`} - ${fileParts(page.documents.file[at]).name}`,
@@ -38,10 +39,9 @@ function featureView(looked, id) {
       dropped.length > 0 ? titled("Dropped values", droppedTable(looked, dropped, false)) : null,
       beneath ? titled("Beneath it", beneath) : null,
       nothing ? el("p", {class: "nothing"}, "Nothing happened to this feature itself.") : null,
-      listsCut(detail, feature.type)
-        ? el("p", {class: "cut"}, "Lists of this document were cut: more may have happened to this feature. ",
-            detail.cut)
-        : null),
+      cut ? el("p", {class: "cut"},
+              "Lists of this document were cut: more may have happened to this feature. ", detail.cut)
+          : null),
   };
 }
 

@@ -66,7 +66,10 @@ function inDocument(looked, place) {
     : [];
   const dropped = detail.dropped.first.filter((each) => each.upgrades.includes(place));
   const file = fileParts(page.documents.file[at]).name;
-  const idle = detail.idle.includes(place) ? "It ran and changed nothing." : "It was not run here.";
+  const untold = detail.steps.length === 0 && detail.idle.length === 0 && detail.types.length > 0;
+  const idle = detail.idle.includes(place) ? "It ran and changed nothing."
+    : untold                               ? "The report does not say what it did here."
+                                           : "It was not run here.";
   const link = el("a", {href: documentAddress(at)}, value(file));
   const cards = el("div", {class: "cards"}, said.map((each) => attentionCard(looked, each)));
   const section = el("section", null, el("h2", null, "In ", link),
@@ -89,6 +92,8 @@ function inDocument(looked, place) {
 function inDocuments(page, place, looked) {
   const upgrade = page.upgrades[place];
   if (page.documents.file.length < 2) return null;
+  // Reports with numbers only do not say what each upgrade did.
+  if (page.types.length > 0 && page.upgrades.every((each) => each.documents === 0)) return null;
   if (upgrade.documents === 0)
     return looked ? null : titled("In these documents", el("p", null, "It changed nothing in them."));
   const list = el("ul", {class: "where"});

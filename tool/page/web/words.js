@@ -117,7 +117,8 @@ function firstSentence(text) {
  * @param {string} file
  */
 function fileParts(file) {
-  const at = Math.max(file.lastIndexOf("/"), file.lastIndexOf("\\"));
+  // A backslash is part of a name, and stands in the place of what cannot be shown.
+  const at = file.lastIndexOf("/");
   return {name: file.slice(at + 1) || file, folder: at > 0 ? file.slice(0, at) : ""};
 }
 
