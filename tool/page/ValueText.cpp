@@ -99,6 +99,7 @@ std::string TextOf(element value, const LabelOf& label) {
 
 std::string TextOfFacts(const std::vector<element>& facts, bool allDigits) {
   std::vector<std::pair<std::size_t, element>> numbered;
+  numbered.reserve(facts.size());
   for (const element fact : facts) numbered.emplace_back(CountIn(fact, "index"), fact);
   return TextOfFacts(numbered, allDigits);
 }
