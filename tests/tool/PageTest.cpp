@@ -288,6 +288,27 @@ TEST_F(PageTest, ADifferenceThatRoundingHidesIsSeen) {
   EXPECT_NE(sheet.find(R"(["pressure","12500000 Pa","12500000.5 Pa",3,)"), std::string::npos);
 }
 
+TEST_F(PageTest, ValuesBeforeAreSaidWithTheNamesOfThen) {
+  const std::string example = std::string(HVX_SOURCE_DIR) + "/examples/bolted_bracket.hvxdoc";
+  EXPECT_EQ(Upgrade({example, "--dry-run"}).code, 0);
+  const element detail = Detail(Path("p.html"), "bolted_bracket.hvxdoc");
+  std::string rows;
+  for (const element subject : detail["sheet"]["subjects"]["first"]) {
+    if (std::string_view(subject["name"]) == "Bracket Job.1") rows = Text(subject["rows"]);
+  }
+  EXPECT_NE(rows.find(R"(["case","Halvex-Structural-Case.1","Nonlinear Structural Case.1",0,)"),
+            std::string::npos)
+      << rows;
+}
+
+TEST_F(PageTest, ChosenUpgradesAreNotTakenForAll) {
+  const std::string file = Document("job.hvxdoc", kJobLines);
+  EXPECT_EQ(Upgrade({file, "--dry-run", "--only", "UpgradeJobMemoryUnit"}).code, 0);
+  const element page = Block(Path("p.html"), "page");
+  EXPECT_NE(Text(page["title"]).find("chosen upgrades only"), std::string::npos);
+  EXPECT_NE(Text(page["notes"]).find("pending"), std::string::npos);
+}
+
 TEST_F(PageTest, ChecksAndDifferencesArePagesToo) {
   const std::string old = Document("old.hvxdoc", std::string(kJobLines) + std::string(kBrokenJobLine));
   EXPECT_EQ(Run({"upgrade", old, "-o", Path("new.hvxdoc")}).code, 1);

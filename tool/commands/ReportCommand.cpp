@@ -4,9 +4,12 @@
 #include <fmt/ranges.h>
 
 #include <optional>
+#include <set>
+#include <utility>
 
 #include "file/AtomicFile.h"
 #include "file/FileIdentity.h"
+#include "page/PageFile.h"
 #include "page/RunPage.h"
 #include "record/Destination.h"
 #include "report/ReportForms.h"
@@ -29,8 +32,13 @@ void WriteForm(const ReportArguments& arguments, const Places& places, const Rep
 
 Reports Read(const ReportArguments& arguments) {
   Reports reports;
-  for (const std::string& each : arguments.reports)
-    reports.push_back(std::make_unique<ReportFile>(each, arguments.documents));
+  // Given twice, its documents would count twice.
+  std::set<std::pair<dev_t, ino_t>> met;
+  for (const std::string& each : arguments.reports) {
+    const auto file = standalone::FileIdentity::Of(fs::path(each));
+    if (!file || met.emplace(file->device, file->inode).second)
+      reports.push_back(std::make_unique<ReportFile>(each, arguments.documents));
+  }
   std::vector<std::string> missing = arguments.documents;
   for (const auto& report : reports) missing = report->NotThere(missing);
   if (!missing.empty())
@@ -59,11 +67,16 @@ ExitCode RunReports(const ReportArguments& arguments, const Places& places) {
     return ExitCode::kDone;
   }
   RefuseReports(arguments);
+  const auto writeForm = [&](const Writer& write) { WriteForm(arguments, places, reports, write); };
+  if (arguments.format == "html") {
+    page::PutPage(arguments.output, arguments.force, writeForm);
+    return ExitCode::kDone;
+  }
   RefuseTaken(arguments.output, arguments.force);
   standalone::WriteOptions options;
   options.overwrite = arguments.force;
   standalone::AtomicFile output(arguments.output, options);
-  WriteForm(arguments, places, reports, [&output](std::string_view bytes) { output.Write(bytes); });
+  writeForm([&output](std::string_view bytes) { output.Write(bytes); });
   output.Commit();
   return ExitCode::kDone;
 }

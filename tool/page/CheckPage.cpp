@@ -74,7 +74,8 @@ class CheckPage {
     const std::string_view word = TextIn(document, "verdict");
     std::string words(TextIn(document, "words"));
     if (word == "conforms") return {Tone::kGood, std::move(words), ""};
-    if (word != "doesNotConform") return {Tone::kBad, std::move(words), "See the problem"};
+    if (word != "doesNotConform")
+      return {Tone::kBad, std::move(words), "Do what the problem of each document says"};
     if (counts[0] + counts[1] != 0)
       return {Tone::kAttention, "needs a person", "Do what each finding says, then run check again"};
     return {Tone::kQuiet, "an upgrade is pending", "Run hvxupgrade upgrade"};
@@ -99,7 +100,7 @@ class CheckPage {
       if (upgrade.get(name) == simdjson::SUCCESS)
         detail.notes.push_back(fmt::format("It has been through {}, which only a later release knows", name));
     }
-    detail.cut = "'hvxupgrade check --all' prints all";
+    detail.cut = "Long lists are cut; 'hvxupgrade check --all' prints all of them";
     fmt::memory_buffer json;
     AppendJson(json, detail);
     return file_.AddDetail(place, {json.data(), json.size()});

@@ -65,8 +65,7 @@ void AddUpgradeNotes(const JsonParts& parts, Detail& detail) {
           fmt::format("Only the {} document has been through {}", what, CountOf(count, "upgrade")));
   }
   if (const std::size_t moved = CountEntries(parts["moved"]); moved != 0)
-    detail.notes.push_back(
-        fmt::format("{} in another place among the features beside them", CountOf(moved, "feature")));
+    detail.notes.push_back(fmt::format("{} moved among their siblings", CountOf(moved, "feature")));
 }
 
 }  // namespace
@@ -95,7 +94,7 @@ void WriteDiffPage(std::string_view difference, std::string_view sheet,
   detail.sheet = SheetOf(sheet, upgrades);
   detail.facts = {{"First document", NameOf(parts["before"])}, {"Second document", NameOf(parts["after"])}};
   AddUpgradeNotes(parts, detail);
-  detail.cut = "'hvxupgrade diff' prints all of it";
+  detail.cut = "Long lists are cut; 'hvxupgrade diff' prints all of them";
   const std::size_t changed = CountEntries(parts["changed"]);
   const std::size_t made = CountEntries(parts["created"]);
   const std::size_t removed = CountEntries(parts["removed"]);

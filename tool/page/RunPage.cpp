@@ -83,6 +83,16 @@ class RunPage {
     if (!read.isFinished)
       page_.notes.push_back(
           fmt::format("The run of {} was not finished when this page was created", report.Name()));
+    const auto isGiven = [&read](const char* option) {
+      return std::ranges::find(read.head.arguments, option) != read.head.arguments.end();
+    };
+    if (isGiven("--only") || isGiven("--until")) {
+      isChosen_ = true;
+      page_.notes.push_back(fmt::format(
+          "The run of {} ran only the upgrades that --only or --until chose: others may be pending, "
+          "which 'hvxupgrade status' shows",
+          report.Name()));
+    }
     if (read.left != 0)
       page_.notes.push_back(fmt::format("The run of {} left {} undone; the same command resumes it",
                                         report.Name(), CountOf(read.left, "document")));
@@ -130,8 +140,10 @@ class RunPage {
     }
     page_.CountTypes(detail.types);
     if (file_.IsFull()) return;
-    detail.cut = isKept_ ? fmt::format("{} holds all of it", reports_[record.report]->Name())
-                         : "The report holds all of it: give --report as well as --html";
+    detail.cut =
+        isKept_ ? fmt::format("Long lists of this document are cut; {} holds all of them",
+                              reports_[record.report]->Name())
+                : "Long lists of this document are cut; with --report as well, the report holds all of them";
     fmt::memory_buffer text;
     AppendJson(text, detail);
     told.block = file_.AddDetail(number, {text.data(), text.size()});
@@ -181,6 +193,7 @@ class RunPage {
         std::ranges::all_of(reports_, [](const auto& report) { return report->IsDryRun(); });
     page_.title = fmt::format("{} of {}", isDryRun ? "Dry run of the upgrade" : "Upgrade",
                               documents == 1 ? records_.front().line.file : CountOf(documents, "document"));
+    if (isChosen_) page_.title += ", chosen upgrades only";
     page_.verdict = isFinished_ ? Overall(documents, need) : OfUnfinished(Overall(documents, need));
     page_.numbers = {
         {"documents", documents, Tone::kQuiet},
@@ -248,6 +261,7 @@ class RunPage {
   Page page_;
   PageFile file_;
   bool isFinished_ = true;
+  bool isChosen_ = false;  // some upgrades were left out
   std::vector<Recorded> records_;
   std::unordered_map<std::size_t, Told> told_;
   DocumentResult sum_;

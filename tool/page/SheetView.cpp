@@ -65,6 +65,7 @@ struct Differences {
 class View {
  public:
   View(const JsonParts& parts, UpgradeIndex& upgrades) : upgrades_(upgrades) {
+    ForEachEntry(parts["differences"], [this](element entry) { AddOldName(entry); });
     ForEachEntry(parts["differences"], [this](element entry) { AddDifference(entry); });
     ForEachEntry(parts["subjects"], [this](element entry) { AddSubject(entry, ""); });
     ForEachEntry(parts["lost"], [this](element entry) { AddSubject(entry, "lost"); });
@@ -77,6 +78,17 @@ class View {
   [[nodiscard]] Cut<Subject> Take() { return std::move(subjects_); }
 
  private:
+  [[nodiscard]] FactStyle Before(bool allDigits = false) const {
+    return {.allDigits = allDigits, .names = &oldNames_};
+  }
+
+  // What links to a feature that was renamed said its old name.
+  void AddOldName(element entry) {
+    if (TextIn(entry, "quantity") != "name") return;
+    for (const element fact : EntriesIn(entry, "before"))
+      oldNames_.emplace(IntegerIn(entry, "id"), TextIn(fact, "value"));
+  }
+
   void AddDifference(element entry) {
     // More are not shown in any case.
     if (differences_.size() >= kMostDifferent && !differences_.contains(IntegerIn(entry, "id"))) return;
@@ -95,7 +107,7 @@ class View {
     const std::string upgrade(TextIn(entry, "upgrade"));
     row.row = {
         .quantity = row.quantity.empty() ? std::string(state == "lost" ? "is gone" : "is new") : row.quantity,
-        .before = row.quantity.empty() ? std::string(kNotThere) : TextOfFacts(before),
+        .before = row.quantity.empty() ? std::string(kNotThere) : TextOfFacts(before, Before()),
         .after = row.quantity.empty() ? std::string(kNotThere) : TextOfFacts(after),
         .meaning = MeaningOf(TextIn(entry, "meaning")),
         .upgrade = upgrade.empty() ? -1 : upgrades_.PlaceOf(upgrade),
@@ -103,8 +115,8 @@ class View {
     if (row.quantity.empty() && state != "lost") std::swap(row.row.before, replaces);
     // A difference that rounding hides is one all the same.
     if (!row.quantity.empty() && row.row.before == row.row.after) {
-      row.row.before = TextOfFacts(before, true);
-      row.row.after = TextOfFacts(after, true);
+      row.row.before = TextOfFacts(before, Before(true));
+      row.row.after = TextOfFacts(after, {.allDigits = true, .names = nullptr});
     }
     if (differences.rows.size() < kMostRows) differences.rows.push_back(std::move(row));
   }
@@ -142,8 +154,12 @@ class View {
       const bool isSaid =
           std::ranges::any_of(facts, [](element fact) { return TextIn(fact, "standing") != "notSet"; });
       if (!isSaid || subject.rows.size() >= kMostRows) return;
-      SheetRow equal{
-          .quantity = quantity, .before = all, .after = all, .meaning = 0, .upgrade = -1, .reason = {}};
+      SheetRow equal{.quantity = quantity,
+                     .before = TextOfFacts(facts, Before()),
+                     .after = all,
+                     .meaning = 0,
+                     .upgrade = -1,
+                     .reason = {}};
       if (subject.state == "new") equal.before = kNotThere;
       if (subject.state == "lost") equal.after = kNotThere;
       // What a new or lost subject says is new or lost with it.
@@ -162,7 +178,7 @@ class View {
       row->row.after = all;
       if (row->row.before == all) {
         row->row.before = Joined(row->before, facts, true);
-        row->row.after = TextOfFacts(now, true);
+        row->row.after = TextOfFacts(now, {.allDigits = true, .names = nullptr});
       }
     }
     subject.rows.push_back(std::move(row->row));
@@ -171,7 +187,7 @@ class View {
 
   // The facts of the lines, which are of before, and the other ones, which are of after and the same before,
   // by their numbers. In lists of links a thing that others are put before has another number after.
-  static std::string Joined(const std::string& lines, const std::vector<element>& others, bool allDigits) {
+  std::string Joined(const std::string& lines, const std::vector<element>& others, bool allDigits) const {
     std::string list = "[";
     for (std::size_t from = 0; from < lines.size();) {
       const std::size_t end = lines.find('\n', from);
@@ -199,7 +215,7 @@ class View {
       numbered.emplace_back(index, *fact);
     }
     std::ranges::stable_sort(numbered, {}, [](const auto& each) { return each.first; });
-    return TextOfFacts(numbered, allDigits);
+    return TextOfFacts(numbered, Before(allDigits));
   }
 
   void AddRest(Differences& differences) {
@@ -222,6 +238,7 @@ class View {
 
   UpgradeIndex& upgrades_;
   std::map<std::int64_t, Differences> differences_;
+  std::unordered_map<std::int64_t, std::string> oldNames_;
   std::map<std::string, std::size_t> order_;
   Cut<Subject> subjects_;
 };

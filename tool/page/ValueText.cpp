@@ -40,39 +40,43 @@ std::string Listed(const simdjson::dom::array& entries, const Word& word) {
 }
 
 // A link of a sheet names its target.
-std::string FactValue(element value, bool allDigits) {
+std::string FactValue(element value, const FactStyle& style) {
   switch (value.type()) {
     case element_type::BOOL:
       return value.get_bool().value_unsafe() ? "yes" : "no";
     case element_type::DOUBLE: {
       const double number = value.get_double().value_unsafe();
       if (number == 0) return "0";
-      return allDigits ? fmt::format("{}", number) : fmt::format("{:.7g}", number);
+      return style.allDigits ? fmt::format("{}", number) : fmt::format("{:.7g}", number);
     }
     case element_type::NULL_VALUE:
       return "nothing";
     case element_type::OBJECT: {
+      if (style.names != nullptr) {
+        const auto found = style.names->find(IntegerIn(value, "ref"));
+        if (found != style.names->end()) return found->second;
+      }
       const std::string_view name = TextIn(value, "alias");
       return name.empty() ? fmt::format("#{}", IntegerIn(value, "ref")) : std::string(name);
     }
     case element_type::ARRAY:
       return fmt::format("({})", Listed(value.get_array().value_unsafe(),
-                                        [allDigits](element entry) { return FactValue(entry, allDigits); }));
+                                        [&style](element entry) { return FactValue(entry, style); }));
     default:
       return TextOf(value, {});
   }
 }
 
-std::string FactText(element fact, bool allDigits) {
+std::string FactText(element fact, const FactStyle& style) {
   const std::string_view standing = TextIn(fact, "standing");
   if (standing == "notSet") return "not set";
   element value;
-  std::string text = fact["value"].get(value) == SUCCESS ? FactValue(value, allDigits) : std::string();
+  std::string text = fact["value"].get(value) == SUCCESS ? FactValue(value, style) : std::string();
   if (standing == "unreadable") return "cannot be read: " + text;
   if (const std::string_view unit = TextIn(fact, "unit"); !unit.empty()) text += fmt::format(" {}", unit);
   element context;
   if (fact["context"].get(context) == SUCCESS && LinkIn(fact, "context") != LinkIn(fact, "value"))
-    text += fmt::format(" ({})", FactValue(context, allDigits));
+    text += fmt::format(" ({})", FactValue(context, style));
   return standing == "default" ? text + " (default)" : text;
 }
 
@@ -97,22 +101,22 @@ std::string TextOf(element value, const LabelOf& label) {
   return Shortened(simdjson::minify(value));
 }
 
-std::string TextOfFacts(const std::vector<element>& facts, bool allDigits) {
+std::string TextOfFacts(const std::vector<element>& facts, const FactStyle& style) {
   std::vector<std::pair<std::size_t, element>> numbered;
   numbered.reserve(facts.size());
   for (const element fact : facts) numbered.emplace_back(CountIn(fact, "index"), fact);
-  return TextOfFacts(numbered, allDigits);
+  return TextOfFacts(numbered, style);
 }
 
-std::string TextOfFacts(const std::vector<std::pair<std::size_t, element>>& facts, bool allDigits) {
+std::string TextOfFacts(const std::vector<std::pair<std::size_t, element>>& facts, const FactStyle& style) {
   if (facts.empty()) return {};
-  if (facts.size() == 1 && facts.front().first <= 1) return FactText(facts.front().second, allDigits);
+  if (facts.size() == 1 && facts.front().first <= 1) return FactText(facts.front().second, style);
   std::string text;
   for (std::size_t i = 0; i < facts.size();) {
-    const std::string one = FactText(facts[i].second, allDigits);
+    const std::string one = FactText(facts[i].second, style);
     std::size_t end = i + 1;
     while (end < facts.size() && facts[end].first == facts[end - 1].first + 1 &&
-           FactText(facts[end].second, allDigits) == one)
+           FactText(facts[end].second, style) == one)
       ++end;
     if (text.size() > kMostBytes) return fmt::format("{}, ... ({} values in all)", text, facts.size());
     if (!text.empty()) text += ", ";

@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 
 /// \file
@@ -23,13 +24,20 @@ using LabelOf = std::function<std::string(std::int64_t id)>;
 /// there is.
 [[nodiscard]] std::string TextOf(simdjson::dom::element value, const LabelOf& label);
 
+/// How facts are shown.
+struct FactStyle {
+  bool allDigits = false;  ///< Of numbers, which are rounded otherwise.
+  /// Names of features, by id, where these are others than the facts say; may be null.
+  const std::unordered_map<std::int64_t, std::string>* names = nullptr;
+};
+
 /// What facts of a sheet say, all of one quantity: "3 Pa (default)", "1 to 3: 0 m, 5: 0.1 rad". Empty for
-/// none. Numbers are rounded, except where all their digits are wanted.
+/// none.
 [[nodiscard]] std::string TextOfFacts(const std::vector<simdjson::dom::element>& facts,
-                                      bool allDigits = false);
+                                      const FactStyle& style = {});
 /// The same of facts that have other numbers than they say.
 [[nodiscard]] std::string TextOfFacts(
-    const std::vector<std::pair<std::size_t, simdjson::dom::element>>& facts, bool allDigits = false);
+    const std::vector<std::pair<std::size_t, simdjson::dom::element>>& facts, const FactStyle& style = {});
 
 /// The member of that name, where it is a text or a number; else an empty one or 0.
 [[nodiscard]] std::string_view TextIn(simdjson::dom::element object, const char* key);
