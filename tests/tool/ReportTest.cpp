@@ -127,7 +127,7 @@ TEST_F(ReportTest, EveryRunSaysWhereItComesFrom) {
   EXPECT_EQ(Text(report.at(2)["record"]), R"("continued")");
   EXPECT_EQ(Text(report.at(2)["otherArguments"]), R"(["--timeout","120"])");
   EXPECT_EQ(report.at(2)["commandLine"].get_array().size(), 8U);
-  for (const int line : {0, 2}) {
+  for (const std::size_t line : {0U, 2U}) {
     const element origin = report.at(line);
     EXPECT_EQ(std::string_view(origin["commandLine"].at(2)), file);
     const std::string_view time(origin["time"]);
