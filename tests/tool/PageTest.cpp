@@ -301,6 +301,22 @@ TEST_F(PageTest, ValuesBeforeAreSaidWithTheNamesOfThen) {
       << rows;
 }
 
+// Both sides of a change must never read the same.
+TEST_F(PageTest, WhatDiffersOnlyFarBehindOrInItsOrderIsSeen) {
+  const std::string text(1000, 'x');
+  const auto document = [&](const std::string& name, const std::string& list, char last) {
+    return Document(name, R"({"id":1,"type":"HVXJobLT","attributes":{"List":)" + list + R"(,"Text":")" +
+                              text + last + "\"}}\n");
+  };
+  const std::string one = document("one.hvxdoc", "[1,2,3,4,5,6]", 'a');
+  const std::string two = document("two.hvxdoc", "[6,5,4,3,2,1]", 'b');
+  EXPECT_EQ(Run({"diff", one, two, "--html", Path("p.html")}).code, 1);
+  const std::string changes = Text(Detail(Path("p.html"), "two.hvxdoc")["steps"]);
+  EXPECT_NE(changes.find(R"("before":"6 entries","after":"6 entries, in another order")"), std::string::npos)
+      << changes;
+  EXPECT_NE(changes.find("(differs further on)"), std::string::npos) << changes;
+}
+
 TEST_F(PageTest, ChosenUpgradesAreNotTakenForAll) {
   const std::string file = Document("job.hvxdoc", kJobLines);
   EXPECT_EQ(Upgrade({file, "--dry-run", "--only", "UpgradeJobMemoryUnit"}).code, 0);

@@ -67,6 +67,14 @@ TEST_F(ReportCommandTest, TextBeginsWithTheVerdictAndTellsWhatToDo) {
   EXPECT_EQ(Told({"--document", "ound.hvxdoc"}).code, 2);
 }
 
+TEST_F(ReportCommandTest, ATrialIsNotToldAsDone) {
+  EXPECT_EQ(
+      Run({"upgrade", Path("sound.hvxdoc"), "-o", Path("new.hvxdoc"), "--report", Path("real.jsonl")}).code,
+      0);
+  const Ended told = Told({Path("real.jsonl")});
+  EXPECT_TRUE(told.out.starts_with("1 document: 1 upgraded\n3 documents: 1 would be upgraded, ")) << told.out;
+}
+
 TEST_F(ReportCommandTest, CsvHasARowForEachDocumentAndNoFormula) {
   const std::string csv = Told({"--format", "csv"}).out;
   EXPECT_EQ(std::ranges::count(csv, '\n'), 4);

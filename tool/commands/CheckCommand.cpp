@@ -31,7 +31,7 @@ ExitCode RunCheck(const CheckArguments& arguments, const Places& places,
     code = MoreSerious(code, ExitCode::kNeedsPerson);
   }
   if (!arguments.html.empty()) {
-    page::PutPage(arguments.html, false, [&](const page::Writer& write) {
+    page::PutPage(arguments.html, false, [&](const Writer& write) {
       page::WriteCheckPage(check.Entries(), check.Left(), manager, Explanations(DataFolder(places)), write);
     });
   }

@@ -130,7 +130,7 @@ void WritePage(const DiffArguments& arguments, const Places& places, const Docum
   fmt::memory_buffer sheet;
   AppendComparison(sheet, AccountFor(before, after, DataFolder(places) / "messages"), after.sheet);
   const Installation installation(places);
-  page::PutPage(arguments.html, false, [&](const page::Writer& write) {
+  page::PutPage(arguments.html, false, [&](const Writer& write) {
     page::WriteDiffPage({json.data(), json.size()}, {sheet.data(), sheet.size()}, installation.Manager(),
                         Explanations(DataFolder(places)), write);
   });

@@ -217,7 +217,7 @@ class UpgradeCommand {
     try {
       Reports reports;
       reports.push_back(std::make_unique<ReportFile>(ReportName(), std::vector<std::string>()));
-      page::PutPage(arguments_.html, arguments_.force, [&](const page::Writer& write) {
+      page::PutPage(arguments_.html, arguments_.force, [&](const Writer& write) {
         page::WriteRunPage(reports, temporaryReport_.empty(), installation_.Manager(), Explanations(data_),
                            write);
       });

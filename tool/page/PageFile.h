@@ -6,10 +6,9 @@
 #include <string>
 #include <string_view>
 
-namespace tool::page {
+#include "report/ReportForms.h"
 
-/// Takes what is written, in pieces.
-using Writer = std::function<void(std::string_view bytes)>;
+namespace tool::page {
 
 /// A page in the making: one HTML file that needs nothing else. What it shows stands in it as compressed data
 /// blocks, which its scripts unpack when they are wanted. It holds no more details than browsers open at

@@ -41,12 +41,15 @@ std::string ShapeOf(element value, const FeatureMap& features) {
 Labelled ListDifference(const std::vector<element>& before, const std::vector<element>& after,
                         const LabelOf& label) {
   std::multiset<std::string> gone;
-  std::multiset<std::string> added;
   for (const element entry : before) gone.insert(simdjson::minify(entry));
   std::string news;
   const auto append = [&label](std::string& to, element entry) {
     constexpr std::size_t kMostBytes = 160;
-    if (to.size() < kMostBytes) to += fmt::format("{}{}", to.empty() ? "" : ", ", TextOf(entry, label));
+    if (to.size() < kMostBytes) {
+      to += fmt::format("{}{}", to.empty() ? "" : ", ", TextOf(entry, label));
+    } else if (!to.ends_with(" ...")) {
+      to += " ...";
+    }
   };
   for (const element entry : after) {
     if (const auto found = gone.find(simdjson::minify(entry)); found != gone.end()) {
@@ -65,7 +68,9 @@ Labelled ListDifference(const std::vector<element>& before, const std::vector<el
   const auto side = [](std::size_t count, const std::string& which) {
     return fmt::format("{} entries{}{}", count, which.empty() ? "" : ", with ", which);
   };
-  return {side(before.size(), losses), side(after.size(), news)};
+  Labelled sides(side(before.size(), losses), side(after.size(), news));
+  if (news.empty() && losses.empty()) sides.second += ", in another order";
+  return sides;
 }
 
 // " Pa" where the change is of a number that is known to measure something.
@@ -136,6 +141,8 @@ void Steps::Fold(Work& work, std::int64_t id, const std::string& type, element c
   } else {
     folded.own.emplace_back(Side(change, "before", text), Side(change, "after", text));
   }
+  // What both begin with is all that was shown.
+  if (Labelled& own = folded.own.back(); own.first == own.second) own.second += " (differs further on)";
   folding.different.insert(folded.own.back());
 }
 

@@ -189,23 +189,26 @@ void WriteDropped(const Reports& reports, const Writer& write) {
 }  // namespace
 
 void WriteText(const Reports& reports, const Writer& write) {
-  RunSummary summary(std::ranges::all_of(reports, [](const auto& each) { return each->IsDryRun(); }));
+  RunSummary real(false);
+  RunSummary tried(true);
   std::size_t things = 0;
   std::size_t dropped = 0;
   for (const auto& report : reports) {
     report->ForEach([&](const ReportLine& line) {
       things += line.result.needsPerson;
       dropped += line.result.dropped;
-      summary.Add(line.file, line.result);
+      (report->IsDryRun() ? tried : real).Add(line.file, line.result);
     });
   }
-  write(summary.Verdict() + "\n");
+  if (real.Documents() != 0 || tried.Documents() == 0) write(real.Verdict() + "\n");
+  if (tried.Documents() != 0) write(tried.Verdict() + "\n");
   for (const auto& report : reports) write(HeadOf(*report));
   WritePersons(reports, write);
-  const Totals& totals = summary.All();
+  Totals totals = real.All();
+  totals += tried.All();
   write(fmt::format("\nTotals\n  {}: {} concerned, {} changed, {} created, {} removed, {} failed\n",
-                    Count(summary.Features(), "feature"), totals.concerned, totals.changed, totals.created,
-                    totals.removed, totals.failed));
+                    Count(real.Features() + tried.Features(), "feature"), totals.concerned, totals.changed,
+                    totals.created, totals.removed, totals.failed));
   write(fmt::format("  {} a person, {} with dropped values\n",
                     things == 1 ? "1 thing needs" : fmt::format("{} things need", things),
                     Count(dropped, "attribute")));
