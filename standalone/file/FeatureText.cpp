@@ -119,6 +119,12 @@ void AppendFeature(fmt::memory_buffer& out, const FeatureState& feature) {
   out.push_back('}');
 }
 
+std::string LineOf(const FeatureState& feature) {
+  fmt::memory_buffer text;
+  AppendFeature(text, feature);
+  return fmt::to_string(text);
+}
+
 void AppendValue(fmt::memory_buffer& out, const Value& value) {
   switch (value.Kind()) {
     case ValueKind::kString:

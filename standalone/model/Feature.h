@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "model/FeatureId.h"
 #include "model/LateTypes.h"
 #include "model/Value.h"
 #include "modeler/VLMISpecObject.h"
@@ -12,8 +13,6 @@
 namespace standalone {
 
 class Document;
-
-using FeatureId = std::int64_t;  ///< From 1; unique in its document and never given twice.
 
 /// What a feature is at one moment. A plain value, so that the state before a change can be kept.
 struct FeatureState {

@@ -93,7 +93,7 @@ file(WRITE ${WORK}/Headers.cpp "${headers}")
 run(${PKG_CONFIG} --cflags hvxupgrade-extension hvxupgrade-standalone)
 separate_arguments(flags UNIX_COMMAND "${OUTPUT}")
 run(${COMPILER} -std=c++20 -fsyntax-only -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Werror
-    ${flags} ${WORK}/Headers.cpp)
+    ${flags} -I${MOVED}/include/hvxupgrade/testing ${WORK}/Headers.cpp)
 
 # A plug-in asks the host for nothing but what host/ declares, and shows nothing but its entries; the host shows nothing
 # but what is its own.

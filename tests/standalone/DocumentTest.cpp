@@ -20,12 +20,6 @@ using testing::ElementsAre;
 
 const NameId kA = NameTable::Intern("A");
 
-std::string TextOf(const FeatureState& feature) {
-  fmt::memory_buffer text;
-  AppendFeature(text, feature);
-  return fmt::to_string(text);
-}
-
 class DocumentTest : public testing_support::UpgradeTest {
  protected:
   std::vector<FeatureId> Order() {
@@ -71,7 +65,7 @@ TEST_F(DocumentTest, TheStateBeforeTheFirstChangeIsKept) {
   EXPECT_EQ(
       Line(1),
       R"({"id":1,"type":"Y","alias":"new","physicalType":"P","attributes":{"A":[1,2,3,4,5,6,7,8,9,10,11]}})");
-  EXPECT_EQ(TextOf(*Doc().Before(feature)), before);
+  EXPECT_EQ(LineOf(*Doc().Before(feature)), before);
   EXPECT_EQ(Doc().Before(made), nullptr);
   EXPECT_THAT(Touched(), ElementsAre(1, 3));
   Doc().Remove(At(2));
@@ -157,7 +151,7 @@ TEST_F(DocumentTest, ARemovedFeatureGoesWithItsSubtreeAndEveryLinkToIt) {
 {"id":5,"type":"X"}
 {"id":6,"type":"X"}
 )");
-  EXPECT_NE(TextOf(*Doc().Before(At(4))).find(R"([{"ref":3},7])"), std::string::npos);
+  EXPECT_NE(LineOf(*Doc().Before(At(4))).find(R"([{"ref":3},7])"), std::string::npos);
   EXPECT_EQ(Doc().Find(3), &At(3));
   EXPECT_TRUE(At(3).removed);
   EXPECT_EQ(Doc().NextId(), 7);
@@ -501,7 +495,7 @@ TEST(DocumentRandomTest, AgreesWithThePlainModelAndKeepsTheStateBefore) {
     }
     ASSERT_EQ(testing_support::LinesOf(*read.Get()), second.model.Lines());
     std::string before;
-    for (const Feature* feature : original) before += TextOf(*read->Before(*feature)) + "\n";
+    for (const Feature* feature : original) before += LineOf(*read->Before(*feature)) + "\n";
     ASSERT_EQ(before, lines);
   }
 }

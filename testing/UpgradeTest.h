@@ -1,0 +1,115 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/VLMBaseUnknown.h"
+#include "checkpoint/CheckpointPlan.h"
+#include "workbench/HVXUpgradeTable.h"
+
+namespace standalone {
+class Document;
+class Feature;
+}  // namespace standalone
+
+/// \file
+/// What tests of upgrades are written with: a small document, the upgrade library, and a host whose calls can
+/// be recorded and made to fail.
+
+namespace testing_support {
+
+/// The file of the upgrade library that the tests are about. Every test program defines this, once.
+const char* LibraryFile();
+
+/// That library, loaded once for all tests.
+const HVXUpgradeLibrary& Library();
+
+/// What is wrong with how a loaded library describes itself, one sentence a fault; empty for a sound library.
+/// It looks for identifiers that nothing answers, that have no place in the order or stand in it twice, for
+/// rows that do not tell their purpose, late types that two classes extend with one interface, and late types
+/// whose features do not get their extension, or get one that acts on what is not its own.
+std::vector<std::string> FaultsOf(const HVXUpgradeLibrary& library);
+
+/// A small document to upgrade. A test states the old state as lines of a document, runs identifiers on a
+/// feature, and states the new state as lines.
+class UpgradeTest : public testing::Test {
+ protected:
+  using FeatureId = standalone::FeatureId;
+  using CallList = std::vector<std::string>;
+
+  /// With the library, the feature catalogs and the English messages.
+  UpgradeTest();
+  ~UpgradeTest() override;
+
+  /// Makes the document of feature lines as the document file holds them, without the header line. It is the
+  /// current one until the test ends.
+  void Given(std::string_view lines);
+
+  /// Hands the identifiers to the upgrade extension of feature `id`, as a version manager does.
+  HRESULT Upgrade(FeatureId id, std::initializer_list<const char*> identifiers);
+
+  /// The same while the host follows `plan`. What it recorded stays in `Calls()`.
+  HRESULT UpgradeUnder(standalone::CheckpointPlan plan, FeatureId id,
+                       std::initializer_list<const char*> identifiers);
+
+  /// The host calls of the last `UpgradeUnder` whose plan recorded, as "operation #feature detail".
+  [[nodiscard]] static CallList Calls();
+  /// Those of them that begin with `prefix`.
+  [[nodiscard]] static CallList Calls(std::string_view prefix);
+
+  /// The feature's line as the document file would hold it; "removed" for a removed one.
+  [[nodiscard]] std::string Line(FeatureId id);
+  /// All lines.
+  [[nodiscard]] std::string Lines();
+
+  /// A handle on the feature, which may be removed; null when it does not offer the interface. Throws
+  /// `std::logic_error`, which names the id, when there was none.
+  template <class Interface>
+  [[nodiscard]] VLMHandle<Interface> As(FeatureId id) {
+    void* found = nullptr;
+    static_cast<void>(Object(id).QueryInterface(Interface::kId, &found));
+    return VLMHandle<Interface>::Adopt(static_cast<Interface*>(found));
+  }
+
+  // For tests of the host itself.
+  [[nodiscard]] standalone::Document& Doc();
+  /// As for `As`.
+  [[nodiscard]] standalone::Feature& At(FeatureId id);
+
+ private:
+  struct State;
+
+  [[nodiscard]] VLMBaseUnknown& Object(FeatureId id);
+
+  std::unique_ptr<State> state_;
+};
+
+/// A plan that records every call.
+inline standalone::CheckpointPlan Recording() {
+  standalone::CheckpointPlan plan;
+  plan.record = true;
+  return plan;
+}
+/// A plan under which the operation fails, always or only with that detail.
+inline standalone::CheckpointPlan Failing(std::string operation, std::string detail = {},
+                                          HRESULT code = E_FAIL) {
+  standalone::CheckpointPlan plan = Recording();
+  plan.failNamed = std::move(operation);
+  plan.failNamedDetail = std::move(detail);
+  plan.failure = code;
+  return plan;
+}
+/// A plan under which a feature (0: every one) seems not to offer the interface.
+inline standalone::CheckpointPlan Withholding(std::string interfaceName, standalone::FeatureId from = 0) {
+  standalone::CheckpointPlan plan = Recording();
+  plan.withholdInterface = std::move(interfaceName);
+  plan.withholdFrom = from;
+  return plan;
+}
+
+}  // namespace testing_support
