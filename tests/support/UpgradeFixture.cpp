@@ -85,8 +85,9 @@ DocumentPtr ExampleWithSmallMeshes(std::string_view name) {
 std::string LinesOf(Document& document) {
   document.DropAllDeadLinks();
   fmt::memory_buffer text;
+  FeatureTexts texts;
   for (const Feature* feature = document.First(); feature != nullptr; feature = feature->next) {
-    AppendFeature(text, *feature);
+    texts.Append(text, *feature);
     text.push_back('\n');
   }
   return fmt::to_string(text);
