@@ -91,8 +91,8 @@ class VLMUnicodeString {
   }
 
  private:
-  // Shared by copies; null stands for the empty string. The characters, and a zero byte, stand directly behind
-  // it.
+  // Shared by copies; null stands for the empty string. The characters, and a zero byte, stand directly
+  // behind it.
   struct Text {
     int references;
     std::size_t size;
@@ -106,7 +106,9 @@ class VLMUnicodeString {
       return __atomic_fetch_add(&references, change, __ATOMIC_ACQ_REL);
 #endif
     }
-    [[nodiscard]] char* Characters() noexcept { return reinterpret_cast<char*>(this + 1); }
+    [[nodiscard]] char* Characters() noexcept {
+      return reinterpret_cast<char*>(this + 1);
+    }
   };
 
   void Assign(std::string_view utf8);

@@ -4,8 +4,8 @@
 
 namespace standalone {
 
-/// One `T` for each thread, made when the thread asks for it first and gone with the thread. Only a pointer to
-/// it stands in the memory that every thread has from its beginning, of which there is little.
+/// One `T` for each thread, made when the thread asks for it first and gone with the thread. Only a pointer
+/// to it stands in the memory that every thread has from its beginning, of which there is little.
 template <class T>
 class OfThread {
  public:

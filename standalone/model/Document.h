@@ -86,8 +86,8 @@ class Document final : public VLMDocument {
   void LoadCatalog(std::shared_ptr<const FeatureCatalog> catalog);
   void UnloadCatalogs() { catalogs_.clear(); }
 
-  // Names that do not stand in a program: they are there as long as a document that asked for them, or got one
-  // set, is open.
+  // Names that do not stand in a program: they are there as long as a document that asked for them, or got
+  // one set, is open.
   [[nodiscard]] NameId NameFor(std::string_view text) { return names_.Name(text); }
   [[nodiscard]] const LateType& LateTypeFor(std::string_view name) { return names_.Type(name); }
 

@@ -215,8 +215,7 @@ class LateTypeTable {
   // Of these, the caller holds the mutex.
   Entry& FindOrMake(std::string_view name) {
     if (const auto found = types_.find(name); found != types_.end()) return *found->second;
-    const VLMMetaClass& metaClass =
-        VLMRegistry::Instance().LateTypeOfDocument(name, &Base(kind::kFeature));
+    const VLMMetaClass& metaClass = VLMRegistry::Instance().LateTypeOfDocument(name, &Base(kind::kFeature));
     return Add(NameTable::Hold(name), metaClass, false);
   }
   Entry& Add(NameTable::Held name, const VLMMetaClass& metaClass, bool isOfHost) {

@@ -43,8 +43,8 @@ class LateType {
 
   /// Of what a part of the host takes notes.
   enum class Subject { kStoredValues, kMissingValues };
-  /// What follows from the late type alone: made by `make(*this)` when it is asked for first, and kept as long
-  /// as the late type is. A subject has one `T`.
+  /// What follows from the late type alone: made by `make(*this)` when it is asked for first, and kept as
+  /// long as the late type is. A subject has one `T`.
   template <class T, class Make>
   const T& Noted(Subject subject, Make make) const;
 
@@ -65,6 +65,11 @@ class LateType {
     Note& operator=(const Note&) = delete;
     virtual ~Note() = default;
   };
+  template <class T>
+  struct NoteOf final : Note {
+    explicit NoteOf(T what) : known(std::move(what)) {}
+    const T known;
+  };
   static constexpr std::size_t kSubjects = 2;
 
   std::atomic<bool> isForEver_ = false;
@@ -79,18 +84,14 @@ class LateType {
 
 template <class T, class Make>
 const T& LateType::Noted(Subject subject, Make make) const {
-  struct NoteOfT final : Note {
-    explicit NoteOfT(T what) : known(std::move(what)) {}
-    const T known;
-  };
   std::atomic<const Note*>& place = notes_[static_cast<std::size_t>(subject)];
   const Note* note = place.load(std::memory_order_acquire);
   if (note == nullptr) {
-    auto made = std::make_unique<NoteOfT>(make(*this));
+    auto made = std::make_unique<NoteOf<T>>(make(*this));
     // Another thread may have been faster.
     if (place.compare_exchange_strong(note, made.get(), std::memory_order_acq_rel)) note = made.release();
   }
-  return static_cast<const NoteOfT*>(note)->known;
+  return static_cast<const NoteOf<T>*>(note)->known;
 }
 
 /// The kinds that late types derive from. General interfaces are bound to kinds, so that every late type of a

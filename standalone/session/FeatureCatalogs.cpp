@@ -190,8 +190,9 @@ Feature* FeatureCatalogs::Create(std::string_view lateType, std::string_view ext
   for (const std::shared_ptr<const FeatureCatalog>& catalog : document.LoadedCatalogs()) {
     simdjson::dom::object attributes;
     if (catalog->lateTypes[lateType].get_object().get(attributes) != simdjson::SUCCESS) continue;
-    Feature* const made = document.Create(
-        document.LateTypeFor(lateType), fmt::format("{}.{}", lateType, document.NextId()), &father, father.container);
+    Feature* const made =
+        document.Create(document.LateTypeFor(lateType), fmt::format("{}.{}", lateType, document.NextId()),
+                        &father, father.container);
     if (made == nullptr) return nullptr;
     Feature& feature = *made;
     document.SetExternalName(feature, externalName);

@@ -9,8 +9,8 @@
 namespace standalone {
 
 /// The host's message catalogs: one folder per language, one JSON file per catalog that maps keys to texts.
-/// One language is in use in the process. Any thread may choose or ask at any time; a document that is upgraded
-/// while another language is chosen gets names of both.
+/// One language is in use in the process. Any thread may choose or ask at any time; a document that is
+/// upgraded while another language is chosen gets names of both.
 class Messages {
  public:
   Messages() = delete;

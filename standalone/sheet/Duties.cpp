@@ -93,8 +93,7 @@ bool NoDefaultVariables(const Change& change) {
   const std::optional<std::string> defaults = Messages::Find("HVXAnalysisStep", "PreSelDefault.Title");
   const Fact* const selection = Is(change, "variable selection");
   const Fact* const variables = Is(change, "variables");
-  if (!IsReplaced(change) || !defaults || selection == nullptr || variables == nullptr)
-    return false;
+  if (!IsReplaced(change) || !defaults || selection == nullptr || variables == nullptr) return false;
   return !IsText(*selection, "preselected") || IsText(*variables, "");
 }
 

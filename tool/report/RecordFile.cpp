@@ -204,8 +204,8 @@ void RecordFile::AppendChanges(JsonObject& entry, fmt::memory_buffer& text, cons
   JsonList removed(entry.Key("removed"));
   for (const standalone::Feature* const feature : reported.comparison.removed) {
     mentioned.Tell(*reported.document.Before(*feature));
-    AppendFeatureWith(removed.Entry(), texts, *reported.document.Before(*feature),
-                      causes.OfRemoval(*feature), detail_);
+    AppendFeatureWith(removed.Entry(), texts, *reported.document.Before(*feature), causes.OfRemoval(*feature),
+                      detail_);
     FlushIfLarge(text);
   }
   removed.Close();
