@@ -40,10 +40,13 @@ DocumentPtr DocumentOf(std::string_view lines) {
 
 std::string LinesOf(Document& document) {
   document.DropAllDeadLinks();
-  std::string text;
-  for (const Feature* feature = document.First(); feature != nullptr; feature = feature->next)
-    text.append(LineOf(*feature)).push_back('\n');
-  return text;
+  fmt::memory_buffer text;
+  FeatureTexts texts;
+  for (const Feature* feature = document.First(); feature != nullptr; feature = feature->next) {
+    texts.Append(text, *feature);
+    text.push_back('\n');
+  }
+  return fmt::to_string(text);
 }
 
 }  // namespace testing_support

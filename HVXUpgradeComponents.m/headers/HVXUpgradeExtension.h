@@ -19,9 +19,9 @@ class HVXUpgradeExtension : public VLMExtension {
   HRESULT Dispatch(const HVXUpgradeClass& upgradeClass, const VLMListValVLMUnicodeString& identifiers);
 };
 
-/// Who is told of the routines that `Dispatch` runs; null for nobody. The library's description hands this
-/// out.
-extern HVXUpgradeObserver* HVXDispatchObserver;
+/// The place of who is told of the routines that `Dispatch` runs on the calling thread; null stands there for
+/// nobody. The library's description hands this function out.
+[[nodiscard]] HVXUpgradeObserver** HVXDispatchObserver();
 
 /// Registers the class's meta-object: a data extension of its late types.
 void HVXRegisterMetaObject(const HVXUpgradeClass& upgradeClass);

@@ -10,7 +10,7 @@ constexpr const char* kFramework = "HVXHKPVersion";
 HRESULT RunObserved(const HVXUpgradeBinding& row, HVXUpgradeExtension& extension,
                     const VLMBaseUnknown_var& feature) {
   // Read once: who watches the beginning of a routine is told of its end.
-  HVXUpgradeObserver* const observer = HVXDispatchObserver;
+  HVXUpgradeObserver* const observer = *HVXDispatchObserver();
   if (observer == nullptr) return row.routine(extension);
   observer->BeforeRoutine(feature, row);
   const HRESULT result = row.routine(extension);
@@ -20,7 +20,10 @@ HRESULT RunObserved(const HVXUpgradeBinding& row, HVXUpgradeExtension& extension
 
 }  // namespace
 
-HVXUpgradeObserver* HVXDispatchObserver = nullptr;
+HVXUpgradeObserver** HVXDispatchObserver() {
+  static constinit thread_local HVXUpgradeObserver* observer = nullptr;
+  return &observer;
+}
 
 HRESULT HVXUpgradeExtension::Dispatch(const HVXUpgradeClass& upgradeClass,
                                       const VLMListValVLMUnicodeString& identifiers) {

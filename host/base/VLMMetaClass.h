@@ -1,6 +1,6 @@
 #pragma once
 
-#include <array>
+#include <atomic>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -25,7 +25,8 @@ enum class VLMExtensionKind : int {
 using VLMCreateTIE = void* (*)(VLMBaseUnknown& extended);
 
 /// The run-time description of a class or late type. Meta-objects live in the host's registry: a class's
-/// until its library is unloaded, a late type's until the process ends.
+/// until its library is unloaded, a late type's until the process ends; that of a late type which nobody but
+/// documents ever named, until the last of these is closed. Threads share them.
 class VLMMetaClass {
  public:
   /// The meta-object of class `name`; created by the first call (with `base`, the first late type that it
@@ -55,14 +56,12 @@ class VLMMetaClass {
 
   [[nodiscard]] const std::string& Name() const noexcept { return name_; }
   [[nodiscard]] VLMExtensionKind Kind() const noexcept { return kind_; }
-  [[nodiscard]] const VLMMetaClass* Base() const noexcept { return base_; }
+  [[nodiscard]] const VLMMetaClass* Base() const noexcept { return base_.load(std::memory_order_acquire); }
   [[nodiscard]] const std::string& Framework() const noexcept { return framework_; }
   /// The late types that this class extends, in the order of declaration.
-  [[nodiscard]] const std::vector<const VLMMetaClass*>& ExtendedLateTypes() const noexcept {
-    return extended_;
-  }
+  [[nodiscard]] std::vector<const VLMMetaClass*> ExtendedLateTypes() const;
   /// The classes that extend this late type, in the order of declaration.
-  [[nodiscard]] const std::vector<const VLMMetaClass*>& Extensions() const noexcept { return extensions_; }
+  [[nodiscard]] std::vector<const VLMMetaClass*> Extensions() const;
 
   /// The entry that makes interface `id` for objects of this late type: its own, else its base's; null
   /// without one.
@@ -77,25 +76,19 @@ class VLMMetaClass {
   };
 
   VLMMetaClass(std::string_view name, VLMExtensionKind kind, const VLMMetaClass* base,
-               std::string_view framework, const VLMLibrary* owner)
-      : name_(name), kind_(kind), base_(base), framework_(framework), owner_(owner) {}
+               std::string_view framework, const VLMLibrary* owner, std::uint64_t number)
+      : name_(name), kind_(kind), base_(base), framework_(framework), owner_(owner), number_(number) {}
 
   std::string name_;
   VLMExtensionKind kind_;
-  const VLMMetaClass* base_;
+  std::atomic<const VLMMetaClass*> base_;  // may be told later than the name
   std::string framework_;
   const VLMLibrary* owner_;  // null for late types
+  std::uint64_t number_;     // never given twice, as an address is
+
+  // What the registry's mutex guards.
+  bool isOfDocuments_ = false;  // nobody else named the late type
   std::vector<const VLMMetaClass*> extended_;
   std::vector<const VLMMetaClass*> extensions_;
   std::vector<TieEntry> ties_;
-
-  [[nodiscard]] VLMCreateTIE LookUpTie(const VLMInterfaceId& id) const;
-
-  // What was looked up lately, here and in the bases. Holds for one state of the registered ties.
-  struct Answer {
-    std::uint64_t interfaceValue;
-    VLMCreateTIE create;
-    std::uint64_t stateOfTies;
-  };
-  mutable std::array<Answer, 16> answers_{};
 };

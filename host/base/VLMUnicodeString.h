@@ -5,6 +5,10 @@
 #include <string_view>
 #include <utility>
 
+#if __has_include(<ext/atomicity.h>)
+#include <ext/atomicity.h>
+#endif
+
 /// Where a substring search starts and which way it runs.
 enum class VLMSearchMode : int {
   kForward = 1,   ///< From the front; the start is counted from the first character.
@@ -12,6 +16,7 @@ enum class VLMSearchMode : int {
 };
 
 /// The host's Unicode string: a value, cheap to copy (copies share one text until one of them is changed).
+/// Each copy belongs to one thread at a time; copies of one string may belong to several.
 ///
 /// Lengths and positions count characters (code points), not bytes, and start at 0. Every operation is total:
 /// an argument outside the string has the harmless answer that its comment states. The text is held as UTF-8.
@@ -24,7 +29,7 @@ class VLMUnicodeString {
   // NOLINTNEXTLINE(google-explicit-constructor)
   VLMUnicodeString(std::string_view utf8);
   VLMUnicodeString(const VLMUnicodeString& other) noexcept : text_(other.text_) {
-    if (text_ != nullptr) ++text_->references;
+    if (text_ != nullptr) text_->Count(1);
   }
   VLMUnicodeString(VLMUnicodeString&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
   VLMUnicodeString& operator=(VLMUnicodeString other) noexcept {
@@ -32,7 +37,7 @@ class VLMUnicodeString {
     return *this;
   }
   ~VLMUnicodeString() {
-    if (text_ != nullptr && --text_->references == 0) ::operator delete(text_);
+    if (text_ != nullptr && text_->Count(-1) == 1) ::operator delete(text_);
   }
 
   /// 2 when both strings are identical; 0 when this one sorts before `other`, 1 when it sorts after (by code
@@ -86,13 +91,24 @@ class VLMUnicodeString {
   }
 
  private:
-  // Shared by copies; null stands for the empty string. Counted without a lock: the host runs on one thread.
-  // The characters, and a zero byte, stand directly behind it.
+  // Shared by copies; null stands for the empty string. The characters, and a zero byte, stand directly
+  // behind it.
   struct Text {
-    std::size_t references;
+    int references;
     std::size_t size;
 
-    [[nodiscard]] char* Characters() noexcept { return reinterpret_cast<char*>(this + 1); }
+    /// Gives how many references there were before. Threads may share a text, but most processes have one
+    /// thread only, and locked instructions cost several times a plain one.
+    int Count(int change) noexcept {
+#if __has_include(<ext/atomicity.h>)
+      return __gnu_cxx::__exchange_and_add_dispatch(&references, change);
+#else
+      return __atomic_fetch_add(&references, change, __ATOMIC_ACQ_REL);
+#endif
+    }
+    [[nodiscard]] char* Characters() noexcept {
+      return reinterpret_cast<char*>(this + 1);
+    }
   };
 
   void Assign(std::string_view utf8);

@@ -81,9 +81,9 @@ struct HVXUpgradeLibrary {
   std::span<const HVXUpgradeClass* const> classes;
   std::span<const HVXDocumentUpgrade> documentUpgrades;
   std::span<const HVXUpgradeOrder> orders;
-  /// Where a version manager puts the observer of the library's dispatch, and null when it is done; null for
-  /// a library that cannot be observed.
-  HVXUpgradeObserver** observer = nullptr;
+  /// Gives the place where a version manager puts the observer of the library's dispatch, and null when it is
+  /// done. Each thread has a place of its own. Null for a library that cannot be observed.
+  HVXUpgradeObserver** (*observer)() = nullptr;
 
   /// Another number for every change of what a library and its host share: the revision, and the sizes of the
   /// tables.

@@ -14,14 +14,16 @@ namespace standalone {
 /// An attribute key, interned once; adapters hold theirs as constants of their source file.
 class Key {
  public:
-  explicit Key(std::string_view text) : id_(NameTable::Intern(text)) {}
-  explicit Key(NameId id) : id_(id) {}
+  explicit Key(std::string_view text) : Key(NameTable::Intern(text)) {}
+  /// Holds as long as the name is there.
+  explicit Key(NameId id) : id_(id), text_(NameTable::Text(id)) {}
 
   [[nodiscard]] NameId Id() const { return id_; }
-  [[nodiscard]] std::string_view Text() const { return NameTable::Text(id_); }
+  [[nodiscard]] std::string_view Text() const { return text_; }
 
  private:
   NameId id_;
+  std::string_view text_;
 };
 
 // Reading: E_FAIL, and `value` stays, when the feature lacks the attribute or it holds another type of value

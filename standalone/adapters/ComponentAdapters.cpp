@@ -110,11 +110,11 @@ class BasicComponentAdapter final : public FeatureAdapter<VLMISamBasicComponent>
   }
 
   HRESULT GetReal(const VLMString& key, double& value) override {
-    return Read("VLMISamBasicComponent::GetReal", Key(key.View()), value);
+    return Read("VLMISamBasicComponent::GetReal", Key(Doc().NameFor(key.View())), value);
   }
 
   HRESULT GetInteger(const VLMString& key, std::int32_t& value) override {
-    const Key attribute(key.View());
+    const Key attribute(Doc().NameFor(key.View()));
     if (const HRESULT entered = Enter("VLMISamBasicComponent::GetInteger", key.View()); Failed(entered))
       return entered;
     if (Succeeded(ReadAttribute(Self(), attribute, value))) return S_OK;

@@ -50,7 +50,7 @@ class AttrAccessAdapter final : public FeatureAdapter<VLMISpecAttrAccess> {
       return entered;
     }
     if (name.IsNull()) return E_FAIL;
-    key = VLMSpecAttrKey(NameTable::Intern(name.View()));
+    key = VLMSpecAttrKey(Doc().NameFor(name.View()));
     if (Doc().FindAttribute(Self(), key.Name()) == nullptr)
       Doc().SetAttribute(Self(), key.Name(), EmptyValue(type));
     return S_OK;

@@ -7,7 +7,7 @@
 namespace standalone {
 namespace {
 
-CaseMemo* current = nullptr;
+constinit thread_local CaseMemo* current = nullptr;
 
 // Above so many the case of a feature is looked for in vain, but for documents that were made for it.
 constexpr int kUsualLevels = 32;

@@ -23,7 +23,7 @@ bool IsConnector(const Feature& feature) {
 
 Feature& MakeConnector(Feature& beside, std::string_view type, Feature* first, Feature* second) {
   Document& document = *beside.document;
-  const LateType& lateType = LateType::Of(type.empty() ? kDefaultConnector : type);
+  const LateType& lateType = document.LateTypeFor(type.empty() ? kDefaultConnector : type);
   // Beneath nothing, so that it cannot be refused.
   Feature& connector = *document.Create(lateType, fmt::format("{}.{}", lateType.Name(), document.NextId()),
                                         nullptr, beside.container);

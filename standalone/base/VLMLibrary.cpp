@@ -10,7 +10,7 @@ VLMLibrary::~VLMLibrary() {
 }
 
 HRESULT VLMLibrary::DeclareTie(VLMMetaClass& lateType, const VLMInterfaceId& id, VLMCreateTIE create) {
-  return VLMRegistry::DeclareTie(*this, lateType, id, create);
+  return VLMRegistry::Instance().DeclareTie(*this, lateType, id, create);
 }
 
 HRESULT VLMLibrary::DeclareComponent(std::string_view name, VLMCreateComponent create) {

@@ -1,7 +1,5 @@
 #include "base/VLMMetaClass.h"
 
-#include <algorithm>
-
 #include "base/VLMRegistry.h"
 
 VLMMetaClass& VLMMetaClass::Retrieve(const VLMLibrary& owner, std::string_view name, VLMExtensionKind kind,
@@ -24,30 +22,23 @@ const VLMMetaClass& VLMMetaClass::BaseUnknown() {
 }
 
 void VLMMetaClass::SetExtensionOf(VLMMetaClass& lateType) {
-  if (std::find(extended_.begin(), extended_.end(), &lateType) != extended_.end()) return;
-  extended_.push_back(&lateType);
-  lateType.extensions_.push_back(this);
+  VLMRegistry::Instance().SetExtensionOf(*this, lateType);
+}
+
+std::vector<const VLMMetaClass*> VLMMetaClass::ExtendedLateTypes() const {
+  return VLMRegistry::Instance().ExtendedBy(*this);
+}
+
+std::vector<const VLMMetaClass*> VLMMetaClass::Extensions() const {
+  return VLMRegistry::Instance().ExtensionsOf(*this);
 }
 
 bool VLMMetaClass::IsAKindOf(std::string_view name) const noexcept {
   const VLMMetaClass* metaClass = this;
-  while (metaClass != nullptr && metaClass->name_ != name) metaClass = metaClass->base_;
+  while (metaClass != nullptr && metaClass->name_ != name) metaClass = metaClass->Base();
   return metaClass != nullptr;
 }
 
 VLMCreateTIE VLMMetaClass::FindTie(const VLMInterfaceId& id) const {
-  Answer& answer = answers_[id.Value() % answers_.size()];
-  const std::uint64_t state = VLMRegistry::StateOfTies();
-  if (answer.interfaceValue != id.Value() || answer.stateOfTies != state)
-    answer = {id.Value(), LookUpTie(id), state};
-  return answer.create;
-}
-
-VLMCreateTIE VLMMetaClass::LookUpTie(const VLMInterfaceId& id) const {
-  for (const VLMMetaClass* metaClass = this; metaClass != nullptr; metaClass = metaClass->base_) {
-    for (const TieEntry& tie : metaClass->ties_) {
-      if (tie.interfaceValue == id.Value()) return tie.create;
-    }
-  }
-  return nullptr;
+  return VLMRegistry::Instance().FindTie(*this, id);
 }

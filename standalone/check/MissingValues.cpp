@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "analysis/Components.h"
-#include "check/PerLateType.h"
 #include "check/Rules.h"
 
 namespace standalone {
@@ -69,8 +68,8 @@ bool Holds(const Value* value, const Value& wanted) {
 }
 
 void AppendMissingOf(const FeatureState& state, std::vector<Damage>& damage) {
-  static PerLateType<NeverMissingKeys> known;
-  for (const NeverMissingKey& each : known.Of(*state.type, KeysOf)) {
+  for (const NeverMissingKey& each :
+       state.type->Noted<NeverMissingKeys>(LateType::Subject::kMissingValues, KeysOf)) {
     const Value* const value = ValueIn(state, each.key);
     const bool holdsNothing = value == nullptr || (*value == Value() && each.onlyWith != kNoName);
     const std::string_view name = NameTable::Text(each.key);

@@ -8,7 +8,8 @@
 
 namespace standalone {
 
-/// What follows from a late type alone: made when it is asked for first, and kept.
+/// What follows from a late type alone: made when it is asked for first, and kept. For late types of
+/// documents that stay open meanwhile.
 template <class T>
 class PerLateType {
  public:

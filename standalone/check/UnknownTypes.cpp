@@ -16,7 +16,7 @@ constexpr std::size_t kLettersPerFault = 5;
 constexpr std::size_t kMostCompared = 1000;
 
 bool IsKnown(const LateType& type) {
-  return type.IsOfHost() || VLMRegistry::HasTies(type.MetaClass());
+  return type.IsOfHost() || VLMRegistry::Instance().HasTies(type.MetaClass());
 }
 
 }  // namespace

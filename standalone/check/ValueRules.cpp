@@ -8,7 +8,6 @@
 #include "analysis/Components.h"
 #include "analysis/MeshNumbers.h"
 #include "check/LinkTargets.h"
-#include "check/PerLateType.h"
 #include "check/Rules.h"
 
 namespace standalone {
@@ -305,8 +304,7 @@ constexpr ConformityRule kRules[] = {
 }  // namespace
 
 std::vector<Damage> MisreadIn(const FeatureState& state) {
-  static PerLateType<StoredByKey> known;
-  const StoredByKey& keys = known.Of(*state.type, KeysOf);
+  const auto& keys = state.type->Noted<StoredByKey>(LateType::Subject::kStoredValues, KeysOf);
   std::vector<Damage> damage;
   for (const Attribute& attribute : state.Attributes()) {
     if (attribute.key >= keys.size()) continue;

@@ -11,12 +11,12 @@ struct State {
 };
 
 State& Current() {
-  static State state;
+  static thread_local State state;
   return state;
 }
 
 std::function<void()>& Lookout() {
-  static std::function<void()> lookout;
+  static thread_local std::function<void()> lookout;
   return lookout;
 }
 
@@ -29,10 +29,10 @@ bool MustFail(const CheckpointPlan& plan, std::int64_t number, std::string_view 
 
 }  // namespace
 
-bool Checkpoint::active_ = false;
-std::int64_t Checkpoint::untilLook_ = kNever;
-std::int64_t Checkpoint::lookoutCalls_ = kNever;
-std::int64_t Checkpoint::activeSinceLook_ = 0;
+constinit thread_local bool Checkpoint::active_ = false;
+constinit thread_local std::int64_t Checkpoint::untilLook_ = kNever;
+constinit thread_local std::int64_t Checkpoint::lookoutCalls_ = kNever;
+constinit thread_local std::int64_t Checkpoint::activeSinceLook_ = 0;
 
 void Checkpoint::Start(CheckpointPlan plan) {
   Current() = {std::move(plan), {}, {}, 0};

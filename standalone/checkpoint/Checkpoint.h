@@ -25,7 +25,8 @@ class CallLimitReached : public std::runtime_error {
 
 /// The one place that every host operation passes. Off, passing costs one counting down; on, it records
 /// calls, makes chosen ones fail and withholds interfaces, which is how call order and fault handling are
-/// tested and traced. A lookout may be called now and then, whether a plan is at work or not.
+/// tested and traced. A lookout may be called now and then, whether a plan is at work or not. Every thread
+/// has a plan, an account and a lookout of its own.
 class Checkpoint {
  public:
   Checkpoint() = delete;
@@ -74,10 +75,11 @@ class Checkpoint {
   static bool WithholdsActive(const VLMInterfaceId& id, const Feature& feature);
 
   static constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
-  static bool active_;
-  static std::int64_t untilLook_;  // calls that need not be looked at; none while a plan is at work
-  static std::int64_t lookoutCalls_;
-  static std::int64_t activeSinceLook_;
+  static constinit thread_local bool active_;
+  static constinit thread_local std::int64_t
+      untilLook_;  // calls that need not be looked at; none while a plan is at work
+  static constinit thread_local std::int64_t lookoutCalls_;
+  static constinit thread_local std::int64_t activeSinceLook_;
 };
 
 /// A plan at work for the life of this object.

@@ -46,6 +46,7 @@ void Prepare(Document& document, std::string_view name) {
 void Store(const Document& document, const WriteOptions& options, const Packer::Sink& sink) {
   const auto packer = Packer::Make(options.compression, sink);
   fmt::memory_buffer text;
+  FeatureTexts texts;
   AppendHeader(text, document);
   std::size_t written = 0;
   const auto flush = [&] {
@@ -53,7 +54,7 @@ void Store(const Document& document, const WriteOptions& options, const Packer::
     text.clear();
   };
   for (const Feature* feature = document.First(); feature != nullptr; feature = feature->next, ++written) {
-    AppendFeature(text, *feature);
+    texts.Append(text, *feature);
     text.push_back('\n');
     if (text.size() < kFlushBytes) continue;
     flush();

@@ -39,7 +39,7 @@ void FeatureReader::Read(ondemand::object object, std::size_t line) {
         feature->upToDate = field.value().get_bool();
         break;
       case 7:
-        feature->physicalType = NameTable::Intern(TakeText(field.value(), key));
+        feature->physicalType = document_.NameFor(TakeText(field.value(), key));
         break;
       case 8:
         ReadAttributes(*feature, field.value());
@@ -64,9 +64,9 @@ FeatureId FeatureReader::TakeNewId(ondemand::value value) const {
 
 const LateType& FeatureReader::TypeOf(std::string_view name) {
   if (name.empty()) Refuse("\"type\" is empty");
-  const NameId id = names_.Intern(name);
+  const NameId id = names_.Find(name, document_);
   if (id >= types_.size()) types_.resize(id + 1);
-  if (types_[id] == nullptr) types_[id] = &LateType::Of(name);
+  if (types_[id] == nullptr) types_[id] = &document_.LateTypeFor(name);
   return *types_[id];
 }
 
@@ -94,7 +94,7 @@ void FeatureReader::ReadAttributes(Feature& feature, ondemand::value value) {
   forwardAttributes_.clear();
   for (auto field : TakeObject(value, format::kAttributes)) {
     const std::string_view key = TakeKey(field);
-    const NameId name = names_.Intern(key);
+    const NameId name = names_.Find(key, document_);
     if (name == kNoName) Refuse("an attribute has an empty key");
     if (!marks_.Set(name)) Refuse(fmt::format("attribute \"{}\" occurs twice", key));
     Attribute& attribute = attributes_.emplace_back();

@@ -2,35 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <string>
-#include <vector>
 
 #include "file/DocumentFormat.h"
 #include "file/JsonText.h"
 
 namespace standalone {
 namespace {
-
-// The name as the key of a field: in quotes, escaped, with the colon. Made once for each name, of which there
-// are few. Valid until the next call.
-std::string_view KeyText(NameId name) {
-  static std::vector<std::string> texts;
-  if (name >= texts.size()) texts.resize(name + std::size_t{1});
-  if (texts[name].empty()) {
-    fmt::memory_buffer text;
-    AppendJsonText(text, NameTable::Text(name));
-    text.push_back(':');
-    texts[name] = fmt::to_string(text);
-  }
-  return texts[name];
-}
-
-// The name as a value.
-void AppendName(fmt::memory_buffer& out, NameId name) {
-  std::string_view text = KeyText(name);
-  text.remove_suffix(1);
-  AppendRaw(out, text);
-}
 
 // What stands before a field's value. Every field but the first follows a comma.
 template <const std::string_view& key>
@@ -67,37 +44,13 @@ void AppendLinkField(fmt::memory_buffer& out, const Feature* target) {
   AppendLink(out, *target);
 }
 
-void AppendAttributes(fmt::memory_buffer& out, std::span<const Attribute> attributes) {
-  if (attributes.empty()) return;
-  AppendKey<format::kAttributes>(out);
-  char separator = '{';
-  for (const Attribute& attribute : attributes) {
-    out.push_back(separator);
-    AppendRaw(out, KeyText(attribute.key));
-    AppendValue(out, attribute.value);
-    separator = ',';
-  }
-  out.push_back('}');
-}
-
-void AppendModes(fmt::memory_buffer& out, std::span<const Attribute> attributes) {
-  const auto hasMode = [](const Attribute& attribute) { return attribute.mode != 0; };
-  if (std::ranges::none_of(attributes, hasMode)) return;
-  AppendKey<format::kModes>(out);
-  char separator = '{';
-  for (const Attribute& attribute : attributes) {
-    if (!hasMode(attribute)) continue;
-    out.push_back(separator);
-    AppendRaw(out, KeyText(attribute.key));
-    AppendJsonInteger(out, attribute.mode);
-    separator = ',';
-  }
-  out.push_back('}');
-}
-
 }  // namespace
 
 void AppendFeature(fmt::memory_buffer& out, const FeatureState& feature) {
+  FeatureTexts().Append(out, feature);
+}
+
+void FeatureTexts::Append(fmt::memory_buffer& out, const FeatureState& feature) {
   AppendRaw(out, "{\"id\":");
   AppendJsonInteger(out, feature.id);
   AppendKey<format::kType>(out);
@@ -116,6 +69,51 @@ void AppendFeature(fmt::memory_buffer& out, const FeatureState& feature) {
   }
   AppendAttributes(out, feature.Attributes());
   AppendModes(out, feature.Attributes());
+  out.push_back('}');
+}
+
+std::string_view FeatureTexts::KeyText(NameId name) {
+  if (name >= keys_.size()) keys_.resize(name + std::size_t{1});
+  if (keys_[name].empty()) {
+    fmt::memory_buffer text;
+    AppendJsonText(text, NameTable::Text(name));
+    text.push_back(':');
+    keys_[name] = fmt::to_string(text);
+  }
+  return keys_[name];
+}
+
+void FeatureTexts::AppendName(fmt::memory_buffer& out, NameId name) {
+  std::string_view text = KeyText(name);
+  text.remove_suffix(1);
+  AppendRaw(out, text);
+}
+
+void FeatureTexts::AppendAttributes(fmt::memory_buffer& out, std::span<const Attribute> attributes) {
+  if (attributes.empty()) return;
+  AppendKey<format::kAttributes>(out);
+  char separator = '{';
+  for (const Attribute& attribute : attributes) {
+    out.push_back(separator);
+    AppendRaw(out, KeyText(attribute.key));
+    AppendValue(out, attribute.value);
+    separator = ',';
+  }
+  out.push_back('}');
+}
+
+void FeatureTexts::AppendModes(fmt::memory_buffer& out, std::span<const Attribute> attributes) {
+  const auto hasMode = [](const Attribute& attribute) { return attribute.mode != 0; };
+  if (std::ranges::none_of(attributes, hasMode)) return;
+  AppendKey<format::kModes>(out);
+  char separator = '{';
+  for (const Attribute& attribute : attributes) {
+    if (!hasMode(attribute)) continue;
+    out.push_back(separator);
+    AppendRaw(out, KeyText(attribute.key));
+    AppendJsonInteger(out, attribute.mode);
+    separator = ',';
+  }
   out.push_back('}');
 }
 

@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "file/DocumentFormat.h"
-#include "model/Feature.h"
+#include "model/Document.h"
 
 /// \file
 /// What the reader of documents takes a line apart with: for the reader's sources only.
@@ -222,11 +222,12 @@ class NameMarks {
 /// Most keys are among a few; a look into this is cheaper than one into the table of all names.
 class NameCache {
  public:
-  NameId Intern(std::string_view name) {
+  /// The names are held by `document`, always the same.
+  NameId Find(std::string_view name, Document& document) {
     if (name.empty()) return kNoName;
     Entry& entry = entries_[PlaceOf(name)];
     if (entry.text != name) {
-      entry.id = NameTable::Intern(name);
+      entry.id = document.NameFor(name);
       entry.text = NameTable::Text(entry.id);
     }
     return entry.id;

@@ -35,8 +35,8 @@ HRESULT Document::QueryInterface(const VLMInterfaceId& id, void** out) {
   return S_OK;
 }
 
-void Document::LoadCatalog(const FeatureCatalog& catalog) {
-  if (std::ranges::find(catalogs_, &catalog) == catalogs_.end()) catalogs_.push_back(&catalog);
+void Document::LoadCatalog(std::shared_ptr<const FeatureCatalog> catalog) {
+  if (std::ranges::find(catalogs_, catalog) == catalogs_.end()) catalogs_.push_back(std::move(catalog));
 }
 
 Feature* Document::Find(FeatureId id) const {
@@ -124,6 +124,7 @@ void Document::Remove(Feature& feature) {
 
 void Document::SetType(Feature& feature, const LateType& type) {
   if (feature.type == &type) return;
+  names_.Hold(type);
   Touch(feature, ChangedPart::kType);
   sets_.NoteDisturbed(feature);
   listings_.NoteRetyped(*feature.type, type);
@@ -141,7 +142,7 @@ void Document::SetExternalName(Feature& feature, std::string_view name) {
 }
 
 void Document::SetPhysicalType(Feature& feature, std::string_view physicalType) {
-  const NameId name = NameTable::Intern(physicalType);
+  const NameId name = NameFor(physicalType);
   if (feature.physicalType == name) return;
   Touch(feature, ChangedPart::kPhysicalType);
   feature.physicalType = name;
@@ -233,6 +234,7 @@ const FeatureState* Document::Before(const Feature& feature) const {
 }
 
 Feature& Document::AppendRead(FeatureId id, const LateType& type) {
+  names_.Hold(type);
   auto* const feature = new (featureArena_.allocate(sizeof(Feature), alignof(Feature))) Feature;
   feature->id = id;
   feature->document = this;
@@ -297,6 +299,7 @@ void Document::Touch(Feature& feature, ChangedPart part, NameId key) {
 }
 
 Attribute& Document::AddAttribute(Feature& feature, NameId key) {
+  names_.Hold(key);
   if (feature.attributeCount == feature.attributeCapacity) {
     ReserveAttributes(feature, std::max<std::uint32_t>(4, feature.attributeCapacity * 2));
   }

@@ -15,6 +15,7 @@
 #include "model/AttributeIndex.h"
 #include "model/ChangeLog.h"
 #include "model/Feature.h"
+#include "model/HeldNames.h"
 #include "model/KeyedHash.h"
 #include "model/LargePages.h"
 #include "model/Listings.h"
@@ -51,6 +52,10 @@ class TooManyFeatures : public std::runtime_error {
 /// All of a document's memory is one arena that goes with it; features never move. Every change of a feature
 /// goes through this class, which keeps the feature's state before its first change, so that what an upgrade
 /// did can be told by comparing.
+///
+/// Several documents may be open at once. Each, with its features and the handles on them, belongs to one
+/// thread at a time: it is counted and changed without a lock. Who passes it to another thread synchronises
+/// with that thread, and lets go of all handles.
 class Document final : public VLMDocument {
  public:
   [[nodiscard]] static DocumentPtr Create(std::string displayName);
@@ -75,9 +80,16 @@ class Document final : public VLMDocument {
   }
 
   // The feature catalogs that were loaded into the document, for as long as it is open.
-  [[nodiscard]] const std::vector<const FeatureCatalog*>& LoadedCatalogs() const { return catalogs_; }
-  void LoadCatalog(const FeatureCatalog& catalog);
+  [[nodiscard]] const std::vector<std::shared_ptr<const FeatureCatalog>>& LoadedCatalogs() const {
+    return catalogs_;
+  }
+  void LoadCatalog(std::shared_ptr<const FeatureCatalog> catalog);
   void UnloadCatalogs() { catalogs_.clear(); }
+
+  // Names that do not stand in a program: they are there as long as a document that asked for them, or got
+  // one set, is open.
+  [[nodiscard]] NameId NameFor(std::string_view text) { return names_.Name(text); }
+  [[nodiscard]] const LateType& LateTypeFor(std::string_view name) { return names_.Type(name); }
 
   // Reading.
   [[nodiscard]] Feature* First() const { return first_; }
@@ -240,11 +252,12 @@ class Document final : public VLMDocument {
   Value WithoutDeadLinks(const Value& value);
   std::vector<Value> AliveEntries(const Value& list);
 
+  HeldNames names_;  // goes last
   std::uint32_t references_ = 1;
   std::string displayName_;
   std::vector<std::string> upgrades_;
   std::unordered_set<std::string, KeyedHash, std::equal_to<>> recorded_;  // the same
-  std::vector<const FeatureCatalog*> catalogs_;
+  std::vector<std::shared_ptr<const FeatureCatalog>> catalogs_;
   std::pmr::monotonic_buffer_resource arena_{std::size_t{1} << 16, &LargePages::Instance()};
   // Features stand by themselves, close together: most passes look at nothing else.
   std::pmr::monotonic_buffer_resource featureArena_{std::size_t{1} << 16, &LargePages::Instance()};

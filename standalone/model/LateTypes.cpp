@@ -1,8 +1,14 @@
 #include "model/LateTypes.h"
 
-#include <deque>
+#include <memory>
+#include <mutex>
+#include <shared_mutex>
 #include <unordered_map>
+#include <utility>
 #include <vector>
+
+#include "base/VLMRegistry.h"
+#include "model/KeyedHash.h"
 
 namespace standalone {
 namespace {
@@ -140,30 +146,86 @@ constexpr Derivation kDerivations[] = {
     {"Product", kind::kProduct},
 };
 
-class Table {
+}  // namespace
+
+class LateTypeTable {
  public:
-  Table() {
-    for (const auto& [lateType, base] : kDerivations) Add(lateType, VLMMetaClass::Find(base), true);
+  static LateTypeTable& Instance() {
+    // Never destroyed: documents may be closed when all statics are gone.
+    static auto* const table = new LateTypeTable;
+    return *table;
   }
 
   const LateType& Of(std::string_view name) {
-    const auto found = types_.find(NameTable::Find(name));
-    return found != types_.end() ? *found->second : Add(name, VLMMetaClass::Find(kind::kFeature), false);
+    if (const LateType* const known = FindForEver(name)) return *known;
+    const std::unique_lock lock(mutex_);
+    Entry& entry = FindOrMake(name);
+    static_cast<void>(VLMMetaClass::LateType(name));  // stays as well
+    entry.type.isForEver_.store(true, std::memory_order_relaxed);
+    return entry.type;
+  }
+
+  LateType::Held Hold(std::string_view name) {
+    if (const LateType* const known = FindForEver(name)) return {*known, false};
+    const std::unique_lock lock(mutex_);
+    Entry& entry = FindOrMake(name);
+    if (entry.type.IsForEver()) return {entry.type, false};
+    ++entry.holders;
+    return {entry.type, true};
+  }
+
+  void Release(const LateType& type) noexcept {
+    const std::unique_lock lock(mutex_);
+    const auto found = types_.find(type.Name());
+    if (--found->second->holders != 0 || type.IsForEver()) return;
+    const std::unique_ptr<Entry> gone = std::move(found->second);
+    types_.erase(found);
+    VLMRegistry::Instance().ForgetLateType(type.Name());
+    if (gone->isNameCounted) NameTable::Release(type.Id());
   }
 
  private:
-  const LateType& Add(std::string_view name, const VLMMetaClass* base, bool isOfHost) {
-    const NameId id = NameTable::Intern(name);
-    const VLMMetaClass& metaClass =
-        VLMMetaClass::LateType(name, base != nullptr ? base : &VLMMetaClass::BaseUnknown());
-    return *types_.emplace(id, &all_.emplace_back(id, metaClass, isOfHost)).first->second;
+  struct Entry {
+    Entry(NameTable::Held name, const VLMMetaClass& metaClass, bool isOfHost)
+        : type(name.id, metaClass, isOfHost), isNameCounted(name.isCounted) {}
+
+    LateType type;
+    bool isNameCounted;
+    std::uint32_t holders = 0;
+  };
+
+  LateTypeTable() {
+    for (const auto& [lateType, base] : kDerivations) {
+      const VLMMetaClass& metaClass = VLMMetaClass::LateType(lateType, &Base(base));
+      Add({NameTable::Intern(lateType), false}, metaClass, true).type.isForEver_ = true;
+    }
   }
 
-  std::deque<LateType> all_;
-  std::unordered_map<NameId, const LateType*> types_;
-};
+  static const VLMMetaClass& Base(std::string_view name) {
+    const VLMMetaClass* const known = VLMMetaClass::Find(name);
+    return known != nullptr ? *known : VLMMetaClass::BaseUnknown();
+  }
 
-}  // namespace
+  const LateType* FindForEver(std::string_view name) const {
+    const std::shared_lock lock(mutex_);
+    const auto found = types_.find(name);
+    return found != types_.end() && found->second->type.IsForEver() ? &found->second->type : nullptr;
+  }
+
+  // Of these, the caller holds the mutex.
+  Entry& FindOrMake(std::string_view name) {
+    if (const auto found = types_.find(name); found != types_.end()) return *found->second;
+    const VLMMetaClass& metaClass = VLMRegistry::Instance().LateTypeOfDocument(name, &Base(kind::kFeature));
+    return Add(NameTable::Hold(name), metaClass, false);
+  }
+  Entry& Add(NameTable::Held name, const VLMMetaClass& metaClass, bool isOfHost) {
+    auto entry = std::make_unique<Entry>(name, metaClass, isOfHost);
+    return *types_.emplace(entry->type.Name(), std::move(entry)).first->second;
+  }
+
+  mutable std::shared_mutex mutex_;
+  std::unordered_map<std::string_view, std::unique_ptr<Entry>, KeyedHash> types_;
+};
 
 LateType::LateType(NameId name, const VLMMetaClass& metaClass, bool isOfHost)
     : name_(name),
@@ -173,9 +235,20 @@ LateType::LateType(NameId name, const VLMMetaClass& metaClass, bool isOfHost)
       metaClass_(metaClass),
       text_(metaClass.Name()) {}
 
+LateType::~LateType() {
+  for (const std::atomic<const Note*>& note : notes_) delete note.load(std::memory_order_acquire);
+}
+
 const LateType& LateType::Of(std::string_view name) {
-  static Table table;
-  return table.Of(name);
+  return LateTypeTable::Instance().Of(name);
+}
+
+LateType::Held LateType::Hold(std::string_view name) {
+  return LateTypeTable::Instance().Hold(name);
+}
+
+void LateType::Release(const LateType& type) noexcept {
+  LateTypeTable::Instance().Release(type);
 }
 
 std::span<const std::string_view> LateType::NamesOfHost() {

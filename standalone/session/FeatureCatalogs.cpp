@@ -7,6 +7,7 @@
 #include <initializer_list>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -23,11 +24,16 @@ struct FeatureCatalog {
 
 namespace {
 
-using Catalogs = std::map<std::string, std::unique_ptr<FeatureCatalog>, std::less<>>;
+using Catalogs = std::map<std::string, std::shared_ptr<const FeatureCatalog>, std::less<>>;
 
-Catalogs& Current() {
-  static Catalogs catalogs;
-  return catalogs;
+// Those in use. A document that loaded some of others keeps them as long as it needs them.
+struct InUse {
+  std::mutex mutex;
+  Catalogs catalogs;
+};
+InUse& Current() {
+  static InUse current;
+  return current;
 }
 
 using simdjson::dom::element_type;
@@ -79,8 +85,8 @@ bool IsStorable(simdjson::dom::element value) {
   return std::all_of(entries.begin(), entries.end(), IsStorable);
 }
 
-std::unique_ptr<FeatureCatalog> Read(const std::filesystem::path& file) {
-  auto catalog = std::make_unique<FeatureCatalog>();
+std::shared_ptr<const FeatureCatalog> Read(const std::filesystem::path& file) {
+  auto catalog = std::make_shared<FeatureCatalog>();
   const auto read = catalog->parser.parse(ReadCatalog(file)).get_object().get(catalog->lateTypes);
   if (read == simdjson::MEMALLOC) throw std::bad_alloc();
   if (read != simdjson::SUCCESS)
@@ -165,30 +171,35 @@ void FeatureCatalogs::Use(const std::filesystem::path& folder) {
     if (found == catalogs.end()) Refuse(folder / needed.catalog, "the feature catalog is missing");
     Require(*found->second, needed, folder / needed.catalog);
   }
-  Current() = std::move(catalogs);
+  InUse& current = Current();
+  const std::lock_guard lock(current.mutex);
+  current.catalogs.swap(catalogs);
 }
 
 HRESULT FeatureCatalogs::Load(std::string_view name, Document& document) {
-  const auto known = Current().find(name);
-  if (known == Current().end()) return E_FAIL;
-  document.LoadCatalog(*known->second);
+  InUse& current = Current();
+  const std::lock_guard lock(current.mutex);
+  const auto known = current.catalogs.find(name);
+  if (known == current.catalogs.end()) return E_FAIL;
+  document.LoadCatalog(known->second);
   return S_OK;
 }
 
 Feature* FeatureCatalogs::Create(std::string_view lateType, std::string_view externalName, Feature& father) {
   Document& document = *father.document;
-  for (const FeatureCatalog* const catalog : document.LoadedCatalogs()) {
+  for (const std::shared_ptr<const FeatureCatalog>& catalog : document.LoadedCatalogs()) {
     simdjson::dom::object attributes;
     if (catalog->lateTypes[lateType].get_object().get(attributes) != simdjson::SUCCESS) continue;
-    Feature* const made = document.Create(
-        LateType::Of(lateType), fmt::format("{}.{}", lateType, document.NextId()), &father, father.container);
+    Feature* const made =
+        document.Create(document.LateTypeFor(lateType), fmt::format("{}.{}", lateType, document.NextId()),
+                        &father, father.container);
     if (made == nullptr) return nullptr;
     Feature& feature = *made;
     document.SetExternalName(feature, externalName);
     constexpr std::size_t kLinksOnTop = 2;  // that most features get besides
     document.ReserveAttributes(feature, static_cast<std::uint32_t>(attributes.size() + kLinksOnTop));
     for (const auto& [key, value] : attributes) {
-      document.SetAttribute(feature, NameTable::Intern(key), ValueOf(value, document));
+      document.SetAttribute(feature, document.NameFor(key), ValueOf(value, document));
     }
     return &feature;
   }

@@ -10,7 +10,7 @@ namespace standalone {
 
 /// The feature catalogs: files of the data folder that say which late types can be created and what a new
 /// feature of each holds. A document can create what the catalogs hold that were loaded into it, as long as
-/// it is open.
+/// it is open. Any thread may use them at any time.
 class FeatureCatalogs {
  public:
   FeatureCatalogs() = delete;

@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <map>
+#include <mutex>
 #include <new>
+#include <shared_mutex>
 #include <stdexcept>
 
 #include "base/VLMMsgCatalog.h"
@@ -18,9 +20,15 @@ namespace {
 
 using Catalog = std::map<std::string, std::string, std::less<>>;
 
-std::map<std::string, Catalog, std::less<>>& Catalogs() {
-  static std::map<std::string, Catalog, std::less<>> catalogs;
-  return catalogs;
+using CatalogsOfLanguage = std::map<std::string, Catalog, std::less<>>;
+
+struct InUse {
+  std::shared_mutex mutex;
+  CatalogsOfLanguage catalogs;
+};
+InUse& Current() {
+  static InUse current;
+  return current;
 }
 
 constexpr std::string_view kRemedy = "Reinstall the program, or name the right data folder with --data";
@@ -74,8 +82,6 @@ Catalog Load(const std::filesystem::path& file) {
   return catalog;
 }
 
-using CatalogsOfLanguage = std::map<std::string, Catalog, std::less<>>;
-
 CatalogsOfLanguage LoadAll(const std::filesystem::path& folder) {
   CatalogsOfLanguage catalogs;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
@@ -120,7 +126,10 @@ void Messages::Use(const std::filesystem::path& folder, std::string_view languag
     throw std::runtime_error(fmt::format("{}: there are no messages in language \"{}\". Choose one of: {}",
                                          folder.string(), language, fmt::join(languages, ", ")));
   }
-  Catalogs() = LoadAll(folder / language);
+  CatalogsOfLanguage catalogs = LoadAll(folder / language);
+  InUse& current = Current();
+  const std::unique_lock lock(current.mutex);
+  current.catalogs.swap(catalogs);
 }
 
 void Messages::RequireComplete(const std::filesystem::path& folder, std::string_view language) {
@@ -131,11 +140,14 @@ void Messages::RequireComplete(const std::filesystem::path& folder, std::string_
   RefuseIncomplete(LoadAll(own), own);
 }
 
-const std::string* Messages::Find(std::string_view catalog, std::string_view key) {
-  const auto found = Catalogs().find(catalog);
-  if (found == Catalogs().end()) return nullptr;
+std::optional<std::string> Messages::Find(std::string_view catalog, std::string_view key) {
+  InUse& current = Current();
+  const std::shared_lock lock(current.mutex);
+  const auto found = current.catalogs.find(catalog);
+  if (found == current.catalogs.end()) return std::nullopt;
   const auto text = found->second.find(key);
-  return text == found->second.end() ? nullptr : &text->second;
+  if (text == found->second.end()) return std::nullopt;
+  return text->second;
 }
 
 }  // namespace standalone
@@ -146,8 +158,8 @@ VLMUnicodeString VLMMsgCatalog::BuildMessage(const VLMString& catalog, const VLM
   if (Failed(
           standalone::Checkpoint::Pass("VLMMsgCatalog::BuildMessage", nullptr, key.View(), parameterCount)))
     return defaultText;
-  const std::string* const text = standalone::Messages::Find(catalog.View(), key.View());
-  if (text == nullptr) return defaultText;
+  const std::optional<std::string> text = standalone::Messages::Find(catalog.View(), key.View());
+  if (!text) return defaultText;
   VLMUnicodeString message(text->c_str());
   for (int i = 0; i < std::min(parameterCount, 9); ++i) {
     message.ReplaceAll(fmt::format("/P{}", i + 1).c_str(), parameters[i]);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,6 +9,8 @@
 namespace standalone {
 
 /// The host's message catalogs: one folder per language, one JSON file per catalog that maps keys to texts.
+/// One language is in use in the process. Any thread may choose or ask at any time; a document that is
+/// upgraded while another language is chosen gets names of both.
 class Messages {
  public:
   Messages() = delete;
@@ -22,9 +25,9 @@ class Messages {
   /// leave old ones as they are.
   static void RequireComplete(const std::filesystem::path& folder, std::string_view language);
 
-  /// The text of a message, as it stands in its catalog; null when there is none. For the host's own use: the
+  /// The text of a message, as it stands in its catalog; none when there is none. For the host's own use: the
   /// library asks `VLMMsgCatalog`.
-  [[nodiscard]] static const std::string* Find(std::string_view catalog, std::string_view key);
+  [[nodiscard]] static std::optional<std::string> Find(std::string_view catalog, std::string_view key);
 
   /// The languages that `folder` offers, sorted.
   [[nodiscard]] static std::vector<std::string> LanguagesOf(const std::filesystem::path& folder);

@@ -5,7 +5,7 @@
 namespace standalone {
 
 Session& Session::Current() {
-  static Session session;
+  static thread_local Session session;
   return session;
 }
 

@@ -6,10 +6,11 @@
 
 namespace standalone {
 
-/// What the host knows while documents are open: which one is worked on, and what the library handed back
-/// about it.
+/// What the host knows while a thread works on documents: which one, and what the library handed back about
+/// it.
 class Session {
  public:
+  /// The calling thread's.
   static Session& Current();
 
   /// The document being opened or edited; null when there is none.
@@ -35,7 +36,7 @@ class Session {
   std::vector<Feature*> forPropagation_;
 };
 
-/// A document as the current one for the life of this object.
+/// A document as the thread's current one for the life of this object.
 class CurrentDocumentScope {
  public:
   explicit CurrentDocumentScope(DocumentPtr document) {

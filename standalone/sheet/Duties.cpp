@@ -90,11 +90,10 @@ bool RequestNotPropagated(const Change& change) {
 }
 
 bool NoDefaultVariables(const Change& change) {
-  const std::string* const defaults = Messages::Find("HVXAnalysisStep", "PreSelDefault.Title");
+  const std::optional<std::string> defaults = Messages::Find("HVXAnalysisStep", "PreSelDefault.Title");
   const Fact* const selection = Is(change, "variable selection");
   const Fact* const variables = Is(change, "variables");
-  if (!IsReplaced(change) || defaults == nullptr || selection == nullptr || variables == nullptr)
-    return false;
+  if (!IsReplaced(change) || !defaults || selection == nullptr || variables == nullptr) return false;
   return !IsText(*selection, "preselected") || IsText(*variables, "");
 }
 

@@ -12,7 +12,7 @@ std::vector<Fact> AllOf(const Sheet& sheet, const Subject& subject, std::string_
 }
 
 const Value* Held(const Feature& feature, std::string_view key) {
-  const NameId name = NameTable::Find(key);
+  const NameId name = NameTable::Intern(key);
   const auto attributes = feature.Attributes();
   const auto found = std::ranges::find(attributes, name, &Attribute::key);
   return found == attributes.end() ? nullptr : &found->value;

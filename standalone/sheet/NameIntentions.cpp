@@ -48,9 +48,9 @@ constexpr Renaming kRenamings[] = {
 void Rename(std::string& name, const Renaming& renaming) {
   ReplaceAll(name, renaming.old, renaming.current);
   if (renaming.oldKey.empty()) return;
-  const std::string* const old = Messages::Find("HVXVersionManager", renaming.oldKey);
-  const std::string* const current = Messages::Find("HVXVersionManager", renaming.currentKey);
-  if (old != nullptr && current != nullptr) ReplaceAll(name, *old, *current);
+  const std::optional<std::string> old = Messages::Find("HVXVersionManager", renaming.oldKey);
+  const std::optional<std::string> current = Messages::Find("HVXVersionManager", renaming.currentKey);
+  if (old && current) ReplaceAll(name, *old, *current);
 }
 
 // Whether renamings of those identifiers, one after the other, give the new name.

@@ -144,7 +144,7 @@ void Reader::SetConnected(const Item& item, const Value& entry, std::uint32_t in
 NameId Reader::NumberOf(std::string_view key) const {
   const auto address = reinterpret_cast<std::uintptr_t>(key.data());
   KnownKey& known = known_[(address ^ (address >> 9U)) % known_.size()];
-  if (known.text != key.data()) known = {key.data(), NameTable::Find(key)};
+  if (known.text != key.data()) known = {key.data(), NameTable::Intern(key)};
   return known.number;
 }
 

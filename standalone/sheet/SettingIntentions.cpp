@@ -159,9 +159,9 @@ bool MayLackTemperature(const Change& change) {
 }
 
 bool DefaultVariables(Change& change) {
-  const std::string* const all = Messages::Find("HVXAnalysisStep", "PreSelDefault.Title");
+  const std::optional<std::string> all = Messages::Find("HVXAnalysisStep", "PreSelDefault.Title");
   const Fact* const gained = change.OnlyGained();
-  if (!IsReplacedRequest(change) || all == nullptr || gained == nullptr) return false;
+  if (!IsReplacedRequest(change) || !all || gained == nullptr) return false;
   return (IsText(*gained, *all) ||
           (MayLackTemperature(change) && IsText(*gained, WithoutTemperature(*all)))) &&
          change.All();

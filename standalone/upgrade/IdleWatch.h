@@ -14,7 +14,8 @@ class IdleRun : public std::runtime_error {
 };
 
 /// Ends a run that goes on for ever: one that makes host calls, more than any routine needs to look through
-/// the whole document, and changes nothing meanwhile. At work for its life; one at a time.
+/// the whole document, and changes nothing meanwhile. At work for its life; one at a time in a
+/// thread.
 class IdleWatch {
  public:
   /// The document must outlive it.

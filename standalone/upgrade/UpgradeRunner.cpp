@@ -87,14 +87,14 @@ void RegisterOnce(Document& document) {
 
 }  // namespace
 
-UpgradeRunner::UpgradeRunner(Document& document, const std::vector<HVXUpgradeObserver**>& observers,
+UpgradeRunner::UpgradeRunner(Document& document, const std::vector<UpgradeObserverPlace>& observers,
                              const std::vector<const KnownUpgrade*>& upgrades, const UpgradeWatch& watch)
     : document_(document),
       observers_(observers),
       watch_(watch),
       lists_(document, TypesOf(upgrades)),
       idle_(document) {
-  for (HVXUpgradeObserver** const place : observers_) *place = this;
+  for (const UpgradeObserverPlace place : observers_) *place() = this;
   for (const KnownUpgrade* const upgrade : upgrades) {
     for (const NameId type : TypesOf(*upgrade)) {
       const auto [known, isNew] = concerned_.try_emplace(NameTable::Text(type), 0);
@@ -106,7 +106,7 @@ UpgradeRunner::UpgradeRunner(Document& document, const std::vector<HVXUpgradeObs
 }
 
 UpgradeRunner::~UpgradeRunner() {
-  for (HVXUpgradeObserver** const place : observers_) *place = nullptr;
+  for (const UpgradeObserverPlace place : observers_) *place() = nullptr;
 }
 
 void UpgradeRunner::Run(const KnownUpgrade& upgrade) {
@@ -148,7 +148,7 @@ void UpgradeRunner::RunOn(const KnownUpgrade& upgrade, const std::vector<Feature
 UpgradeRun UpgradeRunner::Finish() {
   for (const auto& [type, features] : runAgain_) concerned_.emplace(type, features.size());
   for (const auto& [type, count] : concerned_) {
-    if (count != 0) run_.concerned.emplace_back(&LateType::Of(type), count);
+    if (count != 0) run_.concerned.emplace_back(&document_.LateTypeFor(type), count);
   }
   run_.harmless.assign(harmless_.begin(), harmless_.end());
   expectedVisits_ = visits_;

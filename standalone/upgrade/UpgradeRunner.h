@@ -10,13 +10,16 @@
 
 namespace standalone {
 
+/// What tells where a library wants the observer of the calling thread.
+using UpgradeObserverPlace = HVXUpgradeObserver** (*)();
+
 /// Takes a document through upgrades, one after the other, and keeps the account of it. Watches the dispatch
 /// of the libraries for as long as it lives.
 class UpgradeRunner final : private HVXUpgradeObserver {
  public:
-  /// `observers`: where the libraries want their observer; `upgrades`: all that will be run for the first
-  /// time. All arguments must outlive the runner.
-  UpgradeRunner(Document& document, const std::vector<HVXUpgradeObserver**>& observers,
+  /// `observers`: which tell where the libraries want their observer; `upgrades`: all that will be run for
+  /// the first time. All arguments must outlive the runner, which belongs to the thread that made it.
+  UpgradeRunner(Document& document, const std::vector<UpgradeObserverPlace>& observers,
                 const std::vector<const KnownUpgrade*>& upgrades, const UpgradeWatch& watch);
   ~UpgradeRunner();
 
@@ -44,7 +47,7 @@ class UpgradeRunner final : private HVXUpgradeObserver {
   void TellProgress();
 
   Document& document_;
-  const std::vector<HVXUpgradeObserver**>& observers_;
+  const std::vector<UpgradeObserverPlace>& observers_;
   const UpgradeWatch& watch_;
   VisitLists lists_;
   IdleWatch idle_;

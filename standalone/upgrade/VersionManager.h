@@ -10,7 +10,8 @@
 
 namespace standalone {
 
-/// Decides which upgrades a document still needs, and runs them.
+/// Decides which upgrades a document still needs, and runs them. Several threads may ask one manager at a
+/// time, each about another document.
 class VersionManager {
  public:
   /// Knows what the libraries know, which must outlive it. The first library's identifiers stand in its
@@ -88,7 +89,7 @@ class VersionManager {
   std::vector<KnownUpgrade> known_;
   std::vector<Order> orders_;
   std::vector<const HVXUpgradeClass*> hostUpgrades_;
-  std::vector<HVXUpgradeObserver**> observers_;
+  std::vector<HVXUpgradeObserver** (*)()> observers_;
   std::unordered_map<std::string, std::size_t> index_;
 };
 

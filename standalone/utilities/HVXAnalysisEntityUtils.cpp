@@ -52,9 +52,9 @@ HRESULT HVXAnalysisEntityUtils::CreateElementAssignment(const VLMBaseUnknown_var
   static_cast<void>(FeatureCatalogs::Load("HVXElementPropertiesCatalog.VLMfct", *own->document));
   Feature* const made = FeatureCatalogs::Create("HVXElementAssignmentLT", "", *own);
   if (made == nullptr) return E_FAIL;
-  const std::string* const name = Messages::Find("HVXHacCatalogNLS", "HVXSectionControls");
+  const std::optional<std::string> name = Messages::Find("HVXHacCatalogNLS", "HVXSectionControls");
   WriteLink(*made, kSectionControls,
-            FeatureCatalogs::Create("HVXSectionControlsLT", name != nullptr ? *name : "", *made));
+            FeatureCatalogs::Create("HVXSectionControlsLT", name.value_or(""), *made));
   assignment = HandleOn<VLMISpecObject>(made);
   return S_OK;
 }

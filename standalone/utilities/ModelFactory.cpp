@@ -63,7 +63,7 @@ class ModelFactory final : public VLMISamAnalysisModelFactory {
     if (Failed(failure_)) return nullptr;
     failure_ = E_FAIL;
     if (above == nullptr || above->removed || above->document != document_.Get()) return nullptr;
-    if (LateType::Of(lateType.View()).MetaClass().IsAKindOf(kind::kAnalysisSet) != asSet) return nullptr;
+    if (document_->LateTypeFor(lateType.View()).IsAnalysisSet() != asSet) return nullptr;
     return FeatureCatalogs::Create(lateType.View(), name.View(), *above);
   }
 

@@ -66,8 +66,8 @@ std::string NameOf(HRESULT result) {
 // Keeps what the last routine gave.
 class RoutineResult final : public HVXUpgradeObserver {
  public:
-  RoutineResult() { *Library().observer = this; }
-  ~RoutineResult() { *Library().observer = nullptr; }
+  RoutineResult() { *Library().observer() = this; }
+  ~RoutineResult() { *Library().observer() = nullptr; }
 
   void BeforeRoutine(const VLMBaseUnknown_var& /*feature*/, const HVXUpgradeBinding& /*row*/) override {}
   void AfterRoutine(const VLMBaseUnknown_var& /*feature*/, const HVXUpgradeBinding& /*row*/,

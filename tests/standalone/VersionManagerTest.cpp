@@ -120,7 +120,7 @@ TEST_F(VersionManagerTest, EveryRoutinesResultIsKnownAlsoWhereItsClassIgnoresIt)
   EXPECT_EQ(told, "ProbeA>1 1=0 ProbeA>2 2=0 ProbeA>2 2=-77 ProbeA>3 3=0 ProbeB>1 1=-77 ProbeB>3 3=-77 ");
   EXPECT_EQ(Failures(run), "2:-77 ignored 1:-77 ignored 3:-77");
   EXPECT_THAT(run.harmless, IsEmpty());
-  EXPECT_EQ(*plugIn_.Description().observer, nullptr);  // nobody watches afterwards
+  EXPECT_EQ(*plugIn_.Description().observer(), nullptr);  // nobody watches afterwards
 }
 
 TEST_F(VersionManagerTest, AFailureThatMeansNothingToDoIsCounted) {

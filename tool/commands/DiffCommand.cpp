@@ -66,9 +66,9 @@ void PrintText(const DiffArguments& arguments, const DocumentDifference& differe
 }
 
 // As a document holds it.
-void AppendWhole(JsonList& list, const Feature& feature) {
+void AppendWhole(JsonList& list, standalone::FeatureTexts& texts, const Feature& feature) {
   fmt::memory_buffer line;
-  standalone::AppendFeature(line, feature);
+  texts.Append(line, feature);
   list.Value({line.data(), line.size()});
 }
 
@@ -102,9 +102,10 @@ void AppendJson(fmt::memory_buffer& out, const DiffArguments& arguments, const D
   moved.Close();
   const auto appendWhole = [&](std::string_view key, const std::vector<const Feature*>& features) {
     JsonList list(top.Key(key));
+    standalone::FeatureTexts texts;
     for (const Feature* const feature : features) {
       mentioned.Tell(*feature);
-      AppendWhole(list, *feature);
+      AppendWhole(list, texts, *feature);
       flush();
     }
     list.Close();

@@ -142,10 +142,11 @@ std::size_t PrintJson(const ShowArguments& arguments, const standalone::Document
   object.Texts("upgrades", document.Upgrades());
   JsonList features(object.Key("features"));
   fmt::memory_buffer line;
+  standalone::FeatureTexts texts;
   const std::size_t count =
       ForEachAsked(arguments, document, top, [&](const Feature& feature, std::size_t /*level*/) {
         line.clear();
-        standalone::AppendFeature(line, feature);
+        texts.Append(line, feature);
         features.Value({line.data(), line.size()});
         output.FlushIfLarge();
       });

@@ -26,8 +26,8 @@ using standalone::FeatureState;
 constexpr std::size_t kFlushBytes = std::size_t{1} << 20;
 
 // The feature as in a document, and what made or removed it.
-void AppendFeatureWith(fmt::memory_buffer& out, const FeatureState& feature, std::string_view cause,
-                       ReportDetail detail) {
+void AppendFeatureWith(fmt::memory_buffer& out, standalone::FeatureTexts& texts, const FeatureState& feature,
+                       std::string_view cause, ReportDetail detail) {
   if (detail != ReportDetail::kFull) {
     JsonObject object(out);
     AppendIdentity(object, feature);
@@ -37,7 +37,7 @@ void AppendFeatureWith(fmt::memory_buffer& out, const FeatureState& feature, std
     return;
   }
   fmt::memory_buffer line;
-  standalone::AppendFeature(line, feature);
+  texts.Append(line, feature);
   AppendVisibleJson(out, {line.data(), line.size() - 1});  // the object goes on
   AppendRaw(out, ",\"by\":");
   AppendRaw(out, cause);
@@ -193,17 +193,18 @@ void RecordFile::AppendChanges(JsonObject& entry, fmt::memory_buffer& text, cons
     FlushIfLarge(text);
   }
   changed.Close();
+  standalone::FeatureTexts texts;
   JsonList created(entry.Key("created"));
   for (const standalone::Feature* const feature : reported.comparison.created) {
     mentioned.Tell(*feature);
-    AppendFeatureWith(created.Entry(), *feature, causes.OfCreation(*feature), detail_);
+    AppendFeatureWith(created.Entry(), texts, *feature, causes.OfCreation(*feature), detail_);
     FlushIfLarge(text);
   }
   created.Close();
   JsonList removed(entry.Key("removed"));
   for (const standalone::Feature* const feature : reported.comparison.removed) {
     mentioned.Tell(*reported.document.Before(*feature));
-    AppendFeatureWith(removed.Entry(), *reported.document.Before(*feature), causes.OfRemoval(*feature),
+    AppendFeatureWith(removed.Entry(), texts, *reported.document.Before(*feature), causes.OfRemoval(*feature),
                       detail_);
     FlushIfLarge(text);
   }
