@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <filesystem>
+#include <future>
 #include <random>
 #include <string>
 #include <string_view>
@@ -92,24 +93,28 @@ class ThreadsTest : public testing_support::UpgradeTest {
     check();
     account.faults = FindFaults(*document.Get());
     account.changed = Compare(*before.Get(), *document.Get()).changed.size();
-    WriteDocument(*document.Get(), result);
+    WriteOptions options;
+    options.overwrite = true;
+    WriteDocument(*document.Get(), result, options);
     account.result = BytesOf(result);
     return account;
   }
 
   // Each worker goes through all documents, beginning with another one.
   std::vector<std::vector<Account>> AccountsOfWorkers() const {
-    std::vector<std::vector<Account>> accounts(kWorkers, std::vector<Account>(files_.size()));
-    std::vector<std::thread> workers;
+    std::vector<std::future<std::vector<Account>>> workers;
     for (std::size_t worker = 0; worker < kWorkers; ++worker) {
-      workers.emplace_back([&, worker] {
+      workers.push_back(std::async(std::launch::async, [this, worker] {
+        std::vector<Account> accounts(files_.size());
         for (std::size_t i = 0; i < files_.size(); ++i) {
           const std::size_t document = (i + worker * files_.size() / kWorkers) % files_.size();
-          accounts[worker][document] = AccountOf(files_[document], fmt::format("worker{}", worker));
+          accounts[document] = AccountOf(files_[document], fmt::format("worker{}", worker));
         }
-      });
+        return accounts;
+      }));
     }
-    for (std::thread& worker : workers) worker.join();
+    std::vector<std::vector<Account>> accounts;
+    for (std::future<std::vector<Account>>& worker : workers) accounts.push_back(worker.get());
     return accounts;
   }
 
@@ -123,19 +128,19 @@ class Meanwhile {
  public:
   template <class Action>
   explicit Meanwhile(Action action)
-      : thread_([this, action] {
+      : work_(std::async(std::launch::async, [this, action] {
           for (int round = 0; !isOver_; ++round) action(round);
-        }) {}
+        })) {}
   ~Meanwhile() {
     isOver_ = true;
-    thread_.join();
+    EXPECT_NO_THROW(work_.get());
   }
   Meanwhile(const Meanwhile&) = delete;
   Meanwhile& operator=(const Meanwhile&) = delete;
 
  private:
   std::atomic<bool> isOver_ = false;
-  std::thread thread_;
+  std::future<void> work_;
 };
 
 // A document full of names that nobody ever heard of.
