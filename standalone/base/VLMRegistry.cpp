@@ -1,6 +1,7 @@
 #include "base/VLMRegistry.h"
 
 #include <algorithm>
+#include <iterator>
 
 VLMRegistry& VLMRegistry::Instance() {
   // Never destroyed: a library that is still loaded when the process ends withdraws after all statics are
@@ -40,12 +41,24 @@ VLMMetaClass& VLMRegistry::Class(const VLMLibrary& owner, std::string_view name,
 
 HRESULT VLMRegistry::DeclareTie(const VLMLibrary& owner, VLMMetaClass& lateType, const VLMInterfaceId& id,
                                 VLMCreateTIE create) {
-  const bool taken = std::any_of(lateType.ties_.begin(), lateType.ties_.end(),
-                                 [&](const auto& tie) { return tie.interfaceValue == id.Value(); });
-  if (taken) return E_FAIL;
+  const auto isSame = [&id](const auto& tie) { return tie.interfaceValue == id.Value(); };
+  const auto first = std::ranges::find_if(lateType.ties_, isSame);
+  const bool taken = first != lateType.ties_.end();
+  // Another library's is kept behind the first, which is found: it counts once that one is withdrawn.
+  if (taken && first->owner == &owner) return E_FAIL;
   lateType.ties_.push_back({id.Value(), create, &owner});
   ++stateOfTies_;
-  return S_OK;
+  return taken ? E_FAIL : S_OK;
+}
+
+void VLMRegistry::Prefer(VLMMetaClass& lateType, const VLMInterfaceId& id, VLMCreateTIE create) {
+  const auto isMeant = [&](const auto& tie) {
+    return tie.interfaceValue == id.Value() && tie.create == create;
+  };
+  const auto found = std::ranges::find_if(lateType.ties_, isMeant);
+  if (found == lateType.ties_.end()) return;
+  std::rotate(lateType.ties_.begin(), found, std::next(found));
+  ++stateOfTies_;
 }
 
 HRESULT VLMRegistry::DeclareComponent(const VLMLibrary& owner, std::string_view name,

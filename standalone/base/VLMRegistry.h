@@ -30,6 +30,8 @@ class VLMRegistry {
 
   static HRESULT DeclareTie(const VLMLibrary& owner, VLMMetaClass& lateType, const VLMInterfaceId& id,
                             VLMCreateTIE create);
+  /// Of what several libraries declared for the late type and interface, `create` is the one that counts.
+  static void Prefer(VLMMetaClass& lateType, const VLMInterfaceId& id, VLMCreateTIE create);
   /// Whether the late type has ties of its own, besides those that come from its base.
   [[nodiscard]] static bool HasTies(const VLMMetaClass& lateType) { return !lateType.ties_.empty(); }
   HRESULT DeclareComponent(const VLMLibrary& owner, std::string_view name, VLMCreateComponent create);

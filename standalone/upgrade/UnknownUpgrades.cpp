@@ -1,0 +1,63 @@
+#include "upgrade/UnknownUpgrades.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+
+#include "upgrade/BuiltInLibrary.h"
+
+namespace standalone {
+
+std::string MissingLibrary::Words() const {
+  if (IsBuiltIn(name) && isLoaded) return "a newer release of this program";
+  const std::string what = version.empty() ? name : fmt::format("{} {}", name, version);
+  if (!isLoaded) return what + ", which is not loaded";
+  if (version.empty() || version == loaded)
+    return fmt::format("another {} than the one that is loaded{}", what,
+                       loaded.empty() || version == loaded ? "" : fmt::format(" ({})", loaded));
+  return fmt::format("a newer {} ({}; {} is loaded)", name, version, loaded);
+}
+
+std::vector<std::string> UnknownUpgrades::Newer() const {
+  std::vector<std::string> all;
+  for (const MissingLibrary& each : libraries_) {
+    if (each.isLoaded) all.insert(all.end(), each.upgrades.begin(), each.upgrades.end());
+  }
+  return all;
+}
+
+bool UnknownUpgrades::AreOnlyNotLoaded() const {
+  return !IsEmpty() && std::ranges::none_of(libraries_, &MissingLibrary::isLoaded);
+}
+
+std::string UnknownUpgrades::Words() const {
+  constexpr std::size_t kMost = 3;
+  std::vector<std::string> words;
+  for (const MissingLibrary& each : libraries_) {
+    if (words.size() == kMost) {
+      words.push_back(fmt::format("{} more", libraries_.size() - kMost));
+      break;
+    }
+    words.push_back(each.Words());
+  }
+  return fmt::format("{}", fmt::join(words, "; by "));
+}
+
+// For the first library that is in the way: the others show when that one is there.
+std::string UnknownUpgrades::NextStep() const {
+  const auto newer = std::ranges::find_if(libraries_, &MissingLibrary::isLoaded);
+  const MissingLibrary& first = newer == libraries_.end() ? libraries_.front() : *newer;
+  if (IsBuiltIn(first.name))
+    return first.isLoaded ? "Use a newer release of this program" : "Leave out --no-default-library";
+  if (first.isLoaded) return fmt::format("Use the newer {}", first.name);
+  return fmt::format("Load {} with --library FILE or --plugins FOLDER", first.name);
+}
+
+void UnknownUpgrades::Add(const MissingLibrary& library, const std::string& upgrade) {
+  const auto [place, isNew] = places_.try_emplace({library.name, library.version}, libraries_.size());
+  if (isNew) libraries_.push_back(library);
+  libraries_[place->second].upgrades.push_back(upgrade);
+}
+
+}  // namespace standalone
