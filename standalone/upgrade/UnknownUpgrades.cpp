@@ -9,8 +9,12 @@
 
 namespace standalone {
 
+bool MissingLibrary::IsNewerProgram() const {
+  return isLoaded && IsBuiltIn(name);
+}
+
 std::string MissingLibrary::Words() const {
-  if (IsBuiltIn(name) && isLoaded) return "a newer release of this program";
+  if (IsNewerProgram()) return "a newer release of this program";
   const std::string what = version.empty() ? name : fmt::format("{} {}", name, version);
   if (!isLoaded) return what + ", which is not loaded";
   if (version.empty() || version == loaded)
@@ -48,8 +52,8 @@ std::string UnknownUpgrades::Words() const {
 std::string UnknownUpgrades::NextStep() const {
   const auto newer = std::ranges::find_if(libraries_, &MissingLibrary::isLoaded);
   const MissingLibrary& first = newer == libraries_.end() ? libraries_.front() : *newer;
-  if (IsBuiltIn(first.name))
-    return first.isLoaded ? "Use a newer release of this program" : "Leave out --no-default-library";
+  if (first.IsNewerProgram()) return "Use a newer release of this program";
+  if (IsBuiltIn(first.name)) return "Leave out --no-default-library";
   if (first.isLoaded) return fmt::format("Use the newer {}", first.name);
   return fmt::format("Load {} with --library FILE or --plugins FOLDER", first.name);
 }

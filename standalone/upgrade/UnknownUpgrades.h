@@ -16,6 +16,8 @@ struct MissingLibrary {
   bool isLoaded = false;              ///< Then it is another version that knows them: a newer one.
   std::vector<std::string> upgrades;  ///< In the order in which they were recorded.
 
+  /// Whether it is a later release of this program that knows them.
+  [[nodiscard]] bool IsNewerProgram() const;
   /// Such as "AcmeUpgrades 3.1, which is not loaded".
   [[nodiscard]] std::string Words() const;
 };

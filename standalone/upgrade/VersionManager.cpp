@@ -119,6 +119,12 @@ UnknownUpgrades VersionManager::Unknown(const Document& document) const {
   return unknown;
 }
 
+bool VersionManager::Refuses(const Document& document) const {
+  const UnknownUpgrades unknown = Unknown(document);
+  if (unknown.IsEmpty()) return false;
+  return !unknown.AreOnlyNotLoaded() || !Pending(document).empty();
+}
+
 std::size_t VersionManager::PositionOf(std::string_view identifier) const {
   return index_.at(std::string(identifier));
 }
@@ -202,7 +208,7 @@ UpgradeRun VersionManager::RunAgain(const DocumentPtr& document, const NextRound
     run.identifiers.push_back(known_[position].identifier);
     document->RecordUpgrade(known_[position].identifier);
   }
-  TellSources(*document, identifiers);
+  TellSources(*document.Get(), identifiers);
   return run;
 }
 

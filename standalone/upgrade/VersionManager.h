@@ -29,6 +29,10 @@ class VersionManager {
   [[nodiscard]] std::vector<std::string> Pending(const Document& document) const;
   /// What the document has been through and nobody here knows.
   [[nodiscard]] UnknownUpgrades Unknown(const Document& document) const;
+  /// Whether nobody here can tell what the document still needs: a later release changed it, or a library
+  /// that is not loaded while something is pending here. What is pending must not run behind the back of that
+  /// library; with nothing pending there is nothing to do.
+  [[nodiscard]] bool Refuses(const Document& document) const;
 
   /// Why another upgrade must come along with a chosen one.
   struct Needed {
