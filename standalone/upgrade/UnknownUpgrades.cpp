@@ -4,10 +4,18 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <iterator>
+#include <set>
+#include <string_view>
 
 #include "upgrade/BuiltInLibrary.h"
 
 namespace standalone {
+namespace {
+
+constexpr std::size_t kMost = 3;  // libraries that a message names
+
+}  // namespace
 
 bool MissingLibrary::IsNewerProgram() const {
   return isLoaded && IsBuiltIn(name);
@@ -36,7 +44,6 @@ bool UnknownUpgrades::AreOnlyNotLoaded() const {
 }
 
 std::string UnknownUpgrades::Words() const {
-  constexpr std::size_t kMost = 3;
   std::vector<std::string> words;
   for (const MissingLibrary& each : libraries_) {
     if (words.size() == kMost) {
@@ -45,17 +52,23 @@ std::string UnknownUpgrades::Words() const {
     }
     words.push_back(each.Words());
   }
-  return fmt::format("{}", fmt::join(words, "; by "));
+  return fmt::format("{}", fmt::join(words, ", by "));
 }
 
-// For the first library that is in the way: the others show when that one is there.
+// What is newer stands in the way whatever else is loaded.
 std::string UnknownUpgrades::NextStep() const {
   const auto newer = std::ranges::find_if(libraries_, &MissingLibrary::isLoaded);
-  const MissingLibrary& first = newer == libraries_.end() ? libraries_.front() : *newer;
-  if (first.IsNewerProgram()) return "Use a newer release of this program";
-  if (IsBuiltIn(first.name)) return "Leave out --no-default-library";
-  if (first.isLoaded) return fmt::format("Use the newer {}", first.name);
-  return fmt::format("Load {} with --library FILE or --plugins FOLDER", first.name);
+  if (newer != libraries_.end() && newer->IsNewerProgram()) return "Use a newer release of this program";
+  if (newer != libraries_.end()) return fmt::format("Use the newer {}", newer->name);
+  std::set<std::string_view> names;
+  for (const MissingLibrary& each : libraries_) {
+    if (IsBuiltIn(each.name)) return "Leave out --no-default-library";
+    names.insert(each.name);
+  }
+  const std::string_view more = names.size() > kMost ? " and the others" : "";
+  while (names.size() > kMost) names.erase(std::prev(names.end()));
+  return fmt::format("Load {}{} with --library FILE or --plugins FOLDER",
+                     fmt::join(names, more.empty() ? " and " : ", "), more);
 }
 
 void UnknownUpgrades::Add(const MissingLibrary& library, const std::string& upgrade) {

@@ -58,10 +58,10 @@ void RequireContinued(const Loaded& libraries) {
       const bool isThere = std::ranges::any_of(
           libraries, [name](const auto& each) { return each->Description().name == name; });
       if (!isThere)
-        throw std::runtime_error(
-            fmt::format("{} continues the upgrade library {}, which is not loaded. {}", NameOf(*library), name,
-                        IsBuiltIn(name) ? "Leave out --no-default-library"
-                                        : "Give that one, too, with --library or --plugins"));
+        throw std::runtime_error(fmt::format(
+            "{} continues the upgrade library {}, which is not loaded. {}", NameOf(*library), name,
+            IsBuiltIn(name) ? "Leave out --no-default-library"
+                            : "Give that one, too, with --library or --plugins"));
     }
   }
 }
@@ -95,10 +95,11 @@ Loaded InOrder(Loaded libraries) {
       });
     });
     if (next == libraries.end())
-      throw std::runtime_error(fmt::format(
-          "the upgrade libraries are written after each other in a circle: {}. Leave one of them out, or correct "
-          "what its description continues",
-          CircleIn(libraries)));
+      throw std::runtime_error(
+          fmt::format("the upgrade libraries are written after each other in a circle: {}. Leave one of them "
+                      "out, or correct "
+                      "what its description continues",
+                      CircleIn(libraries)));
     ordered.push_back(std::move(*next));
     libraries.erase(next);
   }
@@ -164,8 +165,9 @@ class Pair {
     for (const HVXDocumentUpgrade& one : first_.Description().documentUpgrades) {
       for (const HVXDocumentUpgrade& other : second_.Description().documentUpgrades) {
         if (one.identifier.View() == other.identifier.View())
-          Refuse(fmt::format("convert whole documents for the upgrade {}. Only one of the conversions would run",
-                             one.identifier.View()));
+          Refuse(
+              fmt::format("convert whole documents for the upgrade {}. Only one of the conversions would run",
+                          one.identifier.View()));
       }
     }
   }
@@ -182,14 +184,14 @@ class Pair {
   }
 
   [[noreturn]] void RefuseUncontinued(const std::string& what) const {
-    Refuse(what, fmt::format(", or, if {} was written to be used with {}, have its description say that it "
-                             "continues that",
+    Refuse(what, fmt::format("; or, if {} was written to be used with {}, name that in the .continues of its "
+                             "description",
                              second_.Description().name, first_.Description().name));
   }
 
   [[noreturn]] void Refuse(const std::string& what, const std::string& otherwise = "") const {
-    throw std::runtime_error(fmt::format("{} and {} both {}. Leave one of the libraries out{}", NameOf(first_),
-                                         NameOf(second_), what, otherwise));
+    throw std::runtime_error(fmt::format("{} and {} both {}. Leave one of the libraries out{}",
+                                         NameOf(first_), NameOf(second_), what, otherwise));
   }
 
   const UpgradeLibrary& first_;
@@ -227,9 +229,9 @@ std::vector<fs::path> PluginsIn(const fs::path& folder) {
     if (!isHidden && file.extension() == ".so" && !fs::is_directory(file, unknown)) files.push_back(file);
   }
   if (error)
-    throw std::runtime_error(fmt::format(
-        "{}: the folder of plug-ins cannot be read ({}). Check the path and the permissions", folder.string(),
-        error.message()));
+    throw std::runtime_error(
+        fmt::format("{}: the folder of plug-ins cannot be read ({}). Check the path and the permissions",
+                    folder.string(), error.message()));
   std::ranges::sort(files, {}, [](const fs::path& file) { return file.filename().native(); });
   return files;
 }

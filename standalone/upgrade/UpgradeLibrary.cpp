@@ -83,7 +83,8 @@ std::string Mismatch(const void* description) {
   std::memcpy(&there, description, sizeof there);
   if (there == kHere) return {};
   return fmt::format(
-      "the upgrade library and this program have interface {}, but structures of other sizes. Rebuild it with "
+      "the upgrade library and this program have interface {}, but structures of other sizes. Rebuild it "
+      "with "
       "the headers of this program, and for the same processor",
       number);
 }

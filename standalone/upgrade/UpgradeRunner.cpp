@@ -177,13 +177,15 @@ void UpgradeRunner::Visit(const KnownUpgrade& upgrade, const VLMListValVLMUnicod
   const UpgradeWork work{UpgradeWork::Kind::kVisit, &upgrade, &feature, feature.type};
   const auto shared = upgrade.shared.find(feature.type->Name());
   if (shared == upgrade.shared.end()) {
-    HandOver(work, [&] { return HandleOn<HVXIUpgrade>(&feature); }, identifiers);
+    HandOver(
+        work, [&] { return HandleOn<HVXIUpgrade>(&feature); }, identifiers);
     return;
   }
   for (const HVXUpgradeClass* const upgradeClass : shared->second) {
     // What an extension removes, or makes something else of, is current for those after it.
     if (feature.removed || feature.type != work.type) return;
-    HandOver(work, [&] { return ExtensionOf(*upgradeClass, feature); }, identifiers);
+    HandOver(
+        work, [&] { return ExtensionOf(*upgradeClass, feature); }, identifiers);
   }
 }
 

@@ -9,6 +9,7 @@
 
 #include <deque>
 #include <fstream>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -59,7 +60,7 @@ struct Script {
   std::vector<HVXUpgradeBinding> bindings;
   std::vector<HVXDocumentUpgrade> conversions;
   std::vector<HVXUpgradeOrder> orders;
-  HVXUpgradeClass upgradeClass{};
+  std::optional<HVXUpgradeClass> upgradeClass;
   std::vector<const HVXUpgradeClass*> classes;
 };
 
@@ -104,12 +105,13 @@ Script::Script() {
       orders.push_back({first, next(), "The test says so."});
     }
   }
-  upgradeClass = {.name = texts.emplace_back(std::string(name) + "Class").c_str(),
-                  .interface = InterfaceOf(interface),
-                  .lateTypes = lateTypes,
-                  .bindings = bindings,
-                  .createTIE = &ScriptedUpgrade::CreateTIE};
-  if (!lateTypes.empty()) classes.push_back(&upgradeClass);
+  if (lateTypes.empty()) return;
+  upgradeClass = HVXUpgradeClass{.name = texts.emplace_back(std::string(name) + "Class").c_str(),
+                                 .interface = InterfaceOf(interface),
+                                 .lateTypes = lateTypes,
+                                 .bindings = bindings,
+                                 .createTIE = &ScriptedUpgrade::CreateTIE};
+  classes.push_back(&*upgradeClass);
 }
 
 const Script& TheScript() {
@@ -120,7 +122,7 @@ const Script& TheScript() {
 const HVXUpgradeDeclarations declarations(TheScript().name, TheScript().classes);
 
 HRESULT ScriptedUpgrade::Upgrade(const VLMListValVLMUnicodeString& identifiers) {
-  return Dispatch(TheScript().upgradeClass, identifiers);
+  return Dispatch(*TheScript().upgradeClass, identifiers);
 }
 
 HRESULT ScriptedUpgrade::Run() {

@@ -167,10 +167,11 @@ TEST_F(DocumentFileTest, EveryVersionOfTheFormatIsReadForEver) {
 
 TEST_F(DocumentFileTest, LibrariesThatTheHeaderTellsMustFitItsUpgrades) {
   const auto expect = [this](std::string_view libraries, const char* message, int version = 2) {
-    ExpectRefused(fmt::format(R"({{"format":"hvxdoc","version":{},"libraries":{},"upgrades":["A","B"],"features":0}})"
-                              "\n",
-                              version, libraries),
-                  1, message);
+    ExpectRefused(
+        fmt::format(R"({{"format":"hvxdoc","version":{},"libraries":{},"upgrades":["A","B"],"features":0}})"
+                    "\n",
+                    version, libraries),
+        1, message);
   };
   expect("[]", "\"libraries\" does not belong into format version 1", 1);
   expect(R"({"name":"L"})", "\"libraries\" must be a list but is an object");
@@ -180,14 +181,17 @@ TEST_F(DocumentFileTest, LibrariesThatTheHeaderTellsMustFitItsUpgrades) {
   expect(R"([{"name":"","upgrades":["A"]}])", "has no \"name\"");
   expect(R"([{"name":"L","version":1,"upgrades":["A"]}])", "\"version\" must be a text but is a number");
   expect(R"([{"name":"L","upgrades":[7]}])", "\"upgrades\" must be a list of texts");
-  expect(R"([{"name":"L","version":"2","upgrades":["C"]}])", "L 2 of \"libraries\" names \"C\", which is not in");
-  expect(R"([{"name":"L","upgrades":["A"]},{"name":"M","upgrades":["A"]}])", "\"libraries\" names \"A\" twice");
+  expect(R"([{"name":"L","version":"2","upgrades":["C"]}])",
+         "L 2 of \"libraries\" names \"C\", which is not in");
+  expect(R"([{"name":"L","upgrades":["A"]},{"name":"M","upgrades":["A"]}])",
+         "\"libraries\" names \"A\" twice");
   expect(R"([{"name":"L","upgrades":["A"]},{"name":"L","upgrades":["B"]}])", "\"libraries\" has L twice");
   ExpectRefused("{\"format\":\"hvxdoc\",\"version\":2,\"upgrades\":[],\"features\":0}\n", 1,
                 "format version 2 must have \"libraries\"");
   // Where it tells nothing, the older version holds it all.
-  EXPECT_EQ(Read("{\"format\":\"hvxdoc\",\"version\":2,\"libraries\":[],\"upgrades\":[],\"features\":0}\n").text,
-            WithHeader(0, ""));
+  EXPECT_EQ(
+      Read("{\"format\":\"hvxdoc\",\"version\":2,\"libraries\":[],\"upgrades\":[],\"features\":0}\n").text,
+      WithHeader(0, ""));
 }
 
 TEST_F(DocumentFileTest, BrokenTextIsRefusedWithItsLine) {

@@ -164,12 +164,15 @@ TEST(LibraryTest, WhatIsNoUpgradeLibraryIsRefusedByName) {
   EXPECT_THAT(messageFor("/nowhere/lib.so"),
               testing::StartsWith("/nowhere/lib.so: the upgrade library cannot be"));
   EXPECT_THAT(messageFor(HVX_SOURCE_DIR "/CMakeLists.txt"), testing::HasSubstr("cannot be loaded"));
-  EXPECT_THAT(messageFor(HVX_OLDER_LAYOUT_LIBRARY),
-              testing::HasSubstr("was built for an older version of this program (interface 3; this program has "
-                                 "4). Rebuild it"));
-  EXPECT_THAT(messageFor(HVX_NEWER_LAYOUT_LIBRARY),
-              testing::HasSubstr("was built for a newer version of this program (interface 9; this program has 4"));
-  EXPECT_THAT(messageFor(HVX_OTHER_SIZES_LIBRARY), testing::HasSubstr("but structures of other sizes. Rebuild"));
+  EXPECT_THAT(
+      messageFor(HVX_OLDER_LAYOUT_LIBRARY),
+      testing::HasSubstr("was built for an older version of this program (interface 3; this program has "
+                         "4). Rebuild it"));
+  EXPECT_THAT(
+      messageFor(HVX_NEWER_LAYOUT_LIBRARY),
+      testing::HasSubstr("was built for a newer version of this program (interface 9; this program has 4"));
+  EXPECT_THAT(messageFor(HVX_OTHER_SIZES_LIBRARY),
+              testing::HasSubstr("but structures of other sizes. Rebuild"));
   EXPECT_THAT(messageFor("libm.so.6"),
               testing::HasSubstr("cannot be loaded"));  // a path, not a name to search
 

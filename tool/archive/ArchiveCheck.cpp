@@ -144,7 +144,8 @@ std::string ArchiveCheck::Verdict() const {
     const auto count = counts_.find(code);
     if (count != counts_.end()) parts.push_back(fmt::format("{} {}", count->second, words));
   }
-  if (notLoaded_ != 0) parts.push_back(fmt::format("{} upgraded by a library that is not loaded", notLoaded_));
+  if (notLoaded_ != 0)
+    parts.push_back(fmt::format("{} upgraded by a library that is not loaded", notLoaded_));
   if (unchecked_ != 0) parts.push_back(fmt::format("{} unreadable or broken", unchecked_));
   return fmt::format("{}: {}", Count(state_.done, "document"), fmt::join(parts, ", "));
 }

@@ -60,19 +60,26 @@ bool AreSeveral(const VersionManager& manager) {
 std::string TitleOf(const HVXUpgradeLibrary& library) {
   std::string title = library.name;
   if (library.version != nullptr) title += fmt::format(" {}", library.version);
-  if (!library.continues.empty()) title += fmt::format(", which continues {}", fmt::join(library.continues, ", "));
+  if (!library.continues.empty())
+    title += fmt::format(", which continues {}", fmt::join(library.continues, ", "));
   return Printable(title);
 }
 
-// Who is handed the identifier where several libraries extend a late type, in the order of the calls.
-std::string SharedText(const KnownUpgrade& known, const std::string& lateType) {
-  std::vector<std::string> classes;
-  for (const HVXUpgradeClass* const upgradeClass : known.shared.at(lateType)) {
-    const auto bound = std::ranges::find(known.bindings, upgradeClass, &Binding::upgradeClass);
-    classes.push_back(fmt::format("{} of {}", upgradeClass->name, bound->library->name));
+// Sentences on the late types for which the extensions of several libraries are handed the identifier, in the
+// order of the calls.
+std::vector<std::string> SharedTexts(const KnownUpgrade& known) {
+  std::vector<std::string> texts;
+  for (const auto& [lateType, handed] : known.shared) {
+    if (handed.size() == 1) continue;
+    std::vector<std::string> classes;
+    for (const HVXUpgradeClass* const upgradeClass : handed) {
+      const auto bound = std::ranges::find(known.bindings, upgradeClass, &Binding::upgradeClass);
+      classes.push_back(fmt::format("{} of {}", upgradeClass->name, bound->library->name));
+    }
+    texts.push_back(
+        fmt::format("Features of {} are handed to {}.", lateType, fmt::join(classes, ", then to ")));
   }
-  return fmt::format("Several libraries extend {}: this is handed to {}.", lateType,
-                     fmt::join(classes, ", then to "));
+  return texts;
 }
 
 void AppendList(fmt::memory_buffer& out, const VersionManager& manager,
@@ -89,9 +96,9 @@ void AppendList(fmt::memory_buffer& out, const VersionManager& manager,
       fmt::format_to(to, "       {}: {} [{}: {}{}]\n", LateTypes(*bound.upgradeClass), bound.binding->purpose,
                      bound.upgradeClass->name, PolicyOf(bound).word, TestsInTurn(bound) ? ", in turn" : "");
     }
-    for (const auto& [lateType, classes] : known->shared)
-      fmt::format_to(to, "       {}\n", SharedText(*known, lateType));
+    for (const std::string& shared : SharedTexts(*known)) fmt::format_to(to, "       {}\n", shared);
   }
+  if (AreSeveral(manager)) out.push_back('\n');
   for (const HVXUpgradeClass* const hostUpgrade : manager.HostUpgrades()) {
     fmt::format_to(
         to, "     The host's upgrade of basic components ({}), which conversions call\n       {} [{}]\n",
@@ -119,18 +126,16 @@ void AppendBindings(fmt::memory_buffer& out, const VersionManager& manager, cons
     AppendProse(out, bound.binding->purpose, 2 * kIndent, columns);
     const std::string rule =
         TestsInTurn(bound) ? "tests all its upgrades in turn" : "runs the first match only";
-    std::string by =
-        fmt::format("Class {}{}, which {}; {}.", bound.upgradeClass->name,
-                    AreSeveral(manager) ? fmt::format(" of {}", bound.library->name) : "", rule,
-                    PolicyOf(bound).meaning);
+    std::string by = fmt::format("Class {}{}, which {}; {}.", bound.upgradeClass->name,
+                                 AreSeveral(manager) ? fmt::format(" of {}", bound.library->name) : "", rule,
+                                 PolicyOf(bound).meaning);
     if (Failed(bound.upgradeClass->resultWithoutRun)) {
       by += fmt::format(" Without a match it answers 0x{:08X}.",
                         static_cast<std::uint32_t>(bound.upgradeClass->resultWithoutRun));
     }
     AppendProse(out, by, 2 * kIndent, columns);
   }
-  for (const auto& [lateType, classes] : known.shared)
-    AppendProse(out, SharedText(known, lateType), kIndent, columns);
+  for (const std::string& shared : SharedTexts(known)) AppendProse(out, shared, kIndent, columns);
 }
 
 void AppendUpgrade(fmt::memory_buffer& out, const VersionManager& manager, const KnownUpgrade& known,

@@ -30,12 +30,12 @@ struct StateWords {
   std::string_view words;  // for people
   Colour colour;
 };
-constexpr std::array<StateWords, kStates> kWords{{{"pending", "upgrade needed", Colour::kYellow},
-                                                  {"current", "current", Colour::kGreen},
-                                                  {"newer", "newer than this program", Colour::kRed},
-                                                  {"notLoaded", "upgraded by a library that is not loaded",
-                                                   Colour::kRed},
-                                                  {"broken", "broken", Colour::kRed}}};
+constexpr std::array<StateWords, kStates> kWords{
+    {{"pending", "upgrade needed", Colour::kYellow},
+     {"current", "current", Colour::kGreen},
+     {"newer", "newer than this program", Colour::kRed},
+     {"notLoaded", "upgraded by a library that is not loaded", Colour::kRed},
+     {"broken", "broken", Colour::kRed}}};
 
 const StateWords& WordsOf(State state) {
   return kWords[static_cast<std::size_t>(state)];

@@ -7,8 +7,8 @@ namespace tool {
 
 CheckedDocument CheckDocument(const std::string& file, const standalone::VersionManager& manager,
                               bool withProgress) {
-  CheckedDocument checked{
-      .file = file, .document = withProgress ? ReadWithProgress(file) : standalone::ReadDocument(file)};
+  CheckedDocument checked{.file = file,
+                          .document = withProgress ? ReadWithProgress(file) : standalone::ReadDocument(file)};
   const standalone::Document& document = *checked.document.Get();
   checked.unknown = manager.Unknown(document);
   checked.isRefused = manager.Refuses(document);

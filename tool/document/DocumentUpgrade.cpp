@@ -57,8 +57,9 @@ class DocumentUpgrade {
     if (task_.skipsCurrent && !task_.retry && NeedsNoReading()) {
       result_.verdict = Verdict::kNotLookedInto;
       result_.missing = JsonOf(unknown_);
-      result_.summary = fmt::format("{}: already current, by its header{}\n", Printable(task_.input),
-                                    unknown_.IsEmpty() ? "" : Printable(fmt::format(", upgraded by {}", unknown_.Words())));
+      result_.summary =
+          fmt::format("{}: already current, by its header{}\n", Printable(task_.input),
+                      unknown_.IsEmpty() ? "" : Printable(fmt::format(", upgraded by {}", unknown_.Words())));
       return std::move(result_);
     }
     const DocumentPtr document = Read();

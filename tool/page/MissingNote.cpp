@@ -26,7 +26,8 @@ std::string NoteOnMissing(simdjson::dom::element library) {
     others = fmt::format(" and {} more", missing.upgrades.size() - kMost);
     missing.upgrades.resize(kMost);
   }
-  return fmt::format("It was upgraded by {}: {}{}", missing.Words(), fmt::join(missing.upgrades, ", "), others);
+  return fmt::format("It was upgraded by {}: {}{}", missing.Words(), fmt::join(missing.upgrades, ", "),
+                     others);
 }
 
 }  // namespace tool::page

@@ -98,7 +98,7 @@ std::string JsonOf(const standalone::UnknownUpgrades& unknown) {
 
 void AppendUnknown(JsonObject& object, const standalone::UnknownUpgrades& unknown) {
   object.Texts("newerUpgrades", unknown.Newer());
-  standalone::AppendRaw(object.Key("missingLibraries"), "[" + JsonOf(unknown) + "]");
+  standalone::AppendRaw(object.Key("missingLibraries"), fmt::format("[{}]", JsonOf(unknown)));
 }
 
 void AppendTotals(JsonObject& object, const Totals& totals) {

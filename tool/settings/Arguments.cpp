@@ -229,10 +229,11 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
       ->type_name("FILE")
       ->allow_extra_args(false)
       ->check(NotEmpty);
-  app.add_option("--plugins", arguments.places.plugins,
-                 fmt::format("Use all upgrade libraries (*.so) in this folder, too (may be given several times; "
-                             "{} names such folders, separated by ':')",
-                             kPluginsVariable))
+  app.add_option(
+         "--plugins", arguments.places.plugins,
+         fmt::format("Use all upgrade libraries (*.so) in this folder, too (may be given several times; "
+                     "{} names such folders, separated by ':')",
+                     kPluginsVariable))
       ->type_name("DIR")
       ->allow_extra_args(false)
       ->check(NotEmpty);
