@@ -41,7 +41,12 @@ bool IsCutOff(const std::filesystem::path& file) {
 
 void* Load(const std::filesystem::path& file) {
   std::error_code error;
-  if (std::filesystem::is_directory(file, error))
+  const std::filesystem::file_status status = std::filesystem::status(file, error);
+  // Looking into a pipe would wait for ever.
+  if (std::filesystem::exists(status) && std::filesystem::is_other(status))
+    throw std::runtime_error(fmt::format(
+        "{}: this is not a regular file, and so no upgrade library. Give another file", file.string()));
+  if (std::filesystem::is_directory(status))
     throw std::runtime_error(
         fmt::format("{}: this is a folder, not an upgrade library. --plugins takes folders", file.string()));
   if (IsCutOff(file))

@@ -8,6 +8,7 @@
 #include <dlfcn.h>
 
 #include <deque>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <sstream>
@@ -76,7 +77,7 @@ VLMInterfaceId InterfaceOf(const std::string& name) {
 Script::Script() {
   Dl_info own{};
   dladdr(reinterpret_cast<const void*>(&HVXGetUpgradeLibrary), &own);
-  std::ifstream file(std::string(own.dli_fname) + ".txt");
+  std::ifstream file(std::filesystem::canonical(own.dli_fname).string() + ".txt");
   std::string interface;
   for (std::string line; std::getline(file, line);) {
     std::istringstream words(line);

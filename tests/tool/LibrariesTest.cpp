@@ -1,6 +1,7 @@
 // Several upgrade libraries together, and documents that were through upgrades of one that is not loaded.
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 
@@ -102,7 +103,8 @@ TEST_F(LibrariesTest, WhatIsNoLibraryIsToldByItsName) {
     return ended.err;
   };
   EXPECT_THAT(complaint({"--plugins", Path("none")}), HasSubstr(Path("none") + ": the folder of plug-ins"));
-  Put(Path("plugins/text.so"), "");
+  ASSERT_EQ(mkfifo(Path("pipe.so").c_str(), 0600), 0);
+  EXPECT_THAT(complaint({"--library", Path("pipe.so")}), HasSubstr("pipe.so: this is not a regular file"));
   fs::create_directories(Path("plugins"));
   Put(Path("plugins/text.so"), "text");
   EXPECT_THAT(complaint({"--plugins", Path("plugins")}),
