@@ -16,7 +16,7 @@ _hvxupgrade() {
 
   case $prev in
     --list)
-      mapfile -t COMPREPLY < <(compgen -W "pending current newer broken" -- "$cur")
+      mapfile -t COMPREPLY < <(compgen -W "pending current newer notLoaded broken" -- "$cur")
       return
       ;;
     --report-detail)
@@ -52,7 +52,7 @@ _hvxupgrade() {
       mapfile -t COMPREPLY < <(compgen -f -- "$cur")
       return
       ;;
-    --output-dir | --data)
+    --output-dir | --data | --plugins)
       compopt -o filenames 2>/dev/null
       mapfile -t COMPREPLY < <(compgen -d -- "$cur")
       return
@@ -63,7 +63,7 @@ _hvxupgrade() {
   esac
 
   if [[ $cur == -* ]]; then
-    local options="--help --library --data" documents=" --files-from --null --include --exclude"
+    local options="--help --library --plugins --no-default-library --data" documents=" --files-from --null --include --exclude"
     local many=" --jobs --memory --verbose --progress"
     case $verb in
       status) options+="$documents --list --check --json --verbose" ;;

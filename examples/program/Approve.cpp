@@ -9,7 +9,7 @@
 #include "file/DocumentReader.h"
 #include "file/DocumentWriter.h"
 #include "session/InstalledFiles.h"
-#include "upgrade/UpgradeLibrary.h"
+#include "upgrade/UpgradeLibraries.h"
 #include "upgrade/VersionManager.h"
 
 using namespace standalone;
@@ -17,8 +17,8 @@ using namespace standalone;
 int main(int argc, char** argv) try {
   if (argc != 3) throw std::runtime_error("usage: approve OLD.hvxdoc NEW.hvxdoc");
   InstalledFiles::Use();
-  const UpgradeLibrary library(InstalledFiles::UpgradeLibraryFile());
-  const VersionManager manager({&library.Description()});
+  const UpgradeLibraries libraries({InstalledFiles::UpgradeLibraryFile()});
+  const VersionManager manager(libraries.Descriptions());
 
   const DocumentPtr document = ReadDocument(argv[1]);
   const UpgradeRun run = manager.Run(document, manager.Pending(*document.Get()));

@@ -70,27 +70,55 @@ struct HVXUpgradeOrder {
   const char* reason;      ///< One sentence: what would be lost.
 };
 
+/// What a description was built with. It stands first in every description for ever, in this form, so that it
+/// can be read of a library that shares nothing else with this program.
+struct HVXUpgradeInterface {
+  std::uint16_t documentUpgradeBytes;
+  std::uint16_t classBytes;
+  std::uint16_t bindingBytes;
+  /// Another one for every change of what a library and its host share. Descriptions before number 4 have it
+  /// in the same place, the top of their first 64 bits, and nothing of what follows here.
+  std::uint16_t number;
+  std::uint16_t orderBytes;
+  std::uint16_t libraryBytes;
+  std::uint32_t unused;  ///< 0.
+
+  static constexpr std::uint16_t kNumber = 4;
+
+  friend bool operator==(const HVXUpgradeInterface&, const HVXUpgradeInterface&) = default;
+};
+
 /// What an upgrade library offers.
 struct HVXUpgradeLibrary {
-  /// The layout of this description and of the interfaces that a library is built with. It stands first for
-  /// ever, so that a library of another layout is told before anything else of it is read.
-  std::uint64_t layout = kLayout;
-  const char* name;
-  const char* version;                            ///< Of the library, for people; reports tell it.
+  HVXUpgradeInterface builtFor = Interface();
+  const char* name;     ///< Not empty. Documents record it, so it stays as it is from version to version.
+  const char* version;  ///< Of the library, for people; reports and documents tell it.
+  /// The names of the libraries that this one was written to be used with, though both extend a late type or
+  /// answer to an identifier. They must be loaded, too. A feature of such a late type has the extensions of
+  /// both; each is handed the identifiers of its own table, and one that both bind the continued library's
+  /// first.
+  std::span<const char* const> continues = {};
   std::span<const VLMUnicodeString> identifiers;  ///< All that it knows of, oldest first.
   std::span<const HVXUpgradeClass* const> classes;
   std::span<const HVXDocumentUpgrade> documentUpgrades;
-  std::span<const HVXUpgradeOrder> orders;
+  std::span<const HVXUpgradeOrder> orders;  ///< May name identifiers of other libraries.
   /// Gives the place where a version manager puts the observer of the library's dispatch, and null when it is
   /// done. Each thread has a place of its own. Null for a library that cannot be observed.
   HVXUpgradeObserver** (*observer)() = nullptr;
 
-  /// Another number for every change of what a library and its host share: the revision, and the sizes of the
-  /// tables.
-  static constexpr std::uint64_t kLayout =
-      (std::uint64_t{3} << 48U) | (std::uint64_t{sizeof(HVXUpgradeBinding)} << 32U) |
-      (std::uint64_t{sizeof(HVXUpgradeClass)} << 16U) | std::uint64_t{sizeof(HVXDocumentUpgrade)};
+  /// That of these headers.
+  static constexpr HVXUpgradeInterface Interface();
 };
+
+constexpr HVXUpgradeInterface HVXUpgradeLibrary::Interface() {
+  return {.documentUpgradeBytes = sizeof(HVXDocumentUpgrade),
+          .classBytes = sizeof(HVXUpgradeClass),
+          .bindingBytes = sizeof(HVXUpgradeBinding),
+          .number = HVXUpgradeInterface::kNumber,
+          .orderBytes = sizeof(HVXUpgradeOrder),
+          .libraryBytes = sizeof(HVXUpgradeLibrary),
+          .unused = 0};
+}
 
 /// The type of `HVXGetUpgradeLibrary`, which every upgrade library exports under C linkage. The description
 /// lives until the library is unloaded.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <mutex>
 
 #include "base/OfThread.h"
@@ -115,13 +116,26 @@ std::vector<const VLMMetaClass*> VLMRegistry::ExtensionsOf(const VLMMetaClass& l
 HRESULT VLMRegistry::DeclareTie(const VLMLibrary& owner, VLMMetaClass& lateType, const VLMInterfaceId& id,
                                 VLMCreateTIE create) {
   const std::unique_lock lock(mutex_);
-  const bool taken =
-      std::ranges::any_of(lateType.ties_, [&](const auto& tie) { return tie.interfaceValue == id.Value(); });
-  if (taken) return E_FAIL;
+  const auto isSame = [&id](const auto& tie) { return tie.interfaceValue == id.Value(); };
+  const auto first = std::ranges::find_if(lateType.ties_, isSame);
+  const bool taken = first != lateType.ties_.end();
+  // Another library's is kept behind the first, which is found: it counts once that one is withdrawn.
+  if (taken && first->owner == &owner) return E_FAIL;
   lateType.isOfDocuments_ = false;
   lateType.ties_.push_back({id.Value(), create, &owner});
   ++stateOfTies_;
-  return S_OK;
+  return taken ? E_FAIL : S_OK;
+}
+
+void VLMRegistry::Prefer(VLMMetaClass& lateType, const VLMInterfaceId& id, VLMCreateTIE create) {
+  const std::unique_lock lock(mutex_);
+  const auto isMeant = [&](const auto& tie) {
+    return tie.interfaceValue == id.Value() && tie.create == create;
+  };
+  const auto found = std::ranges::find_if(lateType.ties_, isMeant);
+  if (found == lateType.ties_.end()) return;
+  std::rotate(lateType.ties_.begin(), found, std::next(found));
+  ++stateOfTies_;
 }
 
 bool VLMRegistry::HasTies(const VLMMetaClass& lateType) const {

@@ -41,6 +41,8 @@ class VLMRegistry {
 
   HRESULT DeclareTie(const VLMLibrary& owner, VLMMetaClass& lateType, const VLMInterfaceId& id,
                      VLMCreateTIE create);
+  /// Of what several libraries declared for the late type and interface, `create` is the one that counts.
+  void Prefer(VLMMetaClass& lateType, const VLMInterfaceId& id, VLMCreateTIE create);
   /// Whether the late type has ties of its own, besides those that come from its base.
   [[nodiscard]] bool HasTies(const VLMMetaClass& lateType) const;
   [[nodiscard]] VLMCreateTIE FindTie(const VLMMetaClass& lateType, const VLMInterfaceId& id) const;

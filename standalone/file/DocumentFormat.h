@@ -10,13 +10,20 @@
 namespace standalone::format {
 
 inline constexpr std::string_view kFormatName = "hvxdoc";
-inline constexpr int kVersion = 1;
+/// The newest version; a document is written in the oldest that can hold it.
+inline constexpr int kVersion = 2;
+/// The first version that says which library an upgrade came from.
+inline constexpr int kVersionOfLibraries = 2;
 
 // The header line.
 inline constexpr std::string_view kFormat = "format";
 inline constexpr std::string_view kVersionKey = "version";
 inline constexpr std::string_view kUpgrades = "upgrades";
+inline constexpr std::string_view kLibraries = "libraries";
 inline constexpr std::string_view kFeatures = "features";
+
+// An entry of the header's libraries, beside its version and upgrades.
+inline constexpr std::string_view kLibraryName = "name";
 
 // A feature line.
 inline constexpr std::string_view kId = "id";

@@ -7,10 +7,10 @@
 #include <new>
 
 #include "file/DocumentError.h"
-#include "file/DocumentFormat.h"
 #include "file/FeatureReader.h"
 #include "file/ForeignFile.h"
 #include "file/ForwardLinks.h"
+#include "file/HeaderReader.h"
 #include "file/LineBlocks.h"
 #include "file/LineFault.h"
 #include "file/LineValues.h"
@@ -112,7 +112,7 @@ class Reader {
       if (lines.truncated_bytes() != 0) throw simdjson::simdjson_error(simdjson::INCOMPLETE_ARRAY_OR_OBJECT);
       GoToRecord(block, next, block.size());
     } catch (const Unsound& unsound) {
-      Fail(line_, unsound.problem, unsound.advice);
+      Fail(line_, unsound.problem, unsound.advice, unsound.kind);
     } catch (const simdjson::simdjson_error& error) {
       if (error.error() == simdjson::MEMALLOC) throw std::bad_alloc();
       if (isRead) ++line_;
@@ -125,7 +125,7 @@ class Reader {
     try {
       LocateFault(rest, isBegun, line_, [this](ondemand::document_reference record) { ReadRecord(record); });
     } catch (const Unsound& unsound) {
-      Fail(line_, unsound.problem, unsound.advice);
+      Fail(line_, unsound.problem, unsound.advice, unsound.kind);
     }
   }
 
@@ -152,63 +152,13 @@ class Reader {
   }
 
   void ReadHeader(ondemand::object object) {
-    static constexpr KnownKey kKeys[] = {format::kFormat, format::kVersionKey, format::kUpgrades,
-                                         format::kFeatures};
-    Keys keys(kKeys);
-    for (auto field : object) {
-      const std::string_view key = TakeKey(field);
-      if (keys.HasMetNone() && key != format::kFormat) {
-        Refuse("this is not an analysis document: its first line does not begin with \"format\"",
-               "Give a file with the extension .hvxdoc");
-      }
-      switch (keys.Meet(key)) {
-        case 0:
-          if (TakeText(field.value(), key) != format::kFormatName) {
-            Refuse("this is not an analysis document: its format is not \"hvxdoc\"",
-                   "Give a file with the extension .hvxdoc");
-          }
-          break;
-        case 1:
-          CheckVersion(TakeInteger(field.value(), key));
-          break;
-        case 2:
-          Expect(field.value(), ondemand::json_type::array, key);
-          for (auto identifier : field.value().get_array()) TakeUpgrade(identifier.value());
-          break;
-        default:
-          announced_ = TakeInteger(field.value(), key);
-          if (announced_ < 0) Refuse(fmt::format("\"features\" is {}; it counts from 0", announced_));
-      }
-    }
-    if (!keys.HasMetAll())
-      Refuse("the header must have \"format\", \"version\", \"upgrades\" and \"features\"");
+    announced_ = HeaderReader(*document_.Get()).Read(object);
     headerRead_ = true;
     if (options_.onHeader) options_.onHeader(*document_.Get(), identity_);
     // No file holds more features than this, whatever it announces.
     constexpr std::size_t kLeastBytesOfFeature = sizeof(R"({"id":1,"type":"T"})");
     document_->ExpectRead(
         std::min(static_cast<std::size_t>(announced_), likelyBytes_ / kLeastBytesOfFeature));
-  }
-
-  void TakeUpgrade(ondemand::value value) {
-    if (value.type() != ondemand::json_type::string) {
-      Refuse(R"("upgrades" must be a list of texts)");
-    }
-    const std::string_view identifier = TakeText(value, format::kUpgrades);
-    if (document_->HasRecorded(identifier)) {
-      Refuse(fmt::format(R"("upgrades" names "{}" twice)", identifier), "Leave one of the two");
-    }
-    document_->RecordUpgrade(identifier);
-  }
-
-  void CheckVersion(std::int64_t version) const {
-    if (version > format::kVersion) {
-      Fail(line_,
-           fmt::format("the document has format version {}; this program knows versions up to {}", version,
-                       format::kVersion),
-           "Use a newer release of this program", DocumentError::Kind::kNewer);
-    }
-    if (version < 1) Refuse(fmt::format("format version {} does not exist", version));
   }
 
   void CheckCount(std::size_t lastLine) const {

@@ -21,16 +21,46 @@ namespace {
 
 constexpr std::size_t kFlushBytes = std::size_t{1} << 20;
 
-void AppendHeader(fmt::memory_buffer& out, const Document& document) {
-  fmt::format_to(std::back_inserter(out), R"({{"format":"{}","version":{},"upgrades":[)", format::kFormatName,
-                 format::kVersion);
+void AppendTexts(fmt::memory_buffer& out, std::string_view key, const std::vector<std::string>& texts) {
+  fmt::format_to(std::back_inserter(out), R"("{}":[)", key);
   std::string_view separator;
-  for (const std::string& identifier : document.Upgrades()) {
+  for (const std::string& text : texts) {
     AppendRaw(out, separator);
-    AppendJsonText(out, identifier);
+    AppendJsonText(out, text);
     separator = ",";
   }
-  fmt::format_to(std::back_inserter(out), "],\"features\":{}}}\n", document.FeatureCount());
+  out.push_back(']');
+}
+
+void AppendSource(fmt::memory_buffer& out, const UpgradeSource& source) {
+  fmt::format_to(std::back_inserter(out), R"({{"{}":)", format::kLibraryName);
+  AppendJsonText(out, source.library);
+  if (!source.version.empty()) {
+    fmt::format_to(std::back_inserter(out), R"(,"{}":)", format::kVersionKey);
+    AppendJsonText(out, source.version);
+  }
+  out.push_back(',');
+  AppendTexts(out, format::kUpgrades, source.upgrades);
+  out.push_back('}');
+}
+
+// In the oldest version of the format that can hold it, so that older programs read what they can.
+void AppendHeader(fmt::memory_buffer& out, const Document& document) {
+  const std::vector<UpgradeSource>& sources = document.Sources().All();
+  fmt::format_to(std::back_inserter(out), R"({{"{}":"{}","{}":{},)", format::kFormat, format::kFormatName,
+                 format::kVersionKey, sources.empty() ? 1 : format::kVersionOfLibraries);
+  AppendTexts(out, format::kUpgrades, document.Upgrades());
+  if (!sources.empty()) {
+    fmt::format_to(std::back_inserter(out), R"(,"{}":[)", format::kLibraries);
+    std::string_view separator;
+    for (const UpgradeSource& source : sources) {
+      AppendRaw(out, separator);
+      AppendSource(out, source);
+      separator = ",";
+    }
+    out.push_back(']');
+  }
+  fmt::format_to(std::back_inserter(out), ",\"{}\":{}}}\n", format::kFeatures, document.FeatureCount());
 }
 
 void Prepare(Document& document, std::string_view name) {

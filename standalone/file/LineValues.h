@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "file/DocumentError.h"
 #include "file/DocumentFormat.h"
 #include "model/Document.h"
 
@@ -29,6 +30,7 @@ using Field = simdjson::simdjson_result<ondemand::field>;
 struct Unsound {
   std::string problem;
   std::string advice;
+  DocumentError::Kind kind = DocumentError::Kind::kInvalid;
 };
 
 inline constexpr std::string_view kSeeFormat =

@@ -23,6 +23,7 @@
 #include "model/OpenList.h"
 #include "model/RecentTexts.h"
 #include "model/SetIndex.h"
+#include "model/UpgradeSources.h"
 #include "modeler/VLMDocument.h"
 
 namespace standalone {
@@ -78,6 +79,9 @@ class Document final : public VLMDocument {
     upgrades_.emplace_back(identifier);
     recorded_.emplace(identifier);
   }
+  /// The libraries that they came from.
+  [[nodiscard]] UpgradeSources& Sources() { return sources_; }
+  [[nodiscard]] const UpgradeSources& Sources() const { return sources_; }
 
   // The feature catalogs that were loaded into the document, for as long as it is open.
   [[nodiscard]] const std::vector<std::shared_ptr<const FeatureCatalog>>& LoadedCatalogs() const {
@@ -257,6 +261,7 @@ class Document final : public VLMDocument {
   std::string displayName_;
   std::vector<std::string> upgrades_;
   std::unordered_set<std::string, KeyedHash, std::equal_to<>> recorded_;  // the same
+  UpgradeSources sources_;
   std::vector<std::shared_ptr<const FeatureCatalog>> catalogs_;
   std::pmr::monotonic_buffer_resource arena_{std::size_t{1} << 16, &LargePages::Instance()};
   // Features stand by themselves, close together: most passes look at nothing else.

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 namespace standalone {
@@ -39,35 +40,84 @@ bool IsCutOff(const std::filesystem::path& file) {
 }
 
 void* Load(const std::filesystem::path& file) {
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(file, error);
+  // Looking into a pipe would wait for ever.
+  if (std::filesystem::exists(status) && std::filesystem::is_other(status))
+    throw std::runtime_error(fmt::format(
+        "{}: this is not a regular file, and so no upgrade library. Give another file", file.string()));
+  if (std::filesystem::is_directory(status))
+    throw std::runtime_error(
+        fmt::format("{}: this is a folder, not an upgrade library. --plugins takes folders", file.string()));
   if (IsCutOff(file))
     throw std::runtime_error(fmt::format(
         "{}: the upgrade library cannot be loaded (the file is cut off). Reinstall it", file.string()));
-  return dlopen(std::filesystem::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL);
-}
-
-}  // namespace
-
-UpgradeLibrary::UpgradeLibrary(const std::filesystem::path& file) : handle_(Load(file)) {
-  if (handle_ == nullptr) {
+  void* const handle = dlopen(std::filesystem::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (handle == nullptr)
     throw std::runtime_error(
         fmt::format("{}: the upgrade library cannot be loaded ({}). Unless something is missing that it "
                     "needs, reinstall it",
                     file.string(), dlerror()));
-  }
-  const auto entry = reinterpret_cast<HVXGetUpgradeLibraryEntry>(dlsym(handle_, "HVXGetUpgradeLibrary"));
-  if (entry == nullptr) {
-    dlclose(handle_);
-    throw std::runtime_error(fmt::format(
-        "{}: this is not an upgrade library: it exports no HVXGetUpgradeLibrary. Give another file",
-        file.string()));
-  }
-  description_ = entry();
-  if (description_->layout != HVXUpgradeLibrary::kLayout) {
-    dlclose(handle_);
+  return handle;
+}
+
+// The number can be read of any library. What follows it is there from number 4 on.
+std::uint16_t NumberOf(const void* description) {
+  std::uint64_t begin = 0;
+  std::memcpy(&begin, description, sizeof begin);
+  constexpr unsigned kTop = 48;
+  return static_cast<std::uint16_t>(begin >> kTop);
+}
+
+// Why the library cannot be used here, and what to do; empty when it can.
+std::string Mismatch(const void* description) {
+  constexpr HVXUpgradeInterface kHere = HVXUpgradeLibrary::Interface();
+  const std::uint16_t number = NumberOf(description);
+  const std::string numbers = fmt::format("(interface {}; this program has {})", number, kHere.number);
+  if (number < kHere.number)
+    return fmt::format(
+        "the upgrade library was built for an older version of this program {}. Rebuild it with the headers "
+        "of this program",
+        numbers);
+  if (number > kHere.number)
+    return fmt::format(
+        "the upgrade library was built for a newer version of this program {}. Install the program that it "
+        "was built for, or rebuild it with the headers of this one",
+        numbers);
+  HVXUpgradeInterface there;
+  std::memcpy(&there, description, sizeof there);
+  if (there == kHere) return {};
+  return fmt::format(
+      "the upgrade library and this program have interface {}, but structures of other sizes. Rebuild it "
+      "with "
+      "the headers of this program, and for the same processor",
+      number);
+}
+
+const HVXUpgradeLibrary* DescriptionOf(void* handle) {
+  const auto entry = reinterpret_cast<HVXGetUpgradeLibraryEntry>(dlsym(handle, "HVXGetUpgradeLibrary"));
+  if (entry == nullptr)
     throw std::runtime_error(
-        fmt::format("{}: the upgrade library was built for another version of this program. Install the one "
-                    "that belongs to this version, or rebuild it with its headers",
-                    file.string()));
+        "this is not an upgrade library: it exports no HVXGetUpgradeLibrary. Give another file");
+  const HVXUpgradeLibrary* const description = entry();
+  if (description == nullptr)
+    throw std::runtime_error("the upgrade library gives no description. Correct its HVXGetUpgradeLibrary");
+  if (const std::string mismatch = Mismatch(description); !mismatch.empty())
+    throw std::runtime_error(mismatch);
+  if (description->name == nullptr || *description->name == '\0')
+    throw std::runtime_error(
+        "the upgrade library has no name, by which documents would know it. Give its description a name");
+  return description;
+}
+
+}  // namespace
+
+UpgradeLibrary::UpgradeLibrary(const std::filesystem::path& file) : file_(file), handle_(Load(file)) {
+  try {
+    description_ = DescriptionOf(handle_);
+  } catch (const std::runtime_error& error) {
+    dlclose(handle_);
+    throw std::runtime_error(fmt::format("{}: {}", file.string(), error.what()));
   }
 }
 

@@ -10,16 +10,19 @@ namespace standalone {
 /// outlive it.
 class UpgradeLibrary {
  public:
-  /// Throws `std::runtime_error`, which names the file, when it cannot be loaded, is no upgrade library, or
-  /// was built for another version of the host.
+  /// Throws `std::runtime_error`, which names the file and what to do, when it cannot be loaded, is no upgrade
+  /// library, or was built for another interface than that of `HVXUpgradeTable.h` here.
   explicit UpgradeLibrary(const std::filesystem::path& file);
   ~UpgradeLibrary();
   UpgradeLibrary(const UpgradeLibrary&) = delete;
   UpgradeLibrary& operator=(const UpgradeLibrary&) = delete;
 
   [[nodiscard]] const HVXUpgradeLibrary& Description() const { return *description_; }
+  /// As it was given.
+  [[nodiscard]] const std::filesystem::path& File() const { return file_; }
 
  private:
+  std::filesystem::path file_;
   void* handle_;
   const HVXUpgradeLibrary* description_ = nullptr;
 };

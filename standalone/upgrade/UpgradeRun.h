@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -15,14 +16,19 @@ namespace standalone {
 /// One upgrade identifier and all that answers it.
 struct KnownUpgrade {
   struct Binding {
+    const HVXUpgradeLibrary* library;
     const HVXUpgradeClass* upgradeClass;
     const HVXUpgradeBinding* binding;
   };
 
   std::string identifier;
-  std::vector<Binding> bindings;  ///< In the order of the libraries' tables.
+  const HVXUpgradeLibrary* library = nullptr;  ///< The first one that knows it: it is that one's.
+  std::vector<Binding> bindings;               ///< In the order of the libraries and their tables.
   const HVXDocumentUpgrade* documentUpgrade =
       nullptr;  ///< The conversion of whole documents, where it is one.
+  /// For late types that several libraries extend: the classes whose extensions are handed this identifier,
+  /// in the order of the libraries. What a cast gives is the first library's extension alone.
+  std::map<std::string, std::vector<const HVXUpgradeClass*>, std::less<>> shared;
 };
 
 /// A piece of a run: what was done for one identifier to one feature, or to the whole document.

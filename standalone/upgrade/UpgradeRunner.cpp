@@ -69,6 +69,12 @@ std::string WhatWasMade(const Document& document, const UpgradeWork& work) {
   return text + ", which is the limit; raise it with --limit-features";
 }
 
+// The feature's extension of one of several libraries, which a cast does not give.
+HVXIUpgrade_var ExtensionOf(const HVXUpgradeClass& upgradeClass, Feature& feature) {
+  if (Checkpoint::Withholds(HVXIUpgrade::kId, feature)) return {};
+  return HVXIUpgrade_var::Adopt(static_cast<HVXIUpgrade*>(upgradeClass.createTIE(feature)));
+}
+
 // What was registered by the first run already stands in the list twice when its upgrade ran again.
 void RegisterOnce(Document& document) {
   static const Key featList("FeatList");
@@ -169,10 +175,27 @@ void UpgradeRunner::AfterRoutine(const VLMBaseUnknown_var& feature, const HVXUpg
 void UpgradeRunner::Visit(const KnownUpgrade& upgrade, const VLMListValVLMUnicodeString& identifiers,
                           Feature& feature) {
   const UpgradeWork work{UpgradeWork::Kind::kVisit, &upgrade, &feature, feature.type};
+  const auto shared = upgrade.shared.find(feature.type->Name());
+  if (shared == upgrade.shared.end()) {
+    HandOver(
+        work, [&] { return HandleOn<HVXIUpgrade>(&feature); }, identifiers);
+    return;
+  }
+  for (const HVXUpgradeClass* const upgradeClass : shared->second) {
+    // What an extension removes, or makes something else of, is current for those after it.
+    if (feature.removed || feature.type != work.type) return;
+    HandOver(
+        work, [&] { return ExtensionOf(*upgradeClass, feature); }, identifiers);
+  }
+}
+
+template <class Extension>
+void UpgradeRunner::HandOver(const UpgradeWork& work, const Extension& extension,
+                             const VLMListValVLMUnicodeString& identifiers) {
   told_.clear();
   HRESULT code = E_NOINTERFACE;
   Do(work, [&] {
-    const HVXIUpgrade_var spUpgrade = HandleOn<HVXIUpgrade>(&feature);
+    const HVXIUpgrade_var spUpgrade = extension();
     if (!(spUpgrade == NULL_var)) code = spUpgrade->Upgrade(identifiers);
   });
   for (const UpgradeFailure& failure : told_) {

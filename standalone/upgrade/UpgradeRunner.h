@@ -38,6 +38,10 @@ class UpgradeRunner final : private HVXUpgradeObserver {
 
   void RunOn(const KnownUpgrade& upgrade, const std::vector<Feature*>& features);
   void Visit(const KnownUpgrade& upgrade, const VLMListValVLMUnicodeString& identifiers, Feature& feature);
+  /// Hands the identifiers to the extension that `extension` gives, and looks at the result.
+  template <class Extension>
+  void HandOver(const UpgradeWork& work, const Extension& extension,
+                const VLMListValVLMUnicodeString& identifiers);
   void Convert(const KnownUpgrade& upgrade, const VLMListValVLMUnicodeString& identifiers);
   void PropagateHandedOver(const KnownUpgrade& upgrade);
   /// Does a piece of work; what it throws gives up on the document.

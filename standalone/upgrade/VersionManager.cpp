@@ -5,39 +5,88 @@
 #include <set>
 
 #include "session/Session.h"
+#include "upgrade/BuiltInLibrary.h"
 #include "upgrade/UpgradeRunner.h"
+#include "workbench/HVXIUpgrade.h"
 
 namespace standalone {
+namespace {
 
-VersionManager::VersionManager(const std::vector<const HVXUpgradeLibrary*>& libraries) {
+std::string VersionOf(const HVXUpgradeLibrary& library) {
+  return library.version == nullptr ? "" : library.version;
+}
+
+}  // namespace
+
+VersionManager::VersionManager(const std::vector<const HVXUpgradeLibrary*>& libraries)
+    : libraries_(libraries) {
   for (const HVXUpgradeLibrary* const library : libraries) Learn(*library);
+  for (const HVXUpgradeLibrary* const library : libraries) LearnOrders(*library);
+  LearnShared();
 }
 
 void VersionManager::Learn(const HVXUpgradeLibrary& library) {
-  for (const VLMUnicodeString& identifier : library.identifiers) FindOrAdd(identifier.View());
+  for (const VLMUnicodeString& identifier : library.identifiers) FindOrAdd(identifier.View(), library);
   for (const HVXUpgradeClass* const upgradeClass : library.classes) {
     if (upgradeClass->bindings.empty()) hostUpgrades_.push_back(upgradeClass);
     for (const HVXUpgradeBinding& binding : upgradeClass->bindings) {
-      KnownUpgrade& known = FindOrAdd(binding.identifier.View());
-      known.bindings.push_back({upgradeClass, &binding});
+      KnownUpgrade& known = FindOrAdd(binding.identifier.View(), library);
+      known.bindings.push_back({&library, upgradeClass, &binding});
     }
   }
   for (const HVXDocumentUpgrade& upgrade : library.documentUpgrades) {
-    KnownUpgrade& known = FindOrAdd(upgrade.identifier.View());
+    KnownUpgrade& known = FindOrAdd(upgrade.identifier.View(), library);
     known.documentUpgrade = &upgrade;
-  }
-  for (const HVXUpgradeOrder& order : library.orders) {
-    static_cast<void>(FindOrAdd(order.first.View()));
-    static_cast<void>(FindOrAdd(order.then.View()));
-    orders_.push_back({PositionOf(order.first.View()), PositionOf(order.then.View()), order.reason});
   }
   if (library.observer != nullptr) observers_.push_back(library.observer);
 }
 
-KnownUpgrade& VersionManager::FindOrAdd(std::string_view identifier) {
+// An order with an identifier of a library that is not loaded says nothing about this run.
+void VersionManager::LearnOrders(const HVXUpgradeLibrary& library) {
+  for (const HVXUpgradeOrder& order : library.orders) {
+    if (Find(order.first.View()) == nullptr || Find(order.then.View()) == nullptr) continue;
+    orders_.push_back({PositionOf(order.first.View()), PositionOf(order.then.View()), order.reason});
+  }
+}
+
+void VersionManager::LearnShared() {
+  // The first class of each library: a library offers one extension for a late type.
+  std::map<std::string_view, std::map<const HVXUpgradeLibrary*, const HVXUpgradeClass*>> extensions;
+  for (const HVXUpgradeLibrary* const library : libraries_) {
+    for (const HVXUpgradeClass* const upgradeClass : library->classes) {
+      if (!(upgradeClass->interface == HVXIUpgrade::kId)) continue;
+      for (const char* const lateType : upgradeClass->lateTypes)
+        extensions[lateType].emplace(library, upgradeClass);
+    }
+  }
+  std::erase_if(extensions, [](const auto& entry) { return entry.second.size() == 1; });
+  if (extensions.empty()) return;
+  for (KnownUpgrade& known : known_) {
+    for (const KnownUpgrade::Binding& bound : known.bindings) {
+      for (const char* const lateType : bound.upgradeClass->lateTypes) {
+        const auto found = extensions.find(lateType);
+        if (found == extensions.end() || found->second.at(bound.library) != bound.upgradeClass) continue;
+        std::vector<const HVXUpgradeClass*>& handed = known.shared[lateType];
+        // A class may have two rows for one identifier, and walks over both itself.
+        if (handed.empty() || handed.back() != bound.upgradeClass) handed.push_back(bound.upgradeClass);
+      }
+    }
+  }
+}
+
+KnownUpgrade& VersionManager::FindOrAdd(std::string_view identifier, const HVXUpgradeLibrary& library) {
   const auto [entry, added] = index_.try_emplace(std::string(identifier), known_.size());
-  if (added) known_.push_back({std::string(identifier), {}});
+  if (added) {
+    known_.emplace_back().identifier = identifier;
+    known_.back().library = &library;
+  }
   return known_[entry->second];
+}
+
+const HVXUpgradeLibrary* VersionManager::LibraryNamed(std::string_view name) const {
+  const auto found = std::ranges::find_if(
+      libraries_, [name](const HVXUpgradeLibrary* library) { return library->name == name; });
+  return found == libraries_.end() ? nullptr : *found;
 }
 
 const KnownUpgrade* VersionManager::Find(std::string_view identifier) const {
@@ -53,11 +102,27 @@ std::vector<std::string> VersionManager::Pending(const Document& document) const
   return pending;
 }
 
-std::vector<std::string> VersionManager::Unknown(const Document& document) const {
-  std::vector<std::string> unknown;
-  std::ranges::copy_if(document.Upgrades(), std::back_inserter(unknown),
-                       [this](const std::string& identifier) { return Find(identifier) == nullptr; });
+UnknownUpgrades VersionManager::Unknown(const Document& document) const {
+  UnknownUpgrades unknown;
+  for (const std::string& identifier : document.Upgrades()) {
+    if (Find(identifier) != nullptr) continue;
+    const UpgradeSource* const source = document.Sources().Of(identifier);
+    MissingLibrary library;
+    library.name = source == nullptr ? kBuiltInLibrary : source->library;
+    if (source != nullptr) library.version = source->version;
+    if (const HVXUpgradeLibrary* const loaded = LibraryNamed(library.name); loaded != nullptr) {
+      library.isLoaded = true;
+      library.loaded = VersionOf(*loaded);
+    }
+    unknown.Add(library, identifier);
+  }
   return unknown;
+}
+
+bool VersionManager::Refuses(const Document& document) const {
+  const UnknownUpgrades unknown = Unknown(document);
+  if (unknown.IsEmpty()) return false;
+  return !unknown.AreOnlyNotLoaded() || !Pending(document).empty();
 }
 
 std::size_t VersionManager::PositionOf(std::string_view identifier) const {
@@ -143,7 +208,20 @@ UpgradeRun VersionManager::RunAgain(const DocumentPtr& document, const NextRound
     run.identifiers.push_back(known_[position].identifier);
     document->RecordUpgrade(known_[position].identifier);
   }
+  TellSources(*document.Get(), identifiers);
   return run;
+}
+
+// Of what programs before format version 2 recorded, too; which version of the library that was nobody knows.
+void VersionManager::TellSources(Document& document, const std::vector<std::string>& recordedNow) const {
+  const std::set<std::string_view> isNow(recordedNow.begin(), recordedNow.end());
+  for (const std::string& identifier : document.Upgrades()) {
+    const KnownUpgrade* const known = Find(identifier);
+    if (known == nullptr || IsBuiltIn(known->library->name)) continue;
+    if (document.Sources().Of(identifier) != nullptr) continue;
+    document.Sources().Add(identifier, known->library->name,
+                           isNow.contains(identifier) ? VersionOf(*known->library) : std::string());
+  }
 }
 
 }  // namespace standalone

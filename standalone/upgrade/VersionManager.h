@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "upgrade/UnknownUpgrades.h"
 #include "upgrade/UpgradeRun.h"
 
 namespace standalone {
@@ -16,9 +17,10 @@ class VersionManager {
  public:
   /// Knows what the libraries know, which must outlive it. The first library's identifiers stand in its
   /// order; those that another adds, or a table binds without listing them, follow in the order of their
-  /// libraries.
+  /// libraries. `UpgradeLibraries` gives libraries that go together, in the order that all programs use.
   explicit VersionManager(const std::vector<const HVXUpgradeLibrary*>& libraries);
 
+  [[nodiscard]] const std::vector<const HVXUpgradeLibrary*>& Libraries() const { return libraries_; }
   [[nodiscard]] const std::vector<KnownUpgrade>& Known() const { return known_; }
   [[nodiscard]] const KnownUpgrade* Find(std::string_view identifier) const;
   /// The classes that offer the host's own upgrade, which routines call, and answer no identifier.
@@ -26,9 +28,12 @@ class VersionManager {
 
   /// The identifiers that the document has not been through, oldest first.
   [[nodiscard]] std::vector<std::string> Pending(const Document& document) const;
-  /// The identifiers that the document has been through and that nobody here knows: it comes from a later
-  /// release.
-  [[nodiscard]] std::vector<std::string> Unknown(const Document& document) const;
+  /// What the document has been through and nobody here knows.
+  [[nodiscard]] UnknownUpgrades Unknown(const Document& document) const;
+  /// Whether nobody here can tell what the document still needs: a later release changed it, or a library
+  /// that is not loaded while something is pending here. What is pending must not run behind the back of that
+  /// library; with nothing pending there is nothing to do.
+  [[nodiscard]] bool Refuses(const Document& document) const;
 
   /// Why another upgrade must come along with a chosen one.
   struct Needed {
@@ -77,7 +82,11 @@ class VersionManager {
   };
 
   void Learn(const HVXUpgradeLibrary& library);
-  KnownUpgrade& FindOrAdd(std::string_view identifier);
+  void LearnOrders(const HVXUpgradeLibrary& library);
+  void LearnShared();
+  KnownUpgrade& FindOrAdd(std::string_view identifier, const HVXUpgradeLibrary& library);
+  [[nodiscard]] const HVXUpgradeLibrary* LibraryNamed(std::string_view name) const;
+  void TellSources(Document& document, const std::vector<std::string>& recordedNow) const;
   [[nodiscard]] std::size_t PositionOf(std::string_view identifier) const;
   /// Oldest first.
   [[nodiscard]] std::vector<std::size_t> Sorted(const std::vector<std::string>& identifiers) const;
@@ -86,6 +95,7 @@ class VersionManager {
   /// The same.
   [[nodiscard]] std::vector<const KnownUpgrade*> KnownOnes(const std::vector<std::string>& identifiers) const;
 
+  std::vector<const HVXUpgradeLibrary*> libraries_;
   std::vector<KnownUpgrade> known_;
   std::vector<Order> orders_;
   std::vector<const HVXUpgradeClass*> hostUpgrades_;

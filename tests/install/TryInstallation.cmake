@@ -54,8 +54,8 @@ endforeach()
 run(${CMAKE_CTEST_COMMAND} --test-dir ${WORK}/plugin --output-on-failure)
 set(PLUGIN ${WORK}/plugin/libAcmeUpgrades.so)
 
-# Both libraries in one run.
-set(BOTH ${PROGRAM} --library ${LIBRARIES}/libHVXUpgradeComponents.so --library ${PLUGIN})
+# Both libraries in one run; the plug-in adds to the installed one.
+set(BOTH ${PROGRAM} --library ${PLUGIN})
 file(READ ${EXAMPLES}/bolted_bracket.hvxdoc bracket)
 string(REPLACE "\n{\"id\":1," "\n{\"id\":99999,\"type\":\"AcmeBoltLT\",\"attributes\":{\"DiameterMm\":8.0}}\n{\"id\":1,"
        bracket "${bracket}")
@@ -67,7 +67,18 @@ run(${BOTH} upgrade ${WORK}/bolt_of_bracket.hvxdoc -o ${WORK}/both.hvxdoc)
 file(READ ${WORK}/both.hvxdoc upgraded)
 expect("${upgraded}" "\"id\":99999,\"type\":\"AcmeBoltLT\",\"attributes\":{\"Diameter\":0.008}" "the bolt")
 expect("${upgraded}" "\"UpgradeToElemType\".*\"AcmeBoltStrengths\"" "the upgrades")
+expect("${upgraded}" "\"libraries\":\\[{\"name\":\"AcmeUpgrades\",\"version\":\"1.0\"," "the library of the header")
 run(${BOTH} status --check ${WORK}/both.hvxdoc)
+# The same from a folder; and without the plug-in nothing is pending.
+file(COPY ${PLUGIN} DESTINATION ${WORK}/plugins)
+set(ENV{HVXUPGRADE_PLUGINS} ${WORK}/plugins)
+run(${PROGRAM} status --check ${WORK}/both.hvxdoc)
+if(OUTPUT MATCHES "unknown")
+  message(FATAL_ERROR "the plug-in of the folder is not used:\n${OUTPUT}")
+endif()
+unset(ENV{HVXUPGRADE_PLUGINS})
+run(${PROGRAM} status --check ${WORK}/both.hvxdoc)
+expect("${OUTPUT}" "AcmeUpgrades 1.0, which is not loaded" "what is told without the plug-in")
 
 # The program, built with the CMake package and with pkg-config.
 set(ENV{PKG_CONFIG_PATH} ${MOVED}/${LIBDIR}/pkgconfig)

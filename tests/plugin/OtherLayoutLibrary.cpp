@@ -1,19 +1,11 @@
-// A plug-in as it was built when descriptions of upgrade libraries had another layout: nothing but the number
-// that tells so may be read of it.
+// Plug-ins as they are built with other headers: nothing but what a description begins with may be read of
+// them. HVX_DESCRIPTION says what that is, as words of 64 bits.
 
 #include <cstdint>
 
-namespace {
+extern "C" __attribute__((visibility("default"))) const std::uint64_t* HVXGetUpgradeLibrary();
 
-struct Description {
-  std::uint64_t layout;
-};
-
-}  // namespace
-
-extern "C" __attribute__((visibility("default"))) const Description* HVXGetUpgradeLibrary();
-
-extern "C" const Description* HVXGetUpgradeLibrary() {
-  static const Description description{1};
-  return &description;
+extern "C" const std::uint64_t* HVXGetUpgradeLibrary() {
+  static const std::uint64_t description[] = {HVX_DESCRIPTION};
+  return description;
 }

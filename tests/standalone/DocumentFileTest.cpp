@@ -151,8 +151,47 @@ TEST_F(DocumentFileTest, WhatIsNoDocumentIsRefused) {
   ExpectRefused("{\"format\":\"hvxdoc\",\"features\":-1}\n", 1, "\"features\" is -1; it counts from 0");
   ExpectRefused("{\"format\":\"hvxdoc\",\"upgrades\":{}}\n", 1,
                 "\"upgrades\" must be a list but is an object");
-  ExpectRefused("{\"format\":\"hvxdoc\",\"version\":2,\"novelty\":1}\n", 1,
-                "format version 2; this program knows", Kind::kNewer);
+  ExpectRefused("{\"format\":\"hvxdoc\",\"version\":3,\"novelty\":1}\n", 1,
+                "format version 3; this program knows", Kind::kNewer);
+}
+
+// Whoever has a document of an older program can read it for ever, and nothing of it is lost.
+TEST_F(DocumentFileTest, EveryVersionOfTheFormatIsReadForEver) {
+  for (const int version : {1, 2}) {
+    const std::string bytes =
+        BytesOf(fmt::format(HVX_SOURCE_DIR "/tests/golden/formats/version{}.hvxdoc", version));
+    EXPECT_THAT(bytes, HasSubstr(fmt::format("\"version\":{},", version)));
+    EXPECT_EQ(Read(bytes).text, bytes);
+  }
+}
+
+TEST_F(DocumentFileTest, LibrariesThatTheHeaderTellsMustFitItsUpgrades) {
+  const auto expect = [this](std::string_view libraries, const char* message, int version = 2) {
+    ExpectRefused(
+        fmt::format(R"({{"format":"hvxdoc","version":{},"libraries":{},"upgrades":["A","B"],"features":0}})"
+                    "\n",
+                    version, libraries),
+        1, message);
+  };
+  expect("[]", "\"libraries\" does not belong into format version 1", 1);
+  expect(R"({"name":"L"})", "\"libraries\" must be a list but is an object");
+  expect(R"(["L"])", "\"libraries\" must be a list of objects");
+  expect(R"([{"name":"L","colour":1}])", "unknown key \"colour\"");
+  expect(R"([{"name":"L"}])", "the library L of \"libraries\" has no \"upgrades\"");
+  expect(R"([{"name":"","upgrades":["A"]}])", "has no \"name\"");
+  expect(R"([{"name":"L","version":1,"upgrades":["A"]}])", "\"version\" must be a text but is a number");
+  expect(R"([{"name":"L","upgrades":[7]}])", "\"upgrades\" must be a list of texts");
+  expect(R"([{"name":"L","version":"2","upgrades":["C"]}])",
+         "L 2 of \"libraries\" names \"C\", which is not in");
+  expect(R"([{"name":"L","upgrades":["A"]},{"name":"M","upgrades":["A"]}])",
+         "\"libraries\" names \"A\" twice");
+  expect(R"([{"name":"L","upgrades":["A"]},{"name":"L","upgrades":["B"]}])", "\"libraries\" has L twice");
+  ExpectRefused("{\"format\":\"hvxdoc\",\"version\":2,\"upgrades\":[],\"features\":0}\n", 1,
+                "format version 2 must have \"libraries\"");
+  // Where it tells nothing, the older version holds it all.
+  EXPECT_EQ(
+      Read("{\"format\":\"hvxdoc\",\"version\":2,\"libraries\":[],\"upgrades\":[],\"features\":0}\n").text,
+      WithHeader(0, ""));
 }
 
 TEST_F(DocumentFileTest, BrokenTextIsRefusedWithItsLine) {

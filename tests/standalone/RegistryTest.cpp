@@ -3,6 +3,8 @@
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 
+#include <optional>
+
 #include "adapters/FeatureAdapter.h"
 #include "base/VLMRegistry.h"
 #include "model/LateTypes.h"
@@ -61,6 +63,24 @@ TEST(MetaClassTest, ALateTypeHoldsOneEntryPerInterfaceAndItsOwnBeforeItsBases) {
     EXPECT_EQ(base.FindTie(kId), first);
   }
   EXPECT_EQ(derived.FindTie(kId), nullptr);
+}
+
+TEST(MetaClassTest, AnotherLibrarysEntryCountsOnceTheFirstOneIsGoneOrItIsPreferred) {
+  constexpr VLMInterfaceId kId("RegTestInterface");
+  const VLMCreateTIE first = [](VLMBaseUnknown&) -> void* { return nullptr; };
+  const VLMCreateTIE second = [](VLMBaseUnknown& extended) -> void* { return &extended; };
+  VLMMetaClass& lateType = VLMMetaClass::LateType("RegTestSharedLT");
+  VLMLibrary other("Other");
+  std::optional<VLMLibrary> library(std::in_place, "Test");
+  EXPECT_EQ(library->DeclareTie(lateType, kId, first), S_OK);
+  EXPECT_EQ(other.DeclareTie(lateType, kId, second), E_FAIL);
+  EXPECT_EQ(lateType.FindTie(kId), first);
+  VLMRegistry::Prefer(lateType, kId, second);
+  EXPECT_EQ(lateType.FindTie(kId), second);
+  VLMRegistry::Prefer(lateType, kId, first);
+  EXPECT_EQ(lateType.FindTie(kId), first);
+  library.reset();
+  EXPECT_EQ(lateType.FindTie(kId), second);
 }
 
 TEST(LibraryTest, ComponentsAreMadeByName) {
@@ -144,15 +164,22 @@ TEST(LibraryTest, WhatIsNoUpgradeLibraryIsRefusedByName) {
   EXPECT_THAT(messageFor("/nowhere/lib.so"),
               testing::StartsWith("/nowhere/lib.so: the upgrade library cannot be"));
   EXPECT_THAT(messageFor(HVX_SOURCE_DIR "/CMakeLists.txt"), testing::HasSubstr("cannot be loaded"));
-  EXPECT_THAT(messageFor(HVX_OTHER_LAYOUT_LIBRARY),
-              testing::HasSubstr("was built for another version of this program. Install the one"));
+  EXPECT_THAT(
+      messageFor(HVX_OLDER_LAYOUT_LIBRARY),
+      testing::HasSubstr("was built for an older version of this program (interface 3; this program has "
+                         "4). Rebuild it"));
+  EXPECT_THAT(
+      messageFor(HVX_NEWER_LAYOUT_LIBRARY),
+      testing::HasSubstr("was built for a newer version of this program (interface 9; this program has 4"));
+  EXPECT_THAT(messageFor(HVX_OTHER_SIZES_LIBRARY),
+              testing::HasSubstr("but structures of other sizes. Rebuild"));
   EXPECT_THAT(messageFor("libm.so.6"),
               testing::HasSubstr("cannot be loaded"));  // a path, not a name to search
 
   // A full disk leaves such files. Mapping one would end the program by a signal.
   const testing_support::TempFolder folder;
   const std::filesystem::path cutOff = folder / "cut.so";
-  std::filesystem::copy_file(HVX_OTHER_LAYOUT_LIBRARY, cutOff);
+  std::filesystem::copy_file(HVX_OLDER_LAYOUT_LIBRARY, cutOff);
   std::filesystem::resize_file(cutOff, std::filesystem::file_size(cutOff) / 4);
   EXPECT_THAT(messageFor(cutOff.string()), testing::HasSubstr("the file is cut off"));
 }

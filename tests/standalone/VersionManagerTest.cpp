@@ -57,7 +57,7 @@ TEST_F(VersionManagerTest, PendingAreTheKnownOnesThatTheDocumentHasNotBeenThroug
   for (const char* const done : {"ProbeC", "UpgradeOfLater", "ProbeOfNobody"}) Doc().RecordUpgrade(done);
   EXPECT_THAT(manager_.Pending(Doc()), ElementsAre("UpgradeTestScratchFolder", "ProbeA", "ProbeB",
                                                    "ProbeAssertion", "ProbeNullHandle", "ProbeDocument"));
-  EXPECT_THAT(manager_.Unknown(Doc()), ElementsAre("UpgradeOfLater"));
+  EXPECT_THAT(manager_.Unknown(Doc()).Libraries().at(0).upgrades, ElementsAre("UpgradeOfLater"));
   EXPECT_EQ(manager_.Find("UpgradeOfLater"), nullptr);
 
   const VersionManager real({&testing_support::Library()});

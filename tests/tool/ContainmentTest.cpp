@@ -255,12 +255,5 @@ TEST_F(ContainmentTest, AReportThatFailsAtTheEndSaysThatTheDocumentsAreDone) {
   EXPECT_NE(ended.err.find("results that were written are in place"), std::string::npos) << ended.err;
 }
 
-TEST_F(ContainmentTest, TwoLibrariesForOneLateTypeAreRefused) {
-  const Ended ended = Run({"--library", UPGRADE_LIBRARY, "--library", UPGRADE_LIBRARY, "identifiers"});
-  EXPECT_EQ(ended.code, 3);
-  EXPECT_NE(ended.err.find("both extend "), std::string::npos) << ended.err;
-  EXPECT_NE(ended.err.find("with HVXIUpgrade"), std::string::npos) << ended.err;
-}
-
 }  // namespace
 }  // namespace tool_testing

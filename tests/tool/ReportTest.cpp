@@ -144,7 +144,7 @@ TEST_F(ReportTest, EveryRunSaysWhereItComesFrom) {
   const std::string copy = Path("copy.so");
   std::filesystem::copy_file(UPGRADE_LIBRARY, copy);
   std::vector<std::string> withCopy = command;
-  withCopy.insert(withCopy.begin(), {"--library", copy});
+  withCopy.insert(withCopy.begin(), {"--no-default-library", "--library", copy});
   EXPECT_EQ(Run(withCopy).code, 0);
   const std::string before = Content(Path("r.jsonl"));
   withCopy.insert(withCopy.begin(), {"--library", TROUBLE_LIBRARY});

@@ -66,6 +66,7 @@ std::string ArchiveCheck::Work(std::size_t document) const {
     const CheckedDocument checked = CheckDocument(file, manager_, documents_.size() == 1);
     outcome.isChecked = true;
     outcome.code = checked.Code();
+    outcome.isNotLoaded = checked.isRefused && checked.unknown.AreOnlyNotLoaded();
     AppendHeadline(text, checked);
     outcome.headline = fmt::to_string(text);
     text.clear();
@@ -100,7 +101,9 @@ bool ArchiveCheck::Close(std::size_t document, const WorkEnd& end) {
   state_.bytesDone += loads_[document].bytes;
   if (outcome.code != ExitCode::kDone && outcome.code != ExitCode::kUpgradeNeeded) ++state_.needPerson;
   code_ = MoreSerious(code_, outcome.code);
-  if (outcome.isChecked) {
+  if (outcome.isNotLoaded) {
+    ++notLoaded_;
+  } else if (outcome.isChecked) {
     ++counts_[outcome.code];
   } else {
     ++unchecked_;
@@ -141,6 +144,8 @@ std::string ArchiveCheck::Verdict() const {
     const auto count = counts_.find(code);
     if (count != counts_.end()) parts.push_back(fmt::format("{} {}", count->second, words));
   }
+  if (notLoaded_ != 0)
+    parts.push_back(fmt::format("{} upgraded by a library that is not loaded", notLoaded_));
   if (unchecked_ != 0) parts.push_back(fmt::format("{} unreadable or broken", unchecked_));
   return fmt::format("{}: {}", Count(state_.done, "document"), fmt::join(parts, ", "));
 }

@@ -17,6 +17,7 @@ namespace tool {
 struct CheckOutcome {
   ExitCode code = ExitCode::kNeedsPerson;
   bool isChecked = false;  ///< Else `problem` says why not.
+  bool isNotLoaded = false;  ///< It was refused for a library that is not loaded.
   std::string headline;
   std::string text;   ///< For people, with the headline.
   std::string entry;  ///< For a JSON list, where it is wanted; also of a document that was not checked.
@@ -26,6 +27,7 @@ struct CheckOutcome {
   static void VisitFields(Self& self, const Raw& raw, const Text& text) {
     raw(self.code);
     raw(self.isChecked);
+    raw(self.isNotLoaded);
     text(self.headline);
     text(self.text);
     text(self.entry);
@@ -66,6 +68,7 @@ class ArchiveCheck {
   std::vector<Load> loads_;
   std::vector<std::string> entries_;
   std::map<ExitCode, std::size_t> counts_;
+  std::size_t notLoaded_ = 0;
   std::size_t unchecked_ = 0;
   ExitCode code_ = ExitCode::kDone;
   std::map<std::size_t, bool> atWork_;

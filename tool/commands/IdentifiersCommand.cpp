@@ -53,17 +53,52 @@ std::string Remarks(const KnownUpgrade& known) {
   return remarks.empty() ? "" : fmt::format("  ({})", fmt::join(remarks, "; "));
 }
 
+bool AreSeveral(const VersionManager& manager) {
+  return manager.Libraries().size() > 1;
+}
+
+std::string TitleOf(const HVXUpgradeLibrary& library) {
+  std::string title = library.name;
+  if (library.version != nullptr) title += fmt::format(" {}", library.version);
+  if (!library.continues.empty())
+    title += fmt::format(", which continues {}", fmt::join(library.continues, ", "));
+  return Printable(title);
+}
+
+// Sentences on the late types for which the extensions of several libraries are handed the identifier, in the
+// order of the calls.
+std::vector<std::string> SharedTexts(const KnownUpgrade& known) {
+  std::vector<std::string> texts;
+  for (const auto& [lateType, handed] : known.shared) {
+    if (handed.size() == 1) continue;
+    std::vector<std::string> classes;
+    for (const HVXUpgradeClass* const upgradeClass : handed) {
+      const auto bound = std::ranges::find(known.bindings, upgradeClass, &Binding::upgradeClass);
+      classes.push_back(fmt::format("{} of {}", upgradeClass->name, bound->library->name));
+    }
+    texts.push_back(
+        fmt::format("Features of {} are handed to {}.", lateType, fmt::join(classes, ", then to ")));
+  }
+  return texts;
+}
+
 void AppendList(fmt::memory_buffer& out, const VersionManager& manager,
                 const std::vector<const KnownUpgrade*>& chosen) {
   auto to = std::back_inserter(out);
+  const HVXUpgradeLibrary* library = nullptr;
   for (const KnownUpgrade* const known : chosen) {
+    if (AreSeveral(manager) && known->library != library)
+      fmt::format_to(to, "{}{}\n", library == nullptr ? "" : "\n", TitleOf(*known->library));
+    library = known->library;
     fmt::format_to(to, "{:3}  {}{}\n", Number(manager, *known), known->identifier, Remarks(*known));
     if (known->documentUpgrade != nullptr) fmt::format_to(to, "       {}\n", known->documentUpgrade->purpose);
     for (const Binding& bound : known->bindings) {
       fmt::format_to(to, "       {}: {} [{}: {}{}]\n", LateTypes(*bound.upgradeClass), bound.binding->purpose,
                      bound.upgradeClass->name, PolicyOf(bound).word, TestsInTurn(bound) ? ", in turn" : "");
     }
+    for (const std::string& shared : SharedTexts(*known)) fmt::format_to(to, "       {}\n", shared);
   }
+  if (AreSeveral(manager)) out.push_back('\n');
   for (const HVXUpgradeClass* const hostUpgrade : manager.HostUpgrades()) {
     fmt::format_to(
         to, "     The host's upgrade of basic components ({}), which conversions call\n       {} [{}]\n",
@@ -76,7 +111,8 @@ void AppendList(fmt::memory_buffer& out, const VersionManager& manager,
   fmt::format_to(to, "  in turn  the class tests all its upgrades in turn, not only up to the first match\n");
 }
 
-void AppendBindings(fmt::memory_buffer& out, const KnownUpgrade& known, std::size_t columns) {
+void AppendBindings(fmt::memory_buffer& out, const VersionManager& manager, const KnownUpgrade& known,
+                    std::size_t columns) {
   constexpr std::size_t kIndent = 2;
   auto to = std::back_inserter(out);
   if (Unanswered(known)) fmt::format_to(to, "\n  No class answers to it: it changes nothing.\n");
@@ -90,14 +126,16 @@ void AppendBindings(fmt::memory_buffer& out, const KnownUpgrade& known, std::siz
     AppendProse(out, bound.binding->purpose, 2 * kIndent, columns);
     const std::string rule =
         TestsInTurn(bound) ? "tests all its upgrades in turn" : "runs the first match only";
-    std::string by =
-        fmt::format("Class {}, which {}; {}.", bound.upgradeClass->name, rule, PolicyOf(bound).meaning);
+    std::string by = fmt::format("Class {}{}, which {}; {}.", bound.upgradeClass->name,
+                                 AreSeveral(manager) ? fmt::format(" of {}", bound.library->name) : "", rule,
+                                 PolicyOf(bound).meaning);
     if (Failed(bound.upgradeClass->resultWithoutRun)) {
       by += fmt::format(" Without a match it answers 0x{:08X}.",
                         static_cast<std::uint32_t>(bound.upgradeClass->resultWithoutRun));
     }
     AppendProse(out, by, 2 * kIndent, columns);
   }
+  for (const std::string& shared : SharedTexts(known)) AppendProse(out, shared, kIndent, columns);
 }
 
 void AppendUpgrade(fmt::memory_buffer& out, const VersionManager& manager, const KnownUpgrade& known,
@@ -106,15 +144,29 @@ void AppendUpgrade(fmt::memory_buffer& out, const VersionManager& manager, const
   const std::size_t columns = std::max(kFewestColumns, ColumnsOf(stdout));
   auto to = std::back_inserter(out);
   fmt::format_to(to, "{} ({} of {})\n", known.identifier, Number(manager, known), manager.Known().size());
+  if (AreSeveral(manager)) fmt::format_to(to, "  Of {}\n", TitleOf(*known.library));
   const Explanation* const explanation = explanations.Of(known.identifier);
   if (explanation != nullptr) {
     out.push_back('\n');
     AppendProse(out, explanation->about, 2, columns);
   }
-  AppendBindings(out, known, columns);
+  AppendBindings(out, manager, known, columns);
   if (explanation != nullptr) AppendParts(out, *explanation, columns);
   if (const auto page = explanations.PageOf(known.identifier); !page.empty())
     fmt::format_to(to, "\nIts page: {}\n", Printable(page.string()));
+}
+
+void AppendShared(JsonObject& entry, const KnownUpgrade& known) {
+  JsonList list(entry.Key("shared"));
+  for (const auto& [lateType, classes] : known.shared) {
+    JsonObject shared(list.Entry());
+    shared.Text("lateType", lateType);
+    std::vector<std::string> names;
+    for (const HVXUpgradeClass* const upgradeClass : classes) names.emplace_back(upgradeClass->name);
+    shared.Texts("classes", names);
+    shared.Close();
+  }
+  list.Close();
 }
 
 void AppendJson(fmt::memory_buffer& out, const Installation& installation,
@@ -129,11 +181,13 @@ void AppendJson(fmt::memory_buffer& out, const Installation& installation,
     JsonObject entry(list.Entry());
     entry.Number("number", Number(manager, *known));
     entry.Text("upgrade", known->identifier);
+    entry.Text("library", known->library->name);
     entry.Flag("documentWide", known->documentUpgrade != nullptr);
     if (known->documentUpgrade != nullptr) entry.Text("purpose", known->documentUpgrade->purpose);
     JsonList bindings(entry.Key("bindings"));
     for (const Binding& bound : known->bindings) {
       JsonObject binding(bindings.Entry());
+      binding.Text("library", bound.library->name);
       AppendClass(binding, *bound.upgradeClass);
       binding.Text("purpose", bound.binding->purpose);
       binding.Text("onFailure", PolicyOf(bound).word);
@@ -142,6 +196,7 @@ void AppendJson(fmt::memory_buffer& out, const Installation& installation,
       binding.Close();
     }
     bindings.Close();
+    if (!known->shared.empty()) AppendShared(entry, *known);
     entry.Close();
   }
   list.Close();

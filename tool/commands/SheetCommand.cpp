@@ -79,13 +79,13 @@ SheetPart PartOf(const SheetArguments& arguments, const std::vector<DocumentShee
   return part;
 }
 
-// What a later release writes may stand where nobody here looks.
-ExitCode TellNewer(const DocumentSheet& document, const standalone::VersionManager& manager) {
-  const std::vector<std::string> unknown = manager.Unknown(*document.document.Get());
-  if (unknown.empty()) return ExitCode::kDone;
-  Complain(fmt::format("{} is newer than this program, which does not know {}: the sheet may be wrong",
-                       document.file, Count(unknown.size(), "upgrade")));
-  return ExitCode::kNewer;
+// What a later release, or another library, writes may stand where nobody here looks.
+ExitCode TellUnknown(const DocumentSheet& document, const standalone::VersionManager& manager) {
+  const standalone::UnknownUpgrades unknown = manager.Unknown(*document.document.Get());
+  if (unknown.IsEmpty()) return ExitCode::kDone;
+  Complain(fmt::format("{} was upgraded by {}: the sheet may be wrong. {}", document.file, unknown.Words(),
+                       unknown.NextStep()));
+  return manager.Refuses(*document.document.Get()) ? ExitCode::kNewer : ExitCode::kDone;
 }
 
 }  // namespace
@@ -97,7 +97,7 @@ ExitCode RunSheet(const SheetArguments& arguments, const Places& places,
   for (const std::string& file : {arguments.file, arguments.current}) {
     if (file.empty()) continue;
     documents.push_back(ReadDocumentSheet(file));
-    code = MoreSerious(code, TellNewer(documents.back(), manager));
+    code = MoreSerious(code, TellUnknown(documents.back(), manager));
   }
   const SheetPart part = PartOf(arguments, documents);
   const Style style{.units = arguments.units == "mm-t-s" ? UnitSystem::kMmT : UnitSystem::kSi,

@@ -1,5 +1,6 @@
 #include "commands/StatusCommand.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <memory>
@@ -21,18 +22,20 @@ using standalone::KnownUpgrade;
 using standalone::VersionManager;
 
 // What a document's first line tells of it.
-enum class State { kPending, kCurrent, kNewer, kBroken };
-constexpr std::size_t kStates = 4;
+enum class State { kPending, kCurrent, kNewer, kNotLoaded, kBroken };
+constexpr std::size_t kStates = 5;
 
 struct StateWords {
   std::string_view name;   // for programs: the verdict, and what --list is given
   std::string_view words;  // for people
   Colour colour;
 };
-constexpr std::array<StateWords, kStates> kWords{{{"pending", "upgrade needed", Colour::kYellow},
-                                                  {"current", "current", Colour::kGreen},
-                                                  {"newer", "newer than this program", Colour::kRed},
-                                                  {"broken", "broken", Colour::kRed}}};
+constexpr std::array<StateWords, kStates> kWords{
+    {{"pending", "upgrade needed", Colour::kYellow},
+     {"current", "current", Colour::kGreen},
+     {"newer", "newer than this program", Colour::kRed},
+     {"notLoaded", "upgraded by a library that is not loaded", Colour::kRed},
+     {"broken", "broken", Colour::kRed}}};
 
 const StateWords& WordsOf(State state) {
   return kWords[static_cast<std::size_t>(state)];
@@ -44,12 +47,12 @@ struct Status {
   std::uint64_t features = 0;
   std::vector<std::string> pending;
   std::vector<std::string> done;
-  std::vector<std::string> unknown;    // recorded, but of a later release
+  standalone::UnknownUpgrades unknown;
   std::optional<DocumentError> error;  // why nothing else is known
 
   [[nodiscard]] ExitCode Code(bool check) const {
     if (error) return ExitCodeOf(*error);
-    if (state == State::kNewer) return ExitCode::kNewer;
+    if (state == State::kNewer || state == State::kNotLoaded) return ExitCode::kNewer;
     return check && state == State::kPending ? ExitCode::kUpgradeNeeded : ExitCode::kDone;
   }
 };
@@ -66,9 +69,11 @@ Status StatusOf(const std::string& file, const VersionManager& manager) {
     for (const KnownUpgrade& known : manager.Known()) {
       if (document.HasRecorded(known.identifier)) status.done.push_back(known.identifier);
     }
-    status.state = !status.unknown.empty()  ? State::kNewer
-                   : status.pending.empty() ? State::kCurrent
-                                            : State::kPending;
+    if (manager.Refuses(document)) {
+      status.state = status.unknown.AreOnlyNotLoaded() ? State::kNotLoaded : State::kNewer;
+    } else {
+      status.state = status.pending.empty() ? State::kCurrent : State::kPending;
+    }
   } catch (const DocumentError& error) {
     status.error = error;
     if (error.GetKind() == DocumentError::Kind::kNewer) status.state = State::kNewer;
@@ -98,6 +103,12 @@ void AppendUpgrades(fmt::memory_buffer& out, std::string_view title, const std::
     fmt::format_to(std::back_inserter(out), "    {}\n", Word(upgrade));
 }
 
+std::size_t CountOf(const standalone::UnknownUpgrades& unknown) {
+  std::size_t count = 0;
+  for (const standalone::MissingLibrary& each : unknown.Libraries()) count += each.upgrades.size();
+  return count;
+}
+
 void AppendText(fmt::memory_buffer& out, const Status& status, bool all) {
   auto to = std::back_inserter(out);
   const StateWords& words = WordsOf(status.state);
@@ -107,11 +118,14 @@ void AppendText(fmt::memory_buffer& out, const Status& status, bool all) {
   } else {
     fmt::format_to(to, "{} pending, {} done", Count(status.pending.size(), "upgrade"), status.done.size());
   }
-  if (!status.unknown.empty()) fmt::format_to(to, ", {} unknown here", status.unknown.size());
+  if (!status.unknown.IsEmpty()) fmt::format_to(to, ", {} unknown here", CountOf(status.unknown));
   fmt::format_to(to, " ({})\n", Count(status.features, "feature"));
   AppendUpgrades(out, "Pending", status.pending, all);
   if (all) AppendUpgrades(out, "Done", status.done, all);
-  AppendUpgrades(out, "Unknown here (use a newer release of this program)", status.unknown, all);
+  for (const standalone::MissingLibrary& each : status.unknown.Libraries())
+    AppendUpgrades(out, fmt::format("Unknown here, of {}", Printable(each.Words())), each.upgrades, all);
+  if (!status.unknown.IsEmpty())
+    AppendParagraph(out, EachWord(Printable(fmt::format("Next: {}", status.unknown.NextStep()))), 2);
 }
 
 void AppendJson(fmt::memory_buffer& out, const Status& status) {
@@ -122,7 +136,7 @@ void AppendJson(fmt::memory_buffer& out, const Status& status) {
   entry.Number("features", status.features);
   entry.Texts("pendingUpgrades", status.pending);
   entry.Texts("doneUpgrades", status.done);
-  entry.Texts("newerUpgrades", status.unknown);
+  AppendUnknown(entry, status.unknown);
   entry.Close();
 }
 
@@ -206,13 +220,17 @@ class TotalsView final : public View {
     std::size_t all = 0;
     for (const Group& group : groups_) all += group.documents;
     Say(fmt::format("{}, {}\n", Count(all, "document"), Count(features_, "feature")));
+    std::size_t width = 24;  // the columns stand apart
+    for (std::size_t i = 0; i < kStates; ++i) {
+      if (groups_[i].documents != 0) width = std::max(width, kWords[i].words.size() + 1);
+    }
     for (std::size_t i = 0; i < kStates; ++i) {
       if (groups_[i].documents == 0) continue;
-      const std::string verdict = fmt::format("{:<24}", kWords[i].words);
+      const std::string verdict = fmt::format("{:<{}}", kWords[i].words, width);
       Say(fmt::format("  {}{:>9}   --list {}\n", Paint(stdout, kWords[i].colour, verdict),
                       groups_[i].documents, kWords[i].name));
     }
-    for (const State state : {State::kBroken, State::kNewer, State::kPending}) Tell(state);
+    for (const State state : {State::kBroken, State::kNewer, State::kNotLoaded, State::kPending}) Tell(state);
   }
 
  private:
@@ -225,9 +243,12 @@ class TotalsView final : public View {
   static std::string LineOf(const Status& status) {
     if (status.error) return Printable(status.error->what());  // which names the file
     if (status.state == State::kNewer) {
+      const std::vector<std::string> newer = status.unknown.Newer();
       return fmt::format("{}: {} unknown here, such as {}", Printable(status.file),
-                         Count(status.unknown.size(), "upgrade"), Word(status.unknown.front()));
+                         Count(newer.size(), "upgrade"), Word(newer.front()));
     }
+    if (status.state == State::kNotLoaded)
+      return Printable(fmt::format("{}: upgraded by {}", status.file, status.unknown.Words()));
     return fmt::format("{}: {} pending", Printable(status.file), Count(status.pending.size(), "upgrade"));
   }
 

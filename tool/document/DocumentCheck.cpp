@@ -7,10 +7,12 @@ namespace tool {
 
 CheckedDocument CheckDocument(const std::string& file, const standalone::VersionManager& manager,
                               bool withProgress) {
-  CheckedDocument checked{
-      file, withProgress ? ReadWithProgress(file) : standalone::ReadDocument(file), {}, {}};
-  checked.unknown = manager.Unknown(*checked.document.Get());
-  if (checked.unknown.empty()) checked.findings = standalone::CheckConformity(*checked.document.Get());
+  CheckedDocument checked{.file = file,
+                          .document = withProgress ? ReadWithProgress(file) : standalone::ReadDocument(file)};
+  const standalone::Document& document = *checked.document.Get();
+  checked.unknown = manager.Unknown(document);
+  checked.isRefused = manager.Refuses(document);
+  if (!checked.isRefused) checked.findings = standalone::CheckConformity(*checked.document.Get());
   return checked;
 }
 

@@ -20,9 +20,11 @@
 #include "file/FileIdentity.h"
 #include "file/TemporaryName.h"
 #include "report/Attention.h"
+#include "report/JsonOutput.h"
 #include "report/SignOff.h"
 #include "report/Summary.h"
 #include "report/TypeTable.h"
+#include "report/UnknownText.h"
 #include "terminal/Interruption.h"
 #include "terminal/Progress.h"
 #include "terminal/Terminal.h"
@@ -37,6 +39,13 @@ using standalone::Finding;
 using standalone::FindingScope;
 using standalone::VersionManager;
 
+DocumentResult WithoutResult(Verdict verdict, std::string problem) {
+  DocumentResult result;
+  result.verdict = verdict;
+  result.problem = std::move(problem);
+  return result;
+}
+
 class DocumentUpgrade {
  public:
   DocumentUpgrade(const UpgradeTask& task, const RequestCommit& requestCommit)
@@ -47,17 +56,25 @@ class DocumentUpgrade {
     replacesInput_ = task_.destination.Replaces(task_.input);
     if (task_.skipsCurrent && !task_.retry && NeedsNoReading()) {
       result_.verdict = Verdict::kNotLookedInto;
-      result_.summary = fmt::format("{}: already current, by its header\n", Printable(task_.input));
+      result_.missing = JsonOf(unknown_);
+      result_.summary =
+          fmt::format("{}: already current, by its header{}\n", Printable(task_.input),
+                      unknown_.IsEmpty() ? "" : Printable(fmt::format(", upgraded by {}", unknown_.Words())));
       return std::move(result_);
     }
     const DocumentPtr document = Read();
-    RefuseNewer(*document.Get());
+    unknown_ = task_.manager.Unknown(*document.Get());
+    if (!unknown_.IsEmpty() && !unknown_.AreOnlyNotLoaded()) return Refused(Verdict::kNewer);
     document->LimitCreation(FeatureLimit(task_.limits, document->FeatureCount()));
     const std::vector<std::string> pending = task_.manager.Pending(*document.Get());
     const Selection::Chosen chosen = task_.selection.Of(pending);
     standalone::LeftBehind leftBehind(*document.Get());
     std::vector<VersionManager::Again> again;
     if (task_.retry) again = leftBehind.Next();
+    // What such a library did is part of the order in which upgrades must run.
+    if (!unknown_.IsEmpty() && !(chosen.identifiers.empty() && again.empty()))
+      return Refused(Verdict::kNotLoaded);
+    result_.missing = JsonOf(unknown_);
     result_.features = document->FeatureCount();
     if (task_.record != nullptr) result_.inputSha256 = readDigest_.Sha256Text();
     result_.failsOnDrop = task_.failOnDrop;
@@ -88,11 +105,12 @@ class DocumentUpgrade {
   }
 
   // A header that cannot be read, or is not known, is told better by reading the document.
-  [[nodiscard]] bool NeedsNoReading() const {
+  [[nodiscard]] bool NeedsNoReading() {
     try {
       const standalone::DocumentHeader header = standalone::ReadHeader(task_.input);
       const standalone::Document& document = *header.document.Get();
-      if (!task_.manager.Pending(document).empty() || !task_.manager.Unknown(document).empty()) return false;
+      unknown_ = task_.manager.Unknown(document);
+      if (!task_.manager.Pending(document).empty() || task_.manager.Refuses(document)) return false;
     } catch (const DocumentError&) {
       return false;
     }
@@ -142,13 +160,11 @@ class DocumentUpgrade {
     return standalone::ReadDocument(task_.input, options);
   }
 
-  void RefuseNewer(const standalone::Document& document) const {
-    const std::vector<std::string> unknown = task_.manager.Unknown(document);
-    if (unknown.empty()) return;
-    throw DocumentError(DocumentError::Kind::kNewer, task_.input, 0,
-                        fmt::format("it has been through {} that this program does not know, such as {}",
-                                    Count(unknown.size(), "upgrade"), Quoted(unknown.front())),
-                        "Use a newer release of this program");
+  [[nodiscard]] DocumentResult Refused(Verdict verdict) const {
+    DocumentResult result = WithoutResult(
+        verdict, fmt::format("{}: {}. {}", task_.input, ProblemOf(unknown_), unknown_.NextStep()));
+    result.missing = JsonOf(unknown_);
+    return result;
   }
 
   void PassUnchanged(standalone::Document& document) {
@@ -158,8 +174,8 @@ class DocumentUpgrade {
     result_.attention = JsonOf(task_.input, attention);
     const bool isThere = task_.destination.HoldsCopyOf(task_.input);
     if (!task_.destination.inPlace && !isThere) task_.destination.Check();
-    result_.summary = SummaryWithoutRun(
-        {task_.input, result_.verdict, attention, task_.destination, isThere, task_.dryRun, task_.verbose});
+    result_.summary = SummaryWithoutRun({task_.input, result_.verdict, attention, unknown_, task_.destination,
+                                         isThere, task_.dryRun, task_.verbose});
     if (task_.dryRun || task_.destination.inPlace || isThere || task_.destination.IsNone()) return;
     requestCommit_(Pack(result_));
     Interruption::StopIfRequested();
@@ -318,19 +334,13 @@ class DocumentUpgrade {
   const RequestCommit& requestCommit_;
   Progress progress_;
   DocumentResult result_;
+  standalone::UnknownUpgrades unknown_;
   bool replacesInput_ = false;
   standalone::FileDigest readDigest_;
   standalone::FileDigest writtenDigest_;
   standalone::Compression stored_ = standalone::Compression::kNone;
   std::optional<standalone::FileIdentity> read_;  // none where it is no regular file
 };
-
-DocumentResult WithoutResult(Verdict verdict, std::string problem) {
-  DocumentResult result;
-  result.verdict = verdict;
-  result.problem = std::move(problem);
-  return result;
-}
 
 Verdict VerdictOf(DocumentError::Kind kind) {
   switch (kind) {

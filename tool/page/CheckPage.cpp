@@ -4,6 +4,7 @@
 
 #include "page/Findings.h"
 #include "page/JsonParts.h"
+#include "page/MissingNote.h"
 #include "page/Numbers.h"
 #include "page/Page.h"
 #include "page/ValueText.h"
@@ -95,11 +96,8 @@ class CheckPage {
       }
     }
     detail.attention = findings.Take();
-    for (const element upgrade : EntriesIn(document, "newerUpgrades")) {
-      std::string_view name;
-      if (upgrade.get(name) == simdjson::SUCCESS)
-        detail.notes.push_back(fmt::format("It has been through {}, which only a later release knows", name));
-    }
+    for (const element library : EntriesIn(document, "missingLibraries"))
+      detail.notes.push_back(NoteOnMissing(library));
     detail.cut = "Long lists are cut; 'hvxupgrade check --all' prints all of them";
     fmt::memory_buffer json;
     AppendJson(json, detail);

@@ -9,6 +9,7 @@
 #include "page/FeatureMap.h"
 #include "page/Findings.h"
 #include "page/JsonParts.h"
+#include "page/MissingNote.h"
 #include "page/Numbers.h"
 #include "page/SheetView.h"
 #include "page/Steps.h"
@@ -61,6 +62,8 @@ Words WordsFor(const DocumentResult& result, bool isDryRun) {
       return {Tone::kBad, "unreadable or invalid", "unreadable or invalid"};
     case tool::Verdict::kNewer:
       return {Tone::kBad, "newer than this program", "newer than this program"};
+    case tool::Verdict::kNotLoaded:
+      return {Tone::kBad, "upgraded by a library that is not loaded", "of a library that is not loaded"};
     case tool::Verdict::kUnwritable:
       return {Tone::kBad, "the result could not be written", "result could not be written"};
     case tool::Verdict::kChangedMeanwhile:
@@ -187,6 +190,8 @@ std::vector<std::string> NotesOf(const JsonParts& parts) {
     notes.push_back(fmt::format("{} ended early on {}, which is harmless: {}", TextIn(entry, "upgrade"),
                                 CountOf(CountIn(entry, "features"), "feature"), TextIn(entry, "reason")));
   });
+  ForEachEntry(parts["missingLibraries"],
+               [&notes](element library) { notes.push_back(NoteOnMissing(library)); });
   return notes;
 }
 

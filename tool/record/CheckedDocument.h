@@ -7,6 +7,7 @@
 
 #include "check/Conformity.h"
 #include "settings/ExitCode.h"
+#include "upgrade/UnknownUpgrades.h"
 
 namespace tool {
 
@@ -14,8 +15,9 @@ namespace tool {
 struct CheckedDocument {
   std::string file;
   standalone::DocumentPtr document;
-  std::vector<standalone::Finding> findings;
-  std::vector<std::string> unknown;  ///< Upgrades that it has been through, of a later release.
+  std::vector<standalone::Finding> findings = {};
+  standalone::UnknownUpgrades unknown = {};  ///< What it has been through and nobody here knows.
+  bool isRefused = false;               ///< It was not looked at, because of those.
 
   [[nodiscard]] bool HasPending() const {
     return std::ranges::any_of(findings, [](const standalone::Finding& each) {
@@ -27,16 +29,18 @@ struct CheckedDocument {
   }
   /// The word for programs.
   [[nodiscard]] std::string_view Verdict() const {
-    if (!unknown.empty()) return "newer";
+    if (isRefused) return unknown.AreOnlyNotLoaded() ? "notLoaded" : "newer";
     return Code() == ExitCode::kDone ? "conforms" : "doesNotConform";
   }
   /// The words for people.
   [[nodiscard]] std::string_view Words() const {
-    if (!unknown.empty()) return "newer than this program";
+    if (isRefused)
+      return unknown.AreOnlyNotLoaded() ? "upgraded by a library that is not loaded"
+                                        : "newer than this program";
     return Code() == ExitCode::kDone ? "conforms" : "does not conform";
   }
   [[nodiscard]] ExitCode Code() const {
-    if (!unknown.empty()) return ExitCode::kNewer;
+    if (isRefused) return ExitCode::kNewer;
     if (NeedsPerson()) return ExitCode::kNeedsPerson;
     return HasPending() ? ExitCode::kUpgradeNeeded : ExitCode::kDone;
   }

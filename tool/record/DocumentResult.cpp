@@ -22,6 +22,8 @@ std::string_view NameOf(Verdict verdict) {
       return "broken";
     case Verdict::kNewer:
       return "newer";
+    case Verdict::kNotLoaded:
+      return "notLoaded";
     case Verdict::kUnwritable:
       return "unwritable";
     case Verdict::kChangedMeanwhile:
@@ -57,6 +59,7 @@ ExitCode ExitCodeOf(const DocumentResult& result) {
     case Verdict::kBadInput:
       return ExitCode::kBadInput;
     case Verdict::kNewer:
+    case Verdict::kNotLoaded:
       return ExitCode::kNewer;
     case Verdict::kUnwritable:
     case Verdict::kChangedMeanwhile:

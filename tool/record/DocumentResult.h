@@ -17,6 +17,7 @@ enum class Verdict {
   kHeldBack,       ///< Upgraded, but not written, because something needs a person.
   kBadInput,
   kNewer,
+  kNotLoaded,  ///< It was upgraded by a library that is not loaded, and something is pending.
   kUnwritable,
   kChangedMeanwhile,  ///< The document is no longer what was read; the result was not put in its place.
   kAborted,
@@ -42,6 +43,7 @@ struct DocumentResult {
   std::string summary;       ///< For people; empty when there is no result.
   std::string table;         ///< What comes after the summary, behind the places of result and report.
   std::string attention;     ///< JSON objects, separated by commas: what needs a person.
+  std::string missing;       ///< The same: libraries whose upgrades it has been through and nobody here knows.
 
   /// Whether the upgrade was carried through, written or not.
   [[nodiscard]] bool Succeeded() const { return verdict <= Verdict::kHeldBack; }
@@ -67,6 +69,7 @@ struct DocumentResult {
     text(self.summary);
     text(self.table);
     text(self.attention);
+    text(self.missing);
   }
 };
 

@@ -6,6 +6,8 @@
 
 #include "report/FeatureOutput.h"
 #include "report/JsonOutput.h"
+#include "report/UnknownText.h"
+#include "terminal/Table.h"
 #include "terminal/Terminal.h"
 
 namespace tool {
@@ -114,6 +116,7 @@ void AppendHeadline(fmt::memory_buffer& out, const CheckedDocument& checked) {
   }
   if (count > 0) fmt::format_to(to, ", {} on {}", Count(count, "finding"), Count(features.size(), "feature"));
   fmt::format_to(to, " ({})\n", Count(checked.document->FeatureCount(), "feature"));
+  if (!checked.unknown.IsEmpty()) AppendParagraph(out, EachWord(NoteOf(checked.unknown)), 2);
 }
 
 void AppendText(fmt::memory_buffer& out, const CheckedDocument& checked, bool all) {
@@ -138,7 +141,7 @@ void AppendJson(fmt::memory_buffer& out, const CheckedDocument& checked) {
   entry.Text("verdict", checked.Verdict());
   entry.Text("words", checked.Words());
   entry.Number("features", checked.document->FeatureCount());
-  entry.Texts("newerUpgrades", checked.unknown);
+  AppendUnknown(entry, checked.unknown);
   JsonObject counts(entry.Key("counts"));
   for (const FindingKind kind : kKinds) {
     counts.Number(NameOf(kind),

@@ -75,9 +75,30 @@ void AppendLibraries(JsonObject& object, const std::vector<LibraryFile>& librari
     library.Text("version", each.version);
     library.Name("file", each.file);
     library.Text("sha256", each.sha256);
+    if (!each.continues.empty()) library.Texts("continues", each.continues);
     library.Close();
   }
   list.Close();
+}
+
+std::string JsonOf(const standalone::UnknownUpgrades& unknown) {
+  fmt::memory_buffer text;
+  for (const standalone::MissingLibrary& each : unknown.Libraries()) {
+    if (text.size() != 0) text.push_back(',');
+    JsonObject library(text);
+    library.Text("name", each.name);
+    if (!each.version.empty()) library.Text("version", each.version);
+    library.Flag("loaded", each.isLoaded);
+    if (!each.loaded.empty()) library.Text("loadedVersion", each.loaded);
+    library.Texts("upgrades", each.upgrades);
+    library.Close();
+  }
+  return fmt::to_string(text);
+}
+
+void AppendUnknown(JsonObject& object, const standalone::UnknownUpgrades& unknown) {
+  object.Texts("newerUpgrades", unknown.Newer());
+  standalone::AppendRaw(object.Key("missingLibraries"), fmt::format("[{}]", JsonOf(unknown)));
 }
 
 void AppendTotals(JsonObject& object, const Totals& totals) {

@@ -9,6 +9,7 @@
 #include "file/JsonText.h"
 #include "record/Comparison.h"
 #include "settings/Installation.h"
+#include "upgrade/UnknownUpgrades.h"
 
 namespace tool {
 
@@ -60,6 +61,11 @@ class JsonList {
 
 /// The upgrade libraries as a field.
 void AppendLibraries(JsonObject& object, const std::vector<LibraryFile>& libraries);
+/// Objects, separated by commas: the libraries whose upgrades a document has been through and nobody here
+/// knows.
+[[nodiscard]] std::string JsonOf(const standalone::UnknownUpgrades& unknown);
+/// The same as two fields, the identifiers of a later release by themselves.
+void AppendUnknown(JsonObject& object, const standalone::UnknownUpgrades& unknown);
 /// The totals as fields.
 void AppendTotals(JsonObject& object, const Totals& totals);
 

@@ -47,6 +47,7 @@ void AppendRecord(fmt::memory_buffer& text, const DocumentRecord& record) {
   entry.Text("verdict", NameOf(result.verdict));
   if (!result.problem.empty()) entry.Text("problem", result.problem);
   if (!result.kept.empty()) entry.Name("kept", result.kept);
+  if (!result.missing.empty()) entry.Value("missingLibraries", "[" + result.missing + "]");
   if (record.read) AppendFile(entry.Key("input"), record.input, *record.read, result.inputSha256);
   const bool leftAlone =
       result.verdict == Verdict::kHeldBack || (destination.inPlace && result.verdict != Verdict::kUpgraded);

@@ -41,6 +41,8 @@ RunSummary::Group RunSummary::GroupOf(const DocumentResult& result) {
       return Group::kBroken;
     case tool::Verdict::kNewer:
       return Group::kNewer;
+    case tool::Verdict::kNotLoaded:
+      return Group::kNotLoaded;
     case tool::Verdict::kUnwritable:
       return Group::kUnwritable;
     default:
@@ -79,6 +81,7 @@ std::string RunSummary::Verdict() const {
       {Group::kGivenUp, "stopped"},
       {Group::kBroken, "unreadable or broken"},
       {Group::kNewer, "newer than this program"},
+      {Group::kNotLoaded, "upgraded by a library that is not loaded"},
       {Group::kUnwritable, "whose result could not be written"},
   };
   std::vector<std::string> parts;
@@ -99,6 +102,7 @@ std::string RunSummary::ClosingList(const std::string& where) const {
       {Group::kGivenUp, "Stopped"},
       {Group::kBroken, "Unreadable or broken"},
       {Group::kNewer, "Newer than this program"},
+      {Group::kNotLoaded, "Upgraded by a library that is not loaded"},
       {Group::kUnwritable, "Result could not be written"},
   };
   std::string text;

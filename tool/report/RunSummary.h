@@ -45,6 +45,7 @@ class RunSummary {
     kGivenUp,
     kBroken,
     kNewer,
+    kNotLoaded,
     kUnwritable,
     kCount,
   };

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include "report/LossText.h"
+#include "report/UnknownText.h"
+#include "terminal/Table.h"
 #include "terminal/Terminal.h"
 
 namespace tool {
@@ -77,6 +79,7 @@ std::string SummaryWithoutRun(const FactsWithoutRun& facts) {
   if (!facts.attention.empty()) words += fmt::format(", {}", NeedingPerson(facts.attention.size()));
   fmt::format_to(std::back_inserter(out), "{}: {}\n", Printable(facts.input),
                  Paint(stdout, facts.attention.empty() ? Colour::kGreen : Colour::kYellow, words));
+  if (!facts.unknown.IsEmpty()) AppendParagraph(out, EachWord(NoteOf(facts.unknown)), 2);
   AppendAttention(out, facts.attention, facts.all);
   if (facts.destination.inPlace) return fmt::to_string(out);
   if (facts.isThere) {

@@ -37,6 +37,7 @@ struct FactsWithoutRun {
   const std::string& input;
   Verdict verdict;
   const std::vector<AttentionItem>& attention;
+  const standalone::UnknownUpgrades& unknown;  ///< Those of libraries that are not loaded.
   const Destination& destination;
   bool isThere;  ///< What would be written stands at the destination already.
   bool dryRun;

@@ -21,7 +21,7 @@ constexpr const char* kExitCodes = R"(Exit codes:
      diff: the documents differ; sheet: a difference is unaccounted for
   2  wrong usage
   3  some input is unreadable or invalid
-  4  some document is newer than this program
+  4  some document is newer than this program, or was upgraded by a library that is not loaded
   5  some output could not be written, or a document was changed meanwhile by another program; existing
      files are as they were
   6  an upgrade is needed (check and status --check only)
@@ -95,10 +95,10 @@ void AddStatus(CLI::App& app, StatusArguments& status) {
       app.add_subcommand("status", "Show which upgrades documents have been through and need");
   AddSources(*verb, status.sources);
   verb->add_option("--list", status.list,
-                   "Print only the names of documents that are pending, current, newer or "
-                   "broken; with --null, each ended by NUL")
+                   "Print only the names of documents that are pending, current, newer, notLoaded (upgraded "
+                   "by a library that is not loaded) or broken; with --null, each ended by NUL")
       ->type_name("STATE")
-      ->check(CLI::IsMember({"pending", "current", "newer", "broken"}));
+      ->check(CLI::IsMember({"pending", "current", "newer", "notLoaded", "broken"}));
   verb->add_flag("--check", status.check, "End with 6 when a document needs an upgrade");
   verb->add_flag("--json", status.json, "Print JSON");
   verb->add_flag("-v,--verbose", status.verbose, "Show the upgrades of each document by name");
@@ -225,9 +225,21 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
   app.set_version_flag("-V,--version", "hvxupgrade " HVXUPGRADE_VERSION);
   app.footer(fmt::format("{}\n{}", kExamples, kExitCodes));
   app.add_option("--library", arguments.places.libraries,
-                 "Use this upgrade library (may be given several times)")
+                 "Use this upgrade library, too (may be given several times)")
       ->type_name("FILE")
-      ->allow_extra_args(false);
+      ->allow_extra_args(false)
+      ->check(NotEmpty);
+  app.add_option(
+         "--plugins", arguments.places.plugins,
+         fmt::format("Use all upgrade libraries (*.so) in this folder, too (may be given several times; "
+                     "{} names such folders, separated by ':')",
+                     kPluginsVariable))
+      ->type_name("DIR")
+      ->allow_extra_args(false)
+      ->check(NotEmpty);
+  app.add_flag_callback(
+      "--no-default-library", [&arguments] { arguments.places.defaultLibrary = false; },
+      "Leave out the upgrade library that is installed with the program");
   app.add_option("--data", arguments.places.data, "Use this data folder (message and feature catalogs)")
       ->type_name("DIR");
 

@@ -3,15 +3,16 @@
 #include <fmt/format.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <map>
+#include <sstream>
 #include <stdexcept>
-#include <utility>
 
 #include "file/FileDigest.h"
 #include "session/FeatureCatalogs.h"
 #include "session/Messages.h"
+#include "settings/UsageError.h"
 
 namespace tool {
 namespace {
@@ -30,27 +31,26 @@ fs::path DefaultLibrary() {
   return fs::exists(installed) ? installed : Prefix() / "lib" / kLibraryName;
 }
 
-// Of two extensions of one late type that offer one interface a feature has only one, and what the other
-// would have migrated would be recorded as done.
-void RefuseBoth(const HVXUpgradeLibrary& one, const fs::path& fileOfOne, const HVXUpgradeLibrary& other,
-                const fs::path& fileOfOther) {
-  std::map<std::pair<std::string_view, std::uint64_t>, const HVXUpgradeClass*> bound;
-  for (const HVXUpgradeClass* const each : one.classes) {
-    for (const std::string_view lateType : each->lateTypes)
-      bound.emplace(std::pair(lateType, each->interface.Value()), each);
+// The folders that the environment names stand before those of the command line. In which order libraries are
+// given decides nothing but which of several faults is told first.
+std::vector<fs::path> LibraryFilesOf(const Places& places) {
+  std::vector<fs::path> folders;
+  const char* const variable = std::getenv(kPluginsVariable);
+  std::istringstream named(variable == nullptr ? "" : variable);
+  for (std::string folder; std::getline(named, folder, ':');) {
+    if (!folder.empty()) folders.emplace_back(folder);
   }
-  for (const HVXUpgradeClass* const each : other.classes) {
-    for (const std::string_view lateType : each->lateTypes) {
-      const auto found = bound.find({lateType, each->interface.Value()});
-      if (found == bound.end()) continue;
-      throw std::runtime_error(
-          fmt::format("{} ({}) and {} ({}) both extend {} with {}: {} and {}. A feature has only one of "
-                      "them; give one of the "
-                      "libraries alone",
-                      one.name, fileOfOne.string(), other.name, fileOfOther.string(), lateType,
-                      each->interface.Name(), found->second->name, each->name));
-    }
+  folders.insert(folders.end(), places.plugins.begin(), places.plugins.end());
+  std::vector<fs::path> files;
+  if (places.defaultLibrary) files.push_back(DefaultLibrary());
+  for (const fs::path& folder : folders) {
+    const std::vector<fs::path> plugins = standalone::PluginsIn(folder);
+    files.insert(files.end(), plugins.begin(), plugins.end());
   }
+  files.insert(files.end(), places.libraries.begin(), places.libraries.end());
+  if (files.empty())
+    throw UsageError("--no-default-library leaves no upgrade library: give one with --library or --plugins");
+  return files;
 }
 
 std::string SumOf(const fs::path& file) {
@@ -75,24 +75,20 @@ std::string SumOf(const fs::path& file) {
 Installation::Installation(const Places& places) {
   standalone::FeatureCatalogs::Use(DataFolder(places) / "catalogs");
   standalone::Messages::RequireComplete(DataFolder(places) / "messages", "en");
-  files_ = places.libraries;
-  if (files_.empty()) files_.push_back(DefaultLibrary());
-  std::vector<const HVXUpgradeLibrary*> descriptions;
-  for (const fs::path& file : files_) {
-    libraries_.push_back(std::make_unique<standalone::UpgradeLibrary>(file));
-    descriptions.push_back(&libraries_.back()->Description());
-    for (std::size_t i = 0; i + 1 < descriptions.size(); ++i)
-      RefuseBoth(*descriptions[i], files_[i], *descriptions.back(), file);
-  }
-  manager_ = std::make_unique<standalone::VersionManager>(descriptions);
+  libraries_ = std::make_unique<standalone::UpgradeLibraries>(LibraryFilesOf(places));
+  manager_ = std::make_unique<standalone::VersionManager>(libraries_->Descriptions());
 }
 
 std::vector<LibraryFile> Installation::LibraryFiles() const {
   std::vector<LibraryFile> all;
-  for (std::size_t i = 0; i < files_.size(); ++i) {
-    const HVXUpgradeLibrary& description = libraries_[i]->Description();
-    const fs::path file = fs::absolute(files_[i]).lexically_normal();
-    all.push_back({description.name, description.version, file.string(), SumOf(file)});
+  for (const auto& library : libraries_->All()) {
+    const HVXUpgradeLibrary& description = library->Description();
+    const fs::path file = fs::absolute(library->File()).lexically_normal();
+    all.push_back({.name = description.name,
+                   .version = description.version == nullptr ? "" : description.version,
+                   .file = file.string(),
+                   .sha256 = SumOf(file),
+                   .continues = {description.continues.begin(), description.continues.end()}});
   }
   return all;
 }

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace standalone {
+
+/// Upgrades of one library that a document has been through and that nobody here knows.
+struct MissingLibrary {
+  std::string name;
+  std::string version;                ///< That the document went through; empty where it does not tell.
+  std::string loaded;                 ///< The version that is loaded; empty for none.
+  bool isLoaded = false;              ///< Then it is another version that knows them: a newer one.
+  std::vector<std::string> upgrades;  ///< In the order in which they were recorded.
+
+  /// Whether it is a later release of this program that knows them.
+  [[nodiscard]] bool IsNewerProgram() const;
+  /// Such as "AcmeUpgrades 3.1, which is not loaded".
+  [[nodiscard]] std::string Words() const;
+};
+
+/// All such upgrades of a document.
+class UnknownUpgrades {
+ public:
+  [[nodiscard]] bool IsEmpty() const { return libraries_.empty(); }
+  [[nodiscard]] const std::vector<MissingLibrary>& Libraries() const { return libraries_; }
+  /// Those that a newer release of this program, or of a loaded library, knows.
+  [[nodiscard]] std::vector<std::string> Newer() const;
+  /// Whether all of them belong to libraries that are not loaded: what is loaded knows the rest of the
+  /// document.
+  [[nodiscard]] bool AreOnlyNotLoaded() const;
+
+  /// For people, where it is not empty: whose upgrades they are, without a verb and a full stop.
+  [[nodiscard]] std::string Words() const;
+  /// What to do, as a sentence without its full stop.
+  [[nodiscard]] std::string NextStep() const;
+
+  /// Adds an upgrade of `library`, which holds none itself.
+  void Add(const MissingLibrary& library, const std::string& upgrade);
+
+ private:
+  std::vector<MissingLibrary> libraries_;
+  std::map<std::pair<std::string, std::string>, std::size_t> places_;  // by name and version
+};
+
+}  // namespace standalone
