@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "hvxupgrade/Feature.h"
+
+namespace standalone {
+class Document;  // inside
+}
+
+namespace hvxupgrade {
+
+/// An analysis document in memory. It belongs to one thread at a time; several documents may be open, and
+/// worked on by several threads. Handles on its features are valid as long as it.
+class HVXUPGRADE_API Document {
+ public:
+  /// An empty document.
+  explicit Document(std::string_view displayName = "");
+  ~Document();
+  Document(Document&&) noexcept;
+  Document& operator=(Document&&) noexcept;
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+
+  [[nodiscard]] std::string DisplayName() const;  ///< The file's name, for a document that was read.
+  [[nodiscard]] std::size_t FeatureCount() const;
+  /// The identifiers of the upgrades that it has been through, in the order in which they were recorded.
+  [[nodiscard]] std::vector<std::string> Upgrades() const;
+  [[nodiscard]] std::optional<Feature> Find(FeatureId id) const;
+
+  class Features;
+  /// All features, in document order: `for (Feature each : document.All())`. What is created meanwhile is
+  /// met, too; what is removed is not, and the feature at hand may be removed.
+  [[nodiscard]] Features All() const;
+  /// The features of that late type, in document order.
+  [[nodiscard]] std::vector<Feature> OfType(std::string_view lateType) const;
+
+  /// Makes a feature: the last of the document and of its father's sons. Throws `Error` (`kUsage`) when the
+  /// late type is empty, or the father was removed or belongs to another document.
+  Feature Create(std::string_view lateType, std::string_view alias = "",
+                 std::optional<Feature> father = std::nullopt);
+  /// Removes the feature with all that stands beneath it, and every link that held any of them.
+  void Remove(Feature feature);
+
+ private:
+  friend class Inside;
+  class State;
+  explicit Document(std::unique_ptr<State> state);
+
+  std::unique_ptr<State> state_;  // null only when moved from
+};
+
+/// See `Document::All`.
+class HVXUPGRADE_API Document::Features {
+ public:
+  class HVXUPGRADE_API Iterator {
+   public:
+    using iterator_concept = std::input_iterator_tag;
+    using value_type = Feature;
+    using difference_type = std::ptrdiff_t;
+
+    Iterator() = default;
+    [[nodiscard]] Feature operator*() const;
+    Iterator& operator++();
+    void operator++(int) { ++*this; }
+    friend bool operator==(const Iterator&, const Iterator&) = default;
+
+   private:
+    friend class Features;
+    explicit Iterator(standalone::Feature* at) : at_(at) {}
+
+    standalone::Feature* at_ = nullptr;
+  };
+
+  [[nodiscard]] Iterator begin() const;
+  [[nodiscard]] Iterator end() const { return {}; }
+
+ private:
+  friend class Document;
+  explicit Features(const standalone::Document& document) : document_(&document) {}
+
+  const standalone::Document* document_;
+};
+
+}  // namespace hvxupgrade

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "hvxupgrade/Document.h"
+#include "hvxupgrade/Error.h"
+
+namespace hvxupgrade {
+
+/// How a file is stored.
+enum class Compression { kNone, kGzip, kZstd };
+
+struct WriteOptions {
+  bool overwrite = false;  ///< Whether a file that stands there may be replaced.
+  std::string backupSuffix =
+      {};  ///< Where not empty, what is replaced is kept under its name with this suffix.
+  /// How the document is to be stored; none for what the file's name says (".gz", ".zst").
+  std::optional<Compression> compression = std::nullopt;
+  /// Told, now and then, how many features were written and how many there are. False ends the writing with
+  /// `Error` (`kStopped`); what stood under the name is then as it was.
+  std::function<bool(std::uint64_t written, std::uint64_t total)> onProgress = nullptr;
+};
+
+/// Writes the document to `file`, whole or not at all: it is written beside the file, brought to disk, and
+/// renamed. Throws `Error` (`kUnwritable`) when that fails, or when the document, once written, could not be
+/// read again; `kChanged` when the document was read from this file and the file has changed since. What
+/// stood under the name is then as it was.
+HVXUPGRADE_API void Write(Document& document, const std::filesystem::path& file,
+                          const WriteOptions& options = {});
+
+}  // namespace hvxupgrade
