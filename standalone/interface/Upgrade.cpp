@@ -135,7 +135,7 @@ class Run {
     const standalone::UnknownUpgrades unknown = manager_.Unknown(document_);
     if (unknown.IsEmpty() || (unknown.AreOnlyNotLoaded() && chosen.empty() && !options_.retry)) return;
     throw Error(Error::Kind::kNewer, Name(), 0, fmt::format("it was upgraded by {}", unknown.Words()),
-                unknown.NextStep() + ".");
+                unknown.NextStep());
   }
 
   [[nodiscard]] std::vector<std::string> Wanted(const std::vector<std::string>& pending) const {
