@@ -9,7 +9,9 @@ DocumentError::DocumentError(Kind kind, std::string_view file, std::size_t line,
     : std::runtime_error(line == 0 ? fmt::format("{}: {}. {}", file, problem, advice)
                                    : fmt::format("{}:{}: {}. {}", file, line, problem, advice)),
       kind_(kind),
+      file_(file),
       line_(line),
-      problem_(problem) {}
+      problem_(problem),
+      advice_(advice) {}
 
 }  // namespace standalone

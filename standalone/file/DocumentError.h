@@ -22,14 +22,18 @@ class DocumentError : public std::runtime_error {
                 std::string_view advice);
 
   [[nodiscard]] Kind GetKind() const noexcept { return kind_; }
+  [[nodiscard]] const std::string& File() const noexcept { return file_; }
   [[nodiscard]] std::size_t Line() const noexcept { return line_; }
   /// What went wrong, without the file and the advice.
   [[nodiscard]] const std::string& Problem() const noexcept { return problem_; }
+  [[nodiscard]] const std::string& Advice() const noexcept { return advice_; }
 
  private:
   Kind kind_;
+  std::string file_;
   std::size_t line_;
   std::string problem_;
+  std::string advice_;
 };
 
 /// The document is no longer what was read: another program has saved, replaced or removed it since, or while

@@ -4,6 +4,7 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -76,6 +77,8 @@ class UpgradeAborted : public std::runtime_error {
 
 /// Who wants to know what a run is doing; what is empty is not told.
 struct UpgradeWatch {
+  /// How to allow more than the limit of created features, as the end of a sentence.
+  std::string_view limitAdvice = "raise it with --limit-features";
   /// Now and then: how many visits are done, and about how many there are.
   std::function<void(std::size_t done, std::size_t total)> onProgress;
   /// A routine is about to run on the feature.

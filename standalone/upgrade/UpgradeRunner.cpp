@@ -52,7 +52,7 @@ std::string PlaceOf(const UpgradeWork& work) {
 }
 
 // Conversions of the whole document make a contact pair for each connection property in each case.
-std::string WhatWasMade(const Document& document, const UpgradeWork& work) {
+std::string WhatWasMade(const Document& document, const UpgradeWork& work, std::string_view limitAdvice) {
   std::size_t old = static_cast<std::size_t>(std::ranges::count_if(
       document.Touched(), [](const Feature* each) { return each->removed && !each->created; }));
   std::size_t properties = 0;
@@ -66,7 +66,7 @@ std::string WhatWasMade(const Document& document, const UpgradeWork& work) {
   std::string text = fmt::format("it created {} features in a document of {}", document.CreatedCount(), old);
   if (work.kind == UpgradeWork::Kind::kConversion && properties != 0)
     text += fmt::format(" ({} connection properties in {} cases)", properties, cases);
-  return text + ", which is the limit; raise it with --limit-features";
+  return fmt::format("{}, which is the limit; {}", text, limitAdvice);
 }
 
 // What was registered by the first run already stands in the list twice when its upgrade ran again.
@@ -233,7 +233,7 @@ void UpgradeRunner::Do(const UpgradeWork& work, const Action& action) {
   } catch (const IdleRun& error) {
     throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), error.what()));
   } catch (const TooManyFeatures&) {
-    throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), WhatWasMade(document_, work)));
+    throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), WhatWasMade(document_, work, watch_.limitAdvice)));
   }
   work_ = nullptr;
   document_.RestoreListsSetAside();

@@ -10,6 +10,10 @@
 
 #include "hvxupgrade/Feature.h"
 
+namespace standalone {
+class Document;  // inside
+}
+
 namespace hvxupgrade {
 
 /// An analysis document in memory. It belongs to one thread at a time; several documents may be open, and
@@ -72,7 +76,6 @@ class HVXUPGRADE_API Document::Features {
     explicit Iterator(standalone::Feature* at);
 
     standalone::Feature* at_ = nullptr;
-    standalone::Feature* next_ = nullptr;
   };
 
   [[nodiscard]] Iterator begin() const;
@@ -80,9 +83,9 @@ class HVXUPGRADE_API Document::Features {
 
  private:
   friend class Document;
-  explicit Features(standalone::Feature* first) : first_(first) {}
+  explicit Features(const standalone::Document& document) : document_(&document) {}
 
-  standalone::Feature* first_;
+  const standalone::Document* document_;
 };
 
 }  // namespace hvxupgrade

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -33,11 +36,14 @@ class HVXUPGRADE_API Value {
   // A value stands wherever one is wanted, so the conversions are implicit.
   // NOLINTBEGIN(google-explicit-constructor)
   Value(std::string text) : held_(std::move(text)) {}
+  Value(std::string_view text) : held_(std::string(text)) {}
   Value(const char* text) : held_(std::string(text)) {}
-  Value(std::int64_t number) : held_(number) {}
-  Value(int number) : held_(std::int64_t{number}) {}
-  Value(double number) : held_(number) {}
-  Value(bool flag) : held_(flag) {}
+  template <std::integral Number>
+  requires(!std::same_as<Number, bool> &&
+           (std::signed_integral<Number> || sizeof(Number) < sizeof(std::int64_t))) Value(Number number)
+      : held_(std::int64_t{number}) {}
+  Value(std::floating_point auto number) : held_(double{number}) {}
+  Value(std::same_as<bool> auto flag) : held_(flag) {}
   Value(Link link) : held_(link) {}
   Value(List entries) : held_(std::move(entries)) {}
   // NOLINTEND(google-explicit-constructor)

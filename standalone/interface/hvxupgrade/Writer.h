@@ -11,6 +11,7 @@
 
 namespace hvxupgrade {
 
+/// How a file is stored.
 enum class Compression { kNone, kGzip, kZstd };
 
 struct WriteOptions {

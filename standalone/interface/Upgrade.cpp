@@ -1,0 +1,254 @@
+#include "hvxupgrade/Upgrade.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <limits>
+#include <mutex>
+
+#include "compare/SinceRead.h"
+#include "interface/Inside.h"
+#include "interface/Translation.h"
+#include "session/FeatureCatalogs.h"
+#include "session/InstalledFiles.h"
+#include "session/Messages.h"
+#include "upgrade/Choice.h"
+#include "upgrade/LeftBehind.h"
+#include "upgrade/UpgradeLibrary.h"
+#include "upgrade/VersionManager.h"
+
+namespace hvxupgrade {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Catalogs and messages belong to the process, so all upgraders that there are at a time share them.
+struct DataInUse {
+  fs::path folder;
+  std::string language;
+};
+
+std::shared_ptr<const DataInUse> UseData(const fs::path& folder, const std::string& language) {
+  static std::mutex mutex;
+  static std::weak_ptr<const DataInUse> current;
+  const std::lock_guard lock(mutex);
+  if (auto used = current.lock()) {
+    if (used->folder == folder && used->language == language) return used;
+    RefuseUse(fmt::format("another upgrader of this process uses {} in language \"{}\"",
+                          used->folder.string(), used->language),
+              "Give all upgraders of a process the same data and language");
+  }
+  standalone::FeatureCatalogs::Use(folder / "catalogs");
+  standalone::Messages::RequireComplete(folder / "messages", language);
+  standalone::Messages::Use(folder / "messages", language);
+  auto used = std::make_shared<const DataInUse>(DataInUse{folder, language});
+  current = used;
+  return used;
+}
+
+// The libraries and what they know: all that is to be known here about where libraries come from.
+class Libraries {
+ public:
+  explicit Libraries(const UpgraderOptions& options) {
+    if (options.useInstalledLibrary) Load(standalone::InstalledFiles::UpgradeLibraryFile());
+    for (const fs::path& file : options.libraries) Load(fs::absolute(file));
+    std::vector<const HVXUpgradeLibrary*> descriptions;
+    for (const auto& library : libraries_) descriptions.push_back(&library->Description());
+    manager_.emplace(descriptions);
+  }
+
+  [[nodiscard]] const standalone::VersionManager& Manager() const { return *manager_; }
+  /// The library that the upgrade came from.
+  [[nodiscard]] const HVXUpgradeLibrary& Of(const standalone::KnownUpgrade& known) const {
+    for (const auto& library : libraries_) {
+      if (std::ranges::find(library->Description().identifiers, known.identifier, &VLMUnicodeString::View) !=
+          library->Description().identifiers.end())
+        return library->Description();
+    }
+    return libraries_.front()->Description();
+  }
+
+ private:
+  void Load(const fs::path& file) {
+    libraries_.push_back(std::make_unique<standalone::UpgradeLibrary>(file));
+  }
+
+  std::vector<std::unique_ptr<standalone::UpgradeLibrary>> libraries_;
+  std::optional<standalone::VersionManager> manager_;
+};
+
+// Of the first occurrence of each.
+void AddOnce(std::vector<std::string>& texts, std::string_view text) {
+  if (std::ranges::find(texts, text) == texts.end()) texts.emplace_back(text);
+}
+
+KnownUpgrade Told(const standalone::KnownUpgrade& known, const HVXUpgradeLibrary& library) {
+  KnownUpgrade told;
+  told.identifier = known.identifier;
+  told.library = library.name;
+  told.libraryVersion = library.version;
+  for (const standalone::KnownUpgrade::Binding& bound : known.bindings) {
+    AddOnce(told.purposes, bound.binding->purpose);
+    for (const char* const lateType : bound.upgradeClass->lateTypes) AddOnce(told.lateTypes, lateType);
+  }
+  told.isOfDocument = known.documentUpgrade != nullptr;
+  if (told.isOfDocument) AddOnce(told.purposes, known.documentUpgrade->purpose);
+  return told;
+}
+
+UpgradeFailure Told(const standalone::UpgradeFailure& failure) {
+  UpgradeFailure told;
+  told.identifier = failure.work.upgrade->identifier;
+  if (failure.work.feature != nullptr) told.feature = failure.work.feature->id;
+  if (failure.work.type != nullptr) told.lateType = failure.work.type->Name();
+  told.code = failure.code;
+  told.isIgnored = failure.IsIgnored();
+  return told;
+}
+
+// What a program asked for, of a document.
+class Run {
+ public:
+  Run(const standalone::VersionManager& manager, Inside::DocumentState& state, const UpgradeOptions& options)
+      : manager_(manager), state_(state), document_(*state.document.Get()), options_(options) {}
+
+  UpgradeResult Do() {
+    if (state_.isStopped)
+      RefuseUse("an upgrade of the document was stopped, so it stands between two releases", "Read it again");
+    RefuseNewer();
+    const std::vector<std::string> pending = manager_.Pending(document_);
+    const std::vector<std::string> chosen =
+        standalone::ChooseUpgrades(manager_, Wanted(pending), pending).identifiers;
+    standalone::LeftBehind leftBehind(document_);
+    const std::uint64_t changes = document_.ChangeCount();
+    try {
+      LimitCreation();
+      const standalone::UpgradeRun run = manager_.RunAgain(
+          state_.document,
+          [&] {
+            return options_.retry ? leftBehind.Next() : std::vector<standalone::VersionManager::Again>();
+          },
+          chosen, Watch());
+      document_.DropAllDeadLinks();
+      AllowCreation();
+      return Told(run);
+    } catch (...) {
+      state_.isStopped = document_.ChangeCount() != changes;
+      document_.UnloadCatalogs();
+      AllowCreation();
+      throw;
+    }
+  }
+
+ private:
+  void RefuseNewer() const {
+    const std::vector<std::string> unknown = manager_.Unknown(document_);
+    if (unknown.empty()) return;
+    throw Error(Error::Kind::kNewer, Name(), 0,
+                fmt::format("it has been through {} upgrade{} that nobody here knows, such as \"{}\"",
+                            unknown.size(), unknown.size() == 1 ? "" : "s", unknown.front()),
+                "Use a newer release of this program, or load the library that they come from");
+  }
+
+  [[nodiscard]] std::vector<std::string> Wanted(const std::vector<std::string>& pending) const {
+    if (!options_.identifiers) return pending;
+    for (const std::string& identifier : *options_.identifiers) {
+      if (manager_.Find(identifier) == nullptr) {
+        const std::string_view meant = standalone::LikelyMeant(manager_, identifier);
+        RefuseUse(fmt::format("there is no upgrade \"{}\"", identifier),
+                  meant.empty() ? "Known tells which there are" : fmt::format("Did you mean \"{}\"?", meant));
+      }
+      if (document_.HasRecorded(identifier))
+        RefuseUse(fmt::format("the document has been through \"{}\"", identifier),
+                  "Pending tells what is left");
+    }
+    return *options_.identifiers;
+  }
+
+  // The program's own features do not count.
+  void LimitCreation() {
+    const std::uint64_t most = options_.maxFeaturesCreated != 0
+                                   ? options_.maxFeaturesCreated
+                                   : standalone::UsualCreationLimit(document_.FeatureCount());
+    document_.LimitCreation(document_.CreatedCount() + most);
+  }
+  void AllowCreation() { document_.LimitCreation(std::numeric_limits<std::size_t>::max()); }
+
+  [[nodiscard]] standalone::UpgradeWatch Watch() const {
+    standalone::UpgradeWatch watch;
+    watch.limitAdvice = "allow more with maxFeaturesCreated";
+    if (options_.onProgress) {
+      watch.onProgress = [this](std::size_t done, std::size_t total) {
+        TellProgress(options_.onProgress, done, total, "the upgrade");
+      };
+    }
+    return watch;
+  }
+
+  UpgradeResult Told(const standalone::UpgradeRun& run) const {
+    UpgradeResult result;
+    result.identifiers = run.identifiers;
+    for (const standalone::UpgradeFailure& failure : run.failures)
+      result.failures.push_back(hvxupgrade::Told(failure));
+    const auto since = standalone::SinceRead::Of(document_);
+    result.featuresChanged = since.changed.size();
+    result.featuresCreated = since.created.size();
+    result.featuresRemoved = since.removed.size();
+    return result;
+  }
+
+  [[nodiscard]] std::string Name() const { return std::string(document_.GetDisplayName().View()); }
+
+  const standalone::VersionManager& manager_;
+  Inside::DocumentState& state_;
+  standalone::Document& document_;
+  const UpgradeOptions& options_;
+};
+
+}  // namespace
+
+class Upgrader::State {
+ public:
+  explicit State(const UpgraderOptions& options)
+      : data(UseData(
+            options.data.empty() ? standalone::InstalledFiles::DataFolder() : fs::absolute(options.data),
+            options.language)),
+        libraries(std::make_shared<const Libraries>(options)) {}
+
+  [[nodiscard]] const standalone::VersionManager& Manager() const { return libraries->Manager(); }
+
+  std::shared_ptr<const DataInUse> data;
+  std::shared_ptr<const Libraries> libraries;
+};
+
+Upgrader::Upgrader(const UpgraderOptions& options)
+    : state_(Translated(Error::Kind::kInstallation, "", [&] { return std::make_unique<State>(options); })) {}
+
+Upgrader::~Upgrader() = default;
+Upgrader::Upgrader(Upgrader&&) noexcept = default;
+Upgrader& Upgrader::operator=(Upgrader&&) noexcept = default;
+
+std::vector<KnownUpgrade> Upgrader::Known() const {
+  std::vector<KnownUpgrade> all;
+  for (const standalone::KnownUpgrade& known : state_->Manager().Known())
+    all.push_back(Told(known, state_->libraries->Of(known)));
+  return all;
+}
+
+std::vector<std::string> Upgrader::Pending(const Document& document) const {
+  return state_->Manager().Pending(Inside::Of(document));
+}
+
+std::vector<std::string> Upgrader::Unknown(const Document& document) const {
+  return state_->Manager().Unknown(Inside::Of(document));
+}
+
+UpgradeResult Upgrader::Upgrade(Document& document, const UpgradeOptions& options) const {
+  Inside::DocumentState& state = Inside::StateOf(document);
+  if (std::ranges::find(state.libraries, state_->libraries) == state.libraries.end())
+    state.libraries.push_back(state_->libraries);
+  return Translated(Error::Kind::kStopped, document.DisplayName(),
+                    [&] { return Run(state_->Manager(), state, options).Do(); });
+}
+
+}  // namespace hvxupgrade
