@@ -73,7 +73,7 @@ class HVXUPGRADE_API Document::Features {
 
    private:
     friend class Features;
-    explicit Iterator(standalone::Feature* at);
+    explicit Iterator(standalone::Feature* at) : at_(at) {}
 
     standalone::Feature* at_ = nullptr;
   };

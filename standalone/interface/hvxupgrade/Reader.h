@@ -18,10 +18,10 @@ namespace hvxupgrade {
 struct ReadOptions {
   /// A compressed file that unpacks to more is refused. None for the default: 256 MiB, and a hundred bytes
   /// for each byte of the file.
-  std::optional<std::uint64_t> maxUnpackedBytes;
+  std::optional<std::uint64_t> maxUnpackedBytes = std::nullopt;
   /// Told, now and then, how many bytes of the file were read and how many there are (0 when that is not
   /// known). False ends the reading with `Error` (`kStopped`).
-  std::function<bool(std::uint64_t read, std::uint64_t total)> onProgress;
+  std::function<bool(std::uint64_t read, std::uint64_t total)> onProgress = nullptr;
 };
 
 /// Reads the document that `file` holds, plain or compressed by gzip or zstd, whatever its name. Throws

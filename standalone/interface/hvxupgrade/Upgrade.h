@@ -17,10 +17,10 @@ namespace hvxupgrade {
 
 /// What an upgrader is made of; what is empty is found beside this library.
 struct UpgraderOptions {
-  bool useInstalledLibrary = true;               ///< The one that belongs to this program.
-  std::vector<std::filesystem::path> libraries;  ///< Upgrade libraries to load besides.
-  std::filesystem::path data;                    ///< The folder of catalogs and messages.
-  std::string language = "en";                   ///< Of the names that upgrades give.
+  bool useInstalledLibrary = true;                    ///< The one that belongs to this program.
+  std::vector<std::filesystem::path> libraries = {};  ///< Upgrade libraries to load besides.
+  std::filesystem::path data = {};                    ///< The folder of catalogs and messages.
+  std::string language = "en";                        ///< Of the names that upgrades give.
 };
 
 /// An upgrade that is known.
@@ -53,13 +53,13 @@ struct UpgradeResult {
 
 struct UpgradeOptions {
   /// Which to run; none for all that are pending. What must run before a chosen one comes along.
-  std::optional<std::vector<std::string>> identifiers;
+  std::optional<std::vector<std::string>> identifiers = std::nullopt;
   /// Whether upgrades that the document has been through, and that left features behind, are run again on
   /// these first.
   bool retry = false;
   /// Told, now and then, how many visits of features are done, and about how many there are. False stops the
   /// run with `Error` (`kStopped`).
-  std::function<bool(std::uint64_t done, std::uint64_t total)> onProgress;
+  std::function<bool(std::uint64_t done, std::uint64_t total)> onProgress = nullptr;
   std::uint64_t maxFeaturesCreated = 0;  ///< 0 for the limit of the program.
 };
 

@@ -15,13 +15,14 @@ namespace hvxupgrade {
 enum class Compression { kNone, kGzip, kZstd };
 
 struct WriteOptions {
-  bool overwrite = false;    ///< Whether a file that stands there may be replaced.
-  std::string backupSuffix;  ///< Where not empty, what is replaced is kept under its name with this suffix.
+  bool overwrite = false;  ///< Whether a file that stands there may be replaced.
+  std::string backupSuffix =
+      {};  ///< Where not empty, what is replaced is kept under its name with this suffix.
   /// How the document is to be stored; none for what the file's name says (".gz", ".zst").
-  std::optional<Compression> compression;
+  std::optional<Compression> compression = std::nullopt;
   /// Told, now and then, how many features were written and how many there are. False ends the writing with
   /// `Error` (`kStopped`); what stood under the name is then as it was.
-  std::function<bool(std::uint64_t written, std::uint64_t total)> onProgress;
+  std::function<bool(std::uint64_t written, std::uint64_t total)> onProgress = nullptr;
 };
 
 /// Writes the document to `file`, whole or not at all: it is written beside the file, brought to disk, and
