@@ -15,13 +15,11 @@ def main() -> None:
     connection = Connection(int(sys.argv[1]))
     job = connection.recv()
     try:
-        result = jobs.run(job, job.libraries.upgrader(),
-                          progress=lambda done, total: connection.send(("progress", (done, total))),
-                          before_writing=lambda result: connection.send(("writing", result)))
+        connection.send(jobs.run(job, job.libraries.upgrader(),
+                                 progress=lambda done, total: connection.send(jobs.Told(done, total)),
+                                 before_writing=lambda result: connection.send(jobs.Writing(result))))
     except Exception as error:  # whatever it is, the other process raises it
-        connection.send(("raised", error))
-    else:
-        connection.send(("done", result))
+        connection.send(error)
 
 
 if __name__ == "__main__":

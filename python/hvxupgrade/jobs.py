@@ -36,6 +36,24 @@ class Job:
     libraries: Libraries
 
 
+# What a worker says, besides the result, or what was raised, with which it ends.
+
+
+@dataclasses.dataclass(frozen=True)
+class Told:
+    """What a callback is told."""
+
+    done: int
+    total: int
+
+
+@dataclasses.dataclass(frozen=True)
+class Writing:
+    """The upgrade is done; when the file is in place, this is its result."""
+
+    result: UpgradeResult
+
+
 def run(job: Job, upgrader: _native.Upgrader, progress: Optional[Progress],
         before_writing: Callable[[UpgradeResult], None] = lambda result: None) -> UpgradeResult:
     document = _native.read(job.source)

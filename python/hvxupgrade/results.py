@@ -170,6 +170,8 @@ class Columns:
 
     def is_of_type(self, late_type: str) -> numpy.typing.NDArray[numpy.bool_]:
         """A mask of the features of that late type."""
-        if late_type in self.late_type_names:
-            return self.late_types == self.late_type_names.index(late_type)
-        return self.late_types != self.late_types
+        known = late_type in self.late_type_names
+        # No late type has a position behind the last one.
+        place = self.late_type_names.index(late_type) if known else len(self.late_type_names)
+        mask: numpy.typing.NDArray[numpy.bool_] = self.late_types == place
+        return mask

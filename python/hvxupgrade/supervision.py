@@ -13,8 +13,9 @@ import sys
 import tempfile
 import time
 from collections.abc import Iterator
-from typing import Any, Optional
+from typing import Optional
 
+from . import jobs
 from .errors import StoppedError, WorkerError
 from .jobs import Job, Progress
 from .results import UpgradeResult
@@ -30,17 +31,17 @@ def run_in_worker(job: Job, progress: Optional[Progress], timeout: Optional[floa
     before = _identity(job.target)
     promised: Optional[UpgradeResult] = None
     with contextlib.closing(_Worker(job, timeout)) as worker:
-        for message, content in worker.messages():
-            if message == "progress":
-                if progress is not None and progress(*content) is False:
+        for message in worker.messages():
+            if isinstance(message, jobs.Told):
+                if progress is not None and progress(message.done, message.total) is False:
                     raise StoppedError(f"{job.source}: the upgrade was stopped", file=job.source,
                                        problem="the upgrade was stopped", advice="Start it again; nothing was written.")
-            elif message == "writing":
-                promised = content
-            elif message == "raised":
-                raise content
-            else:
-                return content
+            elif isinstance(message, jobs.Writing):
+                promised = message.result
+            elif isinstance(message, UpgradeResult):
+                return message
+            elif isinstance(message, Exception):
+                raise message
         worker.close()
         # Killed on its last steps, it may have put the result in place all the same; it is whole then.
         if promised is not None and before != _identity(job.target):
@@ -68,7 +69,7 @@ class _Worker:
         finally:
             theirs.close()
 
-    def messages(self) -> Iterator[tuple[str, Any]]:
+    def messages(self) -> Iterator[object]:
         """Until the process ends, or its time is up."""
         with contextlib.suppress(EOFError, ConnectionError):
             self._connection.send(self._job)
