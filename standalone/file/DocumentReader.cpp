@@ -8,6 +8,7 @@
 
 #include "file/DocumentError.h"
 #include "file/DocumentFormat.h"
+#include "file/FeatureLines.h"
 #include "file/FeatureReader.h"
 #include "file/ForeignFile.h"
 #include "file/ForwardLinks.h"
@@ -23,47 +24,61 @@ namespace {
 // work.
 [[maybe_unused]] const bool isParserChosen = !simdjson::get_active_implementation()->name().empty();
 
+// Makes features of the lines, or leaves it to somebody else to take them.
 class Reader {
  public:
-  Reader(const std::filesystem::path& file, const ReadOptions& options)
-      : file_(file.string()), options_(options), document_(Document::Create(file.filename().string())) {}
+  Reader(const std::filesystem::path& file, const ReadOptions& options, FeatureLines::Take take = {})
+      : file_(file.string()),
+        options_(options),
+        take_(std::move(take)),
+        blocks_(file_, options_),
+        document_(Document::Create(file.filename().string())),
+        likelyBytes_(blocks_.Text().LikelyBytes()),
+        identity_(blocks_.Text().File().Identity()) {
+    if (options_.compression != nullptr) *options_.compression = blocks_.Text().File().Stored();
+  }
 
   DocumentPtr Read() {
-    LineBlocks blocks(file_, options_);
-    InputFile& file = blocks.Text().File();
-    likelyBytes_ = blocks.Text().LikelyBytes();
-    identity_ = file.Identity();
-    if (options_.compression != nullptr) *options_.compression = file.Stored();
+    while (ReadOn()) continue;
+    return document_;
+  }
+
+  /// Goes on with the next block; after the last one, with what only all of them show, and gives false.
+  bool ReadOn() {
+    InputFile& file = blocks_.Text().File();
     try {
-      while (blocks.Next(line_)) {
-        if (!headerRead_) RefuseForeign(blocks.Block());
-        ReadBlock(blocks.Block(), blocks.ParserCapacity());
+      if (blocks_.Next(line_)) {
+        if (!headerRead_) RefuseForeign(blocks_.Block());
+        ReadBlock(blocks_.Block(), blocks_.ParserCapacity());
         if (options_.onProgress) options_.onProgress(file.BytesRead(), file.BytesTotal());
+        return true;
       }
       if (!headerRead_) RefuseEmpty();
       CheckLinks();
     } catch (const DocumentError& error) {
       if (error.GetKind() == DocumentError::Kind::kInvalid) RefuseChanged(file);
-      if (error.Line() != 0) blocks.Text().RefuseDamaged();
+      if (error.Line() != 0) blocks_.Text().RefuseDamaged();
       throw;
     }
     RefuseChanged(file);
     if (options_.digest != nullptr) *options_.digest = file.Digest();
-    return document_;
+    return false;
   }
 
   DocumentHeader ReadFirstLine() {
-    LineBlocks blocks(file_, options_);
-    while (!headerRead_ && blocks.Next(line_)) {
-      const std::string_view block = blocks.Block();
+    while (!headerRead_ && blocks_.Next(line_)) {
+      const std::string_view block = blocks_.Block();
       RefuseForeign(block);
       const std::size_t start = block.find_first_not_of(kBlanks);
       const std::size_t end = start == std::string_view::npos ? start : block.find('\n', start);
-      ReadBlock(block.substr(0, end), blocks.ParserCapacity());
+      ReadBlock(block.substr(0, end), blocks_.ParserCapacity());
     }
     if (!headerRead_) RefuseEmpty();
-    return {document_, static_cast<std::uint64_t>(announced_)};
+    return Header();
   }
+
+  [[nodiscard]] bool HasHeader() const { return headerRead_; }
+  [[nodiscard]] DocumentHeader Header() const { return {document_, static_cast<std::uint64_t>(announced_)}; }
 
  private:
   [[noreturn]] void Fail(std::size_t line, std::string_view problem, std::string_view advice,
@@ -133,10 +148,13 @@ class Reader {
     ondemand::object object;
     if (record.get_object().get(object) != simdjson::SUCCESS)
       Refuse("the line is not a JSON object", kSeeFormat);
-    if (headerRead_) {
-      features_.Read(object, line_);
-    } else {
+    if (!headerRead_) {
       ReadHeader(object);
+    } else if (take_) {
+      take_(object, line_);
+      ++taken_;
+    } else {
+      features_.Read(object, line_);
     }
   }
 
@@ -211,8 +229,12 @@ class Reader {
     if (version < 1) Refuse(fmt::format("format version {} does not exist", version));
   }
 
+  [[nodiscard]] std::int64_t FeatureCount() const {
+    return static_cast<std::int64_t>(take_ ? taken_ : document_->FeatureCount());
+  }
+
   void CheckCount(std::size_t lastLine) const {
-    const auto found = static_cast<std::int64_t>(document_->FeatureCount());
+    const std::int64_t found = FeatureCount();
     if (found == announced_) return;
     Fail(lastLine,
          fmt::format("the header announces {} feature{} but the file holds {}", announced_,
@@ -224,8 +246,7 @@ class Reader {
   // Of several faults that show only now, the one in the first line is told. One that ends all others is that
   // lines are missing.
   void CheckLinks() {
-    const bool isCutOff = static_cast<std::int64_t>(document_->FeatureCount()) < announced_;
-    if (isCutOff) CheckCount(line_ - 1);
+    if (FeatureCount() < announced_) CheckCount(line_ - 1);
     if (const auto fault = forwardLinks_.Resolve(*document_.Get()))
       Fail(fault->line, fault->problem, fault->advice);
     CheckCount(line_ - 1);
@@ -233,11 +254,14 @@ class Reader {
 
   std::string file_;
   const ReadOptions& options_;
+  FeatureLines::Take take_;
+  std::size_t taken_ = 0;  // features
+  LineBlocks blocks_;
   DocumentPtr document_;
   ondemand::parser parser_;
   bool headerRead_ = false;
   std::int64_t announced_ = 0;
-  std::size_t likelyBytes_ = 0;  // of the text; 0 when the file does not tell
+  std::size_t likelyBytes_;  // of the text; 0 when the file does not tell
   std::optional<FileIdentity> identity_;
   std::size_t line_ = 1;
   ForwardLinks forwardLinks_;
@@ -248,6 +272,27 @@ class Reader {
 
 DocumentPtr ReadDocument(const std::filesystem::path& file, const ReadOptions& options) {
   return Reader(file, options).Read();
+}
+
+struct FeatureLines::Source : Reader {
+  using Reader::Reader;
+};
+
+FeatureLines::FeatureLines(const std::filesystem::path& file, const ReadOptions& options, Take take)
+    : source_(std::make_unique<Source>(file, options, std::move(take))) {}
+
+FeatureLines::~FeatureLines() = default;
+
+bool FeatureLines::HasHeader() const {
+  return source_->HasHeader();
+}
+
+DocumentHeader FeatureLines::Header() const {
+  return source_->Header();
+}
+
+bool FeatureLines::ReadOn() {
+  return source_->ReadOn();
 }
 
 DocumentHeader ReadHeader(const std::filesystem::path& file) {
