@@ -49,7 +49,7 @@ class Told:
 
 @dataclasses.dataclass(frozen=True)
 class Writing:
-    """The upgrade is done; when the file is in place, this is its result."""
+    """The upgrade is done, and the worker waits for an answer before it writes. This is the result of the file in place."""
 
     result: UpgradeResult
 

@@ -38,6 +38,7 @@ def run_in_worker(job: Job, progress: Optional[Progress], timeout: Optional[floa
                                        problem="the upgrade was stopped", advice="Start it again; nothing was written.")
             elif isinstance(message, jobs.Writing):
                 promised = message.result
+                worker.let_write()
             elif isinstance(message, UpgradeResult):
                 return message
             elif isinstance(message, Exception):
@@ -79,6 +80,10 @@ class _Worker:
                     self._is_late = True
                     return
                 yield self._connection.recv()
+
+    def let_write(self) -> None:
+        with contextlib.suppress(ConnectionError):  # met again by those who wait for messages
+            self._connection.send(None)
 
     def close(self) -> None:
         """Ends the process, wherever it is, and removes what it left."""

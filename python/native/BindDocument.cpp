@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "hvxupgrade/Error.h"
 #include "hvxupgrade/Writer.h"
@@ -204,7 +205,9 @@ void BindDocument(py::module_& module) {
       .def(
           "columns",
           [](const Held& self, const py::args& keys) {
-            return ColumnsOf(*self, py::cast<std::vector<std::string>>(keys));
+            std::vector<std::string> texts;
+            for (const py::handle key : keys) texts.push_back(TextOf(key));
+            return ColumnsOf(*self, texts);
           },
           "Ids, fathers, late types and the attributes of these names as NumPy arrays, a row per feature.")
       .def("check", &Check,

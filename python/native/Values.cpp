@@ -19,14 +19,6 @@ namespace {
   throw py::error_already_set();
 }
 
-// Half a pair of surrogates raises UnicodeEncodeError.
-std::string TextOf(py::handle object) {
-  Py_ssize_t size = 0;
-  const char* const text = PyUnicode_AsUTF8AndSize(object.ptr(), &size);
-  if (text == nullptr) throw py::error_already_set();
-  return {text, static_cast<std::size_t>(size)};
-}
-
 std::int64_t IntegerOf(py::handle object) {
   int overflow = 0;
   const long long number = PyLong_AsLongLongAndOverflow(object.ptr(), &overflow);
@@ -56,6 +48,13 @@ List ListOf(py::handle entries, const HeldDocument& document, int depth) {
 }
 
 }  // namespace
+
+std::string TextOf(py::handle object) {
+  Py_ssize_t size = 0;
+  const char* const text = PyUnicode_AsUTF8AndSize(object.ptr(), &size);
+  if (text == nullptr) throw py::error_already_set();
+  return {text, static_cast<std::size_t>(size)};
+}
 
 py::object ToPython(const Value& value, const std::function<py::object(hvxupgrade::FeatureId)>& linked) {
   switch (value.GetKind()) {

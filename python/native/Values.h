@@ -3,6 +3,8 @@
 #include <pybind11/pybind11.h>
 
 #include <functional>
+#include <memory>
+#include <string>
 
 #include "hvxupgrade/Value.h"
 #include "native/HeldDocument.h"
@@ -10,6 +12,10 @@
 namespace python {
 
 namespace py = pybind11;
+
+/// The text of a str. Raises TypeError for anything else, and UnicodeEncodeError for half a pair of
+/// surrogates.
+[[nodiscard]] std::string TextOf(pybind11::handle object);
 
 /// The Python object of a value. `linked` makes that of a link that holds something; one that holds nothing
 /// is None.

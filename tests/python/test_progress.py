@@ -1,4 +1,5 @@
 """Callbacks: they are told how far it is, and what they raise comes out."""
+import os
 import signal
 import threading
 
@@ -76,7 +77,7 @@ def test_a_document_that_is_worked_on_is_for_nobody_else(bracket):
 
 def test_ctrl_c_stops_what_runs_without_a_callback(large_file):
     path = large_file(200_000)
-    ring = threading.Timer(0.01, signal.raise_signal, [signal.SIGINT])
+    ring = threading.Timer(0.01, os.kill, [os.getpid(), signal.SIGINT])
     with pytest.raises(KeyboardInterrupt):
         ring.start()
         for _ in range(100):

@@ -78,7 +78,7 @@ def test_what_a_callback_raises_ends_the_worker(bracket, tmp_path):
 
 
 def test_ctrl_c_ends_the_worker(bracket, tmp_path, trouble):
-    threading.Timer(1.0, signal.raise_signal, [signal.SIGINT]).start()
+    threading.Timer(1.0, os.kill, [os.getpid(), signal.SIGINT]).start()
     with pytest.raises(KeyboardInterrupt):
         hvxupgrade.upgrade_file(bracket, tmp_path / "result.hvxdoc", identifiers=["LoopForEver"], libraries=[trouble])
     assert listing(tmp_path) == {}
@@ -86,15 +86,15 @@ def test_ctrl_c_ends_the_worker(bracket, tmp_path, trouble):
 
 def test_a_killed_worker_leaves_nothing(large_file, tmp_path):
     """Killed again and again, a little later each time, until it is done first."""
-    source, target = large_file(60_000), tmp_path / "result.hvxdoc"
+    source, target = large_file(200_000), tmp_path / "result.hvxdoc"
     kills = 0
-    for delay in [0.1 * step for step in range(3, 80)]:
+    for delay in [0.02 * 1.25 ** step for step in range(30)]:
         before = children()
         killer = threading.Timer(delay, lambda: [os.kill(each, signal.SIGKILL) for each in children() - before])
         killer.start()
         try:
             hvxupgrade.upgrade_file(source, target)
-            assert len(hvxupgrade.read(target)) == 60_000
+            assert len(hvxupgrade.read(target)) == 200_000
             break
         except hvxupgrade.WorkerError as error:
             assert error.exit_code == -signal.SIGKILL
@@ -105,16 +105,29 @@ def test_a_killed_worker_leaves_nothing(large_file, tmp_path):
     assert kills > 0 and target.exists()
 
 
-def children():
-    found = subprocess.run(["ps", "-o", "pid=,args=", "--ppid", str(os.getpid())], stdout=subprocess.PIPE, text=True,
+def workers(*options):
+    found = subprocess.run(["ps", "-o", "pid=,args=", *(options or ["-e"])], stdout=subprocess.PIPE, text=True,
                            check=False).stdout
     return {int(line.split()[0]) for line in found.splitlines() if "hvxupgrade._worker" in line}
 
 
-def test_a_worker_without_its_master_writes_nothing(large_file, tmp_path):
+def children():
+    return workers("--ppid", str(os.getpid()))
+
+
+def test_a_worker_ends_with_its_master(bracket, large_file, tmp_path, trouble):
+    """Whether it works on, asks whether to write, or hangs."""
     source, target = large_file(100_000), tmp_path / "result.hvxdoc"
-    script = ("import os, sys, hvxupgrade\n"
-              "hvxupgrade.upgrade_file(sys.argv[1], sys.argv[2], progress=lambda done, total: os.kill(os.getpid(), 9))\n")
-    assert subprocess.run([sys.executable, "-c", script, source, target], check=False).returncode == -9
-    time.sleep(2)
-    assert [each.name for each in tmp_path.iterdir()] == [source.name]
+    script = ("import os, sys, threading, hvxupgrade\n"
+              "if len(sys.argv) > 3:\n"
+              "    threading.Timer(2, os.kill, [os.getpid(), 9]).start()\n"
+              "    hvxupgrade.upgrade_file(*sys.argv[1:3], identifiers=['LoopForEver'], libraries=sys.argv[3:])\n"
+              "hvxupgrade.upgrade_file(*sys.argv[1:3], progress=lambda done, total: os.kill(os.getpid(), 9))\n")
+    for arguments in ([source, target], [bracket, target, trouble]):
+        before = workers()
+        run = subprocess.run([sys.executable, "-c", script, *arguments], check=False, timeout=60)
+        assert run.returncode == -signal.SIGKILL
+        deadline = time.monotonic() + 30
+        while workers() - before and time.monotonic() < deadline:
+            time.sleep(0.1)
+        assert workers() <= before and [each.name for each in tmp_path.iterdir()] == [source.name]
