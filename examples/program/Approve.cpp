@@ -1,37 +1,26 @@
 // Upgrades a document, tells what a person must look at, and notes in each case that it was approved:
 //   approve OLD.hvxdoc NEW.hvxdoc
 
-#include <exception>
+#include <hvxupgrade/Document.h>
+#include <hvxupgrade/Findings.h>
+#include <hvxupgrade/Reader.h>
+#include <hvxupgrade/Upgrade.h>
+#include <hvxupgrade/Writer.h>
+
 #include <iostream>
-
-#include "adapters/Attributes.h"
-#include "check/Conformity.h"
-#include "file/DocumentReader.h"
-#include "file/DocumentWriter.h"
-#include "session/InstalledFiles.h"
-#include "upgrade/UpgradeLibrary.h"
-#include "upgrade/VersionManager.h"
-
-using namespace standalone;
 
 int main(int argc, char** argv) try {
   if (argc != 3) throw std::runtime_error("usage: approve OLD.hvxdoc NEW.hvxdoc");
-  InstalledFiles::Use();
-  const UpgradeLibrary library(InstalledFiles::UpgradeLibraryFile());
-  const VersionManager manager({&library.Description()});
+  hvxupgrade::Document document = hvxupgrade::Read(argv[1]);
 
-  const DocumentPtr document = ReadDocument(argv[1]);
-  const UpgradeRun run = manager.Run(document, manager.Pending(*document.Get()));
-  std::cout << run.identifiers.size() << " upgrades, " << run.failures.size() << " failures\n";
+  const auto result = hvxupgrade::Upgrader().Upgrade(document);
+  std::cout << result.identifiers.size() << " upgrades, " << result.failures.size() << " failures\n";
 
-  for (const Finding& finding : CheckConformity(*document.Get()))
-    std::cout << '#' << finding.feature->id << ": " << finding.Explanation() << ". " << finding.NextStep()
-              << '\n';
+  for (const hvxupgrade::Finding& finding : hvxupgrade::Check(document))
+    std::cout << '#' << finding.feature << ": " << finding.explanation << ". " << finding.nextStep << '\n';
 
-  const Key approved("Approved");
-  for (Feature* feature = document->First(); feature != nullptr; feature = feature->next)
-    if (feature->TypeName() == "AnalysisCase") static_cast<void>(WriteAttribute(*feature, approved, true));
-  WriteDocument(*document.Get(), argv[2]);
+  for (hvxupgrade::Feature each : document.OfType("AnalysisCase")) each.Set("Approved", true);
+  hvxupgrade::Write(document, argv[2]);
 } catch (const std::exception& error) {
   std::cerr << error.what() << '\n';
   return 1;

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "analysis/MeshNumbers.h"
 #include "checkpoint/Checkpoint.h"
@@ -16,6 +17,8 @@ constexpr std::int64_t kCallsOfSmallDocument = 1'000'000;
 // Each element and node is linked with its counterpart and given a number, which the document shows only when
 // all of its mesh part have theirs.
 constexpr std::int64_t kCallsPerMeshObject = 2;
+// A few milliseconds, in which nobody misses an answer.
+constexpr std::int64_t kCallsPerLook = 100'000;
 
 std::int64_t MeshObjectsOf(const Document& document) {
   std::int64_t count = 0;
@@ -38,11 +41,13 @@ IdleRun::IdleRun(std::int64_t calls)
                                      "probably never end; hvxupgrade check shows the cause",
                                      calls)) {}
 
-IdleWatch::IdleWatch(const Document& document)
+IdleWatch::IdleWatch(const Document& document, std::function<void()> meanwhile)
     : document_(document),
-      calls_(kCallsOfSmallDocument + kCallsPerFeature * static_cast<std::int64_t>(document.FeatureCount()) +
-             kCallsPerMeshObject * MeshObjectsOf(document)) {
-  Checkpoint::SetLookout(calls_, [this] { Look(); });
+      meanwhile_(std::move(meanwhile)),
+      mostCalls_(kCallsOfSmallDocument +
+                 kCallsPerFeature * static_cast<std::int64_t>(document.FeatureCount()) +
+                 kCallsPerMeshObject * MeshObjectsOf(document)) {
+  Checkpoint::SetLookout(kCallsPerLook, [this] { Look(); });
   Restart();
 }
 
@@ -52,12 +57,15 @@ IdleWatch::~IdleWatch() {
 
 void IdleWatch::Restart() {
   changes_ = document_.ChangeCount();
+  quietCalls_ = 0;
   Checkpoint::RestartLookout();
 }
 
 void IdleWatch::Look() {
-  if (document_.ChangeCount() == changes_) throw IdleRun(calls_);
+  quietCalls_ = document_.ChangeCount() == changes_ ? quietCalls_ + kCallsPerLook : 0;
   changes_ = document_.ChangeCount();
+  if (quietCalls_ >= mostCalls_) throw IdleRun(mostCalls_);
+  meanwhile_();
 }
 
 }  // namespace standalone

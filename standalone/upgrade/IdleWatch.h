@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <stdexcept>
 
 #include "model/Document.h"
@@ -17,8 +18,9 @@ class IdleRun : public std::runtime_error {
 /// the whole document, and changes nothing meanwhile. At work for its life; one at a time.
 class IdleWatch {
  public:
-  /// The document must outlive it.
-  explicit IdleWatch(const Document& document);
+  /// The document must outlive it. `meanwhile` is called now and then within a long piece of work; what it
+  /// throws ends that.
+  IdleWatch(const Document& document, std::function<void()> meanwhile);
   ~IdleWatch();
   IdleWatch(const IdleWatch&) = delete;
   IdleWatch& operator=(const IdleWatch&) = delete;
@@ -30,7 +32,9 @@ class IdleWatch {
   void Look();
 
   const Document& document_;
-  std::int64_t calls_;
+  std::function<void()> meanwhile_;
+  std::int64_t mostCalls_;
+  std::int64_t quietCalls_ = 0;  // since something was changed
   std::uint64_t changes_ = 0;
 };
 

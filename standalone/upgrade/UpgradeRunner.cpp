@@ -93,7 +93,7 @@ UpgradeRunner::UpgradeRunner(Document& document, const std::vector<HVXUpgradeObs
       observers_(observers),
       watch_(watch),
       lists_(document, TypesOf(upgrades)),
-      idle_(document) {
+      idle_(document, [this] { TellProgress(); }) {
   for (HVXUpgradeObserver** const place : observers_) *place = this;
   for (const KnownUpgrade* const upgrade : upgrades) {
     for (const NameId type : TypesOf(*upgrade)) {
@@ -233,7 +233,8 @@ void UpgradeRunner::Do(const UpgradeWork& work, const Action& action) {
   } catch (const IdleRun& error) {
     throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), error.what()));
   } catch (const TooManyFeatures&) {
-    throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), WhatWasMade(document_, work, watch_.limitAdvice)));
+    throw UpgradeAborted(
+        fmt::format("{}: {}", PlaceOf(work), WhatWasMade(document_, work, watch_.limitAdvice)));
   }
   work_ = nullptr;
   document_.RestoreListsSetAside();

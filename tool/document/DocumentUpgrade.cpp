@@ -54,7 +54,7 @@ class DocumentUpgrade {
     RefuseNewer(*document.Get());
     document->LimitCreation(FeatureLimit(task_.limits, document->FeatureCount()));
     const std::vector<std::string> pending = task_.manager.Pending(*document.Get());
-    const Selection::Chosen chosen = task_.selection.Of(pending);
+    const standalone::Choice chosen = task_.selection.Of(pending);
     standalone::LeftBehind leftBehind(*document.Get());
     std::vector<VersionManager::Again> again;
     if (task_.retry) again = leftBehind.Next();
@@ -183,7 +183,7 @@ class DocumentUpgrade {
     }
   }
 
-  standalone::UpgradeRun RunWatched(const DocumentPtr& document, const Selection::Chosen& chosen,
+  standalone::UpgradeRun RunWatched(const DocumentPtr& document, const standalone::Choice& chosen,
                                     const VersionManager::NextRound& again) {
     standalone::UpgradeWatch watch;
     std::optional<standalone::CheckpointScope> tracing;
@@ -196,7 +196,7 @@ class DocumentUpgrade {
     return task_.manager.RunAgain(document, again, chosen.identifiers, watch);
   }
 
-  void RunChosen(const DocumentPtr& document, const Selection::Chosen& chosen,
+  void RunChosen(const DocumentPtr& document, const standalone::Choice& chosen,
                  const VersionManager::NextRound& again) {
     if (task_.record != nullptr || task_.failOnDrop) document->Changes().Start();
     std::optional<SignOff> signOff;

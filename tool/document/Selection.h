@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "upgrade/Choice.h"
 #include "upgrade/VersionManager.h"
 
 namespace tool {
@@ -20,13 +21,10 @@ class Selection {
   Selection(const standalone::VersionManager& manager, const std::vector<std::string>& only,
             const std::string& until);
 
-  struct Chosen {
-    std::vector<std::string> identifiers;  ///< In the order of `pending`.
-    /// Those among them that nobody wanted, and why they come along.
-    std::vector<standalone::VersionManager::Needed> broughtAlong;
-  };
   /// Those of `pending` that are wanted, and those that must not be left out with them.
-  [[nodiscard]] Chosen Of(const std::vector<std::string>& pending) const;
+  [[nodiscard]] standalone::Choice Of(const std::vector<std::string>& pending) const {
+    return standalone::ChooseUpgrades(manager_, wanted_, pending);
+  }
 
  private:
   const standalone::VersionManager& manager_;

@@ -3,7 +3,6 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "compare/FeatureDifference.h"
 #include "terminal/Interruption.h"
 
 namespace tool {
@@ -34,23 +33,12 @@ Totals& Totals::operator+=(const Totals& other) {
 }
 
 Comparison Compare(const Document& document, const standalone::UpgradeRun& run) {
-  Comparison comparison;
+  Interruption::StopIfRequested();
+  Comparison comparison{standalone::SinceRead::Of(document), {}, {}};
   TotalsByType totals;
-  for (const Feature* const feature : document.Touched()) {
-    Interruption::StopIfRequested();
-    const FeatureState* const before = document.Before(*feature);
-    if (before == nullptr && feature->removed) continue;
-    if (before == nullptr) {
-      comparison.created.push_back(feature);
-      ++TotalsOf(totals, document, *feature).created;
-    } else if (feature->removed) {
-      comparison.removed.push_back(feature);
-      ++TotalsOf(totals, document, *feature).removed;
-    } else if (standalone::Differ(*before, *feature)) {
-      comparison.changed.push_back(feature);
-      ++TotalsOf(totals, document, *feature).changed;
-    }
-  }
+  for (const Feature* const feature : comparison.created) ++TotalsOf(totals, document, *feature).created;
+  for (const Feature* const feature : comparison.removed) ++TotalsOf(totals, document, *feature).removed;
+  for (const Feature* const feature : comparison.changed) ++TotalsOf(totals, document, *feature).changed;
   for (const auto& [type, count] : run.concerned) totals[type].concerned += count;
   std::unordered_set<const Feature*> failed;
   for (const standalone::UpgradeFailure& failure : run.failures) {

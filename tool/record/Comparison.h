@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "compare/SinceRead.h"
 #include "model/Document.h"
 #include "upgrade/UpgradeRun.h"
 
@@ -21,16 +22,12 @@ struct Totals {
 };
 
 /// What a run did to a document, told from the document before and after.
-struct Comparison {
-  std::vector<const standalone::Feature*> changed;  ///< In the order of their first change.
-  std::vector<const standalone::Feature*> created;
-  std::vector<const standalone::Feature*> removed;
+struct Comparison : standalone::SinceRead {
   std::map<std::string, Totals> byType;  ///< By the late type before; by the new one for created features.
   Totals all;
 };
 
-/// Compares; the document must have no dead links. A feature that was changed and changed back counts as
-/// unchanged, one that was created and removed again is left out.
+/// Compares; the document must have no dead links.
 [[nodiscard]] Comparison Compare(const standalone::Document& document, const standalone::UpgradeRun& run);
 
 }  // namespace tool

@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <new>
 #include <system_error>
 
 #include "file/Backup.h"
@@ -39,13 +38,6 @@ fs::path NearestOf(fs::path folder) {
 }
 
 }  // namespace
-
-fs::path RealPathOf(const fs::path& file) {
-  std::error_code error;
-  fs::path real = fs::weakly_canonical(fs::absolute(file), error);
-  if (error == std::errc::not_enough_memory) throw std::bad_alloc();
-  return error ? fs::absolute(file) : real;
-}
 
 std::string Destination::Text() const {
   if (isOutput) return "standard output";

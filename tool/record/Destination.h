@@ -5,6 +5,7 @@
 #include <string>
 
 #include "file/Compression.h"
+#include "file/RealPath.h"
 
 namespace tool {
 
@@ -47,7 +48,7 @@ void MakeFolder(const std::filesystem::path& folder);
 /// may not be replaced.
 void RefuseTaken(const std::filesystem::path& file, bool overwrite);
 
-/// Where a write to `file` ends up: links are followed.
-[[nodiscard]] std::filesystem::path RealPathOf(const std::filesystem::path& file);
+/// Where a write to a file ends up: links are followed.
+using standalone::RealPathOf;
 
 }  // namespace tool

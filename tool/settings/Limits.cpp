@@ -10,6 +10,7 @@
 
 #include "file/StoredText.h"
 #include "settings/Machine.h"
+#include "upgrade/Choice.h"
 
 namespace tool {
 namespace {
@@ -21,10 +22,6 @@ namespace fs = std::filesystem;
 constexpr double kSecondsOfAnyDocument = 120;
 constexpr double kSecondsPerMegabyte = 2;
 constexpr double kMegabyte = 1e6;
-
-// Old documents grow to about twice their features; the largest growth that made sense was less than tenfold.
-constexpr std::size_t kMadePerFeature = 10;
-constexpr std::size_t kMadeInAnyDocument = 1'000'000;
 
 constexpr std::uint64_t kBytesPerMegabyte = std::uint64_t{1} << 20U;
 
@@ -61,7 +58,7 @@ std::optional<std::chrono::duration<double>> TimeLimit(const Limits& limits, std
 }
 
 std::size_t FeatureLimit(const Limits& limits, std::size_t features) {
-  const std::size_t most = limits.features.value_or(kMadeInAnyDocument + kMadePerFeature * features);
+  const std::size_t most = limits.features.value_or(standalone::UsualCreationLimit(features));
   return most == 0 ? std::numeric_limits<std::size_t>::max() : most;
 }
 
