@@ -80,6 +80,15 @@ unset(ENV{HVXUPGRADE_PLUGINS})
 run(${PROGRAM} status --check ${WORK}/both.hvxdoc)
 expect("${OUTPUT}" "AcmeUpgrades 1.0, which is not loaded" "what is told without the plug-in")
 
+# The Python module finds the library and what belongs to it, from wherever it is run.
+if(PYTHON)
+  file(WRITE ${WORK}/upgrade.py "import sys, hvxupgrade\nprint(len(hvxupgrade.upgrade_file(*sys.argv[1:]).identifiers))\n")
+  run(${CMAKE_COMMAND} -E env PYTHONPATH=${MOVED}/${PYTHON_FOLDER} PYTHONDONTWRITEBYTECODE=1
+      ${PYTHON} ${WORK}/upgrade.py ${EXAMPLES}/bolted_bracket.hvxdoc ${WORK}/python.hvxdoc)
+  expect("${OUTPUT}" "^66\n$" "what Python prints")
+  run(${PROGRAM} check ${WORK}/python.hvxdoc)
+endif()
+
 # The program, built with the CMake package and with pkg-config. It knows the interface alone, and needs nothing else.
 set(ENV{PKG_CONFIG_PATH} ${MOVED}/${LIBDIR}/pkgconfig)
 run(${PKG_CONFIG} --modversion hvxupgrade-host hvxupgrade-extension hvxupgrade-standalone)

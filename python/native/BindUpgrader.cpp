@@ -1,0 +1,103 @@
+#include <pybind11/stl.h>
+#include <pybind11/stl/filesystem.h>
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "hvxupgrade/Upgrade.h"
+#include "native/Bindings.h"
+#include "native/HeldDocument.h"
+#include "native/Progress.h"
+#include "native/Results.h"
+
+namespace python {
+namespace {
+
+using hvxupgrade::Error;
+using hvxupgrade::Upgrader;
+using Held = std::shared_ptr<HeldDocument>;
+
+std::shared_ptr<Upgrader> Make(std::vector<std::filesystem::path> libraries, bool useInstalled,
+                               std::optional<std::filesystem::path> data, std::string language) {
+  hvxupgrade::UpgraderOptions options;
+  options.useInstalledLibrary = useInstalled;
+  options.libraries = std::move(libraries);
+  if (data) options.data = *std::move(data);
+  options.language = std::move(language);
+  Progress silent{py::none()};
+  return WithoutLock(silent, [&] { return std::make_shared<Upgrader>(options); });
+}
+
+py::list Known(const Upgrader& self) {
+  py::list known;
+  for (const hvxupgrade::KnownUpgrade& each : self.Known()) known.append(ToPython(each));
+  return known;
+}
+
+py::object Upgrade(const std::shared_ptr<Upgrader>& self, const Held& held,
+                   std::optional<std::vector<std::string>> identifiers, bool retry, py::object told,
+                   std::uint64_t maxFeaturesCreated) {
+  Progress progress(std::move(told));
+  hvxupgrade::UpgradeOptions options;
+  options.identifiers = std::move(identifiers);
+  options.retry = retry;
+  options.onProgress = progress.Teller();
+  options.maxFeaturesCreated = maxFeaturesCreated;
+  const HeldDocument::Work work(*held);
+  held->ShareUpgrader(self);
+  try {
+    return ToPython(WithoutLock(progress, [&] { return self->Upgrade(work.document, options); }));
+  } catch (const Error& error) {
+    // What is refused is refused before the first upgrade runs.
+    if (error.GetKind() != Error::Kind::kUsage && error.GetKind() != Error::Kind::kNewer) held->GiveUp();
+    throw;
+  } catch (...) {
+    held->GiveUp();
+    throw;
+  }
+}
+
+}  // namespace
+
+void BindUpgrader(py::module_& module) {
+  py::class_<Upgrader, std::shared_ptr<Upgrader>> upgrader(
+      module, "Upgrader",
+      "Brings documents up to the current data model.\n\n"
+      "`libraries` are upgrade libraries to load besides the installed one, which `use_installed` may leave "
+      "out. `data` is the folder of catalogs and messages, when it is not the installed one; `language` that "
+      "of "
+      "the names that upgrades give. Documents keep the upgraders alive that worked on them. Threads may "
+      "share "
+      "one, each with documents of its own. Raises InstallationError.");
+  upgrader.attr("__module__") = "hvxupgrade";
+  upgrader
+      .def(py::init(&Make), py::arg("libraries") = py::tuple(), py::arg("use_installed") = true,
+           py::arg("data") = py::none(), py::arg("language") = "en")
+      .def_property_readonly("known", &Known, "All upgrades that are known, oldest first.")
+      .def(
+          "pending", [](const Upgrader& self, const Held& held) { return self.Pending(held->Open()); },
+          py::arg("document"), "The identifiers that the document has not been through, oldest first.")
+      .def(
+          "unknown", [](const Upgrader& self, const Held& held) { return self.Unknown(held->Open()); },
+          py::arg("document"),
+          "The identifiers that the document has been through and nobody here knows. Such a document is not "
+          "upgraded.")
+      .def(
+          "upgrade", &Upgrade, py::arg("document"), py::arg("identifiers") = py::none(),
+          py::arg("retry") = false, py::arg("progress") = py::none(), py::kw_only(),
+          py::arg("max_features_created") = 0,
+          "Runs upgrades on the document, and records them in it.\n\n"
+          "`identifiers` chooses which; without it all that are pending run. `retry` runs those again that "
+          "left "
+          "features behind, on these. `progress(done, total)` is told visits of features; if it returns "
+          "False, "
+          "the run ends with StoppedError, and what it raises comes out as it is. The document is then given "
+          "up: read it again. Raises UsageError for an unknown identifier or one that the document has been "
+          "through, and NewerDocumentError for a document of a later release.");
+}
+
+}  // namespace python

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "hvxupgrade/Document.h"
+#include "hvxupgrade/Upgrade.h"
+
+namespace python {
+
+/// A document as Python holds it: features share it, so that it lives as long as any of them, and it shares
+/// the upgraders that worked on it, because their libraries must outlive it. All of it is for threads that
+/// have the interpreter's lock.
+class HeldDocument {
+ public:
+  explicit HeldDocument(hvxupgrade::Document document) : document_(std::move(document)) {}
+  HeldDocument(const HeldDocument&) = delete;
+  HeldDocument& operator=(const HeldDocument&) = delete;
+
+  /// Throws `hvxupgrade::Error` (`kUsage`) while a call works on the document without the interpreter's lock,
+  /// and for a document that was given up.
+  [[nodiscard]] hvxupgrade::Document& Open();
+  void RequireOpen() const;
+
+  /// Keeps everyone else away from the document as long as it lives.
+  class Work {
+   public:
+    explicit Work(HeldDocument& held) : document(held.Open()), held_(held) { held_.isWorkedOn_ = true; }
+    ~Work() { held_.isWorkedOn_ = false; }
+    Work(const Work&) = delete;
+    Work& operator=(const Work&) = delete;
+
+    hvxupgrade::Document& document;
+
+   private:
+    HeldDocument& held_;
+  };
+
+  void ShareUpgrader(std::shared_ptr<const hvxupgrade::Upgrader> upgrader);
+  /// An upgrade was stopped halfway: nobody is to take what is there for a document.
+  void GiveUp() { isGivenUp_ = true; }
+
+ private:
+  std::vector<std::shared_ptr<const hvxupgrade::Upgrader>> upgraders_;  // outlive the document
+  hvxupgrade::Document document_;
+  bool isWorkedOn_ = false;
+  bool isGivenUp_ = false;
+};
+
+/// A feature as Python holds it.
+struct HeldFeature {
+  std::shared_ptr<HeldDocument> document;
+  hvxupgrade::Feature feature;
+
+  /// See `HeldDocument::Open`.
+  [[nodiscard]] hvxupgrade::Feature& Open() {
+    document->RequireOpen();
+    return feature;
+  }
+  [[nodiscard]] HeldFeature Beside(const hvxupgrade::Feature& other) const { return {document, other}; }
+};
+
+}  // namespace python

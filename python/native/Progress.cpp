@@ -1,0 +1,42 @@
+#include "native/Progress.h"
+
+namespace python {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+// The lock is asked for now and then only: where other threads hold it, that takes milliseconds.
+constexpr milliseconds kBetweenCalls{25};
+constexpr milliseconds kBetweenLooksForSignals{100};
+
+std::function<bool(std::uint64_t, std::uint64_t)> Progress::Teller() {
+  return [this](std::uint64_t done, std::uint64_t total) { return Tell(done, total); };
+}
+
+bool Progress::Tell(std::uint64_t done, std::uint64_t total) {
+  if (raised_) return false;
+  const bool hasCaller = !told_.is_none();
+  const bool isEnd = hasCaller && done == total && total != 0;
+  const auto now = steady_clock::now();
+  if (!last_ && !hasCaller) last_ = now;
+  if (last_ && !isEnd && now - *last_ < (hasCaller ? kBetweenCalls : kBetweenLooksForSignals)) return true;
+  last_ = now;
+
+  const py::gil_scoped_acquire lock;
+  try {
+    if (PyErr_CheckSignals() != 0) throw py::error_already_set();
+    return !hasCaller || told_(done, total).ptr() != Py_False;
+  } catch (py::error_already_set& error) {
+    raised_ = std::move(error);
+    return false;
+  }
+}
+
+void Progress::ThrowRaised() {
+  if (!raised_) return;
+  py::error_already_set raised = std::move(*raised_);
+  raised_.reset();
+  throw raised;
+}
+
+}  // namespace python

@@ -1,0 +1,116 @@
+"""Callbacks: they are told how far it is, and what they raise comes out."""
+import os
+import signal
+import threading
+
+import pytest
+
+import hvxupgrade
+
+
+class Interruption(Exception):
+    pass
+
+
+def raising(done, total):
+    raise Interruption(done)
+
+
+def calls_on(path, tmp_path):
+    """Each call that takes a callback, as a function of it."""
+    def upgrade(progress):
+        return hvxupgrade.Upgrader().upgrade(hvxupgrade.read(path), progress=progress)
+
+    def write(progress):
+        return hvxupgrade.read(path).write(tmp_path / "written.hvxdoc", progress=progress)
+
+    def lines(progress):
+        return list(hvxupgrade.read_lines(path, progress=progress))
+    return [lambda progress: hvxupgrade.read(path, progress=progress), lines, upgrade, write]
+
+
+def test_progress_grows_to_its_total(bracket, tmp_path):
+    for call in calls_on(bracket, tmp_path):
+        told = []
+        call(lambda done, total: told.append((done, total)))
+        assert told and told == sorted(told)
+        assert all(done <= total or total == 0 for done, total in told)
+
+
+def test_what_a_callback_raises_comes_out_as_itself(bracket, tmp_path):
+    for call in calls_on(bracket, tmp_path):
+        with pytest.raises(Interruption):
+            call(raising)
+        with pytest.raises(hvxupgrade.StoppedError):
+            call(lambda done, total: False)
+        assert call(lambda done, total: 0) is not NotImplemented  # only False stops
+        (tmp_path / "written.hvxdoc").unlink(missing_ok=True)
+    assert list(tmp_path.iterdir()) == []
+
+
+def test_a_document_whose_upgrade_was_stopped_is_given_up(bracket):
+    document = hvxupgrade.read(bracket)
+    feature = document[247]
+    upgrader = hvxupgrade.Upgrader()
+    with pytest.raises(hvxupgrade.UsageError):
+        upgrader.upgrade(document, ["NoSuchUpgrade"])
+    assert feature.alias == "Pressure.1"  # nothing had begun
+    with pytest.raises(Interruption):
+        upgrader.upgrade(document, progress=raising)
+    for use in (lambda: len(document), lambda: feature.alias, lambda: list(document), lambda: upgrader.pending(document)):
+        with pytest.raises(hvxupgrade.UsageError, match="[Rr]ead the document again"):
+            use()
+
+
+def test_a_document_that_is_worked_on_is_for_nobody_else(bracket):
+    document = hvxupgrade.read(bracket)
+    refused = []
+
+    def use(done, total):
+        for call in (lambda: len(document), lambda: document[247], document.check):
+            with pytest.raises(hvxupgrade.UsageError) as caught:
+                call()
+            refused.append(caught.value)
+    hvxupgrade.Upgrader().upgrade(document, progress=use)
+    assert refused and len(document) > 631
+
+
+def test_ctrl_c_stops_what_runs_without_a_callback(large_file):
+    path = large_file(200_000)
+    ring = threading.Timer(0.01, os.kill, [os.getpid(), signal.SIGINT])
+    with pytest.raises(KeyboardInterrupt):
+        ring.start()
+        for _ in range(100):
+            hvxupgrade.read(path)
+
+
+def test_other_threads_run_meanwhile(large_file):
+    path = large_file(200_000)
+    reading = threading.Event()
+    reading.set()
+    counted = []
+
+    def count():
+        while reading.is_set():
+            counted.append(None)
+    thread = threading.Thread(target=count)
+    thread.start()
+    counted.clear()
+    document = hvxupgrade.read(path)
+    reading.clear()
+    thread.join()
+    assert len(document) == 200_000 and len(counted) > 1000
+
+
+@pytest.mark.skip(reason="the host is for one thread at a time")
+def test_two_threads_read_two_documents(bracket, source):
+    read = {}
+
+    def read_often(path):
+        read[path] = [len(hvxupgrade.read(path)) for _ in range(100)]
+    threads = [threading.Thread(target=read_often, args=[path]) for path in (bracket, source / "examples/heated_pipe.hvxdoc")]
+    for each in threads:
+        each.start()
+    for each in threads:
+        each.join()
+    assert {tuple(set(counts)) for counts in read.values()} == {(631,), (374,)}

@@ -1,0 +1,65 @@
+"""The type stubs say what the module has, and everything public is explained."""
+import ast
+import inspect
+import shutil
+import subprocess
+import sys
+
+import pytest
+
+import hvxupgrade
+from hvxupgrade import _native
+
+# What pybind11 and object have; Python looks for them at the class.
+OF_EVERY_CLASS = set(dir(object)) - {"__init__", "__eq__", "__hash__"} | {"__module__", "__init__", "__repr__"}
+
+
+def stub(source):
+    return ast.parse((source / "python/hvxupgrade/_native.pyi").read_text(encoding="utf-8"))
+
+
+def test_the_stub_of_the_extension_is_complete(source):
+    tree = stub(source)
+    declared = {node.name: node for node in tree.body if isinstance(node, (ast.ClassDef, ast.FunctionDef))}
+    assert set(declared) == {name for name in dir(_native) if not name.startswith("_")}
+    for name, node in declared.items():
+        if isinstance(node, ast.ClassDef):
+            inside = {each.name for each in node.body if isinstance(each, ast.FunctionDef)}
+            there = {name for name in vars(getattr(_native, name)) if not name.startswith("_pybind11")}
+            assert inside - OF_EVERY_CLASS == there - OF_EVERY_CLASS, name
+
+
+def test_the_stub_names_the_arguments_that_are_there(source):
+    document = hvxupgrade.Document()
+    document.create("A", alias="a", father=None)
+    document.find_all(late_type="A", father=None, name=None, alias=None, attributes=None)
+    for node in ast.walk(stub(source)):
+        if isinstance(node, ast.FunctionDef) and node.name in ("read", "read_lines"):
+            assert [each.arg for each in node.args.kwonlyargs] == ["progress", "max_unpacked_bytes"]
+
+
+def test_everything_public_is_listed_and_explained():
+    public = {name for name in dir(hvxupgrade) if not name.startswith("_")}
+    submodules = {name for name in public if inspect.ismodule(getattr(hvxupgrade, name))}
+    assert public - submodules == set(hvxupgrade.__all__)
+    for name in hvxupgrade.__all__:
+        what = getattr(hvxupgrade, name)
+        assert what.__doc__, name
+        if inspect.isclass(what) and what.__module__ == "hvxupgrade":
+            for member, value in vars(what).items():
+                assert member.startswith("_") or value.__doc__, f"{name}.{member}"
+
+
+@pytest.mark.skipif(shutil.which("mypy", path="/usr/bin") is None, reason="mypy is not installed")
+def test_mypy_agrees(source, tmp_path):
+    use = tmp_path / "use.py"
+    use.write_text("import hvxupgrade\n"
+                   "feature = hvxupgrade.read('a')[1]\n"
+                   "feature['Value'] = 2.5e6\n"
+                   "names: list[str] = [each.late_type for each in feature.sons]\n"
+                   "wrong: int = feature.alias\n")
+    run = subprocess.run([sys.executable, "-m", "mypy", "--strict", "--cache-dir", tmp_path / "cache", use],
+                         env={"MYPYPATH": str(source / "python"), "PATH": ""}, stdout=subprocess.PIPE, text=True,
+                         check=False)
+    lines = [line for line in run.stdout.splitlines() if "error:" in line]
+    assert len(lines) == 1 and "use.py:5: error: Incompatible types" in lines[0], run.stdout
