@@ -105,12 +105,15 @@ std::vector<std::string> VersionManager::Pending(const Document& document) const
 UnknownUpgrades VersionManager::Unknown(const Document& document) const {
   UnknownUpgrades unknown;
   for (const std::string& identifier : document.Upgrades()) {
-    if (Find(identifier) != nullptr) continue;
     const UpgradeSource* const source = document.Sources().Of(identifier);
     MissingLibrary library;
     library.name = source == nullptr ? kBuiltInLibrary : source->library;
+    const HVXUpgradeLibrary* const loaded = LibraryNamed(library.name);
+    // What bears that name in another library is another upgrade.
+    const bool isOfOther = source != nullptr && loaded == nullptr;
+    if (Find(identifier) != nullptr && !isOfOther) continue;
     if (source != nullptr) library.version = source->version;
-    if (const HVXUpgradeLibrary* const loaded = LibraryNamed(library.name); loaded != nullptr) {
+    if (loaded != nullptr) {
       library.isLoaded = true;
       library.loaded = VersionOf(*loaded);
     }

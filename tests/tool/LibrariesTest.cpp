@@ -227,6 +227,7 @@ TEST_F(LibrariesTest, ADocumentOfALibraryThatIsNotLoadedIsToldAsThat) {
     EXPECT_THAT(ended.out + ended.err, what);
   };
   // Something is pending: nothing may run behind the back of that library.
+  const auto isNamed = HasSubstr("of Acme 3.1, which is not loaded");
   const auto isTold = HasSubstr("upgraded by Acme 3.1, which is not loaded");
   const std::string json =
       R"("missingLibraries":[{"name":"Acme","version":"3.1","loaded":false,"upgrades":["AcmeBolt"]}])";
@@ -259,6 +260,9 @@ TEST_F(LibrariesTest, ADocumentOfALibraryThatIsNotLoadedIsToldAsThat) {
   expect({"check", Path("new.hvxdoc")}, 0, AllOf(HasSubstr("conforms"), isTold));
   expect({"upgrade", Path("new.hvxdoc"), Path("copy.hvxdoc"), "--in-place"}, 0,
          HasSubstr("2 documents: 2 already current"));
+  // An upgrade of that name in another library is another upgrade.
+  expect({"--library", Library("other.so", "name Other\nlists AcmeBolt\n"), "status", Path("new.hvxdoc")}, 0,
+         isNamed);
   // The same the other way round.
   expect({"--no-default-library", "--library", acme, "status", Path("new.hvxdoc")}, 0,
          AllOf(HasSubstr("HVXUpgradeComponents, which is not loaded"),
@@ -274,7 +278,8 @@ TEST_F(LibrariesTest, AnOlderVersionOfALibraryKnowsThatThereIsANewerOne) {
   EXPECT_EQ(ended.code, 4);
   EXPECT_THAT(ended.err, HasSubstr("upgraded by a newer Acme (3.1; 2.0 is loaded). Use the newer Acme"));
   EXPECT_THAT(RunWith({acme}, {"status", "--json", file}).out,
-              AllOf(HasSubstr(R"("verdict":"newer")"), HasSubstr(R"("newerUpgrades":["AcmeNut"])"),
+              AllOf(HasSubstr(R"("verdict":"newer","words":"newer than a library that is loaded")"),
+                    HasSubstr(R"("newerUpgrades":["AcmeNut"])"),
                     HasSubstr(R"("loaded":true,"loadedVersion":"2.0")")));
 }
 

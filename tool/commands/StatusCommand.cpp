@@ -9,6 +9,7 @@
 #include "archive/DocumentSearch.h"
 #include "document/Reading.h"
 #include "file/DocumentReader.h"
+#include "record/UnknownState.h"
 #include "report/JsonOutput.h"
 #include "terminal/Interruption.h"
 #include "terminal/Table.h"
@@ -109,10 +110,16 @@ std::size_t CountOf(const standalone::UnknownUpgrades& unknown) {
   return count;
 }
 
+// Of this document, which a state's words may tell less of.
+std::string_view WordsOf(const Status& status) {
+  const bool isRefused = status.state == State::kNewer || status.state == State::kNotLoaded;
+  return isRefused ? StateOf(status.unknown) : WordsOf(status.state).words;
+}
+
 void AppendText(fmt::memory_buffer& out, const Status& status, bool all) {
   auto to = std::back_inserter(out);
-  const StateWords& words = WordsOf(status.state);
-  fmt::format_to(to, "{}: {}, ", Printable(status.file), Paint(stdout, words.colour, words.words));
+  const Colour colour = WordsOf(status.state).colour;
+  fmt::format_to(to, "{}: {}, ", Printable(status.file), Paint(stdout, colour, WordsOf(status)));
   if (status.pending.empty()) {
     fmt::format_to(to, "{} done", Count(status.done.size(), "upgrade"));
   } else {
@@ -132,7 +139,7 @@ void AppendJson(fmt::memory_buffer& out, const Status& status) {
   JsonObject entry(out);
   entry.Name("file", status.file);
   entry.Text("verdict", WordsOf(status.state).name);
-  entry.Text("words", WordsOf(status.state).words);
+  entry.Text("words", WordsOf(status));
   entry.Number("features", status.features);
   entry.Texts("pendingUpgrades", status.pending);
   entry.Texts("doneUpgrades", status.done);

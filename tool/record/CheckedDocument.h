@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "check/Conformity.h"
+#include "record/UnknownState.h"
 #include "settings/ExitCode.h"
 #include "upgrade/UnknownUpgrades.h"
 
@@ -34,9 +35,7 @@ struct CheckedDocument {
   }
   /// The words for people.
   [[nodiscard]] std::string_view Words() const {
-    if (isRefused)
-      return unknown.AreOnlyNotLoaded() ? "upgraded by a library that is not loaded"
-                                        : "newer than this program";
+    if (isRefused) return StateOf(unknown);
     return Code() == ExitCode::kDone ? "conforms" : "does not conform";
   }
   [[nodiscard]] ExitCode Code() const {
