@@ -18,9 +18,6 @@ set(HVX_PACKAGE_OF_python python3-hvxupgrade)
 set(HVX_LIBRARIES "${HVX_PACKAGE_OF_libraries} (= ${PROJECT_VERSION})")
 
 set(CPACK_COMPONENTS_ALL tool libraries development)
-if(HVX_PYTHON)
-  list(APPEND CPACK_COMPONENTS_ALL python)
-endif()
 
 # What all packages are made of; the target of scripts/package.
 add_custom_target(packaged DEPENDS hvxupgrade HVXUpgradeComponents HVXUpgradeExtension)
@@ -46,13 +43,13 @@ set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS ${HVX_LIBRARIES})
 set(CPACK_DEBIAN_TOOL_PACKAGE_SUGGESTS "bash-completion, zsh")
 set(CPACK_DEBIAN_TOOL_DESCRIPTION "upgrade of finite-element analysis documents
- Analysis documents of older releases of the Halvex workbench are brought up to
- the current data model: one document or a hundred thousand, without the
- workbench. Every change is recorded with the upgrade that made it, and the
- analysis is compared before and after.
- .
- This package contains the program, its manual pages, schemas of what it prints,
- scripts for clusters, and documents to read.")
+Analysis documents of older releases of the Halvex workbench are brought up to
+the current data model: one document or a hundred thousand, without the
+workbench. Every change is recorded with the upgrade that made it, and the
+analysis is compared before and after.
+
+This package contains the program, its manual pages, schemas of what it
+prints, scripts for clusters, and documents to read.")
 
 set(CPACK_DEBIAN_LIBRARIES_PACKAGE_NAME ${HVX_PACKAGE_OF_libraries})
 set(CPACK_DEBIAN_LIBRARIES_PACKAGE_SECTION libs)
@@ -60,12 +57,12 @@ set(CPACK_DEBIAN_LIBRARIES_PACKAGE_PROVIDES libhvxupgrade)
 set(CPACK_DEBIAN_LIBRARIES_PACKAGE_CONFLICTS libhvxupgrade)
 set(CPACK_DEBIAN_LIBRARIES_PACKAGE_REPLACES libhvxupgrade)
 set(CPACK_DEBIAN_LIBRARIES_DESCRIPTION "upgrade of finite-element analysis documents (libraries)
- Analysis documents of older releases of the Halvex workbench are brought up to
- the current data model, without the workbench.
- .
- This package contains the host that documents are read, changed and written
- with, the library of upgrades, and what they need: catalogs, messages, and
- explanations of the upgrades.")
+Analysis documents of older releases of the Halvex workbench are brought up to
+the current data model, without the workbench.
+
+This package contains the host that documents are read, changed and written
+with, the library of upgrades, and what they need: catalogs, messages, and
+explanations of the upgrades.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${HVX_PACKAGE_OF_development})
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
@@ -73,27 +70,30 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${HVX_LIBRARIES}, hvxupgrade (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "g++ (>= 4:12), cmake (>= 3.25), pkg-config")
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "upgrade of finite-element analysis documents (development)
- Analysis documents of older releases of the Halvex workbench are brought up to
- the current data model, without the workbench.
- .
- This package contains what upgrades and programs of others are built with:
- headers, the dispatch of upgrade libraries, files for CMake and pkg-config, and
- examples to begin with.")
+Analysis documents of older releases of the Halvex workbench are brought up to
+the current data model, without the workbench.
 
-set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME ${HVX_PACKAGE_OF_python})
-set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
-set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/postinst
-                                              ${CMAKE_CURRENT_SOURCE_DIR}/debian/prerm)
-# The module is loaded by one version of Python only: Debian's, that it was built with.
-find_package(Python3 COMPONENTS Interpreter QUIET)
-math(EXPR HVX_NEXT_PYTHON "${Python3_VERSION_MINOR} + 1")
-set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "${HVX_LIBRARIES}, python3 (>= 3.${Python3_VERSION_MINOR}~), \
+This package contains what upgrades and programs of others are built with:
+headers, the dispatch of upgrade libraries, files for CMake and pkg-config,
+and examples to begin with.")
+
+if(HVX_PYTHON AND EXISTS ${PROJECT_SOURCE_DIR}/python)
+  list(APPEND CPACK_COMPONENTS_ALL python)
+  add_dependencies(packaged hvx_python)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME ${HVX_PACKAGE_OF_python})
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/postinst
+                                                ${CMAKE_CURRENT_SOURCE_DIR}/debian/prerm)
+  # The module is loaded by one version of Python only: Debian's, that it was built with.
+  math(EXPR HVX_NEXT_PYTHON "${Python_VERSION_MINOR} + 1")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "${HVX_LIBRARIES}, python3 (>= 3.${Python_VERSION_MINOR}~), \
 python3 (<< 3.${HVX_NEXT_PYTHON})")
-set(CPACK_DEBIAN_PYTHON_DESCRIPTION "upgrade of finite-element analysis documents (Python)
- Analysis documents of older releases of the Halvex workbench are brought up to
- the current data model, without the workbench.
- .
- This package contains the module for Python 3.")
+  set(CPACK_DEBIAN_PYTHON_DESCRIPTION "upgrade of finite-element analysis documents (Python)
+Analysis documents of older releases of the Halvex workbench are brought up to
+the current data model, without the workbench.
+
+This package contains the module for Python 3.")
+endif()
 
 # What was built with the libraries, and is packaged, depends on a package that has them.
 file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/shlibs
