@@ -88,6 +88,7 @@ if(HVX_PYTHON AND EXISTS ${PROJECT_SOURCE_DIR}/python)
   math(EXPR HVX_NEXT_PYTHON "${Python_VERSION_MINOR} + 1")
   set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "${HVX_LIBRARIES}, python3 (>= 3.${Python_VERSION_MINOR}~), \
 python3 (<< 3.${HVX_NEXT_PYTHON})")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS python3-numpy)
   set(CPACK_DEBIAN_PYTHON_DESCRIPTION "upgrade of finite-element analysis documents (Python)
 Analysis documents of older releases of the Halvex workbench are brought up to
 the current data model, without the workbench.
