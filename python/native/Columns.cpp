@@ -28,9 +28,23 @@ py::array_t<std::uint8_t> ArrayOn(const std::vector<Columns::Column::Cell>& cell
   return py::array_t<std::uint8_t>(static_cast<py::ssize_t>(cells.size()), numbers, owner);
 }
 
+// The arrays are NumPy's, which need not be there for anything else.
+void RequireNumPy() {
+  try {
+    py::module_::import("numpy");
+  } catch (py::error_already_set& error) {
+    if (!error.matches(PyExc_ModuleNotFoundError)) throw;
+    py::raise_from(error, PyExc_ModuleNotFoundError,
+                   "columns are arrays of NumPy, which is not installed: install it with apt-get install "
+                   "python3-numpy");
+    throw py::error_already_set();
+  }
+}
+
 }  // namespace
 
 py::object ColumnsOf(HeldDocument& document, const std::vector<std::string>& keys) {
+  RequireNumPy();
   auto made = [&] {
     const HeldDocument::Work work(document);
     Progress silent{py::none()};

@@ -50,7 +50,7 @@ TEST_F(ErrorTest, WhatIsWrongWithAnInstallationNamesTheFileAndTheRemedy) {
   const Case cases[] = {
       {{.libraries = {folder_ / "none.so"}}, (folder_ / "none.so").string(), "cannot be loaded"},
       {{.libraries = {text}}, text.string(), "cannot be loaded"},
-      {{.libraries = {HVX_OTHER_LAYOUT_LIBRARY}}, HVX_OTHER_LAYOUT_LIBRARY, "built for another version"},
+      {{.libraries = {HVX_OLDER_LAYOUT_LIBRARY}}, HVX_OLDER_LAYOUT_LIBRARY, "built for an older version"},
       {{.data = folder_ / "empty"}, (folder_ / "empty/catalogs").string(), "is missing"},
       {{.language = "xx"}, "", ""},
   };

@@ -75,9 +75,9 @@ TEST(MetaClassTest, AnotherLibrarysEntryCountsOnceTheFirstOneIsGoneOrItIsPreferr
   EXPECT_EQ(library->DeclareTie(lateType, kId, first), S_OK);
   EXPECT_EQ(other.DeclareTie(lateType, kId, second), E_FAIL);
   EXPECT_EQ(lateType.FindTie(kId), first);
-  VLMRegistry::Prefer(lateType, kId, second);
+  VLMRegistry::Instance().Prefer(lateType, kId, second);
   EXPECT_EQ(lateType.FindTie(kId), second);
-  VLMRegistry::Prefer(lateType, kId, first);
+  VLMRegistry::Instance().Prefer(lateType, kId, first);
   EXPECT_EQ(lateType.FindTie(kId), first);
   library.reset();
   EXPECT_EQ(lateType.FindTie(kId), second);
