@@ -134,8 +134,9 @@ class Run {
   void RefuseUnknown(const std::vector<std::string>& chosen) const {
     const standalone::UnknownUpgrades unknown = manager_.Unknown(document_);
     if (unknown.IsEmpty() || (unknown.AreOnlyNotLoaded() && chosen.empty() && !options_.retry)) return;
-    throw Error(Error::Kind::kNewer, Name(), 0, fmt::format("it was upgraded by {}", unknown.Words()),
-                unknown.NextStep());
+    throw Error(Error::Kind::kNewer, Name(), 0, unknown.Problem(),
+                unknown.AreOnlyNotLoaded() ? "Give their files to the Upgrader, among its libraries"
+                                           : unknown.NextStep());
   }
 
   [[nodiscard]] std::vector<std::string> Wanted(const std::vector<std::string>& pending) const {
@@ -227,10 +228,11 @@ std::vector<std::string> Upgrader::Pending(const Document& document) const {
 }
 
 std::vector<std::string> Upgrader::Unknown(const Document& document) const {
-  std::vector<std::string> unknown;
-  for (const standalone::MissingLibrary& each : state_->Manager().Unknown(Inside::Of(document)).Libraries())
-    unknown.insert(unknown.end(), each.upgrades.begin(), each.upgrades.end());
-  return unknown;
+  const standalone::UnknownUpgrades unknown = state_->Manager().Unknown(Inside::Of(document));
+  std::vector<std::string> all;
+  for (const standalone::MissingLibrary& each : unknown.Libraries())
+    all.insert(all.end(), each.upgrades.begin(), each.upgrades.end());
+  return all;
 }
 
 UpgradeResult Upgrader::Upgrade(Document& document, const UpgradeOptions& options) const {

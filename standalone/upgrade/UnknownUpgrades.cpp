@@ -55,6 +55,14 @@ std::string UnknownUpgrades::Words() const {
   return fmt::format("{}", fmt::join(words, ", by "));
 }
 
+std::string UnknownUpgrades::Problem() const {
+  if (libraries_.size() != 1 || !libraries_.front().IsNewerProgram())
+    return fmt::format("it was upgraded by {}", Words());
+  const std::vector<std::string>& newer = libraries_.front().upgrades;
+  return fmt::format("it has been through {} upgrade{} that this program does not know, such as \"{}\"",
+                     newer.size(), newer.size() == 1 ? "" : "s", newer.front());
+}
+
 // What is newer stands in the way whatever else is loaded.
 std::string UnknownUpgrades::NextStep() const {
   const auto newer = std::ranges::find_if(libraries_, &MissingLibrary::isLoaded);

@@ -35,6 +35,9 @@ class UnknownUpgrades {
 
   /// For people, where it is not empty: whose upgrades they are, without a verb and a full stop.
   [[nodiscard]] std::string Words() const;
+  /// Why a document with them is refused, as a clause about it: "it was upgraded by AcmeUpgrades 3.1, which
+  /// is not loaded". Not empty either.
+  [[nodiscard]] std::string Problem() const;
   /// What to do, as a sentence without its full stop.
   [[nodiscard]] std::string NextStep() const;
 

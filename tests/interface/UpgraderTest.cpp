@@ -83,6 +83,35 @@ TEST_F(UpgraderTest, ADocumentWithUnknownUpgradesIsLeftAlone) {
   EXPECT_EQ(TextOf(document), before);
 }
 
+// What a library that is not loaded did is known from the header, and nothing runs behind its back.
+TEST_F(UpgraderTest, ADocumentOfALibraryThatIsNotLoadedIsLeftAlone) {
+  const Upgrader upgrader;
+  const auto headerOf = [](const std::string& upgrades) {
+    return R"({"format":"hvxdoc","version":2,"upgrades":[)" + upgrades +
+           R"("AcmeBolts"],"features":0,"libraries":[{"name":"AcmeUpgrades","version":"3.1",)"
+           R"("upgrades":["AcmeBolts"]}]})"
+           "\n";
+  };
+  const std::filesystem::path file = folder_.Put("acme.hvxdoc", headerOf(R"("UpgradeToElemType",)"));
+  const Header header = ReadHeader(file);
+  EXPECT_EQ(header.version, 2);
+  ASSERT_EQ(header.upgrades.size(), 2U);
+  EXPECT_EQ(header.upgrades[0].library, "");
+  EXPECT_EQ(header.upgrades[1].identifier, "AcmeBolts");
+  EXPECT_EQ(header.upgrades[1].library, "AcmeUpgrades");
+  EXPECT_EQ(header.upgrades[1].version, "3.1");
+  Document document = Read(file);
+  EXPECT_THAT(upgrader.Unknown(document), ElementsAre("AcmeBolts"));
+  ExpectError(Kind::kNewer, "upgraded by AcmeUpgrades 3.1, which is not loaded",
+              [&] { upgrader.Upgrade(document); });
+  EXPECT_EQ(document.Upgrades().size(), 2U);
+
+  std::string all;
+  for (const KnownUpgrade& known : upgrader.Known()) all += '"' + known.identifier + "\",";
+  Document current = Read(folder_.Put("current.hvxdoc", headerOf(all)));
+  EXPECT_THAT(upgrader.Upgrade(current).identifiers, testing::IsEmpty());
+}
+
 TEST_F(UpgraderTest, ARetryCompletesWhatWasCorrected) {
   const Upgrader upgrader;
   Document document = Given(kFilm);

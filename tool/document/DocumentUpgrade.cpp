@@ -162,7 +162,7 @@ class DocumentUpgrade {
 
   [[nodiscard]] DocumentResult Refused(Verdict verdict) const {
     DocumentResult result = WithoutResult(
-        verdict, fmt::format("{}: {}. {}", task_.input, ProblemOf(unknown_), unknown_.NextStep()));
+        verdict, fmt::format("{}: {}. {}", task_.input, unknown_.Problem(), unknown_.NextStep()));
     result.missing = JsonOf(unknown_);
     return result;
   }
