@@ -284,7 +284,11 @@ TEST_F(BindingTest, EveryClassHasAMetaObjectThatExtendsItsLateTypes) {
   for (const HVXUpgradeClass* const upgradeClass : Library().classes) {
     SCOPED_TRACE(upgradeClass->name);
     std::vector<std::string_view> extended;
-    for (const char* const lateType : upgradeClass->lateTypes) extended.emplace_back(lateType);
+    for (const char* const lateType : upgradeClass->lateTypes) {
+      extended.emplace_back(lateType);
+      Given(fmt::format(R"({{"id":1,"type":"{}"}})", lateType));
+      ASSERT_TRUE(Offers(At(1), upgradeClass->interface));  // the first tie makes the meta-object
+    }
     const VLMMetaClass* const metaObject = VLMMetaClass::Find(upgradeClass->name);
     ASSERT_NE(metaObject, nullptr);
     EXPECT_EQ(static_cast<int>(metaObject->Kind()), 3);

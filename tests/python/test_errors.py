@@ -21,7 +21,7 @@ def test_an_error_names_file_line_and_advice(document_file):
 
 def test_each_kind_has_its_class(tmp_path, document_file, bracket):
     newer = tmp_path / "newer.hvxdoc"
-    newer.write_text('{"format":"hvxdoc","version":2,"upgrades":[],"features":0}\n')
+    newer.write_text('{"format":"hvxdoc","version":3,"upgrades":[],"features":0}\n')
     taken = document_file({"type": "A"})
     changing = hvxupgrade.read(taken)
     taken.write_text(taken.read_text().replace("A", "B"))
