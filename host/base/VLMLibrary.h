@@ -21,8 +21,8 @@ class VLMLibrary {
   [[nodiscard]] const std::string& Name() const noexcept { return name_; }
 
   /// Objects of `lateType`, and of late types derived from it, offer interface `id` through `create`. A late
-  /// type offers one entry per interface: E_FAIL, and the first declaration counts for as long as it is there,
-  /// when it already has one.
+  /// type offers one entry per interface: E_FAIL, and the first declaration counts for as long as it is
+  /// there, when it already has one.
   HRESULT DeclareTie(VLMMetaClass& lateType, const VLMInterfaceId& id, VLMCreateTIE create);
 
   /// `VLMInstantiateComponent` makes component `name` through `create`. E_FAIL when the name is taken.

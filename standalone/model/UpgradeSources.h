@@ -12,7 +12,8 @@
 
 namespace standalone {
 
-/// A version of an upgrade library, other than the built-in one, that a document has been through upgrades of.
+/// A version of an upgrade library, other than the built-in one, that a document has been through upgrades
+/// of.
 struct UpgradeSource {
   std::string library;                ///< Its name.
   std::string version;                ///< Empty where nobody knows it.

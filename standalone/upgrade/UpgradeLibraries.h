@@ -30,8 +30,8 @@ class UpgradeLibraries {
   std::vector<std::unique_ptr<UpgradeLibrary>> libraries_;
 };
 
-/// The upgrade libraries in a folder of plug-ins: the files beneath it whose names end in ".so", by name. What
-/// is deeper, and hidden, is left out. Throws `std::runtime_error` when there is no such folder.
+/// The upgrade libraries in a folder of plug-ins: the files beneath it whose names end in ".so", by name.
+/// What is deeper, and hidden, is left out. Throws `std::runtime_error` when there is no such folder.
 [[nodiscard]] std::vector<std::filesystem::path> PluginsIn(const std::filesystem::path& folder);
 
 }  // namespace standalone

@@ -10,8 +10,8 @@ namespace standalone {
 /// outlive it.
 class UpgradeLibrary {
  public:
-  /// Throws `std::runtime_error`, which names the file and what to do, when it cannot be loaded, is no upgrade
-  /// library, or was built for another interface than that of `HVXUpgradeTable.h` here.
+  /// Throws `std::runtime_error`, which names the file and what to do, when it cannot be loaded, is no
+  /// upgrade library, or was built for another interface than that of `HVXUpgradeTable.h` here.
   explicit UpgradeLibrary(const std::filesystem::path& file);
   ~UpgradeLibrary();
   UpgradeLibrary(const UpgradeLibrary&) = delete;

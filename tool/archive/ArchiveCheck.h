@@ -16,7 +16,7 @@ namespace tool {
 /// What the check of a document comes to, as a worker tells it.
 struct CheckOutcome {
   ExitCode code = ExitCode::kNeedsPerson;
-  bool isChecked = false;  ///< Else `problem` says why not.
+  bool isChecked = false;    ///< Else `problem` says why not.
   bool isNotLoaded = false;  ///< It was refused for a library that is not loaded.
   std::string headline;
   std::string text;   ///< For people, with the headline.

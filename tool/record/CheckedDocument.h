@@ -18,7 +18,7 @@ struct CheckedDocument {
   standalone::DocumentPtr document;
   std::vector<standalone::Finding> findings = {};
   standalone::UnknownUpgrades unknown = {};  ///< What it has been through and nobody here knows.
-  bool isRefused = false;               ///< It was not looked at, because of those.
+  bool isRefused = false;                    ///< It was not looked at, because of those.
 
   [[nodiscard]] bool HasPending() const {
     return std::ranges::any_of(findings, [](const standalone::Finding& each) {

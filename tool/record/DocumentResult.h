@@ -43,7 +43,7 @@ struct DocumentResult {
   std::string summary;       ///< For people; empty when there is no result.
   std::string table;         ///< What comes after the summary, behind the places of result and report.
   std::string attention;     ///< JSON objects, separated by commas: what needs a person.
-  std::string missing;       ///< The same: libraries whose upgrades it has been through and nobody here knows.
+  std::string missing;  ///< The same: libraries whose upgrades it has been through and nobody here knows.
 
   /// Whether the upgrade was carried through, written or not.
   [[nodiscard]] bool Succeeded() const { return verdict <= Verdict::kHeldBack; }

@@ -25,8 +25,8 @@ inline constexpr const char* kPluginsVariable = "HVXUPGRADE_PLUGINS";
 struct LibraryFile {
   std::string name;
   std::string version;
-  std::string file;    ///< Absolute.
-  std::string sha256;  ///< Of the file, in hexadecimal digits.
+  std::string file;                         ///< Absolute.
+  std::string sha256;                       ///< Of the file, in hexadecimal digits.
   std::vector<std::string> continues = {};  ///< The names of the libraries that it continues.
 };
 
@@ -40,7 +40,8 @@ class Installation {
   explicit Installation(const Places& places);
 
   [[nodiscard]] const standalone::VersionManager& Manager() const { return *manager_; }
-  /// In the order of the libraries. Reads their files. Throws `std::runtime_error` when one cannot be read any more.
+  /// In the order of the libraries. Reads their files. Throws `std::runtime_error` when one cannot be read
+  /// any more.
   [[nodiscard]] std::vector<LibraryFile> LibraryFiles() const;
 
  private:
