@@ -7,8 +7,10 @@
 #include <utility>
 #include <vector>
 
+#include "base/OfThread.h"
 #include "base/VLMRegistry.h"
 #include "model/KeyedHash.h"
+#include "model/RecentTexts.h"
 
 namespace standalone {
 namespace {
@@ -185,6 +187,13 @@ class LateTypeTable {
   }
 
  private:
+  // What a thread met lately of those that stay for ever.
+  struct RecentType {
+    std::string_view text;
+    const LateType* type = nullptr;
+  };
+  using RecentTypes = RecentTexts<RecentType>;
+
   struct Entry {
     Entry(NameTable::Held name, const VLMMetaClass& metaClass, bool isOfHost)
         : type(name.id, metaClass, isOfHost), isNameCounted(name.isCounted) {}
@@ -207,9 +216,14 @@ class LateTypeTable {
   }
 
   const LateType* FindForEver(std::string_view name) const {
+    RecentTypes* const recentTypes = name.empty() ? nullptr : OfThread<RecentTypes>::Get();
+    RecentType* const recent = recentTypes == nullptr ? nullptr : &recentTypes->PlaceOf(name);
+    if (recent != nullptr && recent->text == name) return recent->type;
     const std::shared_lock lock(mutex_);
     const auto found = types_.find(name);
-    return found != types_.end() && found->second->type.IsForEver() ? &found->second->type : nullptr;
+    if (found == types_.end() || !found->second->type.IsForEver()) return nullptr;
+    if (recent != nullptr) *recent = {found->first, &found->second->type};
+    return &found->second->type;
   }
 
   // Of these, the caller holds the mutex.
