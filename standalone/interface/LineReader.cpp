@@ -2,6 +2,7 @@
 #include <exception>
 #include <unordered_map>
 
+#include "file/DocumentError.h"
 #include "file/FeatureLines.h"
 #include "file/FeatureParser.h"
 #include "hvxupgrade/Reader.h"
@@ -26,7 +27,7 @@ class LineMaker : private standalone::FeatureParser<LineMaker, Value> {
     line.isUpToDate = true;
     line.physicalType.clear();
     count_ = 0;
-    places_.clear();
+    if (!places_.empty()) places_ = {};  // with its room, which costs time to be cleared
     Parse(object);
     line.attributes.resize(count_);
   }
@@ -101,8 +102,7 @@ constexpr std::size_t kBlockBytes = std::size_t{1} << 16;
 class LineReader::State {
  public:
   State(const std::filesystem::path& name, const ReadOptions& options)
-      : file_(name), options_(options), reading_(ReadingBy(options_)), lines_(name, reading_, Take()) {
-    reading_.blockBytes = kBlockBytes;
+      : file_(name), options_(options), reading_(Reading()), lines_(name, reading_, Take()) {
     while (!lines_.HasHeader()) ReadOn();
     header_ = HeaderOf(lines_.Header());
   }
@@ -128,6 +128,12 @@ class LineReader::State {
     std::size_t number = 0;
   };
 
+  [[nodiscard]] standalone::ReadOptions Reading() const {
+    standalone::ReadOptions reading = ReadingBy(options_);
+    reading.blockBytes = kBlockBytes;
+    return reading;
+  }
+
   standalone::FeatureLines::Take Take() {
     return [this](ondemand::object object, std::size_t number) {
       if (count_ == waiting_.size()) waiting_.emplace_back();
@@ -137,16 +143,24 @@ class LineReader::State {
     };
   }
 
-  // A fault is told when the lines before it were fetched; one of the header at once.
+  // A fault of the document is told when the lines before it were fetched, one of its header at once, and so
+  // is whatever else ends the reading.
   void ReadOn() {
     next_ = count_ = 0;
     try {
       mayGoOn_ = lines_.ReadOn();
-    } catch (...) {
+    } catch (const standalone::DocumentError&) {
+      End();
       if (!lines_.HasHeader()) throw;
-      mayGoOn_ = false;
-      fault_ = std::current_exception();
+    } catch (...) {
+      End();
+      next_ = count_ = 0;
+      throw;
     }
+  }
+  void End() {
+    mayGoOn_ = false;
+    fault_ = std::current_exception();
   }
 
   std::filesystem::path file_;

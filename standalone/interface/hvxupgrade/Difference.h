@@ -35,8 +35,8 @@ struct HVXUPGRADE_API Difference {
 /// Compares two documents.
 [[nodiscard]] HVXUPGRADE_API Difference Compare(Document& before, Document& after);
 
-/// What became of a document since it was read, or made. Upgrades that were recorded since are in
-/// `upgradesAfter`.
+/// What became of a document since it was read, or made: its features in the order of their first changes.
+/// Upgrades that were recorded since are in `upgradesAfter`; of moved features nothing is told.
 [[nodiscard]] HVXUPGRADE_API Difference ChangesSinceRead(Document& document);
 
 }  // namespace hvxupgrade

@@ -41,11 +41,13 @@ class HVXUPGRADE_API Document {
   /// The features of that late type, in document order.
   [[nodiscard]] std::vector<Feature> OfType(std::string_view lateType) const;
 
-  /// Makes a feature: the last of the document and of its father's sons. Throws `Error` (`kUsage`) when the
-  /// late type is empty, or the father was removed or belongs to another document.
+  /// Makes a feature: the last of the document and of its father's sons, in its father's container, with its
+  /// late type and id as internal name. Throws `Error` (`kUsage`) when the late type is empty or no text, or
+  /// the father was removed or belongs to another document.
   Feature Create(std::string_view lateType, std::string_view alias = "",
                  std::optional<Feature> father = std::nullopt);
-  /// Removes the feature with all that stands beneath it, and every link that held any of them.
+  /// Removes the feature with all that stands beneath it, and every link that held any of them. Throws
+  /// `Error` (`kUsage`) when it was removed already or belongs to another document.
   void Remove(Feature feature);
 
  private:

@@ -20,13 +20,13 @@ struct ReadOptions {
   /// for each byte of the file.
   std::optional<std::uint64_t> maxUnpackedBytes = std::nullopt;
   /// Told, now and then, how many bytes of the file were read and how many there are (0 when that is not
-  /// known). False ends the reading with `Error` (`kStopped`).
+  /// known). False ends the reading with `Error` (`kStopped`), and so does what it throws, which comes out as
+  /// it is.
   std::function<bool(std::uint64_t read, std::uint64_t total)> onProgress = nullptr;
 };
 
 /// Reads the document that `file` holds, plain or compressed by gzip or zstd, whatever its name. Throws
-/// `Error`
-/// (`kUnreadable`, `kInvalid`, `kNewer`, `kChanged`) when it cannot be read whole and sound.
+/// `Error` (`kUnreadable`, `kInvalid`, `kNewer`, `kChanged`) when it cannot be read whole and sound.
 [[nodiscard]] HVXUPGRADE_API Document Read(const std::filesystem::path& file,
                                            const ReadOptions& options = {});
 
@@ -83,8 +83,8 @@ class HVXUPGRADE_API LineReader {
   LineReader& operator=(const LineReader&) = delete;
 
   [[nodiscard]] const Header& GetHeader() const;
-  /// Reads the next feature into `line`, whose memory is used again; false after the last one. Throws
-  /// `Error`.
+  /// Reads the next feature into `line`, whose memory is used again; false after the last one. Throws `Error`
+  /// as `Read` does, in the same words, at the line that is to blame; then it throws that again and again.
   bool Next(FeatureLine& line);
   /// The number of the line that was read last, from 1, the header's.
   [[nodiscard]] std::size_t LineNumber() const;

@@ -44,8 +44,9 @@ struct UpgradeFailure {
 };
 
 struct UpgradeResult {
-  std::vector<std::string> identifiers;  ///< What was run, in the order of running; it is recorded now.
+  std::vector<std::string> identifiers;  ///< What was run, oldest first; it is recorded now.
   std::vector<UpgradeFailure> failures;  ///< In the order of the work.
+  // What became of the document since it was read, the changes of the program included.
   std::size_t featuresChanged = 0;
   std::size_t featuresCreated = 0;
   std::size_t featuresRemoved = 0;
@@ -57,18 +58,21 @@ struct UpgradeOptions {
   /// Whether upgrades that the document has been through, and that left features behind, are run again on
   /// these first.
   bool retry = false;
-  /// Told, now and then, how many visits of features are done, and about how many there are. False stops the
-  /// run with `Error` (`kStopped`).
+  /// Told, now and then, how many visits of features are done, and about how many there are; within a long
+  /// visit again and again the same. False stops the run with `Error` (`kStopped`), and so does what it
+  /// throws, which comes out as it is.
   std::function<bool(std::uint64_t done, std::uint64_t total)> onProgress = nullptr;
-  std::uint64_t maxFeaturesCreated = 0;  ///< 0 for the limit of the program.
+  /// A run that creates more is stopped; 0 for many times what any upgrade that made sense has created.
+  std::uint64_t maxFeaturesCreated = 0;
 };
 
-/// Brings documents up to the current data model. Holds upgrade libraries in memory: it must outlive the
-/// documents that it worked on. Threads may share it, each with documents of its own.
+/// Brings documents up to the current data model. Documents that it worked on may outlive it. Threads may
+/// share it, each with documents of its own. All upgraders that a process has at one time use the same data
+/// and the same language.
 class HVXUPGRADE_API Upgrader {
  public:
-  /// Loads libraries, catalogs and messages. Throws `Error` (`kInstallation`), which names the file and the
-  /// remedy.
+  /// Loads libraries, catalogs and messages. Throws `Error`: `kInstallation`, which names the file and the
+  /// remedy; `kUsage` when there is another upgrader with other data or another language.
   explicit Upgrader(const UpgraderOptions& options = {});
   ~Upgrader();
   Upgrader(Upgrader&&) noexcept;
@@ -86,8 +90,8 @@ class HVXUPGRADE_API Upgrader {
 
   /// Runs upgrades on the document and records them in it. Throws `Error`: `kUsage` for an identifier that is
   /// not known or that the document has been through, `kNewer` for a document with unknown upgrades,
-  /// `kStopped` when the run was stopped: the document is then to be thrown away, and reading from it throws
-  /// nothing but tells a state between two releases.
+  /// `kStopped` when the run was stopped. Unless nothing was changed by then, the document then stands
+  /// between two releases: it can be looked at, but `Write` and `Upgrade` refuse it (`kUsage`).
   UpgradeResult Upgrade(Document& document, const UpgradeOptions& options = {}) const;
 
  private:

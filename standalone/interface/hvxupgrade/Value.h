@@ -59,7 +59,8 @@ class HVXUPGRADE_API Value {
   /// An integer or a real, as a real.
   [[nodiscard]] double AsNumber() const;
 
-  /// The JSON text of the value, as the document file has it.
+  /// The JSON text of the value, as the document file has it. Throws `Error` (`kUsage`) for a real that is
+  /// not finite.
   [[nodiscard]] std::string Json() const;
 
   friend bool operator==(const Value&, const Value&) = default;

@@ -16,19 +16,21 @@ enum class Compression { kNone, kGzip, kZstd };
 
 struct WriteOptions {
   bool overwrite = false;  ///< Whether a file that stands there may be replaced.
-  std::string backupSuffix =
-      {};  ///< Where not empty, what is replaced is kept under its name with this suffix.
-  /// How the document is to be stored; none for what the file's name says (".gz", ".zst").
+  /// Where not empty, what is replaced is kept under its name with this suffix.
+  std::string backupSuffix = {};
+  /// How the document is to be stored. None: as it is stored in the file that is replaced, where the document
+  /// was read from that or written to it; else as the file's name says (".gz", ".zst").
   std::optional<Compression> compression = std::nullopt;
   /// Told, now and then, how many features were written and how many there are. False ends the writing with
-  /// `Error` (`kStopped`); what stood under the name is then as it was.
+  /// `Error` (`kStopped`), and so does what it throws, which comes out as it is.
   std::function<bool(std::uint64_t written, std::uint64_t total)> onProgress = nullptr;
 };
 
 /// Writes the document to `file`, whole or not at all: it is written beside the file, brought to disk, and
-/// renamed. Throws `Error` (`kUnwritable`) when that fails, or when the document, once written, could not be
-/// read again; `kChanged` when the document was read from this file and the file has changed since. What
-/// stood under the name is then as it was.
+/// renamed. Throws `Error`: `kUnwritable` when that fails, or when the document, once written, could not be
+/// read again; `kChanged` when the document was read from this file, or written to it, and somebody else has
+/// changed the file since; `kUsage` after an upgrade that was stopped. What stood under the name is then as
+/// it was.
 HVXUPGRADE_API void Write(Document& document, const std::filesystem::path& file,
                           const WriteOptions& options = {});
 
