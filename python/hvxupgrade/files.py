@@ -1,7 +1,6 @@
 """Whole files at a time: upgraded, checked, compared."""
 from __future__ import annotations
 
-import functools
 import os
 from collections.abc import Sequence
 from typing import Optional, Union
@@ -30,8 +29,7 @@ def upgrade_file(source: Path, target: Path, *, worker: bool = True, progress: O
 
     In a worker, a process of its own, a crash of an upgrade, or one that takes too much memory or time, is a
     `WorkerError`, and the files are as they were. `timeout` are seconds, for all of it; it needs a worker. `progress`
-    is told how far the upgrade is, as of `Upgrader.upgrade`. Without a worker, upgraders are kept for further calls with the
-    same libraries.
+    is told how far the upgrade is, as of `Upgrader.upgrade`.
     """
     if timeout is not None and not worker:
         raise ValueError("only a worker can be stopped when its time is up")
@@ -42,13 +40,8 @@ def upgrade_file(source: Path, target: Path, *, worker: bool = True, progress: O
                                  None if data is None else os.fspath(data)))
     if worker:
         return supervision.run_in_worker(job, progress, timeout)
-    return jobs.run(job, _upgrader(job.libraries), progress)
+    return jobs.run(job, job.libraries.upgrader(), progress)
 
 
 def _opened(document: Union[_native.Document, Path]) -> _native.Document:
     return document if isinstance(document, _native.Document) else _native.read(document)
-
-
-@functools.lru_cache(maxsize=None)
-def _upgrader(libraries: jobs.Libraries) -> _native.Upgrader:
-    return libraries.upgrader()

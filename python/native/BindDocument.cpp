@@ -161,12 +161,12 @@ void BindIterator(py::module_& module) {
 
 void BindDocument(py::module_& module) {
   BindIterator(module);
-  py::class_<HeldDocument, Held> document(
-      module, "Document",
-      "An analysis document in memory.\n\n"
-      "Iteration goes over all features, in document order: what is created meanwhile is met, too, and the "
-      "feature at hand may be removed. While a call reads, upgrades, checks or writes the document, other "
-      "threads and its callback cannot use it: UsageError.");
+  py::class_<HeldDocument, Held> document(module, "Document",
+                                          R"(An analysis document in memory.
+
+          Iteration goes over all features, in document order: what is created meanwhile is met, too, and
+          the feature at hand may be removed. While a call reads, upgrades, checks or writes the document,
+          other threads and its callback cannot use it: UsageError.)");
   document.attr("__module__") = "hvxupgrade";
   document
       .def(py::init([](std::string_view name) { return std::make_shared<HeldDocument>(Document(name)); }),
@@ -176,8 +176,8 @@ void BindDocument(py::module_& module) {
           "The name of the file, for a document that was read.")
       .def_property_readonly(
           "upgrades", [](const Held& self) { return self->Open().Upgrades(); },
-          "The identifiers of the upgrades that it has been through, in the order in which they were "
-          "recorded.")
+          R"(The identifiers of the upgrades that it has been through, in the order in which they were
+          recorded.)")
       .def("__len__", [](const Held& self) { return self->Open().FeatureCount(); })
       .def("__iter__",
            [](const Held& self) {
@@ -193,13 +193,13 @@ void BindDocument(py::module_& module) {
       .def("find_all", &FindAll, py::arg("late_type") = py::none(), py::kw_only(),
            py::arg("father") = py::none(), py::arg("name") = py::none(), py::arg("alias") = py::none(),
            py::arg("attributes") = py::none(),
-           "The features that are all of what is given: of that late type, directly beneath that father, of "
-           "that name and alias, with these values of attributes. Further keywords are attributes: "
-           "find_all(\"Parameter\", Magnitude=\"PRESSURE\"); names that are no keywords go into "
-           "`attributes`, a "
-           "dict. Numbers are compared as numbers: 100 finds 100.0.")
+           R"(The features that are all of what is given: of that late type, directly beneath that father, of
+          that name and alias, with these values of attributes. Further keywords are attributes:
+          find_all("Parameter", Magnitude="PRESSURE"); names that are no keywords go into `attributes`, a
+          dict. Numbers are compared as numbers: 100 finds 100.0.)")
       .def("create", &Create, py::arg("late_type"), py::arg("alias") = "", py::arg("father") = py::none(),
-           "Makes a feature, the last of the document and of its father's sons.")
+           R"(Makes a feature, the last of the document and of its father's sons, in its father's container,
+          with its late type and id as name.)")
       .def("remove", &Remove, py::arg("feature"),
            "Removes the feature with all that stands beneath it, and every link that held any of them.")
       .def(
@@ -211,19 +211,19 @@ void BindDocument(py::module_& module) {
           },
           "Ids, fathers, late types and the attributes of these names as NumPy arrays, a row per feature.")
       .def("check", &Check,
-           "All in the document that does not conform to the current data model, in document order; then the "
-           "late types that nobody knows.")
+           R"(All in the document that does not conform to the current data model, in document order; then the
+          late types that nobody knows.)")
       .def("changes", &Changes, "What became of the document since it was read, or made.")
       .def("write", &Write, py::arg("path"), py::kw_only(), py::arg("overwrite") = false,
            py::arg("backup_suffix") = "", py::arg("compression") = py::none(),
            py::arg("progress") = py::none(),
-           "Writes the document, whole or not at all.\n\n"
-           "`overwrite` lets a file that stands there be replaced; `backup_suffix` keeps what is replaced "
-           "under "
-           "its name with that suffix. `compression` is \"none\", \"gzip\" or \"zstd\"; without it the name "
-           "decides. `progress(written, total)` is told features; if it returns False or raises, nothing is "
-           "written. Raises WriteError, and ChangedError where another program changed the file since it was "
-           "read.")
+           R"(Writes the document, whole or not at all.
+
+          `overwrite` lets a file that stands there be replaced; `backup_suffix` keeps what is replaced
+          under its name with that suffix. `compression` is "none", "gzip" or "zstd"; without it a file that
+          is replaced stays as it is stored, and the name of a new one decides. `progress(written, total)`
+          is told features; if it returns False or raises, nothing is written. Raises WriteError, and
+          ChangedError where another program changed the file since it was read.)")
       .def("__repr__",
            [](const Held& self) { return fmt::format("<Document \"{}\">", self->Open().DisplayName()); });
   module.def("compare", &Compare, py::arg("before"), py::arg("after"), "What two documents differ in.");

@@ -68,20 +68,22 @@ py::object Equal(const HeldFeature& self, const py::object& other) {
 
 // Must not throw: a debugger or a log shows features in every state.
 std::string Represent(HeldFeature& self) {
-  if (self.feature.IsRemoved()) return fmt::format("<Feature {}, removed>", self.feature.Id());
-  const std::string_view name = self.feature.Alias().empty() ? self.feature.Name() : self.feature.Alias();
-  const std::string quoted = name.empty() ? "" : fmt::format(" \"{}\"", name);
+  if (self.feature.IsRemoved())
+    return fmt::format("<Feature {}, removed>R"(, self.feature.Id());
+                       const std::string_view name =
+                           self.feature.Alias().empty() ? self.feature.Name() : self.feature.Alias();
+                       const std::string quoted = name.empty() ?: fmt::format() " \"{}\"", name);
   return fmt::format("<Feature {} {}{}>", self.feature.Id(), self.feature.LateType(), quoted);
 }
 
 }  // namespace
 
 void BindFeature(py::module_& module) {
-  py::class_<HeldFeature> feature(module, "Feature",
-                                  "One stored object of a document.\n\n"
-                                  "Attributes are read and changed as those of a dict: feature[\"Value\"]. A "
-                                  "feature keeps its document alive. Once it is removed, all but `id`, "
-                                  "`removed`, `document` and comparison raise UsageError.");
+  py::class_<HeldFeature> feature(module, "Feature", R"(One
+          stored object of a document.
+
+          Attributes are read and changed as those of a dict: feature["Value"]. A feature keeps its document
+          alive. Once it is removed, all but `id`, `removed`, `document` and comparison raise UsageError.)");
   feature.attr("__module__") = "hvxupgrade";
   feature
       .def_property_readonly(
@@ -124,12 +126,11 @@ void BindFeature(py::module_& module) {
       .def("get", &Get, py::arg("key"), py::arg("default") = py::none(),
            "The value of the attribute, or `default` where the feature lacks it.")
       .def("__getitem__", &GetItem,
-           "The value of the attribute: bool, int, float, str, list, a feature for a link, None for a link "
-           "that "
-           "holds nothing. Raises KeyError where the feature lacks it.")
+           R"(The value of the attribute: bool, int, float, str, list, a feature for a link, None for a link
+          that holds nothing. Raises KeyError where the feature lacks it.)")
       .def("__setitem__", &SetItem,
-           "Sets the attribute; a new one comes last. An int is stored as an integer and a float as a real, "
-           "which are different kinds.")
+           R"(Sets the attribute; a new one comes last. An int is stored as an integer and a float as a real,
+          which are different kinds.)")
       .def("__delitem__", &DeleteItem,
            "Takes the attribute away. Raises KeyError where the feature lacks it.")
       .def("__contains__", [](HeldFeature& self, std::string_view key) { return self.Open().Has(key); })

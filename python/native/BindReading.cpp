@@ -77,11 +77,11 @@ py::list Keys(const HeldLine& self) {
 }
 
 void BindLine(py::module_& module) {
-  py::class_<HeldLine> line(
-      module, "FeatureLine",
-      "One line of a document file, read by itself.\n\n"
-      "Attributes are read as those of a dict: line[\"Value\"]. A link is a `Link`, father "
-      "and container are ids.");
+  py::class_<HeldLine> line(module, "FeatureLine",
+                            R"(One line of a document file, read by itself.
+
+          Attributes are read as those of a dict: line["Value"]. A link is a `Link`, father and container
+          are ids.)");
   line.attr("__module__") = "hvxupgrade";
   line.def_property_readonly(
           "id", [](const HeldLine& self) { return self.feature.id; }, "The feature's id, from 1.")
@@ -139,9 +139,8 @@ void BindLine(py::module_& module) {
 void BindLines(py::module_& module) {
   py::class_<Lines> lines(
       module, "Lines",
-      "The features of a document file, read line by line: an iterator of `FeatureLine`, and "
-      "a context manager that closes the file. Its memory does not depend on the size of "
-      "the document.");
+      R"(The features of a document file, read line by line: an iterator of `FeatureLine`, and a context
+          manager that closes the file. Its memory does not depend on the size of the document.)");
   lines.attr("__module__") = "hvxupgrade";
   lines
       .def_property_readonly(
@@ -164,14 +163,14 @@ void BindLines(py::module_& module) {
 void BindReading(py::module_& module) {
   BindLine(module);
   BindLines(module);
-  module.def(
-      "read", &Read, py::arg("path"), py::kw_only(), py::arg("progress") = py::none(),
-      py::arg("max_unpacked_bytes") = py::none(),
-      "Reads a document, plain or compressed by gzip or zstd, whole into memory.\n\n"
-      "`progress(read, total)` is told bytes of the file; if it returns False, the reading ends with "
-      "StoppedError, and what it raises comes out as it is. A compressed file that unpacks to more than "
-      "`max_unpacked_bytes` is refused. Raises UnreadableError, InvalidDocumentError, NewerDocumentError "
-      "and ChangedError, which name the file and, where one is to blame, the line.");
+  module.def("read", &Read, py::arg("path"), py::kw_only(), py::arg("progress") = py::none(),
+             py::arg("max_unpacked_bytes") = py::none(),
+             R"(Reads a document, plain or compressed by gzip or zstd, whole into memory.
+
+          `progress(read, total)` is told bytes of the file; if it returns False, the reading ends with
+          StoppedError, and what it raises comes out as it is. A compressed file that unpacks to more than
+          `max_unpacked_bytes` is refused. Raises UnreadableError, InvalidDocumentError, NewerDocumentError
+          and ChangedError, which name the file and, where one is to blame, the line.)");
   module.def("read_header", &ReadHeader, py::arg("path"),
              "Reads the first line of a document only, in a time that does not depend on its size.");
   module.def(
@@ -181,12 +180,11 @@ void BindReading(py::module_& module) {
       },
       py::arg("path"), py::kw_only(), py::arg("progress") = py::none(),
       py::arg("max_unpacked_bytes") = py::none(),
-      "Reads a document line by line, in memory that does not depend on its size.\n\n"
-      "For documents that are too large to be read whole, and for a few features of many documents. It "
-      "notices "
-      "what a line shows by itself, and at the end a wrong number of features; not links without a target, "
-      "ids "
-      "that occur twice, and cycles, which `read` refuses as well.");
+      R"(Reads a document line by line, in memory that does not depend on its size.
+
+          For documents that are too large to be read whole, and for a few features of many documents. It
+          notices what a line shows by itself, and at the end a wrong number of features; not links without
+          a target, ids that occur twice, and cycles, which `read` refuses as well.)");
 }
 
 }  // namespace python

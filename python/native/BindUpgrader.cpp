@@ -17,7 +17,6 @@
 namespace python {
 namespace {
 
-using hvxupgrade::Error;
 using hvxupgrade::Upgrader;
 using Held = std::shared_ptr<HeldDocument>;
 
@@ -38,7 +37,7 @@ py::list Known(const Upgrader& self) {
   return known;
 }
 
-py::object Upgrade(const std::shared_ptr<Upgrader>& self, const Held& held,
+py::object Upgrade(const Upgrader& self, const Held& held,
                    std::optional<std::vector<std::string>> identifiers, bool retry, py::object told,
                    std::uint64_t maxFeaturesCreated) {
   Progress progress(std::move(told));
@@ -48,31 +47,20 @@ py::object Upgrade(const std::shared_ptr<Upgrader>& self, const Held& held,
   options.onProgress = progress.Teller();
   options.maxFeaturesCreated = maxFeaturesCreated;
   const HeldDocument::Work work(*held);
-  held->ShareUpgrader(self);
-  try {
-    return ToPython(WithoutLock(progress, [&] { return self->Upgrade(work.document, options); }));
-  } catch (const Error& error) {
-    // What is refused is refused before the first upgrade runs.
-    if (error.GetKind() != Error::Kind::kUsage && error.GetKind() != Error::Kind::kNewer) held->GiveUp();
-    throw;
-  } catch (...) {
-    held->GiveUp();
-    throw;
-  }
+  return ToPython(WithoutLock(progress, [&] { return self.Upgrade(work.document, options); }));
 }
 
 }  // namespace
 
 void BindUpgrader(py::module_& module) {
-  py::class_<Upgrader, std::shared_ptr<Upgrader>> upgrader(
-      module, "Upgrader",
-      "Brings documents up to the current data model.\n\n"
-      "`libraries` are upgrade libraries to load besides the installed one, which `use_installed` may leave "
-      "out. `data` is the folder of catalogs and messages, when it is not the installed one; `language` that "
-      "of "
-      "the names that upgrades give. Documents keep the upgraders alive that worked on them. Threads may "
-      "share "
-      "one, each with documents of its own. Raises InstallationError.");
+  py::class_<Upgrader, std::shared_ptr<Upgrader>> upgrader(module, "Upgrader",
+                                                           R"(Brings documents up to the current data model.
+
+          `libraries` are upgrade libraries to load besides the installed one, which `use_installed` may
+          leave out. `data` is the folder of catalogs and messages, when it is not the installed one;
+          `language` that of the names that upgrades give. Documents may outlive it. Threads may share one,
+          each with documents of its own. All upgraders that there are at one time use the same data and
+          language. Raises InstallationError.)");
   upgrader.attr("__module__") = "hvxupgrade";
   upgrader
       .def(py::init(&Make), py::arg("libraries") = py::tuple(), py::arg("use_installed") = true,
@@ -84,20 +72,19 @@ void BindUpgrader(py::module_& module) {
       .def(
           "unknown", [](const Upgrader& self, const Held& held) { return self.Unknown(held->Open()); },
           py::arg("document"),
-          "The identifiers that the document has been through and nobody here knows. Such a document is not "
-          "upgraded.")
-      .def(
-          "upgrade", &Upgrade, py::arg("document"), py::arg("identifiers") = py::none(),
-          py::arg("retry") = false, py::arg("progress") = py::none(), py::kw_only(),
-          py::arg("max_features_created") = 0,
-          "Runs upgrades on the document, and records them in it.\n\n"
-          "`identifiers` chooses which; without it all that are pending run. `retry` runs those again that "
-          "left "
-          "features behind, on these. `progress(done, total)` is told visits of features; if it returns "
-          "False, "
-          "the run ends with StoppedError, and what it raises comes out as it is. The document is then given "
-          "up: read it again. Raises UsageError for an unknown identifier or one that the document has been "
-          "through, and NewerDocumentError for a document of a later release.");
+          R"(The identifiers that the document has been through and nobody here knows. Such a document is not
+          upgraded.)")
+      .def("upgrade", &Upgrade, py::arg("document"), py::arg("identifiers") = py::none(),
+           py::arg("retry") = false, py::arg("progress") = py::none(), py::kw_only(),
+           py::arg("max_features_created") = 0,
+           R"(Runs upgrades on the document, and records them in it.
+
+          `identifiers` chooses which; without it all that are pending run. `retry` runs those again that
+          left features behind, on these. `progress(done, total)` is told visits of features; if it returns
+          False, the run ends with StoppedError, and what it raises comes out as it is. The document then
+          stands between two releases: it can be looked at, but neither written nor upgraded. Raises
+          UsageError for an unknown identifier or one that the document has been through, and
+          NewerDocumentError for a document of a later release.)");
 }
 
 }  // namespace python

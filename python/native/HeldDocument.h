@@ -1,26 +1,21 @@
 #pragma once
 
 #include <memory>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "hvxupgrade/Document.h"
-#include "hvxupgrade/Upgrade.h"
 
 namespace python {
 
-/// A document as Python holds it: features share it, so that it lives as long as any of them, and it shares
-/// the upgraders that worked on it, because their libraries must outlive it. All of it is for threads that
-/// have the interpreter's lock.
+/// A document as Python holds it: features share it, so that it lives as long as any of them. All of it is
+/// for threads that have the interpreter's lock.
 class HeldDocument {
  public:
   explicit HeldDocument(hvxupgrade::Document document) : document_(std::move(document)) {}
   HeldDocument(const HeldDocument&) = delete;
   HeldDocument& operator=(const HeldDocument&) = delete;
 
-  /// Throws `hvxupgrade::Error` (`kUsage`) while a call works on the document without the interpreter's lock,
-  /// and for a document that was given up.
+  /// Throws `hvxupgrade::Error` (`kUsage`) while a call works on the document without the interpreter's lock.
   [[nodiscard]] hvxupgrade::Document& Open();
   void RequireOpen() const;
 
@@ -38,15 +33,9 @@ class HeldDocument {
     HeldDocument& held_;
   };
 
-  void ShareUpgrader(std::shared_ptr<const hvxupgrade::Upgrader> upgrader);
-  /// An upgrade was stopped halfway: nobody is to take what is there for a document.
-  void GiveUp() { isGivenUp_ = true; }
-
  private:
-  std::vector<std::shared_ptr<const hvxupgrade::Upgrader>> upgraders_;  // outlive the document
   hvxupgrade::Document document_;
   bool isWorkedOn_ = false;
-  bool isGivenUp_ = false;
 };
 
 /// A feature as Python holds it.

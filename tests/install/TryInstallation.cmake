@@ -110,7 +110,7 @@ endforeach()
 
 # Every installed header finds what it includes, and says nothing to those who ask for all warnings.
 file(GLOB_RECURSE headers RELATIVE ${MOVED}/include ${MOVED}/include/hvxupgrade/*.h)
-list(TRANSFORM headers REPLACE "^hvxupgrade/(host|extension)/" "")
+list(TRANSFORM headers REPLACE "^hvxupgrade/(host|extension|testing)/" "")
 list(TRANSFORM headers REPLACE "(.+)" "#include \"\\1\"\n")
 list(JOIN headers "" headers)
 file(WRITE ${WORK}/Headers.cpp "${headers}")

@@ -48,18 +48,22 @@ def test_what_a_callback_raises_comes_out_as_itself(bracket, tmp_path):
     assert list(tmp_path.iterdir()) == []
 
 
-def test_a_document_whose_upgrade_was_stopped_is_given_up(bracket):
+def test_a_document_whose_upgrade_was_stopped_is_only_looked_at(bracket, tmp_path):
     document = hvxupgrade.read(bracket)
-    feature = document[247]
     upgrader = hvxupgrade.Upgrader()
     with pytest.raises(hvxupgrade.UsageError):
         upgrader.upgrade(document, ["NoSuchUpgrade"])
-    assert feature.alias == "Pressure.1"  # nothing had begun
-    with pytest.raises(Interruption):
-        upgrader.upgrade(document, progress=raising)
-    for use in (lambda: len(document), lambda: feature.alias, lambda: list(document), lambda: upgrader.pending(document)):
-        with pytest.raises(hvxupgrade.UsageError, match="[Rr]ead the document again"):
+    document.write(tmp_path / "unchanged.hvxdoc")  # nothing had begun
+
+    def stop_at_the_end(done, total):
+        return done < total
+    with pytest.raises(hvxupgrade.StoppedError):
+        upgrader.upgrade(document, progress=stop_at_the_end)
+    assert document[247].alias == "Pressure.1"
+    for use in (lambda: document.write(tmp_path / "half.hvxdoc"), lambda: upgrader.upgrade(document)):
+        with pytest.raises(hvxupgrade.UsageError):
             use()
+    assert [each.name for each in tmp_path.iterdir()] == ["unchanged.hvxdoc"]
 
 
 def test_a_document_that_is_worked_on_is_for_nobody_else(bracket):
