@@ -98,9 +98,8 @@ foreach(program ${WORK}/program/approve ${WORK}/approve)
 endforeach()
 
 # Every installed header finds what it includes, and says nothing to those who ask for all warnings.
-file(GLOB_RECURSE headers RELATIVE ${MOVED}/include/hvxupgrade ${MOVED}/include/hvxupgrade/*.h)
-list(TRANSFORM headers REPLACE "^([^/]*)$" "hvxupgrade/\\1")
-list(TRANSFORM headers REPLACE "^(host|extension)/(.*)" "\\2")
+file(GLOB_RECURSE headers RELATIVE ${MOVED}/include ${MOVED}/include/hvxupgrade/*.h)
+list(TRANSFORM headers REPLACE "^hvxupgrade/(host|extension)/" "")
 list(TRANSFORM headers REPLACE "(.+)" "#include \"\\1\"\n")
 list(JOIN headers "" headers)
 file(WRITE ${WORK}/Headers.cpp "${headers}")
