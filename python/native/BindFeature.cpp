@@ -68,19 +68,16 @@ py::object Equal(const HeldFeature& self, const py::object& other) {
 
 // Must not throw: a debugger or a log shows features in every state.
 std::string Represent(HeldFeature& self) {
-  if (self.feature.IsRemoved())
-    return fmt::format("<Feature {}, removed>R"(, self.feature.Id());
-                       const std::string_view name =
-                           self.feature.Alias().empty() ? self.feature.Name() : self.feature.Alias();
-                       const std::string quoted = name.empty() ?: fmt::format() " \"{}\"", name);
+  if (self.feature.IsRemoved()) return fmt::format("<Feature {}, removed>", self.feature.Id());
+  const std::string_view name = self.feature.Alias().empty() ? self.feature.Name() : self.feature.Alias();
+  const std::string quoted = name.empty() ? "" : fmt::format(" \"{}\"", name);
   return fmt::format("<Feature {} {}{}>", self.feature.Id(), self.feature.LateType(), quoted);
 }
 
 }  // namespace
 
 void BindFeature(py::module_& module) {
-  py::class_<HeldFeature> feature(module, "Feature", R"(One
-          stored object of a document.
+  py::class_<HeldFeature> feature(module, "Feature", R"(One stored object of a document.
 
           Attributes are read and changed as those of a dict: feature["Value"]. A feature keeps its document
           alive. Once it is removed, all but `id`, `removed`, `document` and comparison raise UsageError.)");
