@@ -64,7 +64,7 @@ class Generator {
     Feature& copy = document_->AppendRead(document_->NextId(), *feature.type);
     copy.name = document_->Keep(feature.name);
     copy.externalName = document_->Keep(NameOfCopy(feature.externalName));
-    copy.physicalType = feature.physicalType;
+    copy.physicalType = Own(feature.physicalType);
     copy.upToDate = feature.upToDate;
     return copy;
   }
@@ -83,9 +83,15 @@ class Generator {
     if (feature.container != nullptr) copy.container = copies_.at(feature.container);
     std::vector<Attribute> attributes(feature.Attributes().begin(), feature.Attributes().end());
     if (repetition_ > 0) std::erase_if(attributes, IsOfMesh);
-    for (Attribute& attribute : attributes) attribute.value = Copy(attribute.value);
+    for (Attribute& attribute : attributes) {
+      attribute.key = Own(attribute.key);
+      attribute.value = Copy(attribute.value);
+    }
     document_->SetAttributesRead(copy, attributes);
   }
+
+  // The pattern's names go with it.
+  NameId Own(NameId name) { return document_->NameFor(NameTable::Text(name)); }
 
   Value Copy(const Value& value) {
     switch (value.Kind()) {
