@@ -55,6 +55,7 @@ int main(int argc, char** argv) {
   try {
     const int documents = argc > 2 ? std::stoi(argv[2]) : 4;
     InstalledFiles::Use();
+    static_cast<void>(ReadHeader(argv[1]));  // what is wrong with the file is told here, not in a thread
     const UpgradeLibrary library(InstalledFiles::UpgradeLibraryFile());
     const VersionManager manager({&library.Description()});
     fmt::print("threads  seconds  times as fast\n");

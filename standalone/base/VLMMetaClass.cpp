@@ -40,5 +40,5 @@ bool VLMMetaClass::IsAKindOf(std::string_view name) const noexcept {
 }
 
 VLMCreateTIE VLMMetaClass::FindTie(const VLMInterfaceId& id) const {
-  return VLMRegistry::Instance().FindTie(*this, id);
+  return VLMRegistry::FindTie(*this, id);
 }

@@ -143,24 +143,25 @@ bool VLMRegistry::HasTies(const VLMMetaClass& lateType) const {
   return !lateType.ties_.empty();
 }
 
-VLMCreateTIE VLMRegistry::FindTie(const VLMMetaClass& lateType, const VLMInterfaceId& id) const {
-  const auto lookUp = [&]() -> VLMCreateTIE {
-    const std::shared_lock lock(mutex_);
-    for (const VLMMetaClass* metaClass = &lateType; metaClass != nullptr; metaClass = metaClass->Base()) {
-      for (const VLMMetaClass::TieEntry& tie : metaClass->ties_) {
-        if (tie.interfaceValue == id.Value()) return tie.create;
-      }
+VLMCreateTIE VLMRegistry::LookUpTie(const VLMMetaClass& lateType, std::uint64_t interfaceValue) const {
+  const std::shared_lock lock(mutex_);
+  for (const VLMMetaClass* metaClass = &lateType; metaClass != nullptr; metaClass = metaClass->Base()) {
+    for (const VLMMetaClass::TieEntry& tie : metaClass->ties_) {
+      if (tie.interfaceValue == interfaceValue) return tie.create;
     }
-    return nullptr;
-  };
+  }
+  return nullptr;
+}
+
+VLMCreateTIE VLMRegistry::FindTie(const VLMMetaClass& lateType, const VLMInterfaceId& id) {
   TieAnswers* const answers = standalone::OfThread<TieAnswers>::Get();
-  if (answers == nullptr) return lookUp();
+  if (answers == nullptr) return Instance().LookUpTie(lateType, id.Value());
   TieAnswer& answer = (*answers)[PlaceOf(lateType.number_, id.Value())];
   // Read before the look-up: what is found in a later state is then looked up again, never the reverse.
   const std::uint64_t state = stateOfTies_.load(std::memory_order_acquire);
   if (answer.metaClass != lateType.number_ || answer.interfaceValue != id.Value() ||
       answer.stateOfTies != state)
-    answer = {lateType.number_, id.Value(), state, lookUp()};
+    answer = {lateType.number_, id.Value(), state, Instance().LookUpTie(lateType, id.Value())};
   return answer.create;
 }
 

@@ -45,7 +45,7 @@ class VLMRegistry {
   void Prefer(VLMMetaClass& lateType, const VLMInterfaceId& id, VLMCreateTIE create);
   /// Whether the late type has ties of its own, besides those that come from its base.
   [[nodiscard]] bool HasTies(const VLMMetaClass& lateType) const;
-  [[nodiscard]] VLMCreateTIE FindTie(const VLMMetaClass& lateType, const VLMInterfaceId& id) const;
+  [[nodiscard]] static VLMCreateTIE FindTie(const VLMMetaClass& lateType, const VLMInterfaceId& id);
   HRESULT DeclareComponent(const VLMLibrary& owner, std::string_view name, VLMCreateComponent create);
   HRESULT Instantiate(std::string_view name, const VLMInterfaceId& id, void** out) const;
 
@@ -66,6 +66,8 @@ class VLMRegistry {
                      std::string_view framework, const VLMLibrary* owner);
   VLMMetaClass& KnownOrMade(std::string_view name, const VLMMetaClass* base, bool isOfDocuments);
   static void Extend(VLMMetaClass& extension, VLMMetaClass& lateType);
+  /// Takes the mutex itself.
+  [[nodiscard]] VLMCreateTIE LookUpTie(const VLMMetaClass& lateType, std::uint64_t interfaceValue) const;
 
   // Nothing of a library is called while it is held: that could ask the registry itself.
   mutable std::shared_mutex mutex_;
@@ -73,5 +75,5 @@ class VLMRegistry {
   std::map<std::string, Component, std::less<>> components_;
   std::uint64_t lastNumber_ = 0;
   // Changes whenever a look-up of a tie may have another outcome than before. Never 0.
-  std::atomic<std::uint64_t> stateOfTies_ = 1;
+  static inline constinit std::atomic<std::uint64_t> stateOfTies_ = 1;
 };

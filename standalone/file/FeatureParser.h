@@ -13,16 +13,15 @@ namespace standalone {
 /// Takes the object of a feature's line apart, and refuses what the line itself shows to be unsound. `Maker`,
 /// which derives from this, makes something of it. Its operations are called in the order of the line:
 ///
-///     void TakeId(FeatureId id), void TakeType(std::string_view type)       first, and always both
-///     void TakeName(text), TakeAlias(text), TakePhysicalType(text), TakeUpToDate(bool)
-///     void TakeFather(FeatureId to), TakeContainer(FeatureId to)
-///     void BeginAttributes(), EndAttributes()
-///     bool AddAttribute(std::string_view key)                               false when the key was met
-///     before void TakeAttribute(Made value)                                        of the key that was added
-///     last Attribute* FindAttribute(std::string_view key)                        with a `mode`; may be null
-///     void BeginModes(), bool MarkMode(Attribute& attribute)                false when it was marked before
-///     Made OfText(text), OfInteger(number), OfReal(number), OfFlag(bool), OfNothing(), OfLink(FeatureId to)
-///     auto BeginList(), void AddEntry(list, Made entry), Made EndList(list)
+/// - `TakeId(FeatureId)`, `TakeType(text)`: first, and always both
+/// - `TakeName(text)`, `TakeAlias(text)`, `TakePhysicalType(text)`, `TakeUpToDate(bool)`
+/// - `TakeFather(FeatureId)`, `TakeContainer(FeatureId)`
+/// - `BeginAttributes()`, `EndAttributes()`; between them, for each, `bool AddAttribute(text key)`, false
+///   when the key was met before, and `TakeAttribute(Made)`, the value of the key that was added last
+/// - `Attribute* FindAttribute(text key)`, with a `mode`; null for none. `BeginModes()`, and
+///   `bool MarkMode(Attribute&)`, false when it was marked before
+/// - `Made OfText(text)`, `OfInteger`, `OfReal`, `OfFlag`, `OfNothing()`, `OfLink(FeatureId)`
+/// - `auto BeginList()`, `AddEntry(list, Made)`, `Made EndList(list)`
 ///
 /// Texts are valid until the parser goes on to another block.
 template <class Maker, class Made>

@@ -1,7 +1,9 @@
 #include "model/NameTable.h"
 
 #include <array>
+#include <atomic>
 #include <bit>
+#include <cstring>
 #include <memory>
 #include <mutex>
 #include <shared_mutex>
@@ -22,10 +24,30 @@ struct Name {
   bool isForEver = false;
 };
 
-// What a thread met lately of the names that stay for ever.
-struct RecentName {
-  std::string_view text;
-  NameId id = kNoName;
+// What a thread was told lately of a text. It keeps the text, since the name's own may go meanwhile.
+class RecentName {
+ public:
+  static constexpr std::uint64_t kForEver = 0;  // no state of the table
+  static constexpr std::size_t kMostBytes = 47;
+
+  /// Whether it is about the text, and holds in this state of the table.
+  [[nodiscard]] bool Tells(std::string_view text, std::uint64_t state) const {
+    return (state_ == state || state_ == kForEver) && std::string_view(text_.data(), size_) == text;
+  }
+  [[nodiscard]] NameId Id() const { return id_; }
+  void Note(std::string_view text, NameId id, std::uint64_t state) {
+    if (text.size() > kMostBytes) return;
+    state_ = state;
+    id_ = id;
+    size_ = static_cast<std::uint8_t>(text.size());
+    std::memcpy(text_.data(), text.data(), text.size());
+  }
+
+ private:
+  std::uint64_t state_ = kForEver;
+  NameId id_ = kNoName;
+  std::uint8_t size_ = 0;  // no name is empty
+  std::array<char, kMostBytes> text_{};
 };
 using RecentNames = RecentTexts<RecentName>;
 
@@ -37,12 +59,15 @@ class Names {
 
   [[nodiscard]] NameId Find(std::string_view text) const {
     RecentName* const recent = RecentOf(text);
-    if (recent != nullptr && recent->text == text) return recent->id;
+    // Read before the look-up: what is found in a later state is then looked up again, never the reverse.
+    const std::uint64_t state = state_.load(std::memory_order_acquire);
+    if (recent != nullptr && recent->Tells(text, state)) return recent->Id();
     const std::shared_lock lock(mutex_);
     const auto found = ids_.find(text);
-    if (found == ids_.end()) return kNoName;
-    if (recent != nullptr && At(found->second).isForEver) *recent = {found->first, found->second};
-    return found->second;
+    const NameId id = found == ids_.end() ? kNoName : found->second;
+    const bool isForEver = id != kNoName && At(id).isForEver;
+    if (recent != nullptr) recent->Note(text, id, isForEver ? RecentName::kForEver : state);
+    return id;
   }
 
   [[nodiscard]] NameId Intern(std::string_view text) {
@@ -67,6 +92,7 @@ class Names {
     const std::unique_lock lock(mutex_);
     Name& name = At(id);
     if (--name.holders != 0 || name.isForEver) return;
+    ++state_;
     ids_.erase(name.text);
     name.text = std::string();
     free_.push_back(id);  // for which there is room
@@ -103,11 +129,11 @@ class Names {
 
   [[nodiscard]] NameId FindForEver(std::string_view text) const {
     RecentName* const recent = RecentOf(text);
-    if (recent != nullptr && recent->text == text) return recent->id;
+    if (recent != nullptr && recent->Tells(text, RecentName::kForEver)) return recent->Id();
     const std::shared_lock lock(mutex_);
     const auto found = ids_.find(text);
     if (found == ids_.end() || !At(found->second).isForEver) return kNoName;
-    if (recent != nullptr) *recent = {found->first, found->second};
+    if (recent != nullptr) recent->Note(text, found->second, RecentName::kForEver);
     return found->second;
   }
 
@@ -126,6 +152,7 @@ class Names {
     Name& name = At(id);
     name.text = text;
     ids_.emplace(name.text, id);
+    ++state_;
     free_.pop_back();
     return id;
   }
@@ -137,6 +164,8 @@ class Names {
   }
 
   mutable std::shared_mutex mutex_;
+  // Changes whenever a look-up may have another outcome than before. Never 0.
+  std::atomic<std::uint64_t> state_ = RecentName::kForEver + 1;
   std::array<std::unique_ptr<Name[]>, kPieces> pieces_{std::make_unique<Name[]>(kFirstPiece)};
   std::unordered_map<std::string_view, NameId, KeyedHash> ids_;
   std::vector<NameId> free_;
