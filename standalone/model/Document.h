@@ -219,8 +219,8 @@ class Document final : public VLMDocument {
   /// Adds a feature at the end, without father or container; `id` must be new.
   Feature& AppendRead(FeatureId id, const LateType& type);
   void SetFatherRead(Feature& feature, Feature& father);
-  /// Gives the feature its attributes as they are; to be called once per feature. Their keys are names of this
-  /// document (`NameFor`).
+  /// Gives the feature its attributes as they are; to be called once per feature. Their keys are names of
+  /// this document (`NameFor`).
   void SetAttributesRead(Feature& feature, std::span<const Attribute> attributes);
   /// Takes note that `referrer` links to `target`, in an attribute or as its container.
   void NoteLinkRead(Feature& referrer, Feature& target) { NoteLink(referrer, target); }

@@ -134,7 +134,8 @@ class Pair {
         if (found == bound.end()) continue;
         if (!areContinued_ || !(each->interface == HVXIUpgrade::kId))
           RefuseBoth(lateType, *found->second, *each);
-        VLMRegistry::Instance().Prefer(VLMMetaClass::LateType(lateType), each->interface, found->second->createTIE);
+        VLMRegistry::Instance().Prefer(VLMMetaClass::LateType(lateType), each->interface,
+                                       found->second->createTIE);
       }
     }
   }

@@ -106,15 +106,23 @@ def test_other_threads_run_meanwhile(large_file):
     assert len(document) == 200_000 and len(counted) > 1000
 
 
-@pytest.mark.skip(reason="the host is for one thread at a time")
-def test_two_threads_read_two_documents(bracket, source):
-    read = {}
+def test_two_threads_upgrade_two_documents(source, tmp_path):
+    upgrader = hvxupgrade.Upgrader()
+    results = {}
 
-    def read_often(path):
-        read[path] = [len(hvxupgrade.read(path)) for _ in range(100)]
-    threads = [threading.Thread(target=read_often, args=[path]) for path in (bracket, source / "examples/heated_pipe.hvxdoc")]
+    def upgrade_often(name):
+        made = set()
+        for number in range(10):
+            document = hvxupgrade.read(source / f"examples/{name}.hvxdoc")
+            upgrader.upgrade(document)
+            target = tmp_path / f"{name}{number}.hvxdoc"
+            document.write(target)
+            made.add(target.read_bytes())
+        results[name] = made
+    names = ("bolted_bracket", "heated_pipe")
+    threads = [threading.Thread(target=upgrade_often, args=[name]) for name in names]
     for each in threads:
         each.start()
     for each in threads:
         each.join()
-    assert {tuple(set(counts)) for counts in read.values()} == {(631,), (374,)}
+    assert results == {name: {(source / f"tests/golden/{name}.hvxdoc").read_bytes()} for name in names}
