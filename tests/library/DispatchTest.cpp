@@ -1,5 +1,6 @@
 // What the library binds to what, and what its dispatch does with it.
 
+#include <dlfcn.h>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <gmock/gmock.h>
@@ -224,6 +225,19 @@ TEST(DispatchTest, TheTableIsTheLibrarys) {
     EXPECT_EQ(BindingsOf(*classes[i]), kTable[i].bindings);
     EXPECT_EQ(RuleOf(*classes[i]), kTable[i].rule);
   }
+}
+
+// Hosts that know no table find the tie of a class by the name of its entry.
+TEST(DispatchTest, EveryClassExportsItsEntry) {
+  void* const library = dlopen(testing_support::LibraryFile(), RTLD_NOW | RTLD_NOLOAD);
+  ASSERT_NE(library, nullptr);
+  for (const HVXUpgradeClass* const upgradeClass : Library().classes) {
+    const char* const interface =
+        upgradeClass->interface == HVXIUpgrade::kId ? "HVXIUpgrade" : "VLMISamUpgrade";
+    const std::string entry = fmt::format("CreateTIE{}{}", interface, upgradeClass->name);
+    EXPECT_NE(dlsym(library, entry.c_str()), nullptr) << entry;
+  }
+  dlclose(library);
 }
 
 TEST(DispatchTest, TheIdentifiersStandInTheOrderOfTheirIntroduction) {
