@@ -91,6 +91,8 @@ Value ToValue(py::handle object, const HeldDocument& document) {
   if (PyFloat_Check(given) != 0) return PyFloat_AS_DOUBLE(given);
   if (PyUnicode_Check(given) != 0) return TextOf(object);
   if (PyList_Check(given) != 0 || PyTuple_Check(given) != 0) return ListOf(object, document, 1);
+  // NumPy's flag would count as an index.
+  if (std::string_view(Py_TYPE(given)->tp_name).starts_with("numpy.bool")) return PyObject_IsTrue(given) == 1;
   if (PyIndex_Check(given) != 0) return IntegerOf(object);
   if (py::isinstance<HeldFeature>(object)) return LinkTo(py::cast<HeldFeature&>(object), document);
   if (py::isinstance(object, Result("Link"))) return Link{IntegerOf(object.attr("id"))};

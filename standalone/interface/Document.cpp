@@ -8,6 +8,15 @@
 
 namespace hvxupgrade {
 
+Busy::Busy(Inside::DocumentState& state) : state_(state) {
+  if (state_.isStopped)
+    RefuseUse("an upgrade of the document was stopped, so it stands between two releases", "Read it again");
+  if (state_.isBusy)
+    RefuseUse("the document is being upgraded or written",
+              "Wait until that is done: a callback may only look");
+  state_.isBusy = true;
+}
+
 Document::Document(std::string_view displayName)
     : state_(std::make_unique<State>(standalone::Document::Create(std::string(displayName)))) {}
 

@@ -38,6 +38,7 @@ class Document::State {
   std::size_t upgradesRead = 0;                      ///< How many were recorded when it was read.
   /// An upgrade was stopped and left the document between two releases.
   bool isStopped = false;
+  bool isBusy = false;  ///< It is upgraded or written.
 };
 
 /// The way from the interface to what stands behind it, and back.
@@ -59,9 +60,22 @@ class Inside {
   /// The feature behind the handle, which may be removed.
   [[nodiscard]] static standalone::Feature& Of(Feature feature) { return *feature.feature_; }
   /// The same; throws `Error` (`kUsage`) when it was removed.
-  [[nodiscard]] static standalone::Feature& AliveOf(Feature feature);
+  [[nodiscard]] static standalone::Feature& AliveOf(Feature handle);
   /// The handle; none for null, and for a feature that was removed.
   [[nodiscard]] static std::optional<Feature> MakeIfAlive(standalone::Feature* feature);
+};
+
+/// A document that is worked on, for the life of this object: what is called meanwhile may look at it. Throws
+/// `Error` (`kUsage`) when somebody works on it already.
+class Busy {
+ public:
+  explicit Busy(Inside::DocumentState& state);
+  ~Busy() { state_.isBusy = false; }
+  Busy(const Busy&) = delete;
+  Busy& operator=(const Busy&) = delete;
+
+ private:
+  Inside::DocumentState& state_;
 };
 
 [[nodiscard]] Value ValueOf(const standalone::Value& value);

@@ -102,8 +102,7 @@ class Run {
       : manager_(manager), state_(state), document_(*state.document.Get()), options_(options) {}
 
   UpgradeResult Do() {
-    if (state_.isStopped)
-      RefuseUse("an upgrade of the document was stopped, so it stands between two releases", "Read it again");
+    const Busy busy(state_);
     const std::vector<std::string> pending = manager_.Pending(document_);
     const std::vector<std::string> chosen =
         standalone::ChooseUpgrades(manager_, Wanted(pending), pending).identifiers;
@@ -133,7 +132,8 @@ class Run {
   // What a library that is not loaded did is part of the order in which upgrades must run.
   void RefuseUnknown(const std::vector<std::string>& chosen) const {
     const standalone::UnknownUpgrades unknown = manager_.Unknown(document_);
-    if (unknown.IsEmpty() || (unknown.AreOnlyNotLoaded() && chosen.empty() && !options_.retry)) return;
+    const bool isNothingToRun = chosen.empty() && !options_.retry && !unknown.HaveNamesake();
+    if (unknown.IsEmpty() || (unknown.AreOnlyNotLoaded() && isNothingToRun)) return;
     throw Error(Error::Kind::kNewer, Name(), 0, unknown.Problem(),
                 unknown.AreOnlyNotLoaded() ? "Give their files to the Upgrader, among its libraries"
                                            : unknown.NextStep());

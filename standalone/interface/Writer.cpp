@@ -38,8 +38,6 @@ const KnownFile* FindKnown(const Inside::DocumentState& state, const fs::path& r
 }
 
 void RequireSound(Inside::DocumentState& state, const fs::path& file) {
-  if (state.isStopped)
-    RefuseUse("an upgrade of the document was stopped, so it stands between two releases", "Read it again");
   const std::vector<std::string> faults = standalone::FindFaults(*state.document.Get(), 1);
   if (faults.empty()) return;
   throw Error(Error::Kind::kUnwritable, file.string(), 0,
@@ -52,6 +50,7 @@ void RequireSound(Inside::DocumentState& state, const fs::path& file) {
 void Write(Document& document, const fs::path& file, const WriteOptions& options) {
   Translated(Error::Kind::kUnwritable, file, [&] {
     Inside::DocumentState& state = Inside::StateOf(document);
+    const Busy busy(state);
     RequireSound(state, file);
     const fs::path real = standalone::RealPathOf(file);
     const KnownFile* const known = FindKnown(state, real);

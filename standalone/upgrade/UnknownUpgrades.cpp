@@ -67,7 +67,8 @@ std::string UnknownUpgrades::Problem() const {
 std::string UnknownUpgrades::NextStep() const {
   const auto newer = std::ranges::find_if(libraries_, &MissingLibrary::isLoaded);
   if (newer != libraries_.end() && newer->IsNewerProgram()) return "Use a newer release of this program";
-  if (newer != libraries_.end()) return fmt::format("Use the newer {}", newer->name);
+  if (newer != libraries_.end())
+    return fmt::format("Use the {} that has {}", newer->name, newer->upgrades.front());
   std::set<std::string_view> names;
   for (const MissingLibrary& each : libraries_) {
     if (IsBuiltIn(each.name)) return "Leave out --no-default-library";

@@ -33,6 +33,10 @@ class UnknownUpgrades {
   /// document.
   [[nodiscard]] bool AreOnlyNotLoaded() const;
 
+  /// Whether one of them bears the name of an upgrade that a loaded library has, and is another: the document
+  /// tells nothing of whether it needs that one.
+  [[nodiscard]] bool HaveNamesake() const { return haveNamesake_; }
+
   /// For people, where it is not empty: whose upgrades they are, without a verb and a full stop.
   [[nodiscard]] std::string Words() const;
   /// Why a document with them is refused, as a clause about it: "it was upgraded by AcmeUpgrades 3.1, which
@@ -41,11 +45,13 @@ class UnknownUpgrades {
   /// What to do, as a sentence without its full stop.
   [[nodiscard]] std::string NextStep() const;
 
+  void NoteNamesake() { haveNamesake_ = true; }
   /// Adds an upgrade of `library`, which holds none itself.
   void Add(const MissingLibrary& library, const std::string& upgrade);
 
  private:
   std::vector<MissingLibrary> libraries_;
+  bool haveNamesake_ = false;
   std::map<std::pair<std::string, std::string>, std::size_t> places_;  // by name and version
 };
 

@@ -200,6 +200,24 @@ class Pair {
   bool areContinued_;
 };
 
+// Other libraries of this process may extend the same late types, and a cast would give their extensions.
+void RefuseRivals(const Loaded& libraries) {
+  std::set<std::pair<std::string_view, std::uint64_t>> settled;
+  for (const auto& library : libraries) {
+    for (const HVXUpgradeClass* const each : library->Description().classes) {
+      for (const std::string_view lateType : each->lateTypes) {
+        if (!settled.emplace(lateType, each->interface.Value()).second) continue;
+        if (VLMMetaClass::LateType(lateType).FindTie(each->interface) == each->createTIE) continue;
+        throw std::runtime_error(
+            fmt::format("{} extends {} with {}, and so does another upgrade library of this process, whose "
+                        "extension would be used. Let go of that one first, with the documents that it "
+                        "worked on, or load both together",
+                        NameOf(*library), lateType, each->interface.Name()));
+      }
+    }
+  }
+}
+
 }  // namespace
 
 UpgradeLibraries::UpgradeLibraries(const std::vector<fs::path>& files) {
@@ -210,6 +228,7 @@ UpgradeLibraries::UpgradeLibraries(const std::vector<fs::path>& files) {
   for (std::size_t second = libraries_.size(); second-- > 0;) {
     for (std::size_t first = second; first-- > 0;) Pair(*libraries_[first], *libraries_[second]).Settle();
   }
+  RefuseRivals(libraries_);
 }
 
 std::vector<const HVXUpgradeLibrary*> UpgradeLibraries::Descriptions() const {

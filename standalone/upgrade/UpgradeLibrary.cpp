@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <fmt/format.h>
 #include <link.h>
+#include <simdjson.h>
 
 #include <algorithm>
 #include <cstring>
@@ -94,6 +95,37 @@ std::string Mismatch(const void* description) {
       number);
 }
 
+// An identifier is kept in documents, so it must be what they can hold.
+bool IsIdentifier(const VLMUnicodeString& text) {
+  const std::string_view view = text.View();
+  return !view.empty() && simdjson::validate_utf8(view.data(), view.size());
+}
+
+// What is wrong with the tables, so that nothing could work on them; empty for nothing.
+std::string FaultOf(const HVXUpgradeLibrary& library) {
+  constexpr std::string_view kNoIdentifier =
+      "has an identifier that is empty or not UTF-8. Correct it in its tables";
+  if (!std::ranges::all_of(library.identifiers, IsIdentifier)) return std::string(kNoIdentifier);
+  for (const HVXUpgradeClass* const each : library.classes) {
+    if (each == nullptr || each->name == nullptr || each->createTIE == nullptr ||
+        std::ranges::count(each->lateTypes, nullptr) != 0)
+      return "has a class that lacks its name, the entry that makes its tie, or the name of a late type. "
+             "Complete its tables";
+    for (const HVXUpgradeBinding& row : each->bindings) {
+      if (!IsIdentifier(row.identifier)) return std::string(kNoIdentifier);
+      if (row.purpose == nullptr || row.routine == nullptr)
+        return fmt::format("has no purpose or no routine for {} in class {}. Complete its table",
+                           row.identifier.View(), each->name);
+    }
+  }
+  for (const HVXDocumentUpgrade& each : library.documentUpgrades) {
+    if (!IsIdentifier(each.identifier)) return std::string(kNoIdentifier);
+    if (each.purpose == nullptr || each.upgrade == nullptr)
+      return fmt::format("has no purpose or no routine for {}. Complete its table", each.identifier.View());
+  }
+  return {};
+}
+
 const HVXUpgradeLibrary* DescriptionOf(void* handle) {
   const auto entry = reinterpret_cast<HVXGetUpgradeLibraryEntry>(dlsym(handle, "HVXGetUpgradeLibrary"));
   if (entry == nullptr)
@@ -107,18 +139,33 @@ const HVXUpgradeLibrary* DescriptionOf(void* handle) {
   if (description->name == nullptr || *description->name == '\0')
     throw std::runtime_error(
         "the upgrade library has no name, by which documents would know it. Give its description a name");
+  if (const std::string fault = FaultOf(*description); !fault.empty())
+    throw std::runtime_error("the upgrade library " + fault);
   return description;
+}
+
+// What a library throws may not outlive it.
+const HVXUpgradeLibrary* DescriptionOrFault(void* handle, std::string& fault) {
+  try {
+    return DescriptionOf(handle);
+  } catch (const std::exception& error) {
+    fault = error.what();
+  } catch (...) {
+    fault =
+        "the upgrade library threw something when it was asked for its description. Correct its "
+        "HVXGetUpgradeLibrary";
+  }
+  return nullptr;
 }
 
 }  // namespace
 
 UpgradeLibrary::UpgradeLibrary(const std::filesystem::path& file) : file_(file), handle_(Load(file)) {
-  try {
-    description_ = DescriptionOf(handle_);
-  } catch (const std::runtime_error& error) {
-    dlclose(handle_);
-    throw std::runtime_error(fmt::format("{}: {}", file.string(), error.what()));
-  }
+  std::string fault;
+  description_ = DescriptionOrFault(handle_, fault);
+  if (description_ != nullptr) return;
+  dlclose(handle_);
+  throw std::runtime_error(fmt::format("{}: {}", file.string(), fault));
 }
 
 UpgradeLibrary::~UpgradeLibrary() {

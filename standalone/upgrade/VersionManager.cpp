@@ -118,6 +118,7 @@ UnknownUpgrades VersionManager::Unknown(const Document& document) const {
       library.loaded = VersionOf(*loaded);
     }
     unknown.Add(library, identifier);
+    if (Find(identifier) != nullptr) unknown.NoteNamesake();
   }
   return unknown;
 }
@@ -125,7 +126,7 @@ UnknownUpgrades VersionManager::Unknown(const Document& document) const {
 bool VersionManager::Refuses(const Document& document) const {
   const UnknownUpgrades unknown = Unknown(document);
   if (unknown.IsEmpty()) return false;
-  return !unknown.AreOnlyNotLoaded() || !Pending(document).empty();
+  return !unknown.AreOnlyNotLoaded() || unknown.HaveNamesake() || !Pending(document).empty();
 }
 
 std::size_t VersionManager::PositionOf(std::string_view identifier) const {

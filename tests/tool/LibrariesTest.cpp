@@ -276,7 +276,8 @@ TEST_F(LibrariesTest, AnOlderVersionOfALibraryKnowsThatThereIsANewerOne) {
   static_cast<void>(Library("acme.so", std::string(kAcme) + "version 2.0\n"));
   const Ended ended = RunWith({acme}, {"upgrade", file, "--in-place"});
   EXPECT_EQ(ended.code, 4);
-  EXPECT_THAT(ended.err, HasSubstr("upgraded by a newer Acme (3.1; 2.0 is loaded). Use the newer Acme"));
+  EXPECT_THAT(ended.err,
+              HasSubstr("upgraded by a newer Acme (3.1; 2.0 is loaded). Use the Acme that has AcmeNut"));
   EXPECT_THAT(RunWith({acme}, {"status", "--json", file}).out,
               AllOf(HasSubstr(R"("verdict":"newer","words":"newer than a library that is loaded")"),
                     HasSubstr(R"("newerUpgrades":["AcmeNut"])"),

@@ -72,7 +72,7 @@ class DocumentUpgrade {
     std::vector<VersionManager::Again> again;
     if (task_.retry) again = leftBehind.Next();
     // What such a library did is part of the order in which upgrades must run.
-    if (!unknown_.IsEmpty() && !(chosen.identifiers.empty() && again.empty()))
+    if (unknown_.HaveNamesake() || (!unknown_.IsEmpty() && !(chosen.identifiers.empty() && again.empty())))
       return Refused(Verdict::kNotLoaded);
     result_.missing = JsonOf(unknown_);
     result_.features = document->FeatureCount();
