@@ -112,6 +112,39 @@ TEST_F(UpgraderTest, ADocumentOfALibraryThatIsNotLoadedIsLeftAlone) {
   EXPECT_THAT(upgrader.Upgrade(current).identifiers, testing::IsEmpty());
 }
 
+// A cast would give the other library's extension, and what is recorded as done would not have run.
+TEST_F(UpgraderTest, ALibraryIsRefusedWhileAnotherHasItsFeatures) {
+  const std::filesystem::path rival = folder_ / "rival.so";
+  std::filesystem::copy_file(HVX_TEST_LIBRARY, rival);
+  const UpgraderOptions options{.useInstalledLibrary = false, .libraries = {rival}};
+  {
+    const Upgrader first({.useInstalledLibrary = false, .libraries = {HVX_TEST_LIBRARY}});
+    const Upgrader again({.useInstalledLibrary = false, .libraries = {HVX_TEST_LIBRARY}});
+    ExpectError(Kind::kInstallation, "another upgrade library of this process",
+                [&] { const Upgrader second(options); });
+  }
+  Document document = Given("{\"id\":1,\"type\":\"ProbeStopLT\"}\n");
+  Upgrader(options).Upgrade(document);
+  EXPECT_TRUE(document.Find(1)->Has("C"));
+}
+
+TEST_F(UpgraderTest, ADocumentThatIsWorkedOnIsOnlyLookedAt) {
+  const Upgrader upgrader;
+  Document document = Read(Example("bolted_bracket"));
+  int refused = 0;
+  const auto result = upgrader.Upgrade(
+      document, {.onProgress = [&](std::uint64_t, std::uint64_t) {
+        ExpectError(Kind::kUsage, "is being upgraded", [&] { Write(document, folder_ / "half.hvxdoc"); });
+        ExpectError(Kind::kUsage, "is being upgraded", [&] { upgrader.Upgrade(document); });
+        ++refused;
+        return document.FeatureCount() > 0;
+      }});
+  EXPECT_GT(refused, 0);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "half.hvxdoc"));
+  EXPECT_EQ(document.Upgrades(), result.identifiers);
+  Write(document, folder_ / "whole.hvxdoc");
+}
+
 TEST_F(UpgraderTest, ARetryCompletesWhatWasCorrected) {
   const Upgrader upgrader;
   Document document = Given(kFilm);
