@@ -34,7 +34,8 @@ def upgrade_file(source: Path, target: Path, *, worker: bool = True, progress: O
     if timeout is not None and not worker:
         raise ValueError("only a worker can be stopped when its time is up")
     job = jobs.Job(
-        source=os.fsdecode(source), target=os.fsdecode(target), identifiers=None if identifiers is None else tuple(identifiers),
+        source=os.fsdecode(source), target=os.fsdecode(target),
+        identifiers=None if identifiers is None else tuple(identifiers),
         retry=retry, overwrite=overwrite, backup_suffix=backup_suffix,
         libraries=jobs.Libraries(tuple(os.fsdecode(each) for each in libraries), use_installed,
                                  None if data is None else os.fsdecode(data)))
