@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace standalone;
   const VersionManager& manager = fuzzing::Manager();
   const DocumentPtr document = fuzzing::DocumentOf(data, size);
-  if (document.Get() == nullptr || !manager.Unknown(*document.Get()).empty()) return 0;
+  if (document.Get() == nullptr || !manager.Unknown(*document.Get()).IsEmpty()) return 0;
   document->LimitCreation(100'000);
   const sheet::Sheet before = sheet::ReadSheet(*document.Get());
   const std::vector<std::string> pending = manager.Pending(*document.Get());
