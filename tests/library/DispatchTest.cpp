@@ -229,9 +229,10 @@ TEST(DispatchTest, TheTableIsTheLibrarys) {
 
 // Hosts that know no table find the tie of a class by the name of its entry.
 TEST(DispatchTest, EveryClassExportsItsEntry) {
+  const auto classes = Library().classes;  // loads it
   void* const library = dlopen(testing_support::LibraryFile(), RTLD_NOW | RTLD_NOLOAD);
   ASSERT_NE(library, nullptr);
-  for (const HVXUpgradeClass* const upgradeClass : Library().classes) {
+  for (const HVXUpgradeClass* const upgradeClass : classes) {
     const char* const interface =
         upgradeClass->interface == HVXIUpgrade::kId ? "HVXIUpgrade" : "VLMISamUpgrade";
     const std::string entry = fmt::format("CreateTIE{}{}", interface, upgradeClass->name);
