@@ -6,6 +6,7 @@
 #include <csignal>
 #include <sstream>
 #include <thread>
+#include <vector>
 
 #include "ToolRun.h"
 
@@ -211,6 +212,26 @@ TEST_F(ViewCommandsTest, HelpAndVersionAreResults) {
   const Ended version = Run({"--version"});
   EXPECT_EQ(version.out.substr(0, 11), "hvxupgrade ");
   EXPECT_EQ(Run({"-V"}).out, version.out);
+}
+
+TEST_F(ViewCommandsTest, HelpFitsIntoLinesButKeepsCommandsWhole) {
+  constexpr std::size_t kColumns = 80;
+  for (const char* const command : {"", "status", "upgrade", "identifiers", "check", "sheet", "report"}) {
+    std::istringstream lines(
+        Run(*command == 0 ? std::vector<std::string>{"--help"} : std::vector<std::string>{"help", command})
+            .out);
+    for (std::string line; std::getline(lines, line);) {
+      if (!line.starts_with("  hvxupgrade") && !line.starts_with("  find")) {
+        EXPECT_LE(line.size(), kColumns) << command << ": " << line;
+      }
+    }
+  }
+  const std::string help = Run({"--help"}).out;
+  EXPECT_NE(help.find("\n  upgrade                     Bring documents up"), std::string::npos) << help;
+  EXPECT_NE(help.find("  hvxupgrade upgrade bracket.hvxdoc -o current.hvxdoc  write the current\n" +
+                      std::string(55, ' ') + "document beside the old\n"),
+            std::string::npos)
+      << help;
 }
 
 }  // namespace

@@ -3,30 +3,35 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
 #include <sstream>
 
 #include "settings/CommonOptions.h"
+#include "settings/HelpText.h"
 #include "settings/ReportOptions.h"
 #include "settings/Unexpected.h"
 #include "settings/UpgradeOptions.h"
 #include "settings/UsageError.h"
+#include "terminal/Table.h"
 #include "terminal/Terminal.h"
 
 namespace tool {
 namespace {
 
-constexpr const char* kExitCodes = R"(Exit codes:
-  0  done, or nothing to do
-  1  finished, but some feature failed or some upgrade was stopped; check: something needs a person;
-     diff: the documents differ; sheet: a difference is unaccounted for
-  2  wrong usage
-  3  some input is unreadable or invalid
-  4  some document is newer than this program, or was upgraded by a library that is not loaded
-  5  some output could not be written, or a document was changed meanwhile by another program; existing
-     files are as they were
-  6  an upgrade is needed (check and status --check only)
-  130  interrupted
-Of several, the most serious: 130, 2, 5, 3, 4, 1, 6, 0.)";
+constexpr const char* kExitCodes =
+    "Exit codes:\n"
+    "  0  done, or nothing to do\n"
+    "  1  finished, but some feature failed or some upgrade was stopped; check: something needs a person; "
+    "diff: the documents differ; sheet: a difference is unaccounted for\n"
+    "  2  wrong usage\n"
+    "  3  some input is unreadable or invalid\n"
+    "  4  some document is newer than this program, or was upgraded by a library that is not loaded\n"
+    "  5  some output could not be written, or a document was changed meanwhile by another program; existing "
+    "files are as they were\n"
+    "  6  an upgrade is needed (check and status --check only)\n"
+    "  130  interrupted\n"
+    "Of several, the most serious: 130, 2, 5, 3, 4, 1, 6, 0.";
 
 constexpr const char* kExamples = R"(Examples:
   hvxupgrade status bracket.hvxdoc                     what the document still needs
@@ -220,6 +225,7 @@ std::optional<ExitCode> ParseArguments(int count, const char* const* texts, Argu
   arguments.commandLine.assign(texts, texts + count);
   CLI::App app("Brings analysis documents written by earlier releases up to the current data model.",
                "hvxupgrade");
+  app.formatter(std::make_shared<HelpText>(std::min(ColumnsOf(stdout), kLineWidth)));
   app.require_subcommand(0, 1);
   app.fallthrough();
   app.set_version_flag("-V,--version", "hvxupgrade " HVXUPGRADE_VERSION);
