@@ -53,6 +53,13 @@ foreach(example plugin program)
 endforeach()
 run(${CMAKE_CTEST_COMMAND} --test-dir ${WORK}/plugin --output-on-failure)
 set(PLUGIN ${WORK}/plugin/libAcmeUpgrades.so)
+set(ENV{PKG_CONFIG_PATH} ${MOVED}/${LIBDIR}/pkgconfig)
+run(${PKG_CONFIG} --cflags --libs hvxupgrade-extension)
+separate_arguments(flags UNIX_COMMAND "${OUTPUT}")
+set(PLUGIN_BY_HAND ${WORK}/libAcmeByHand.so)
+run(${COMPILER} -std=c++20 -shared -fPIC ${EXAMPLES}/plugin/AcmeBoltUpgrade.cpp ${EXAMPLES}/plugin/AcmeUpgradeLibrary.cpp
+    -o ${PLUGIN_BY_HAND} ${flags})
+run(${PROGRAM} --library ${PLUGIN_BY_HAND} identifiers AcmeBoltStrengths)
 
 # Both libraries in one run; the plug-in adds to the installed one.
 set(BOTH ${PROGRAM} --library ${PLUGIN})
@@ -90,7 +97,6 @@ if(PYTHON)
 endif()
 
 # The program, built with the CMake package and with pkg-config. It knows the interface alone, and needs nothing else.
-set(ENV{PKG_CONFIG_PATH} ${MOVED}/${LIBDIR}/pkgconfig)
 run(${PKG_CONFIG} --modversion hvxupgrade-host hvxupgrade-extension hvxupgrade-standalone)
 expect("${OUTPUT}" "^${VERSION}\n${VERSION}\n${VERSION}\n$" "the versions")
 run(${PKG_CONFIG} --cflags --libs hvxupgrade-standalone)
@@ -121,7 +127,7 @@ run(${COMPILER} -std=c++20 -fsyntax-only -Wall -Wextra -Wpedantic -Wshadow -Wcon
 
 # A plug-in asks the host for nothing but what host/ declares, and shows nothing but its entries; the host shows nothing
 # but what is its own.
-foreach(library ${LIBRARIES}/libHVXUpgradeComponents.so ${PLUGIN})
+foreach(library ${LIBRARIES}/libHVXUpgradeComponents.so ${PLUGIN} ${PLUGIN_BY_HAND})
   run(${NM} -DC --undefined-only ${library})
   if(OUTPUT MATCHES "standalone::[^\n]*")
     message(FATAL_ERROR "${library} asks for ${CMAKE_MATCH_0}")
