@@ -56,10 +56,20 @@ set(PLUGIN ${WORK}/plugin/libAcmeUpgrades.so)
 set(ENV{PKG_CONFIG_PATH} ${MOVED}/${LIBDIR}/pkgconfig)
 run(${PKG_CONFIG} --cflags --libs hvxupgrade-extension)
 separate_arguments(flags UNIX_COMMAND "${OUTPUT}")
-set(PLUGIN_BY_HAND ${WORK}/libAcmeByHand.so)
-run(${COMPILER} -std=c++20 -shared -fPIC ${EXAMPLES}/plugin/AcmeBoltUpgrade.cpp ${EXAMPLES}/plugin/AcmeUpgradeLibrary.cpp
-    -o ${PLUGIN_BY_HAND} ${flags})
-run(${PROGRAM} --library ${PLUGIN_BY_HAND} identifiers AcmeBoltStrengths)
+# Flags of one compiler may mean nothing to another.
+set(compilers ${COMPILER})
+find_program(CLANG clang++)
+if(CLANG)
+  list(APPEND compilers ${CLANG})
+endif()
+foreach(compiler IN LISTS compilers)
+  cmake_path(GET compiler FILENAME name)
+  set(plugin ${WORK}/libAcmeBy-${name}.so)
+  run(${compiler} -std=c++20 -shared -fPIC ${EXAMPLES}/plugin/AcmeBoltUpgrade.cpp
+      ${EXAMPLES}/plugin/AcmeUpgradeLibrary.cpp -o ${plugin} ${flags})
+  run(${PROGRAM} --library ${plugin} identifiers AcmeBoltStrengths)
+  list(APPEND PLUGINS_BY_HAND ${plugin})
+endforeach()
 
 # Both libraries in one run; the plug-in adds to the installed one.
 set(BOTH ${PROGRAM} --library ${PLUGIN})
@@ -127,7 +137,7 @@ run(${COMPILER} -std=c++20 -fsyntax-only -Wall -Wextra -Wpedantic -Wshadow -Wcon
 
 # A plug-in asks the host for nothing but what host/ declares, and shows nothing but its entries; the host shows nothing
 # but what is its own.
-foreach(library ${LIBRARIES}/libHVXUpgradeComponents.so ${PLUGIN} ${PLUGIN_BY_HAND})
+foreach(library ${LIBRARIES}/libHVXUpgradeComponents.so ${PLUGIN} ${PLUGINS_BY_HAND})
   run(${NM} -DC --undefined-only ${library})
   if(OUTPUT MATCHES "standalone::[^\n]*")
     message(FATAL_ERROR "${library} asks for ${CMAKE_MATCH_0}")
