@@ -131,7 +131,7 @@ std::string FaultToldByLoader(const fs::path& file) {
   if (what.starts_with(kUndefined)) {
     const std::string_view symbol = what.substr(kUndefined.size());
     return CannotBeLoaded(
-        fmt::format("{} uses {}, which is nowhere", name == file.native() ? "it" : name,
+        fmt::format("{} uses {}, which is not found", name == file.native() ? "it" : name,
                     Demangled(std::string(symbol.substr(0, symbol.find_first_of(", \t"))))),
         "Rebuild it with the headers of this program, and link it with what it uses besides the host");
   }
@@ -141,6 +141,8 @@ std::string FaultToldByLoader(const fs::path& file) {
         "Install that, or build the upgrade library with a run path that leads to it (-Wl,-rpath)");
   if (what.starts_with("version ") && what.find(" not found") != std::string_view::npos)
     return CannotBeLoaded(told, "It was built on a newer system: build it on this one");
+  if (what.starts_with("cannot dynamically load position-independent executable"))
+    return CannotBeLoaded("this is a program", "Give another file, or link it as a library (-shared)");
   if (what.starts_with("failed to map segment"))
     return CannotBeLoaded(told, "Put it where programs may be run, and see that there is enough memory");
   return CannotBeLoaded(told, "Rebuild or reinstall it");

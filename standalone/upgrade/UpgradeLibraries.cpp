@@ -257,6 +257,9 @@ std::vector<const HVXUpgradeLibrary*> UpgradeLibraries::Descriptions() const {
 
 std::vector<fs::path> PluginsIn(const fs::path& folder) {
   std::error_code error;
+  if (fs::is_regular_file(folder, error))
+    throw std::runtime_error(
+        fmt::format("{}: this is a file, not a folder of plug-ins. --library takes files", folder.string()));
   std::vector<fs::path> files;
   fs::directory_iterator entries(folder, error);
   for (const fs::directory_iterator end; !error && entries != end; entries.increment(error)) {
