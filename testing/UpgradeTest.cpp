@@ -1,14 +1,20 @@
 #include "UpgradeTest.h"
 
+#include <functional>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 #include "Documents.h"
 #include "adapters/FeatureAdapter.h"
+#include "base/Resemblance.h"
+#include "checkpoint/Checkpoint.h"
 #include "file/FeatureText.h"
 #include "session/InstalledFiles.h"
 #include "session/Session.h"
+#include "upgrade/LibraryTables.h"
 #include "upgrade/UpgradeLibrary.h"
 #include "workbench/HVXIUpgrade.h"
 
@@ -16,9 +22,70 @@ namespace testing_support {
 
 using namespace standalone;
 
+namespace {
+
+using Texts = std::set<std::string, std::less<>>;
+
+// A question for the likely name, or nothing.
+std::string Meant(std::string_view text, const Texts& known) {
+  constexpr std::size_t kLettersPerFault = 3;
+  const std::vector<std::string_view> names(known.begin(), known.end());
+  const std::string_view meant = Resembling(text, names, kLettersPerFault);
+  if (meant.empty()) return {};
+  return std::string(". Did you mean ").append(meant).append("?");
+}
+
+std::string Joined(const Texts& texts) {
+  std::string joined;
+  for (const std::string& text : texts) joined.append(joined.empty() ? "" : ", ").append(text);
+  return joined;
+}
+
+void ExpectCalled(const CheckpointPlan& plan) {
+  Texts operations;
+  Texts details;
+  for (const HostCall& call : Checkpoint::Recorded()) {
+    operations.insert(call.operation);
+    if (call.operation == plan.failNamed) details.insert(call.detail);
+  }
+  if (!operations.contains(plan.failNamed))
+    ADD_FAILURE() << plan.failNamed << " was to fail and was never called"
+                  << Meant(plan.failNamed, operations);
+  else if (!plan.failNamedDetail.empty() && !details.contains(plan.failNamedDetail))
+    ADD_FAILURE() << plan.failNamed << " was to fail for " << plan.failNamedDetail
+                  << " and was called only for " << Joined(details);
+}
+
+void ExpectAsked(const CheckpointPlan& plan) {
+  Texts interfaces;
+  Texts features;
+  bool isAsked = false;
+  for (const HostCall& cast : Checkpoint::RecordedCasts()) {
+    interfaces.insert(cast.operation);
+    if (cast.operation != plan.withholdInterface) continue;
+    features.insert(std::string("#").append(std::to_string(cast.feature)));
+    isAsked = isAsked || plan.withholdFrom == 0 || plan.withholdFrom == cast.feature;
+  }
+  if (features.empty())
+    ADD_FAILURE() << plan.withholdInterface << " was to be withheld, and no feature was asked for it"
+                  << Meant(plan.withholdInterface, interfaces);
+  else if (!isAsked)
+    ADD_FAILURE() << plan.withholdInterface << " was to be withheld by feature #" << plan.withholdFrom
+                  << ", and only these were asked for it: " << Joined(features);
+}
+
+// A test whose fault is never met would pass for the wrong reason.
+void ExpectReached(const CheckpointPlan& plan) {
+  if (!plan.failNamed.empty()) ExpectCalled(plan);
+  if (!plan.withholdInterface.empty()) ExpectAsked(plan);
+}
+
+}  // namespace
+
 struct UpgradeTest::State {
   DocumentPtr document;
   std::optional<CurrentDocumentScope> current;
+  Texts known;  // identifiers
 };
 
 const HVXUpgradeLibrary& Library() {
@@ -28,6 +95,7 @@ const HVXUpgradeLibrary& Library() {
 
 UpgradeTest::UpgradeTest() : state_(std::make_unique<State>()) {
   InstalledFiles::Use();
+  for (const std::string_view identifier : IdentifiersOf(Library())) AlsoKnown(identifier);
 }
 
 UpgradeTest::~UpgradeTest() {
@@ -40,9 +108,18 @@ void UpgradeTest::Given(std::string_view lines) {
   state_->current.emplace(state_->document);
 }
 
+void UpgradeTest::AlsoKnown(std::string_view identifier) {
+  state_->known.emplace(identifier);
+}
+
 HRESULT UpgradeTest::Upgrade(FeatureId id, std::initializer_list<const char*> identifiers) {
   VLMListValVLMUnicodeString list;
-  for (const char* const identifier : identifiers) list.Append(identifier);
+  for (const char* const identifier : identifiers) {
+    if (!state_->known.contains(identifier))
+      ADD_FAILURE() << "the library has no upgrade \"" << identifier << '"'
+                    << Meant(identifier, state_->known);
+    list.Append(identifier);
+  }
   const HVXIUpgrade_var spUpgrade = As<HVXIUpgrade>(id);
   if (spUpgrade == NULL_var)
     throw std::logic_error("feature #" + std::to_string(id) + " has no upgrade extension");
@@ -51,8 +128,11 @@ HRESULT UpgradeTest::Upgrade(FeatureId id, std::initializer_list<const char*> id
 
 HRESULT UpgradeTest::UpgradeUnder(CheckpointPlan plan, FeatureId id,
                                   std::initializer_list<const char*> identifiers) {
-  const CheckpointScope scope(std::move(plan));
-  return Upgrade(id, identifiers);
+  plan.record = true;
+  const CheckpointScope scope(plan);
+  const HRESULT result = Upgrade(id, identifiers);
+  ExpectReached(plan);
+  return result;
 }
 
 UpgradeTest::CallList UpgradeTest::Calls() {
