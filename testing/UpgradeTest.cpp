@@ -1,5 +1,6 @@
 #include "UpgradeTest.h"
 
+#include <algorithm>
 #include <functional>
 #include <optional>
 #include <set>
@@ -41,7 +42,8 @@ std::string Joined(const Texts& texts) {
   return joined;
 }
 
-void ExpectCalled(const CheckpointPlan& plan) {
+// That the call which was to fail was never made; empty when it was.
+std::string NotCalled(const CheckpointPlan& plan) {
   Texts operations;
   Texts details;
   for (const HostCall& call : Checkpoint::Recorded()) {
@@ -49,35 +51,37 @@ void ExpectCalled(const CheckpointPlan& plan) {
     if (call.operation == plan.failNamed) details.insert(call.detail);
   }
   if (!operations.contains(plan.failNamed))
-    ADD_FAILURE() << plan.failNamed << " was to fail and was never called"
-                  << Meant(plan.failNamed, operations);
-  else if (!plan.failNamedDetail.empty() && !details.contains(plan.failNamedDetail))
-    ADD_FAILURE() << plan.failNamed << " was to fail for " << plan.failNamedDetail
-                  << " and was called only for " << Joined(details);
+    return plan.failNamed + " was to fail and was never called" + Meant(plan.failNamed, operations);
+  if (plan.failNamedDetail.empty() || details.contains(plan.failNamedDetail)) return {};
+  return plan.failNamed + " was to fail for " + plan.failNamedDetail + " and was called only for " +
+         Joined(details);
 }
 
-void ExpectAsked(const CheckpointPlan& plan) {
+// The same of the interface that was to be withheld.
+std::string NotAsked(const CheckpointPlan& plan) {
   Texts interfaces;
   Texts features;
-  bool isAsked = false;
   for (const HostCall& cast : Checkpoint::RecordedCasts()) {
     interfaces.insert(cast.operation);
     if (cast.operation != plan.withholdInterface) continue;
+    if (plan.withholdFrom == 0 || plan.withholdFrom == cast.feature) return {};
     features.insert(std::string("#").append(std::to_string(cast.feature)));
-    isAsked = isAsked || plan.withholdFrom == 0 || plan.withholdFrom == cast.feature;
   }
   if (features.empty())
-    ADD_FAILURE() << plan.withholdInterface << " was to be withheld, and no feature was asked for it"
-                  << Meant(plan.withholdInterface, interfaces);
-  else if (!isAsked)
-    ADD_FAILURE() << plan.withholdInterface << " was to be withheld by feature #" << plan.withholdFrom
-                  << ", and only these were asked for it: " << Joined(features);
+    return plan.withholdInterface + " was to be withheld, and no feature was asked for it" +
+           Meant(plan.withholdInterface, interfaces);
+  return plan.withholdInterface + " was to be withheld by feature #" + std::to_string(plan.withholdFrom) +
+         ", and only these were asked for it: " + Joined(features);
 }
 
-// A test whose fault is never met would pass for the wrong reason.
-void ExpectReached(const CheckpointPlan& plan) {
-  if (!plan.failNamed.empty()) ExpectCalled(plan);
-  if (!plan.withholdInterface.empty()) ExpectAsked(plan);
+// A test whose fault is never met would pass for the wrong reason. Of two faults, the first that is met may
+// keep the other from being met.
+void ExpectMet(const CheckpointPlan& plan) {
+  std::vector<std::string> missed;
+  if (!plan.failNamed.empty()) missed.push_back(NotCalled(plan));
+  if (!plan.withholdInterface.empty()) missed.push_back(NotAsked(plan));
+  if (std::ranges::count(missed, "") != 0) return;
+  for (const std::string& each : missed) ADD_FAILURE() << each;
 }
 
 }  // namespace
@@ -131,7 +135,7 @@ HRESULT UpgradeTest::UpgradeUnder(CheckpointPlan plan, FeatureId id,
   plan.record = true;
   const CheckpointScope scope(plan);
   const HRESULT result = Upgrade(id, identifiers);
-  ExpectReached(plan);
+  ExpectMet(plan);
   return result;
 }
 

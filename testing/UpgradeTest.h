@@ -63,7 +63,7 @@ class UpgradeTest : public testing::Test {
 
   /// The same while the host follows `plan`, whatever that says of recording. What it recorded stays in
   /// `Calls()`. The test fails when the call that was to fail was never made, or no feature was asked for the
-  /// interface that was to be withheld: it would see nothing of what it is about.
+  /// interface that was to be withheld: it would see nothing of what it is about. Of both, one is enough.
   HRESULT UpgradeUnder(standalone::CheckpointPlan plan, FeatureId id,
                        std::initializer_list<const char*> identifiers);
 

@@ -35,9 +35,10 @@ std::string FaultOfOpening(const fs::path& file) {
     return {};
   }
   const int error = errno;
-  return CannotBeLoaded(std::strerror(error), error == EACCES
-                                                  ? "Give yourself the right to read it, or give another file"
-                                                  : "Check the path");
+  std::string_view advice = "Mend that, and try again";
+  if (error == EACCES) advice = "Give yourself the right to read it, or give another file";
+  if (error == ENOENT || error == ENOTDIR || error == ELOOP) advice = "Check the path";
+  return CannotBeLoaded(std::strerror(error), advice);
 }
 
 // That of the library in which this function is.
@@ -71,8 +72,9 @@ std::string FaultOfHeader(const fs::path& file) {
   const std::uintmax_t size = fs::file_size(file, error);
   std::ifstream stream(file, std::ios::binary);
   Header header{};
-  if (!error && size == 0) return CannotBeLoaded("the file is empty", "Reinstall it");
   stream.read(reinterpret_cast<char*>(&header), sizeof header);
+  if (error || !stream.is_open() || stream.bad()) return {};  // which the loader tells
+  if (size == 0) return CannotBeLoaded("the file is empty", "Reinstall it");
   if (stream.gcount() < SELFMAG || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0)
     return CannotBeLoaded(kNoLibrary, "Give another file");
   const Header& own = OwnHeader();
@@ -81,8 +83,7 @@ std::string FaultOfHeader(const fs::path& file) {
                  header.e_machine != own.e_machine))
     return CannotBeLoaded("it was built for another kind of processor",
                           "Install or build the one for this machine");
-  if (!stream || error || IsCutOff(stream, header, size))
-    return CannotBeLoaded("the file is cut off", "Reinstall it");
+  if (!stream || IsCutOff(stream, header, size)) return CannotBeLoaded("the file is cut off", "Reinstall it");
   if (header.e_type != ET_DYN) return CannotBeLoaded(kNoLibrary, "Link it as one (-shared)");
   return {};
 }

@@ -137,7 +137,7 @@ TEST_F(LibrariesTest, AnOrderMayNameUpgradesOfOtherLibraries) {
   EXPECT_EQ(Ran({a, b}), "B;A;");
   EXPECT_THAT(Content(Path("new.hvxdoc")), HasSubstr(R"("upgrades":["OfA","OfB"])"));
   // Of a library that is not there, an order makes nothing known.
-  EXPECT_THAT(RunWith({a}, {"identifiers"}).out, Not(HasSubstr("OfB")));
+  EXPECT_THAT(RunWith({a}, {"identifiers", "--json"}).out, Not(HasSubstr("OfB")));
 }
 
 TEST_F(LibrariesTest, TheHeaderTellsWhichLibraryUpgradesCameFrom) {
