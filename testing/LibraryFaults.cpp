@@ -1,12 +1,16 @@
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <set>
 #include <utility>
 
 #include "Documents.h"
 #include "UpgradeTest.h"
 #include "adapters/FeatureAdapter.h"
+#include "session/InstalledFiles.h"
 #include "session/Session.h"
+#include "upgrade/LibraryTables.h"
+#include "upgrade/UpgradeLibrary.h"
 #include "workbench/HVXIUpgrade.h"
 
 namespace testing_support {
@@ -16,6 +20,22 @@ using namespace standalone;
 namespace {
 
 using Faults = std::vector<std::string>;
+
+bool IsSentence(const char* text) {
+  return text != nullptr && std::string_view(text).ends_with('.');
+}
+
+void CheckRows(const HVXUpgradeClass& upgradeClass, Faults& faults) {
+  std::set<std::string_view> tested;
+  for (const HVXUpgradeBinding& row : upgradeClass.bindings) {
+    const std::string place = std::string(upgradeClass.name) + ": " + row.identifier.ConvertToChar();
+    const bool isFirst = tested.insert(row.identifier.View()).second;
+    if (!isFirst && upgradeClass.matching == HVXMatching::kFirstMatch)
+      faults.push_back(place + " has a second row, which is never reached (HVXMatching::kFirstMatch)");
+    if (row.harmless != nullptr && !IsSentence(row.harmless))
+      faults.push_back(place + " does not tell as a sentence why a failure is harmless");
+  }
+}
 
 void CheckIdentifiers(const HVXUpgradeLibrary& library, Faults& faults) {
   std::set<std::string_view> listed;
@@ -29,11 +49,11 @@ void CheckIdentifiers(const HVXUpgradeLibrary& library, Faults& faults) {
     const std::string row = std::string(owner) + ": " + identifier.ConvertToChar();
     if (!listed.contains(identifier.View()))
       faults.push_back(row + " is not among the identifiers, so that it has no place in the order");
-    if (purpose == nullptr || !std::string_view(purpose).ends_with('.'))
-      faults.push_back(row + " does not tell its purpose as a sentence");
+    if (!IsSentence(purpose)) faults.push_back(row + " does not tell its purpose as a sentence");
   };
   for (const HVXUpgradeClass* const each : library.classes) {
     for (const HVXUpgradeBinding& row : each->bindings) checkRow(each->name, row.identifier, row.purpose);
+    CheckRows(*each, faults);
   }
   for (const HVXDocumentUpgrade& each : library.documentUpgrades)
     checkRow("the conversions of documents", each.identifier, each.purpose);
@@ -86,6 +106,7 @@ void CheckExtension(const HVXUpgradeLibrary& library, const HVXUpgradeClass& upg
 void CheckClasses(const HVXUpgradeLibrary& library, Faults& faults) {
   std::map<std::pair<std::string_view, std::uint64_t>, const char*> extended;
   for (const HVXUpgradeClass* const each : library.classes) {
+    if (each->lateTypes.empty()) faults.push_back(std::string(each->name) + " extends no late type");
     for (const char* const lateType : each->lateTypes) {
       const auto [first, isNew] = extended.try_emplace({lateType, each->interface.Value()}, each->name);
       if (isNew) {
@@ -98,15 +119,57 @@ void CheckClasses(const HVXUpgradeLibrary& library, Faults& faults) {
   }
 }
 
+// Asks for the built-in library only when it must.
+class KnownUpgrades {
+ public:
+  KnownUpgrades(const HVXUpgradeLibrary& library, std::initializer_list<std::string_view> alsoKnown)
+      : known_(IdentifiersOf(library)) {
+    known_.insert(alsoKnown.begin(), alsoKnown.end());
+  }
+
+  [[nodiscard]] bool Contain(std::string_view identifier) {
+    if (known_.contains(identifier)) return true;
+    if (!builtIn_) builtIn_.emplace(InstalledFiles::UpgradeLibraryFile());
+    return IdentifiersOf(builtIn_->Description()).contains(identifier);
+  }
+
+ private:
+  std::set<std::string_view> known_;
+  std::optional<UpgradeLibrary> builtIn_;
+};
+
+void CheckOrders(const HVXUpgradeLibrary& library, std::initializer_list<std::string_view> alsoKnown,
+                 Faults& faults) {
+  KnownUpgrades known(library, alsoKnown);
+  std::set<std::pair<std::string_view, std::string_view>> told;
+  for (const HVXUpgradeOrder& order : library.orders) {
+    const std::string text =
+        std::string("the order of ") + order.first.ConvertToChar() + " before " + order.then.ConvertToChar();
+    if (!told.emplace(order.first.View(), order.then.View()).second) faults.push_back(text + " stands twice");
+    if (!IsSentence(order.reason)) faults.push_back(text + " does not tell its reason as a sentence");
+    for (const std::string_view each : {order.first.View(), order.then.View()}) {
+      if (!known.Contain(each))
+        faults.push_back(text + " names " + std::string(each) + ", which no library has");
+    }
+  }
+  std::string circle;
+  for (const std::string_view each : CircleOfOrders({&library})) circle += std::string(each) + " before ";
+  if (!circle.empty())
+    faults.push_back("the orders contradict each other: " + circle +
+                     circle.substr(0, circle.find(" before ")));
+}
+
 }  // namespace
 
-std::vector<std::string> FaultsOf(const HVXUpgradeLibrary& library) {
+std::vector<std::string> FaultsOf(const HVXUpgradeLibrary& library,
+                                  std::initializer_list<std::string_view> alsoKnown) {
   Faults faults;
   if (library.name == nullptr || *library.name == '\0') faults.emplace_back("the library has no name");
   if (library.version == nullptr || *library.version == '\0')
     faults.emplace_back("the library has no version");
   CheckIdentifiers(library, faults);
   CheckClasses(library, faults);
+  CheckOrders(library, alsoKnown, faults);
   return faults;
 }
 

@@ -31,9 +31,12 @@ const HVXUpgradeLibrary& Library();
 
 /// What is wrong with how a loaded library describes itself, one sentence a fault; empty for a sound library.
 /// It looks for identifiers that nothing answers, that have no place in the order or stand in it twice, for
-/// rows that do not tell their purpose, late types that two classes extend with one interface, and late types
-/// whose features do not get their extension, or get one that acts on what is not its own.
-std::vector<std::string> FaultsOf(const HVXUpgradeLibrary& library);
+/// rows that do not tell their purpose or are never reached, late types that two classes extend with one
+/// interface, late types whose features do not get their extension, or get one that acts on what is not its
+/// own, and for orders that contradict each other, tell no reason, or name an upgrade that neither this
+/// library nor the built-in one has. Those of other libraries that they name are told as `alsoKnown`.
+std::vector<std::string> FaultsOf(const HVXUpgradeLibrary& library,
+                                  std::initializer_list<std::string_view> alsoKnown = {});
 
 /// A small document to upgrade. A test states the old state as lines of a document, runs identifiers on a
 /// feature, and states the new state as lines.
@@ -50,14 +53,21 @@ class UpgradeTest : public testing::Test {
   /// current one until the test ends.
   void Given(std::string_view lines);
 
-  /// Hands the identifiers to the upgrade extension of feature `id`, as a version manager does.
+  /// Lets the test hand over an identifier that is not in the tables of the library: one of another library,
+  /// or of none, on purpose.
+  void AlsoKnown(std::string_view identifier);
+
+  /// Hands the identifiers to the upgrade extension of feature `id`, as a version manager does. The test
+  /// fails when the library has no upgrade of that name, unless it is among those `AlsoKnown`.
   HRESULT Upgrade(FeatureId id, std::initializer_list<const char*> identifiers);
 
-  /// The same while the host follows `plan`. What it recorded stays in `Calls()`.
+  /// The same while the host follows `plan`, whatever that says of recording. What it recorded stays in
+  /// `Calls()`. The test fails when the call that was to fail was never made, or no feature was asked for the
+  /// interface that was to be withheld: it would see nothing of what it is about. Of both, one is enough.
   HRESULT UpgradeUnder(standalone::CheckpointPlan plan, FeatureId id,
                        std::initializer_list<const char*> identifiers);
 
-  /// The host calls of the last `UpgradeUnder` whose plan recorded, as "operation #feature detail".
+  /// The host calls of the last `UpgradeUnder`, as "operation #feature detail".
   [[nodiscard]] static CallList Calls();
   /// Those of them that begin with `prefix`.
   [[nodiscard]] static CallList Calls(std::string_view prefix);

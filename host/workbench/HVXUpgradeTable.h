@@ -101,7 +101,7 @@ struct HVXUpgradeLibrary {
   std::span<const VLMUnicodeString> identifiers;  ///< All that it knows of, oldest first.
   std::span<const HVXUpgradeClass* const> classes;
   std::span<const HVXDocumentUpgrade> documentUpgrades;
-  std::span<const HVXUpgradeOrder> orders;  ///< May name identifiers of other libraries.
+  std::span<const HVXUpgradeOrder> orders;  ///< Each is about one of its own, at least.
   /// Gives the place where a version manager puts the observer of the library's dispatch, and null when it is
   /// done. Each thread has a place of its own. Null for a library that cannot be observed.
   HVXUpgradeObserver** (*observer)() = nullptr;

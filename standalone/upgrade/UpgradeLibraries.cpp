@@ -14,6 +14,7 @@
 
 #include "base/VLMRegistry.h"
 #include "upgrade/BuiltInLibrary.h"
+#include "upgrade/LibraryTables.h"
 #include "workbench/HVXIUpgrade.h"
 
 namespace standalone {
@@ -152,8 +153,8 @@ class Pair {
 
   void RefuseSharedIdentifiers() const {
     if (areContinued_) return;
-    const std::set<std::string_view> others = IdentifiersOf(first_);
-    for (const std::string_view identifier : IdentifiersOf(second_)) {
+    const std::set<std::string_view> others = IdentifiersOf(first_.Description());
+    for (const std::string_view identifier : IdentifiersOf(second_.Description())) {
       if (others.contains(identifier))
         RefuseUncontinued(
             fmt::format("have the upgrade {}. A document that was through the one would count as having been "
@@ -173,17 +174,6 @@ class Pair {
     }
   }
 
-  static std::set<std::string_view> IdentifiersOf(const UpgradeLibrary& library) {
-    std::set<std::string_view> all;
-    const HVXUpgradeLibrary& description = library.Description();
-    for (const VLMUnicodeString& each : description.identifiers) all.insert(each.View());
-    for (const HVXUpgradeClass* const upgradeClass : description.classes) {
-      for (const HVXUpgradeBinding& binding : upgradeClass->bindings) all.insert(binding.identifier.View());
-    }
-    for (const HVXDocumentUpgrade& each : description.documentUpgrades) all.insert(each.identifier.View());
-    return all;
-  }
-
   [[noreturn]] void RefuseUncontinued(const std::string& what) const {
     Refuse(what, fmt::format("; or, if {} was written to be used with {}, name that in the .continues of its "
                              "description",
@@ -200,6 +190,26 @@ class Pair {
   bool areContinued_;
 };
 
+// Which of the upgrades ran first would be chance.
+void RefuseContradictingOrders(const Loaded& libraries,
+                               const std::vector<const HVXUpgradeLibrary*>& descriptions) {
+  std::vector<std::string_view> circle = CircleOfOrders(descriptions);
+  if (circle.empty()) return;
+  const auto isInCircle = [&circle](const HVXUpgradeOrder& order) {
+    const auto first = std::ranges::find(circle, order.first.View());
+    if (first == circle.end()) return false;
+    return order.then.View() == (std::next(first) == circle.end() ? circle.front() : *std::next(first));
+  };
+  std::vector<std::string> wanting;
+  for (const auto& library : libraries) {
+    if (std::ranges::any_of(library->Description().orders, isInCircle)) wanting.push_back(NameOf(*library));
+  }
+  circle.push_back(circle.front());
+  throw std::runtime_error(fmt::format("the orders of {} contradict each other: {}. Correct them{}",
+                                       fmt::join(wanting, " and "), fmt::join(circle, " before "),
+                                       wanting.size() == 1 ? "" : ", or leave one of the libraries out"));
+}
+
 // Other libraries of this process may extend the same late types, and a cast would give their extensions.
 void RefuseRivals(const Loaded& libraries) {
   std::set<std::pair<std::string_view, std::uint64_t>> settled;
@@ -207,7 +217,13 @@ void RefuseRivals(const Loaded& libraries) {
     for (const HVXUpgradeClass* const each : library->Description().classes) {
       for (const std::string_view lateType : each->lateTypes) {
         if (!settled.emplace(lateType, each->interface.Value()).second) continue;
-        if (VLMMetaClass::LateType(lateType).FindTie(each->interface) == each->createTIE) continue;
+        const VLMCreateTIE found = VLMMetaClass::LateType(lateType).FindTie(each->interface);
+        if (found == each->createTIE) continue;
+        if (found == nullptr)
+          throw std::runtime_error(fmt::format(
+              "{}: the upgrade library describes {} for {} and never declared it, so that no feature would "
+              "have it. Give its HVXUpgradeDeclarations the same classes as its description",
+              library->File().string(), each->name, lateType));
         throw std::runtime_error(
             fmt::format("{} extends {} with {}, and so does another upgrade library of this process, whose "
                         "extension would be used. Let go of that one first, with the documents that it "
@@ -229,6 +245,7 @@ UpgradeLibraries::UpgradeLibraries(const std::vector<fs::path>& files) {
     for (std::size_t first = second; first-- > 0;) Pair(*libraries_[first], *libraries_[second]).Settle();
   }
   RefuseRivals(libraries_);
+  RefuseContradictingOrders(libraries_, Descriptions());
 }
 
 std::vector<const HVXUpgradeLibrary*> UpgradeLibraries::Descriptions() const {
@@ -240,6 +257,9 @@ std::vector<const HVXUpgradeLibrary*> UpgradeLibraries::Descriptions() const {
 
 std::vector<fs::path> PluginsIn(const fs::path& folder) {
   std::error_code error;
+  if (fs::is_regular_file(folder, error))
+    throw std::runtime_error(
+        fmt::format("{}: this is a file, not a folder of plug-ins. --library takes files", folder.string()));
   std::vector<fs::path> files;
   fs::directory_iterator entries(folder, error);
   for (const fs::directory_iterator end; !error && entries != end; entries.increment(error)) {

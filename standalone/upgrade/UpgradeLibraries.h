@@ -17,8 +17,8 @@ class UpgradeLibraries {
  public:
   /// Loads the files; one that is given twice, also under another name, once. Throws `std::runtime_error`,
   /// which names the files and what to do, when one cannot be loaded (`UpgradeLibrary`), or when they do not
-  /// go together: two have one name, one continues another that is not there, or two claim the same without
-  /// one continuing the other.
+  /// go together: two have one name, one continues another that is not there, two claim the same without one
+  /// continuing the other, or their orders of upgrades contradict each other.
   explicit UpgradeLibraries(const std::vector<std::filesystem::path>& files);
 
   /// In their order.

@@ -11,7 +11,8 @@ namespace standalone {
 class UpgradeLibrary {
  public:
   /// Throws `std::runtime_error`, which names the file and what to do, when it cannot be loaded, is no
-  /// upgrade library, or was built for another interface than that of `HVXUpgradeTable.h` here.
+  /// upgrade library, was built for another interface than that of `HVXUpgradeTable.h` here, or has tables
+  /// that nobody could work with. One that ends the program meanwhile is named (`LoadGuard`).
   explicit UpgradeLibrary(const std::filesystem::path& file);
   ~UpgradeLibrary();
   UpgradeLibrary(const UpgradeLibrary&) = delete;
@@ -23,7 +24,7 @@ class UpgradeLibrary {
 
  private:
   std::filesystem::path file_;
-  void* handle_;
+  void* handle_ = nullptr;
   const HVXUpgradeLibrary* description_ = nullptr;
 };
 

@@ -250,6 +250,7 @@ TEST_F(HVXEContactConnectionEnhancementUpgrageTest, SurfaceSmoothingIsAddedOnceA
 
 TEST_F(HVXEContactConnectionEnhancementUpgrageTest, FailedRoutineDoesNotKeepTheNextIdentifierFromRunning) {
   GivenContact({});  // without a control to reset
+  AlsoKnown("Unknown");
   EXPECT_EQ(UpgradeUnder(Withholding("VLMISamAnalysisSupport", 10), 10,
                          {"UpgradeReAutomaticOverclosureTolerancesInContactPair",
                           "UpgCCPToGACOrConstraintAsSupp", "Unknown", "UpgradeContactWithSurfSmoothParam"}),

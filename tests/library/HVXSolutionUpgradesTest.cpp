@@ -58,6 +58,8 @@ TEST_F(HVXESolCaseUpgradeTest, WhatIsMissingIsPassedOver) {
 
 TEST_F(HVXESolCaseUpgradeTest, FailsWithoutAMatchAndOtherwiseGivesTheLastResult) {
   const std::string before = Lines();
+  AlsoKnown("upgradeanalysiscase");
+  AlsoKnown("Other");
   EXPECT_EQ(Upgrade(4, {}), E_FAIL);
   EXPECT_EQ(Upgrade(4, {"UpgradeThermalSolutionStep", "upgradeanalysiscase"}), E_FAIL);
   EXPECT_EQ(UpgradeUnder(Withholding("HVXIAnalysisCaseSolution", 4), 4, {"UpgradeAnalysisCase"}), E_FAIL);

@@ -169,6 +169,7 @@ TEST_F(SonsListTest, InitialVelocityKeepsItsFirstThreeSonsAndWhatIsNoComponent) 
 
 TEST_F(SonsListTest, InitialVelocityGivesTheResultOfItsFirstRunOnly) {
   GivenSons("HVXInitialVelocityLT", {"a"});
+  AlsoKnown("Other");
   EXPECT_EQ(UpgradeUnder(
                 Failing("VLMISamUpgrade::Upgrade", "", -77), 2,
                 {"Other", "UpgradeInitialVelocityBasicComponents", "UpgradeInitialVelocityBasicComponents"}),

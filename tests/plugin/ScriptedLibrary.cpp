@@ -2,17 +2,25 @@
 //   name NAME            version VERSION          continues NAME          order FIRST THEN
 //   type LATETYPE        interface INTERFACE      conversion IDENTIFIER   lists IDENTIFIER
 //   upgrade IDENTIFIER   fails IDENTIFIER         removes IDENTIFIER
+//   rival LATETYPE       undeclared               ends WHEN HOW
 // Its routines append the library's name to the feature's attribute "Ran"; one that fails does so afterwards.
+// A rival is a second class. What is undeclared the host is not told of. WHEN is "loading", "asked" (for the
+// description) or "unloading"; HOW is "throws", "exits", "aborts", "crashes" or "recurses".
 // Copies of the library are different libraries.
 
 #include <dlfcn.h>
 
+#include <cstdint>
+#include <cstdlib>
 #include <deque>
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <span>
 #include <sstream>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "HVXUpgradeExtension.h"
@@ -63,7 +71,28 @@ struct Script {
   std::vector<HVXUpgradeOrder> orders;
   std::optional<HVXUpgradeClass> upgradeClass;
   std::vector<const HVXUpgradeClass*> classes;
+  std::vector<const char*> rivalTypes;
+  std::optional<HVXUpgradeClass> rival;
+  bool isDeclared = true;
+  std::string endsWhen;
+  std::string endsHow;
 };
+
+// No call of it is the last thing done, so that it needs stack.
+int Recurse(volatile int* depth) {
+  volatile int next = *depth + 1;
+  return next < 0 ? 0 : Recurse(&next) + next;
+}
+
+void EndProgram(const std::string& how) {
+  volatile int none = 0;
+  volatile std::uintptr_t nowhere = alignof(int);
+  if (how == "throws") throw std::runtime_error("no\nlicence");
+  if (how == "exits") std::exit(0);
+  if (how == "aborts") std::abort();
+  if (how == "crashes") *reinterpret_cast<volatile int*>(nowhere) = 0;
+  if (how == "recurses") std::exit(Recurse(&none));
+}
 
 HRESULT Convert(const VLMListValVLMUnicodeString& /*identifiers*/,
                 const VLMListValVLMISpecObject_var& /*features*/) {
@@ -101,18 +130,27 @@ Script::Script() {
     if (what == "upgrade") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::Run>);
     if (what == "fails") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::RunAndFail>);
     if (what == "removes") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::Remove>);
+    if (what == "undeclared") isDeclared = false;
+    if (what == "rival") rivalTypes.push_back(next());
+    if (what == "ends") words >> endsWhen >> endsHow;
     if (what == "order") {
       const char* const first = next();
       orders.push_back({first, next(), "The test says so."});
     }
   }
-  if (lateTypes.empty()) return;
-  upgradeClass = HVXUpgradeClass{.name = texts.emplace_back(std::string(name) + "Class").c_str(),
-                                 .interface = InterfaceOf(interface),
-                                 .lateTypes = lateTypes,
-                                 .bindings = bindings,
-                                 .createTIE = &ScriptedUpgrade::CreateTIE};
-  classes.push_back(&*upgradeClass);
+  const auto add = [this](std::optional<HVXUpgradeClass>& place, const HVXUpgradeClass& added) {
+    if (!added.lateTypes.empty()) classes.push_back(&place.emplace(added));
+  };
+  add(upgradeClass, {.name = texts.emplace_back(std::string(name) + "Class").c_str(),
+                     .interface = InterfaceOf(interface),
+                     .lateTypes = lateTypes,
+                     .bindings = bindings,
+                     .createTIE = &ScriptedUpgrade::CreateTIE});
+  add(rival, {.name = "Rival",
+              .interface = HVXIUpgrade::kId,
+              .lateTypes = rivalTypes,
+              .bindings = {},
+              .createTIE = &ScriptedUpgrade::CreateTIE});
 }
 
 const Script& TheScript() {
@@ -120,7 +158,19 @@ const Script& TheScript() {
   return script;
 }
 
-const HVXUpgradeDeclarations declarations(TheScript().name, TheScript().classes);
+const HVXUpgradeDeclarations declarations(TheScript().name,
+                                          TheScript().isDeclared
+                                              ? std::span<const HVXUpgradeClass* const>(TheScript().classes)
+                                              : std::span<const HVXUpgradeClass* const>());
+
+struct End {
+  End() { At("loading"); }
+  ~End() { At("unloading"); }
+  static void At(std::string_view when) {
+    if (TheScript().endsWhen == when) EndProgram(TheScript().endsHow);
+  }
+};
+const End end;
 
 HRESULT ScriptedUpgrade::Upgrade(const VLMListValVLMUnicodeString& identifiers) {
   return Dispatch(*TheScript().upgradeClass, identifiers);
@@ -147,6 +197,7 @@ const VLMLibrary& HVXThisLibrary() {
 }
 
 const HVXUpgradeLibrary* HVXGetUpgradeLibrary() {
+  End::At("asked");
   static const HVXUpgradeLibrary library = {
       .name = TheScript().name,
       .version = TheScript().version,

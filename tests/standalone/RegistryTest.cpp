@@ -3,6 +3,9 @@
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 
+#include <csignal>
+#include <cstdlib>
+#include <exception>
 #include <optional>
 
 #include "adapters/FeatureAdapter.h"
@@ -11,6 +14,7 @@
 #include "modeler/VLMISpecObject.h"
 #include "support/TempFolder.h"
 #include "support/UpgradeFixture.h"
+#include "upgrade/LoadGuard.h"
 #include "upgrade/UpgradeLibrary.h"
 #include "workbench/HVXIUpgrade.h"
 
@@ -150,6 +154,25 @@ TEST(LibraryDeathTest, UnloadingTheUpgradeLibraryLeavesNothingRegistered) {
         std::exit(0);
       },
       testing::ExitedWithCode(0), "");
+}
+
+// A program that crashes must find its own handlers, also while another thread still loads something.
+TEST(LibraryTest, LoadingLeavesTheHandlersOfTheProgramAsTheyWere) {
+  const auto former = std::signal(SIGFPE, SIG_IGN);
+  const auto formerTerminate = std::set_terminate(&std::abort);
+  stack_t before{};
+  ASSERT_EQ(sigaltstack(nullptr, &before), 0);
+  const std::filesystem::path file = "other.so";
+  {
+    const LoadGuard other(file, LoadGuard::Work::kLoading);
+    const UpgradeLibrary library(testing_support::TestLibraryFile());
+    EXPECT_NE(std::get_terminate(), &std::abort);
+  }
+  EXPECT_EQ(std::signal(SIGFPE, former), SIG_IGN);
+  EXPECT_EQ(std::set_terminate(formerTerminate), &std::abort);
+  stack_t after{};
+  ASSERT_EQ(sigaltstack(nullptr, &after), 0);
+  EXPECT_EQ(after.ss_flags, before.ss_flags);
 }
 
 TEST(LibraryTest, WhatIsNoUpgradeLibraryIsRefusedByName) {

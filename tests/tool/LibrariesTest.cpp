@@ -1,11 +1,10 @@
 // Several upgrade libraries together, and documents that were through upgrades of one that is not loaded.
 
 #include <gmock/gmock.h>
-#include <sys/stat.h>
 
 #include <cstdlib>
 
-#include "ToolRun.h"
+#include "PluginRun.h"
 
 namespace tool_testing {
 namespace {
@@ -20,38 +19,8 @@ constexpr std::string_view kBolts = R"({"id":1,"type":"SAMContainer","name":"Roo
 )";
 constexpr const char* kAcme = "name Acme\nversion 3.1\ntype AcmeBoltLT\nupgrade AcmeBolt\n";
 
-class LibrariesTest : public ToolTest {
+class LibrariesTest : public PluginTest {
  protected:
-  LibrariesTest() { unsetenv("HVXUPGRADE_PLUGINS"); }
-  ~LibrariesTest() override { unsetenv("HVXUPGRADE_PLUGINS"); }
-
-  // A library that is as `script` says.
-  std::string Library(const std::string& name, std::string_view script) const {
-    const std::string file = Path(name);
-    fs::create_directories(fs::path(file).parent_path());
-    fs::copy_file(SCRIPTED_LIBRARY, file, fs::copy_options::overwrite_existing);
-    Put(file + ".txt", script);
-    return file;
-  }
-  // The same without the program's own.
-  [[nodiscard]] Ended RunWith(const std::vector<std::string>& libraries, std::vector<std::string> command,
-                              bool withBuiltIn = false) const {
-    std::vector<std::string> arguments;
-    if (!withBuiltIn) arguments.emplace_back("--no-default-library");
-    for (const std::string& each : libraries) arguments.insert(arguments.end(), {"--library", each});
-    arguments.insert(arguments.end(), command.begin(), command.end());
-    return Run(arguments);
-  }
-  void ExpectRefused(const std::vector<std::string>& libraries, const testing::Matcher<std::string>& why,
-                     bool withBuiltIn = false) const {
-    // However they are given.
-    for (const std::vector<std::string>& order :
-         {libraries, std::vector<std::string>(libraries.rbegin(), libraries.rend())}) {
-      const Ended ended = RunWith(order, {"identifiers"}, withBuiltIn);
-      EXPECT_EQ(ended.code, 3);
-      EXPECT_THAT(ended.err, why);
-    }
-  }
   // What the routines of the libraries left at the bolt of a document that was upgraded by them.
   [[nodiscard]] std::string Ran(const std::vector<std::string>& libraries) {
     const std::string file = Document("bolts.hvxdoc", kBolts);
@@ -93,27 +62,6 @@ TEST_F(LibrariesTest, LibrariesComeFromOptionsFoldersAndTheEnvironment) {
   const Ended none = Run({"--no-default-library", "identifiers"});
   EXPECT_EQ(none.code, 2);
   EXPECT_THAT(none.err, HasSubstr("give one with --library or --plugins"));
-}
-
-TEST_F(LibrariesTest, WhatIsNoLibraryIsToldByItsName) {
-  const auto complaint = [this](std::vector<std::string> arguments) {
-    arguments.emplace_back("identifiers");
-    const Ended ended = Run(arguments);
-    EXPECT_EQ(ended.code, 3);
-    return ended.err;
-  };
-  EXPECT_THAT(complaint({"--plugins", Path("none")}), HasSubstr(Path("none") + ": the folder of plug-ins"));
-  ASSERT_EQ(mkfifo(Path("pipe.so").c_str(), 0600), 0);
-  EXPECT_THAT(complaint({"--library", Path("pipe.so")}), HasSubstr("pipe.so: this is not a regular file"));
-  fs::create_directories(Path("plugins"));
-  Put(Path("plugins/text.so"), "text");
-  EXPECT_THAT(complaint({"--plugins", Path("plugins")}),
-              HasSubstr("plugins/text.so: the upgrade library cannot"));
-  EXPECT_THAT(complaint({"--library", Path("plugins")}), HasSubstr("--plugins takes folders"));
-  const std::string nameless = Library("nameless.so", "name \n");
-  EXPECT_THAT(complaint({"--library", nameless}), HasSubstr("nameless.so: the upgrade library has no name"));
-  setenv("HVXUPGRADE_PLUGINS", Path("gone").c_str(), 1);
-  EXPECT_THAT(complaint({}), HasSubstr("gone: the folder of plug-ins cannot be read"));
 }
 
 TEST_F(LibrariesTest, LibrariesThatClaimTheSameAreRefused) {
@@ -189,7 +137,7 @@ TEST_F(LibrariesTest, AnOrderMayNameUpgradesOfOtherLibraries) {
   EXPECT_EQ(Ran({a, b}), "B;A;");
   EXPECT_THAT(Content(Path("new.hvxdoc")), HasSubstr(R"("upgrades":["OfA","OfB"])"));
   // Of a library that is not there, an order makes nothing known.
-  EXPECT_THAT(RunWith({a}, {"identifiers"}).out, Not(HasSubstr("OfB")));
+  EXPECT_THAT(RunWith({a}, {"identifiers", "--json"}).out, Not(HasSubstr("OfB")));
 }
 
 TEST_F(LibrariesTest, TheHeaderTellsWhichLibraryUpgradesCameFrom) {

@@ -82,6 +82,20 @@ std::vector<std::string> SharedTexts(const KnownUpgrade& known) {
   return texts;
 }
 
+// Orders that do not count, since one of the two upgrades is of no loaded library.
+void AppendIdleOrders(fmt::memory_buffer& out, const VersionManager& manager) {
+  auto to = std::back_inserter(out);
+  for (const HVXUpgradeLibrary* const library : manager.Libraries()) {
+    for (const HVXUpgradeOrder& order : library->orders) {
+      for (const std::string_view each : {order.first.View(), order.then.View()}) {
+        if (manager.Find(each) != nullptr) continue;
+        fmt::format_to(to, "     {} orders {} before {}; no library that is loaded has {}\n", library->name,
+                       order.first.View(), order.then.View(), each);
+      }
+    }
+  }
+}
+
 void AppendList(fmt::memory_buffer& out, const VersionManager& manager,
                 const std::vector<const KnownUpgrade*>& chosen) {
   auto to = std::back_inserter(out);
@@ -104,6 +118,7 @@ void AppendList(fmt::memory_buffer& out, const VersionManager& manager,
         to, "     The host's upgrade of basic components ({}), which conversions call\n       {} [{}]\n",
         hostUpgrade->interface.Name(), LateTypes(*hostUpgrade), hostUpgrade->name);
   }
+  AppendIdleOrders(out, manager);
   fmt::format_to(to,
                  "\nEach line: the late types, what happens to their features [the class: on failure].\n");
   for (const FailurePolicy& policy : FailurePolicies())

@@ -13,6 +13,7 @@
 #include "session/FeatureCatalogs.h"
 #include "session/Messages.h"
 #include "settings/UsageError.h"
+#include "terminal/Terminal.h"
 
 namespace tool {
 namespace {
@@ -31,23 +32,44 @@ fs::path DefaultLibrary() {
   return fs::exists(installed) ? installed : Prefix() / "lib" / kLibraryName;
 }
 
+// A folder that holds no upgrade library was meant to be another one.
+std::vector<fs::path> PluginsGivenIn(const fs::path& folder) {
+  std::vector<fs::path> files = standalone::PluginsIn(folder);
+  if (files.empty())
+    throw std::runtime_error(
+        fmt::format("{}: this folder of plug-ins holds no upgrade library (*.so). Give the folder that they "
+                    "are in, or leave out --plugins",
+                    folder.string()));
+  return files;
+}
+
+// The variable is set for all users of a machine, who did not choose the folder. One that holds nothing yet,
+// or no more, stops nobody; it is told, since their documents would lack the upgrades.
+std::vector<fs::path> PluginsNamedIn(const fs::path& folder) try {
+  std::vector<fs::path> files = standalone::PluginsIn(folder);
+  if (files.empty())
+    Complain(fmt::format("{} names {}, a folder that holds no upgrade library (*.so)", kPluginsVariable,
+                         folder.string()));
+  return files;
+} catch (const std::runtime_error& error) {
+  throw std::runtime_error(fmt::format("{}: {}", kPluginsVariable, error.what()));
+}
+
 // The folders that the environment names stand before those of the command line. In which order libraries are
 // given decides nothing but which of several faults is told first.
 std::vector<fs::path> LibraryFilesOf(const Places& places) {
-  std::vector<fs::path> folders;
+  std::vector<fs::path> files;
+  const auto append = [&files](const std::vector<fs::path>& more) {
+    files.insert(files.end(), more.begin(), more.end());
+  };
+  if (places.defaultLibrary) files.push_back(DefaultLibrary());
   const char* const variable = std::getenv(kPluginsVariable);
   std::istringstream named(variable == nullptr ? "" : variable);
   for (std::string folder; std::getline(named, folder, ':');) {
-    if (!folder.empty()) folders.emplace_back(folder);
+    if (!folder.empty()) append(PluginsNamedIn(folder));
   }
-  folders.insert(folders.end(), places.plugins.begin(), places.plugins.end());
-  std::vector<fs::path> files;
-  if (places.defaultLibrary) files.push_back(DefaultLibrary());
-  for (const fs::path& folder : folders) {
-    const std::vector<fs::path> plugins = standalone::PluginsIn(folder);
-    files.insert(files.end(), plugins.begin(), plugins.end());
-  }
-  files.insert(files.end(), places.libraries.begin(), places.libraries.end());
+  for (const fs::path& folder : places.plugins) append(PluginsGivenIn(folder));
+  append(places.libraries);
   if (files.empty())
     throw UsageError("--no-default-library leaves no upgrade library: give one with --library or --plugins");
   return files;
@@ -77,6 +99,11 @@ Installation::Installation(const Places& places) {
   standalone::Messages::RequireComplete(DataFolder(places) / "messages", "en");
   libraries_ = std::make_unique<standalone::UpgradeLibraries>(LibraryFilesOf(places));
   manager_ = std::make_unique<standalone::VersionManager>(libraries_->Descriptions());
+}
+
+// A library that ends the program while it goes must not take along what was printed.
+Installation::~Installation() {
+  FlushOutput();
 }
 
 std::vector<LibraryFile> Installation::LibraryFiles() const {

@@ -36,8 +36,11 @@ class Installation {
   /// Loads all that upgrades need, so that whatever is missing is known before any document is touched.
   /// Throws `std::runtime_error`, which names the file and the remedy, when a library cannot be loaded or
   /// does not fit this program or the others, or a catalog is missing, broken or incomplete; `UsageError`
-  /// when there is no library at all.
+  /// when there is no library at all. Tells of folders in the environment that hold none.
   explicit Installation(const Places& places);
+  ~Installation();
+  Installation(const Installation&) = delete;
+  Installation& operator=(const Installation&) = delete;
 
   [[nodiscard]] const standalone::VersionManager& Manager() const { return *manager_; }
   /// In the order of the libraries. Reads their files. Throws `std::runtime_error` when one cannot be read
