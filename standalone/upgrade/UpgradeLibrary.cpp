@@ -48,8 +48,9 @@ void* Load(const std::filesystem::path& file) {
     throw std::runtime_error(fmt::format(
         "{}: this is not a regular file, and so no upgrade library. Give another file", file.string()));
   if (std::filesystem::is_directory(status))
-    throw std::runtime_error(
-        fmt::format("{}: this is a folder, not an upgrade library. --plugins takes folders", file.string()));
+    throw std::runtime_error(fmt::format(
+        "{}: this is a folder, not an upgrade library. Name the libraries in it (--plugins takes folders)",
+        file.string()));
   if (IsCutOff(file))
     throw std::runtime_error(fmt::format(
         "{}: the upgrade library cannot be loaded (the file is cut off). Reinstall it", file.string()));
