@@ -98,6 +98,26 @@ UpgradeFailure Told(const standalone::UpgradeFailure& failure) {
   return told;
 }
 
+// An upgrade on this thread, for the life of this object. A second one, from a callback of the first, would
+// mix up what the thread keeps about both documents.
+class OneOfThread {
+ public:
+  OneOfThread() {
+    if (isThere)
+      RefuseUse("this thread is upgrading another document",
+                "Upgrade it when that is done, or in another thread");
+    isThere = true;
+  }
+  ~OneOfThread() { isThere = false; }
+  OneOfThread(const OneOfThread&) = delete;
+  OneOfThread& operator=(const OneOfThread&) = delete;
+
+ private:
+  static thread_local bool isThere;
+};
+
+thread_local bool OneOfThread::isThere = false;
+
 // What a program asked for, of a document.
 class Run {
  public:
@@ -106,6 +126,7 @@ class Run {
 
   UpgradeResult Do() {
     const Busy busy(state_);
+    const OneOfThread one;
     const std::vector<std::string> pending = manager_.Pending(document_);
     const std::vector<std::string> chosen =
         standalone::ChooseUpgrades(manager_, Wanted(pending), pending).identifiers;

@@ -62,7 +62,7 @@ struct UpgradeOptions {
   /// many there are; within a long visit again and again the same. False stops the run with `Error`
   /// (`kStopped`), and so does what it throws, which comes out as it is. It may look at the document, and
   /// must not change it: to change, write or upgrade it meanwhile is refused
-  /// (`kUsage`). It may work on other documents.
+  /// (`kUsage`). It may work on other documents, but upgrade none.
   std::function<bool(std::uint64_t done, std::uint64_t total)> onProgress = nullptr;
   /// A run that creates more is stopped; 0 for many times what any upgrade that made sense has created.
   std::uint64_t maxFeaturesCreated = 0;
