@@ -91,10 +91,11 @@ class HVXUPGRADE_API Upgrader {
   [[nodiscard]] std::vector<std::string> Unknown(const Document& document) const;
 
   /// Runs upgrades on the document and records them in it. Throws `Error`: `kUsage` for an identifier that is
-  /// not known or that the document has been through, `kNewer` for a document with unknown upgrades (unless
-  /// they are of libraries that are not loaded, and nothing is to run here: then nothing happens),
-  /// `kStopped` when the run was stopped. Unless nothing was changed by then, the document then stands
-  /// between two releases: it can be looked at, but `Write` and `Upgrade` refuse it (`kUsage`).
+  /// not known or that the document has been through, and in a callback of another upgrade, `kNewer` for a
+  /// document with unknown upgrades (unless they are of libraries that are not loaded, and nothing is to run
+  /// here: then nothing happens), `kStopped` when the run was stopped. Unless nothing was changed by then,
+  /// the document then stands between two releases: it can be looked at, but `Write` and `Upgrade` refuse it
+  /// (`kUsage`).
   UpgradeResult Upgrade(Document& document, const UpgradeOptions& options = {}) const;
 
  private:
