@@ -93,6 +93,9 @@ standalone::Value KeepAt(const Value& value, standalone::Document& document, int
 
 }  // namespace
 
+// Here, so that there is one type information for programs and the library.
+WrongKind::~WrongKind() = default;
+
 Value::Kind Value::GetKind() const {
   static constexpr Kind kKinds[] = {Kind::kLink, Kind::kString,  Kind::kInteger,
                                     Kind::kReal, Kind::kBoolean, Kind::kList};  // as `held_` has them
@@ -101,7 +104,13 @@ Value::Kind Value::GetKind() const {
 
 double Value::AsNumber() const {
   const std::int64_t* const integer = std::get_if<std::int64_t>(&held_);
-  return integer != nullptr ? static_cast<double>(*integer) : AsReal();
+  return integer != nullptr ? static_cast<double>(*integer) : As<double>("a number");
+}
+
+void Value::Refuse(const char* wanted) const {
+  static constexpr const char* kWords[] = {"a link", "a text",    "an integer",
+                                           "a real", "a boolean", "a list"};  // as `held_` has them
+  throw WrongKind(fmt::format("the value is {}, not {}", kWords[held_.index()], wanted));
 }
 
 std::string Value::Json() const {

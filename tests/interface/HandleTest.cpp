@@ -138,6 +138,12 @@ TEST_F(HandleTest, ValuesOfEveryKindComeBackAsTheyWereSet) {
   EXPECT_EQ(Value(3).AsNumber(), 3.0);
   EXPECT_EQ(Value(2.5).AsNumber(), 2.5);
   EXPECT_THROW(static_cast<void>(Value("3").AsNumber()), std::bad_variant_access);
+  try {
+    static_cast<void>(Value(3).AsString());
+    ADD_FAILURE() << "an integer is no text";
+  } catch (const WrongKind& wrong) {
+    EXPECT_STREQ(wrong.what(), "the value is an integer, not a text");
+  }
 }
 
 // A letter would be kept as its number, and the size of a container might not fit.

@@ -3,6 +3,7 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -32,6 +33,20 @@ concept KeptInteger = std::integral<Number> && !std::same_as<Number, bool> && !s
                       !std::same_as<Number, char16_t> && !std::same_as<Number, char32_t> &&
                       (std::signed_integral<Number> || sizeof(Number) < sizeof(std::int64_t));
 
+/// What a value throws that is asked for another kind than its own; `what()` tells both.
+class HVXUPGRADE_API WrongKind : public std::bad_variant_access {
+ public:
+  explicit WrongKind(const std::string& text) : text_(text) {}
+  ~WrongKind() override;
+  WrongKind(const WrongKind&) = default;
+  WrongKind& operator=(const WrongKind&) = default;
+
+  [[nodiscard]] const char* what() const noexcept override { return text_.what(); }
+
+ private:
+  std::runtime_error text_;  // whose copies cannot fail
+};
+
 class Value;
 using List = std::vector<Value>;
 
@@ -58,15 +73,14 @@ class HVXUPGRADE_API Value {
   // NOLINTEND(google-explicit-constructor)
 
   [[nodiscard]] Kind GetKind() const;
-  // Each of these is for a value of its own kind; else throws `std::bad_variant_access`.
-  [[nodiscard]] const std::string& AsString() const { return std::get<std::string>(held_); }
-  [[nodiscard]] std::int64_t AsInteger() const { return std::get<std::int64_t>(held_); }
-  [[nodiscard]] double AsReal() const { return std::get<double>(held_); }
-  [[nodiscard]] bool AsBoolean() const { return std::get<bool>(held_); }
-  [[nodiscard]] Link AsLink() const { return std::get<Link>(held_); }
-  [[nodiscard]] const List& AsList() const { return std::get<List>(held_); }
-  /// An integer or a real, as a real; integers beyond 2^53 are rounded. Throws `std::bad_variant_access` for
-  /// all others.
+  // Each of these is for a value of its own kind; else throws `WrongKind`.
+  [[nodiscard]] const std::string& AsString() const { return As<std::string>("a text"); }
+  [[nodiscard]] std::int64_t AsInteger() const { return As<std::int64_t>("an integer"); }
+  [[nodiscard]] double AsReal() const { return As<double>("a real"); }
+  [[nodiscard]] bool AsBoolean() const { return As<bool>("a boolean"); }
+  [[nodiscard]] Link AsLink() const { return As<Link>("a link"); }
+  [[nodiscard]] const List& AsList() const { return As<List>("a list"); }
+  /// An integer or a real, as a real; integers beyond 2^53 are rounded. Throws `WrongKind` for all others.
   [[nodiscard]] double AsNumber() const;
 
   /// The JSON text of the value, as the document file has it. Throws `Error` (`kUsage`) for what no document
@@ -76,6 +90,13 @@ class HVXUPGRADE_API Value {
   friend bool operator==(const Value&, const Value&) = default;
 
  private:
+  template <class Held>
+  [[nodiscard]] const Held& As(const char* wanted) const {
+    if (const Held* const held = std::get_if<Held>(&held_)) return *held;
+    Refuse(wanted);
+  }
+  [[noreturn]] void Refuse(const char* wanted) const;
+
   std::variant<Link, std::string, std::int64_t, double, bool, List> held_;
 };
 
