@@ -10,7 +10,7 @@
 namespace python {
 
 /// Has instances refuse to be copied and pickled: `what` cannot be, and `instead` is what to do.
-void RefuseCopies(pybind11::object type, std::string_view what, std::string_view instead);
+void RefuseCopies(const pybind11::object& type, std::string_view what, std::string_view instead);
 
 /// What is shown of a feature: its id and late type, and the alias or, where that is empty, the name.
 [[nodiscard]] std::string RepresentationOf(std::string_view what, hvxupgrade::FeatureId id,

@@ -8,7 +8,6 @@
 namespace python {
 
 using hvxupgrade::Error;
-using hvxupgrade::LineReader;
 
 // Long compared with what the lock costs, and short enough that little memory is taken meanwhile.
 constexpr std::chrono::microseconds kAhead{500};

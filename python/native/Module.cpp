@@ -24,7 +24,7 @@ void ShowHostToUpgradeLibraries() {
 
 namespace python {
 
-void RefuseCopies(pybind11::object type, std::string_view what, std::string_view instead) {
+void RefuseCopies(const pybind11::object& type, std::string_view what, std::string_view instead) {
   type.attr("__reduce__") = pybind11::cpp_function(
       [text = fmt::format("{} cannot be copied or passed to another process: {}", what, instead)](
           const pybind11::object& /*self*/) -> pybind11::object { throw pybind11::type_error(text); },

@@ -36,7 +36,7 @@ concept KeptInteger = std::integral<Number> && !std::same_as<Number, bool> && !s
 /// What a value throws that is asked for another kind than its own; `what()` tells both.
 class HVXUPGRADE_API WrongKind : public std::bad_variant_access {
  public:
-  explicit WrongKind(const std::string& text) : text_(text) {}
+  explicit WrongKind(const std::string& text) : text_(text) {}  // NOLINT(bugprone-throw-keyword-missing)
   ~WrongKind() override;
   WrongKind(const WrongKind&) = default;
   WrongKind& operator=(const WrongKind&) = default;
