@@ -49,7 +49,7 @@ workbench. Every change is recorded with the upgrade that made it, and the
 analysis is compared before and after.
 
 This package contains the program, its manual pages, schemas of what it
-prints, scripts for clusters, and documents to read.")
+prints, scripts for clusters, documents to read, and examples.")
 
 set(CPACK_DEBIAN_LIBRARIES_PACKAGE_NAME ${HVX_PACKAGE_OF_libraries})
 set(CPACK_DEBIAN_LIBRARIES_PACKAGE_SECTION libs)
@@ -75,7 +75,7 @@ the current data model, without the workbench.
 
 This package contains what upgrades and programs of others are built with:
 headers, the dispatch of upgrade libraries, what tests of upgrades are written
-with, files for CMake and pkg-config, and examples to begin with.")
+with, and files for CMake and pkg-config.")
 
 if(HVX_PYTHON AND EXISTS ${PROJECT_SOURCE_DIR}/python)
   list(APPEND CPACK_COMPONENTS_ALL python)

@@ -12,12 +12,15 @@
 own, so that a crash does not take this one with it. Whatever goes wrong is an `Error`, which carries the file, the line
 and advice.
 """
-from ._native import Document, Feature, FeatureIterator, FeatureLine, Lines, Upgrader, read, read_header, read_lines
+from . import _native
+from ._native import Document, Feature, FeatureIterator, FeatureLine, Lines, Upgrader
 from .errors import (ChangedError, Error, InstallationError, InvalidDocumentError, NewerDocumentError, StoppedError,
                      UnreadableError, UsageError, WorkerError, WriteError)
-from .files import check, diff, upgrade_file
+from .files import check, diff, read, read_header, read_lines, upgrade_file
 from .results import (ChangedFeature, ChangedField, Columns, Difference, Finding, FindingKind, Header, Kind, KnownUpgrade,
                       Link, RecordedUpgrade, UpgradeFailure, UpgradeResult)
+
+__version__ = _native.__version__
 
 __all__ = [
     "ChangedError", "ChangedFeature", "ChangedField", "Columns", "Difference", "Document", "Error", "Feature",

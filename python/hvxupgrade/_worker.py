@@ -30,7 +30,7 @@ def main() -> None:
         connection.recv()
 
     try:
-        connection.send(jobs.run(job, job.libraries.upgrader(), before_writing=ask,
+        connection.send(jobs.run(job, at=connection.send, before_writing=ask,
                                  progress=lambda done, total: connection.send(jobs.Told(done, total))))
     except Exception as error:  # whatever it is, the other process raises it
         connection.send(error)

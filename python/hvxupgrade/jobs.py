@@ -2,6 +2,7 @@
 from __future__ import annotations
 
 import dataclasses
+import enum
 from collections.abc import Callable
 from typing import Optional
 
@@ -18,9 +19,10 @@ class Libraries:
     paths: tuple[str, ...]
     use_installed: bool
     data: Optional[str]
+    language: str
 
     def upgrader(self) -> _native.Upgrader:
-        return _native.Upgrader(self.paths, self.use_installed, self.data)
+        return _native.Upgrader(self.paths, self.use_installed, self.data, self.language)
 
 
 @dataclasses.dataclass(frozen=True)
@@ -33,10 +35,22 @@ class Job:
     retry: bool
     overwrite: bool
     backup_suffix: str
+    max_features_created: Optional[int]
+    max_unpacked_bytes: Optional[int]
     libraries: Libraries
 
 
-# What a worker says, besides the result, or what was raised, with which it ends.
+class Stage(enum.Enum):
+    """What is being done; the values are words for it."""
+
+    STARTING = "while it was started"
+    LOADING = "while it loaded upgrade libraries"
+    READING = "while it read the document"
+    UPGRADING = "while it upgraded the document"
+    WRITING = "while it wrote the result"
+
+
+# What a worker says, besides its stage, and the result, or what was raised, with which it ends.
 
 
 @dataclasses.dataclass(frozen=True)
@@ -54,10 +68,16 @@ class Writing:
     result: UpgradeResult
 
 
-def run(job: Job, upgrader: _native.Upgrader, progress: Optional[Progress],
+def run(job: Job, progress: Optional[Progress], at: Callable[[Stage], None] = lambda stage: None,
         before_writing: Callable[[UpgradeResult], None] = lambda result: None) -> UpgradeResult:
-    document = _native.read(job.source)
-    result = upgrader.upgrade(document, job.identifiers, job.retry, progress)
+    at(Stage.LOADING)
+    upgrader = job.libraries.upgrader()
+    at(Stage.READING)
+    document = _native.read(job.source, None, job.max_unpacked_bytes)
+    at(Stage.UPGRADING)
+    result = upgrader.upgrade(document, job.identifiers, job.retry, progress,
+                              max_features_created=job.max_features_created)
+    at(Stage.WRITING)
     before_writing(result)
     document.write(job.target, overwrite=job.overwrite, backup_suffix=job.backup_suffix)
     return result

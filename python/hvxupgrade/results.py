@@ -3,6 +3,7 @@ from __future__ import annotations
 
 import dataclasses
 import enum
+from collections.abc import Iterator
 from typing import TYPE_CHECKING, Optional
 
 if TYPE_CHECKING:
@@ -151,7 +152,8 @@ class Kind(enum.IntEnum):
 class Columns:
     """The features of a document in NumPy arrays, a row per feature, in document order.
 
-    `columns["Value"]` are the numbers of an attribute that was asked for.
+    `columns["Value"]` are the numbers of an attribute that was asked for. Iteration gives the names of these, and the
+    length is the number of features.
     """
 
     ids: numpy.typing.NDArray[numpy.int64]
@@ -167,6 +169,16 @@ class Columns:
 
     def __getitem__(self, key: str) -> numpy.typing.NDArray[numpy.float64]:
         return self.values[key]
+
+    def __contains__(self, key: object) -> bool:
+        return key in self.values
+
+    def __iter__(self) -> Iterator[str]:
+        """The names of the attributes that were asked for."""
+        return iter(self.values)
+
+    def __repr__(self) -> str:
+        return f"<Columns of {len(self)} features: {', '.join(map(repr, self.values)) or 'no attributes'}>"
 
     def is_of_type(self, late_type: str) -> numpy.typing.NDArray[numpy.bool_]:
         """A mask of the features of that late type."""

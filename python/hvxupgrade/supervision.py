@@ -20,6 +20,8 @@ from .errors import StoppedError, WorkerError
 from .jobs import Job, Progress
 from .results import UpgradeResult
 
+# What is waited for at most at a time: the system counts milliseconds in 32 bits.
+_LONGEST_WAIT = 86400.0
 # What a crash leaves on the terminal at most, in WorkerError.output.
 _OUTPUT_KEPT = 4096
 # Seconds for a process that has nothing more to do, or that was told that nobody listens any more.
@@ -32,10 +34,12 @@ def run_in_worker(job: Job, progress: Optional[Progress], timeout: Optional[floa
     promised: Optional[UpgradeResult] = None
     with contextlib.closing(_Worker(job, timeout)) as worker:
         for message in worker.messages():
-            if isinstance(message, jobs.Told):
+            if isinstance(message, jobs.Stage):
+                worker.stage = message
+            elif isinstance(message, jobs.Told):
                 if progress is not None and progress(message.done, message.total) is False:
                     raise StoppedError(f"{job.source}: the upgrade was stopped", file=job.source,
-                                       problem="the upgrade was stopped", advice="Start it again; nothing was written.")
+                                       problem="the upgrade was stopped", advice="Start it again; nothing was written")
             elif isinstance(message, jobs.Writing):
                 promised = message.result
                 worker.let_write()
@@ -56,6 +60,7 @@ class _Worker:
         self._timeout = timeout
         self._deadline = None if timeout is None else time.monotonic() + timeout
         self._is_late = False
+        self.stage = jobs.Stage.STARTING
         self._output = tempfile.TemporaryFile()
         self._connection, theirs = multiprocessing.Pipe()
         try:
@@ -66,7 +71,9 @@ class _Worker:
         except OSError as error:
             self._connection.close()
             self._output.close()
-            raise WorkerError(f"no worker can be started: {error}", advice="Try worker=False.") from error
+            problem, advice = f"no worker can be started ({error})", "Upgrade it in this process, with worker=False"
+            raise WorkerError(f"{job.source}: {problem}. {advice}", problem=problem, file=job.source,
+                              advice=advice) from error
         finally:
             theirs.close()
 
@@ -75,11 +82,12 @@ class _Worker:
         with contextlib.suppress(EOFError, ConnectionError):
             self._connection.send(self._job)
             while True:
-                left = None if self._deadline is None else max(0.0, self._deadline - time.monotonic())
-                if not self._connection.poll(left):
+                left = _LONGEST_WAIT if self._deadline is None else max(0.0, self._deadline - time.monotonic())
+                if self._connection.poll(min(left, _LONGEST_WAIT)):
+                    yield self._connection.recv()
+                elif left < _LONGEST_WAIT:
                     self._is_late = True
                     return
-                yield self._connection.recv()
 
     def let_write(self) -> None:
         with contextlib.suppress(ConnectionError):  # met again by those who wait for messages
@@ -101,15 +109,12 @@ class _Worker:
         """What became of the process, once it is closed."""
         code = self._process.returncode
         if self._is_late:
-            problem = f"the upgrade took longer than {self._timeout:g} seconds"
-            advice = "Give it a longer timeout."
+            what = f"the upgrade took longer than {self._timeout:g} seconds, and was ended"
         elif code < 0:
-            problem = f"the process that upgraded it was ended by signal {-code} ({_name_of(-code)})"
-            advice = ("Was there enough memory?" if -code == signal.SIGKILL else
-                      "Choose upgrades with identifiers, to find the one that crashes.")
+            what = f"the process that upgraded it was ended by signal {-code} ({_name_of(-code)})"
         else:
-            problem = f"the process that upgraded it ended with code {code}"
-            advice = "See what it printed, in the attribute output."
+            what = f"the process that upgraded it ended with code {code}"
+        problem, advice = f"{what} {self._doing()}", self._advice(code)
         error = WorkerError(f"{self._job.source}: {problem}; nothing was written. {advice}", problem=problem,
                             file=self._job.source, advice=advice)
         error.exit_code = None if self._is_late else code
@@ -117,6 +122,26 @@ class _Worker:
         self._output.seek(max(0, size - _OUTPUT_KEPT))
         error.output = self._output.read().decode(errors="replace")
         return error
+
+    def _doing(self) -> str:
+        paths = self._job.libraries.paths
+        if self.stage is jobs.Stage.LOADING and paths:
+            return f"while it loaded {' and '.join(paths)}"
+        return self.stage.value
+
+    def _advice(self, code: int) -> str:
+        paths = self._job.libraries.paths
+        if self.stage is jobs.Stage.LOADING and paths:
+            which = (f"Leave out {paths[0]}" if len(paths) == 1 else
+                     "Give these libraries one at a time, to find the one that does so, and leave that out")
+            return f"{which}, or have it mended by who made it; what it printed is in the attribute output"
+        if self._is_late:
+            return "Give it a longer timeout"
+        if code == -signal.SIGKILL:
+            return "Check that there is memory enough, and who ends processes here"
+        if self.stage is jobs.Stage.UPGRADING:
+            return "Choose upgrades with identifiers, to find the one that does so, and leave that out"
+        return "See what it printed, in the attribute output"
 
 
 def _environment() -> dict[str, str]:

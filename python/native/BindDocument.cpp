@@ -1,6 +1,5 @@
 #include <fmt/format.h>
 #include <pybind11/stl.h>
-#include <pybind11/stl/filesystem.h>
 
 #include <filesystem>
 #include <map>
@@ -11,6 +10,7 @@
 
 #include "hvxupgrade/Error.h"
 #include "hvxupgrade/Writer.h"
+#include "native/Arguments.h"
 #include "native/Bindings.h"
 #include "native/Columns.h"
 #include "native/Criteria.h"
@@ -28,23 +28,29 @@ using hvxupgrade::Feature;
 using hvxupgrade::FeatureId;
 using Held = std::shared_ptr<HeldDocument>;
 
-py::object Get(const Held& self, FeatureId id, const py::object& otherwise) {
-  const std::optional<Feature> found = self->Open().Find(id);
+std::optional<Feature> Find(const Held& self, const py::object& sought) {
+  const std::optional<FeatureId> id = IdFrom(sought);
+  return id ? self->Open().Find(*id) : std::nullopt;
+}
+
+py::object Get(const Held& self, const py::object& id, const py::object& otherwise) {
+  const std::optional<Feature> found = Find(self, id);
   return found ? py::cast(HeldFeature{self, *found}) : otherwise;
 }
 
-HeldFeature GetItem(const Held& self, FeatureId id) {
-  const std::optional<Feature> found = self->Open().Find(id);
-  if (!found) throw py::key_error(std::to_string(id));
+HeldFeature GetItem(const Held& self, const py::object& id) {
+  const std::optional<Feature> found = Find(self, id);
+  if (!found) RaiseKeyError(id);
   return {self, *found};
 }
 
 bool Contains(const Held& self, const py::object& sought) {
+  self->RequireOpen();
   if (py::isinstance<HeldFeature>(sought)) {
     const auto& feature = py::cast<const HeldFeature&>(sought);
     return feature.document == self && !feature.feature.IsRemoved();
   }
-  return PyLong_Check(sought.ptr()) != 0 && self->Open().Find(py::cast<FeatureId>(sought)).has_value();
+  return PyIndex_Check(sought.ptr()) != 0 && Find(self, sought).has_value();
 }
 
 py::list OfType(const Held& self, std::string_view lateType) {
@@ -62,12 +68,12 @@ FeatureIterator Where(const Held& self, const py::function& condition) {
 
 void AddAttributes(Criteria& criteria, const py::dict& attributes, const HeldDocument& document) {
   for (const auto& [key, value] : attributes)
-    criteria.AddAttribute(py::cast<std::string>(key), ToValue(value, document));
+    criteria.AddAttribute(TextFrom(key, "the name of an attribute"), ToValue(value, document));
 }
 
 FeatureIterator FindAll(const Held& self, std::optional<std::string> lateType,
                         std::optional<HeldFeature> father, std::optional<std::string> name,
-                        std::optional<std::string> alias, const std::optional<py::dict>& attributes,
+                        std::optional<std::string> alias, const py::object& attributes,
                         const py::kwargs& more) {
   self->RequireOpen();
   Criteria criteria;
@@ -75,7 +81,11 @@ FeatureIterator FindAll(const Held& self, std::optional<std::string> lateType,
   criteria.father = std::move(father);
   criteria.name = std::move(name);
   criteria.alias = std::move(alias);
-  if (attributes) AddAttributes(criteria, *attributes, *self);
+  if (!attributes.is_none()) {
+    if (PyMapping_Check(attributes.ptr()) == 0 || !py::hasattr(attributes, "keys"))
+      RaiseTypeError("attributes", "a dict", attributes);
+    AddAttributes(criteria, py::dict(attributes), *self);
+  }
   AddAttributes(criteria, more, *self);
   return FeatureIterator(self, [criteria = std::move(criteria)](const HeldFeature& feature) {
     return criteria.Fits(feature.feature);
@@ -86,7 +96,7 @@ FeatureIterator FindAll(const Held& self, std::optional<std::string> lateType,
 void RequireOfThis(const Held& self, const HeldFeature& feature) {
   if (feature.document != self)
     throw Error(Error::Kind::kUsage, "", 0, "the feature belongs to another document",
-                "Use a feature of the same document.");
+                "Use a feature of the same document");
 }
 
 HeldFeature Create(const Held& self, std::string_view lateType, std::string_view alias,
@@ -134,8 +144,9 @@ std::optional<hvxupgrade::Compression> CompressionNamed(const std::optional<std:
   return found->second;
 }
 
-void Write(const Held& self, const std::filesystem::path& file, bool overwrite, std::string backupSuffix,
+void Write(const Held& self, const py::object& path, bool overwrite, std::string backupSuffix,
            const std::optional<std::string>& compression, py::object told) {
+  const std::filesystem::path file = PathFrom(path, "path");
   Progress progress(std::move(told));
   hvxupgrade::WriteOptions options;
   options.overwrite = overwrite;
@@ -146,10 +157,17 @@ void Write(const Held& self, const std::filesystem::path& file, bool overwrite, 
   WithoutLock(progress, [&] { hvxupgrade::Write(work.document, file, options); });
 }
 
+// Must not throw: a debugger or a log shows documents in every state.
+std::string Represent(const Held& self) {
+  if (self->IsWorkedOn()) return "<Document that is being worked on>";
+  const Document& document = self->Open();
+  return fmt::format("<Document {} of {} features>", Quoted(document.DisplayName()), document.FeatureCount());
+}
+
 void BindIterator(py::module_& module) {
   py::class_<FeatureIterator> iterator(module, "FeatureIterator",
                                        "Walks over features of a document, in document order.");
-  iterator.attr("__module__") = "hvxupgrade";
+  RefuseCopies(iterator, "an iterator over features", "make another one");
   iterator.def("__iter__", [](py::object self) { return self; }).def("__next__", [](FeatureIterator& self) {
     auto next = self.Next();
     if (!next) throw py::stop_iteration();
@@ -167,13 +185,23 @@ void BindDocument(py::module_& module) {
           Iteration goes over all features, in document order: what is created meanwhile is met, too, and
           the feature at hand may be removed. While a call reads, upgrades, checks or writes the document,
           other threads and its callback cannot use it: UsageError.)");
-  document.attr("__module__") = "hvxupgrade";
   document
       .def(py::init([](std::string_view name) { return std::make_shared<HeldDocument>(Document(name)); }),
-           py::arg("display_name") = "", "An empty document.")
+           py::arg("display_name") = "", R"(__init__($self, display_name='')
+--
+
+An empty document.)")
       .def_property_readonly(
-          "display_name", [](const Held& self) { return self->Open().DisplayName(); },
-          "The name of the file, for a document that was read.")
+          "display_name", [](const Held& self) { return Decoded(self->Open().DisplayName()); },
+          "The name of the file without its folder, for a document that was read.")
+      .def_property_readonly(
+          "file",
+          [](const Held& self) {
+            const std::string file = self->Open().File().string();
+            return file.empty() ? py::object(py::none()) : py::object(Decoded(file));
+          },
+          R"(The path that it was read from; for a document that was made here, the one that it was written to
+          last. None when there is none.)")
       .def_property_readonly(
           "upgrades", [](const Held& self) { return self->Open().Upgrades(); },
           R"(The identifiers of the upgrades that it has been through, in the order in which they were
@@ -184,49 +212,85 @@ void BindDocument(py::module_& module) {
              self->RequireOpen();
              return FeatureIterator(self);
            })
-      .def("__contains__", &Contains, "Whether that feature, or one of that id, is in the document.")
-      .def("__getitem__", &GetItem, "The feature of that id. Raises KeyError where there is none.")
+      .def("__contains__", &Contains, py::arg("feature"),
+           "Whether that feature, or one of that id, is in the document.")
+      .def("__getitem__", &GetItem, py::arg("id"),
+           "The feature of that id. Raises KeyError where there is none.")
       .def("get", &Get, py::arg("id"), py::arg("default") = py::none(),
-           "The feature of that id, or `default` where there is none.")
-      .def("of_type", &OfType, py::arg("late_type"), "The features of that late type, in document order.")
-      .def("where", &Where, py::arg("condition"), "Those features for which `condition(feature)` is true.")
+           R"(get($self, id, default=None)
+--
+
+The feature of that id, or `default` where there is none.)")
+      .def("of_type", &OfType, py::arg("late_type"), R"(of_type($self, late_type)
+--
+
+The features of that late type, in document order.)")
+      .def("where", &Where, py::arg("condition"), R"(where($self, condition)
+--
+
+Those features for which `condition(feature)` is true.)")
       .def("find_all", &FindAll, py::arg("late_type") = py::none(), py::kw_only(),
            py::arg("father") = py::none(), py::arg("name") = py::none(), py::arg("alias") = py::none(),
            py::arg("attributes") = py::none(),
-           R"(The features that are all of what is given: of that late type, directly beneath that father, of
+           R"(find_all($self, late_type=None, *, father=None, name=None, alias=None, attributes=None, **more)
+--
+
+The features that are all of what is given: of that late type, directly beneath that father, of
           that name and alias, with these values of attributes. Further keywords are attributes:
-          find_all("Parameter", Magnitude="PRESSURE"); names that are no keywords go into `attributes`, a
-          dict. Numbers are compared as numbers: 100 finds 100.0.)")
+          find_all("Parameter", Magnitude="PRESSURE"). Names that are no keywords, or mean something else
+          here, go into `attributes`, a dict. Numbers are compared as numbers: 100 finds 100.0.)")
       .def("create", &Create, py::arg("late_type"), py::arg("alias") = "", py::arg("father") = py::none(),
-           R"(Makes a feature, the last of the document and of its father's sons, in its father's container,
+           R"(create($self, late_type, alias='', father=None)
+--
+
+Makes a feature, the last of the document and of its father's sons, in its father's container,
           with its late type and id as name.)")
       .def("remove", &Remove, py::arg("feature"),
-           "Removes the feature with all that stands beneath it, and every link that held any of them.")
+           R"(remove($self, feature)
+--
+
+Removes the feature with all that stands beneath it, and every link that held any of them.)")
       .def(
           "columns",
           [](const Held& self, const py::args& keys) {
             std::vector<std::string> texts;
-            for (const py::handle key : keys) texts.push_back(TextOf(key));
+            for (const py::handle key : keys) texts.push_back(TextFrom(key, "the name of an attribute"));
             return ColumnsOf(*self, texts);
           },
-          "Ids, fathers, late types and the attributes of these names as NumPy arrays, a row per feature.")
+          R"(columns($self, *keys)
+--
+
+Ids, fathers, late types and the attributes of these names as NumPy arrays, a row per feature.)")
       .def("check", &Check,
-           R"(All in the document that does not conform to the current data model, in document order; then the
+           R"(check($self)
+--
+
+All in the document that does not conform to the current data model, in document order; then the
           late types that nobody knows.)")
-      .def("changes", &Changes, "What became of the document since it was read, or made.")
+      .def("changes", &Changes, R"(changes($self)
+--
+
+What became of the document since it was read, or made.)")
       .def("write", &Write, py::arg("path"), py::kw_only(), py::arg("overwrite") = false,
            py::arg("backup_suffix") = "", py::arg("compression") = py::none(),
            py::arg("progress") = py::none(),
-           R"(Writes the document, whole or not at all.
+           R"(write($self, path, *, overwrite=False, backup_suffix='', compression=None, progress=None)
+--
+
+Writes the document, whole or not at all.
 
           `overwrite` lets a file that stands there be replaced; `backup_suffix` keeps what is replaced
           under its name with that suffix. `compression` is "none", "gzip" or "zstd"; without it a file that
           is replaced stays as it is stored, and the name of a new one decides. `progress(written, total)`
           is told features; if it returns False or raises, nothing is written. Raises WriteError, and
-          ChangedError where another program changed the file since it was read.)")
-      .def("__repr__",
-           [](const Held& self) { return fmt::format("<Document \"{}\">", self->Open().DisplayName()); });
-  module.def("compare", &Compare, py::arg("before"), py::arg("after"), "What two documents differ in.");
+          ChangedError where another program changed the file since the document was read from it or written
+          to it.)")
+      .def("__repr__", &Represent);
+  RefuseCopies(document, "a document", "write it, and read the file there");
+  module.def("compare", &Compare, py::arg("before"), py::arg("after"), R"(compare(before, after)
+--
+
+What two documents differ in.)");
 }
 
 }  // namespace python

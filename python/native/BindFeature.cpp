@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "native/Arguments.h"
 #include "native/Bindings.h"
 #include "native/HeldDocument.h"
 #include "native/Values.h"
@@ -55,6 +56,13 @@ py::list Items(HeldFeature& self) {
   return items;
 }
 
+// NumPy's flags count as well.
+void SetUpToDate(HeldFeature& self, const py::object& given) {
+  py::detail::make_caster<bool> flag;
+  if (given.is_none() || !flag.load(given, true)) RaiseTypeError("up_to_date", "a bool", given);
+  self.Open().SetUpToDate(flag);
+}
+
 py::list Sons(HeldFeature& self) {
   py::list sons;
   for (const Feature& each : self.Open().Sons()) sons.append(self.Beside(each));
@@ -68,10 +76,11 @@ py::object Equal(const HeldFeature& self, const py::object& other) {
 
 // Must not throw: a debugger or a log shows features in every state.
 std::string Represent(HeldFeature& self) {
-  if (self.feature.IsRemoved()) return fmt::format("<Feature {}, removed>", self.feature.Id());
-  const std::string_view name = self.feature.Alias().empty() ? self.feature.Name() : self.feature.Alias();
-  const std::string quoted = name.empty() ? "" : fmt::format(" \"{}\"", name);
-  return fmt::format("<Feature {} {}{}>", self.feature.Id(), self.feature.LateType(), quoted);
+  const hvxupgrade::FeatureId id = self.feature.Id();
+  if (self.document->IsWorkedOn())
+    return fmt::format("<Feature {} of a document that is being worked on>", id);
+  if (self.feature.IsRemoved()) return fmt::format("<Feature {}, removed>", id);
+  return RepresentationOf("Feature", id, self.feature.LateType(), self.feature.Alias(), self.feature.Name());
 }
 
 }  // namespace
@@ -80,14 +89,15 @@ void BindFeature(py::module_& module) {
   py::class_<HeldFeature> feature(module, "Feature", R"(One stored object of a document.
 
           Attributes are read and changed as those of a dict: feature["Value"]. A feature keeps its document
-          alive. Once it is removed, all but `id`, `removed`, `document` and comparison raise UsageError.)");
-  feature.attr("__module__") = "hvxupgrade";
+          alive. Once it is removed, all but `id`, `removed`, `document` and comparison raise UsageError. Two
+          are equal when they are one feature of one document.)");
+  RefuseCopies(feature, "a feature", "pass its id, and find it in the document there");
   feature
       .def_property_readonly(
           "id", [](const HeldFeature& self) { return self.feature.Id(); },
           "The number that is the feature's own in its document, from 1.")
       .def_property_readonly(
-          "removed", [](const HeldFeature& self) { return self.feature.IsRemoved(); },
+          "removed", [](HeldFeature& self) { return self.Open().IsRemoved(); },
           "Whether the feature was removed from its document.")
       .def_property_readonly(
           "document", [](const HeldFeature& self) { return self.document; }, "The document that it is in.")
@@ -98,14 +108,13 @@ void BindFeature(py::module_& module) {
           "name", [](HeldFeature& self) { return self.Open().Name(); }, "The internal name; may be empty.")
       .def_property(
           "alias", [](HeldFeature& self) { return self.Open().Alias(); },
-          [](HeldFeature& self, std::string_view alias) { self.Open().SetAlias(alias); },
+          [](HeldFeature& self, const py::object& alias) { self.Open().SetAlias(TextFrom(alias, "alias")); },
           "The name shown to the user; may be empty. Can be set.")
       .def_property_readonly(
           "physical_type", [](HeldFeature& self) { return self.Open().PhysicalType(); },
           "Such as \"THERMAL_STATIC_LINEAR\"; mostly empty.")
       .def_property(
-          "up_to_date", [](HeldFeature& self) { return self.Open().IsUpToDate(); },
-          [](HeldFeature& self, bool upToDate) { self.Open().SetUpToDate(upToDate); },
+          "up_to_date", [](HeldFeature& self) { return self.Open().IsUpToDate(); }, &SetUpToDate,
           "False for a feature that the workbench is to rebuild. Can be set.")
       .def_property_readonly(
           "father", [](HeldFeature& self) { return Beside(self, self.Open().Father()); },
@@ -116,21 +125,39 @@ void BindFeature(py::module_& module) {
       .def_property_readonly("sons", &Sons, "The features directly beneath it, in order.")
       .def(
           "mode", [](HeldFeature& self, std::string_view key) { return self.Open().Mode(key); },
-          py::arg("key"), "The mode that is kept beside the attribute; 0 without the attribute.")
-      .def("keys", &Keys, "The names of its attributes, in their order.")
-      .def("values", &Values, "The values of its attributes, in their order.")
-      .def("items", &Items, "Pairs of name and value of its attributes, in their order.")
+          py::arg("key"), R"(mode($self, key)
+--
+
+The mode that is kept beside the attribute; 0 without the attribute.)")
+      .def("keys", &Keys, R"(keys($self)
+--
+
+The names of its attributes, in their order.)")
+      .def("values", &Values, R"(values($self)
+--
+
+The values of its attributes, in their order.)")
+      .def("items", &Items, R"(items($self)
+--
+
+Pairs of name and value of its attributes, in their order.)")
       .def("get", &Get, py::arg("key"), py::arg("default") = py::none(),
-           "The value of the attribute, or `default` where the feature lacks it.")
-      .def("__getitem__", &GetItem,
+           R"(get($self, key, default=None)
+--
+
+The value of the attribute, or `default` where the feature lacks it.)")
+      .def("__getitem__", &GetItem, py::arg("key"),
            R"(The value of the attribute: bool, int, float, str, list, a feature for a link, None for a link
           that holds nothing. Raises KeyError where the feature lacks it.)")
-      .def("__setitem__", &SetItem,
+      .def("__setitem__", &SetItem, py::arg("key"), py::arg("value"),
            R"(Sets the attribute; a new one comes last. An int is stored as an integer and a float as a real,
           which are different kinds.)")
-      .def("__delitem__", &DeleteItem,
+      .def("__delitem__", &DeleteItem, py::arg("key"),
            "Takes the attribute away. Raises KeyError where the feature lacks it.")
-      .def("__contains__", [](HeldFeature& self, std::string_view key) { return self.Open().Has(key); })
+      .def("__contains__",
+           [](HeldFeature& self, const py::object& key) {
+             return PyUnicode_Check(key.ptr()) != 0 && self.Open().Has(TextFrom(key, "key"));
+           })
       .def("__iter__", [](HeldFeature& self) { return py::iter(Keys(self)); })
       .def("__eq__", &Equal)
       .def("__hash__", [](const HeldFeature& self) { return self.feature.Id(); })

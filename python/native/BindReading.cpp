@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "hvxupgrade/Reader.h"
+#include "native/Arguments.h"
 #include "native/Bindings.h"
 #include "native/HeldDocument.h"
 #include "native/Lines.h"
@@ -82,7 +83,7 @@ void BindLine(py::module_& module) {
 
           Attributes are read as those of a dict: line["Value"]. A link is a `Link`, father and container
           are ids.)");
-  line.attr("__module__") = "hvxupgrade";
+  RefuseCopies(line, "a line", "pass what is needed of it, such as its id and dict(line.items())");
   line.def_property_readonly(
           "id", [](const HeldLine& self) { return self.feature.id; }, "The feature's id, from 1.")
       .def_property_readonly(
@@ -110,29 +111,48 @@ void BindLine(py::module_& module) {
           "container", [](const HeldLine& self) { return IdOrNone(self.feature.container); },
           "The id of the feature that is its container; None without one.")
       .def("mode", &Mode, py::arg("key"),
-           "The mode that is kept beside the attribute; 0 without the attribute.")
-      .def("keys", &Keys, "The names of its attributes, in their order.")
+           R"(mode($self, key)
+--
+
+The mode that is kept beside the attribute; 0 without the attribute.)")
+      .def("keys", &Keys, R"(keys($self)
+--
+
+The names of its attributes, in their order.)")
       .def(
           "values",
           [](const HeldLine& self) {
             return OfAttributes(self, [](const auto& each) { return ValueOf(each.value); });
           },
-          "The values of its attributes, in their order.")
+          R"(values($self)
+--
+
+The values of its attributes, in their order.)")
       .def(
           "items",
           [](const HeldLine& self) {
             return OfAttributes(
                 self, [](const auto& each) { return py::make_tuple(each.key, ValueOf(each.value)); });
           },
-          "Pairs of name and value of its attributes, in their order.")
+          R"(items($self)
+--
+
+Pairs of name and value of its attributes, in their order.)")
       .def("get", &Get, py::arg("key"), py::arg("default") = py::none(),
-           "The value of the attribute, or `default` where the line has none.")
-      .def("__getitem__", &GetItem, "The value of the attribute. Raises KeyError where the line has none.")
+           R"(get($self, key, default=None)
+--
+
+The value of the attribute, or `default` where the line has none.)")
+      .def("__getitem__", &GetItem, py::arg("key"),
+           "The value of the attribute. Raises KeyError where the line has none.")
       .def("__contains__",
-           [](const HeldLine& self, std::string_view key) { return self.feature.Find(key) != nullptr; })
+           [](const HeldLine& self, const py::object& key) {
+             return PyUnicode_Check(key.ptr()) != 0 && self.feature.Find(TextFrom(key, "key")) != nullptr;
+           })
       .def("__iter__", [](const HeldLine& self) { return py::iter(Keys(self)); })
       .def("__repr__", [](const HeldLine& self) {
-        return fmt::format("<FeatureLine {} {}>", self.feature.id, self.feature.lateType);
+        const FeatureLine& read = self.feature;
+        return RepresentationOf("FeatureLine", read.id, read.lateType, read.alias, read.name);
       });
 }
 
@@ -141,12 +161,15 @@ void BindLines(py::module_& module) {
       module, "Lines",
       R"(The features of a document file, read line by line: an iterator of `FeatureLine`, and a context
           manager that closes the file. Its memory does not depend on the size of the document.)");
-  lines.attr("__module__") = "hvxupgrade";
+  RefuseCopies(lines, "the reader of lines", "pass the path, and read the lines there");
   lines
       .def_property_readonly(
           "header", [](const Lines& self) { return ToPython(self.GetHeader()); },
           "What the document tells in its first line.")
-      .def("close", &Lines::Close, "Lets go of the file; there are no more lines then.")
+      .def("close", &Lines::Close, R"(close($self)
+--
+
+Lets go of the file; there are no more lines then.)")
       .def("__iter__", [](py::object self) { return self; })
       .def("__next__",
            [](Lines& self) {
@@ -155,7 +178,9 @@ void BindLines(py::module_& module) {
              return *std::move(next);
            })
       .def("__enter__", [](py::object self) { return self; })
-      .def("__exit__", [](Lines& self, const py::args& /*raised*/) { self.Close(); });
+      .def("__exit__", [](Lines& self, const py::args& /*raised*/) { self.Close(); })
+      .def("__repr__",
+           [](const Lines& self) { return fmt::format("<Lines of {}>", Quoted(self.File().string())); });
 }
 
 }  // namespace
@@ -163,28 +188,16 @@ void BindLines(py::module_& module) {
 void BindReading(py::module_& module) {
   BindLine(module);
   BindLines(module);
-  module.def("read", &Read, py::arg("path"), py::kw_only(), py::arg("progress") = py::none(),
-             py::arg("max_unpacked_bytes") = py::none(),
-             R"(Reads a document, plain or compressed by gzip or zstd, whole into memory.
-
-          `progress(read, total)` is told bytes of the file; if it returns False, the reading ends with
-          StoppedError, and what it raises comes out as it is. A compressed file that unpacks to more than
-          `max_unpacked_bytes` is refused. Raises UnreadableError, InvalidDocumentError, NewerDocumentError
-          and ChangedError, which name the file and, where one is to blame, the line.)");
-  module.def("read_header", &ReadHeader, py::arg("path"),
-             "Reads the first line of a document only, in a time that does not depend on its size.");
+  // Python functions, which other processes can be handed too, are around them: hvxupgrade/files.py.
+  module.def("read", &Read, py::arg("path"), py::arg("progress"), py::arg("max_unpacked_bytes"),
+             "See hvxupgrade.read.");
+  module.def("read_header", &ReadHeader, py::arg("path"), "See hvxupgrade.read_header.");
   module.def(
       "read_lines",
       [](const std::filesystem::path& file, py::object told, std::optional<std::uint64_t> maxUnpackedBytes) {
         return std::make_unique<Lines>(file, std::move(told), maxUnpackedBytes);
       },
-      py::arg("path"), py::kw_only(), py::arg("progress") = py::none(),
-      py::arg("max_unpacked_bytes") = py::none(),
-      R"(Reads a document line by line, in memory that does not depend on its size.
-
-          For documents that are too large to be read whole, and for a few features of many documents. It
-          notices what a line shows by itself, and at the end a wrong number of features; not links without
-          a target, ids that occur twice, and cycles, which `read` refuses as well.)");
+      py::arg("path"), py::arg("progress"), py::arg("max_unpacked_bytes"), "See hvxupgrade.read_lines.");
 }
 
 }  // namespace python

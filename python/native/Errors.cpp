@@ -5,6 +5,7 @@
 #include <exception>
 
 #include "hvxupgrade/Error.h"
+#include "native/Values.h"
 
 namespace python {
 namespace {
@@ -35,19 +36,11 @@ const char* ClassFor(Error::Kind kind) {
   return "Error";
 }
 
-// Paths may hold bytes that are no UTF-8, and messages quote them: as os.fsdecode would have them.
-py::object Decoded(const std::string& text) {
-  PyObject* const decoded =
-      PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), "surrogateescape");
-  if (decoded == nullptr) throw py::error_already_set();
-  return py::reinterpret_steal<py::object>(decoded);
-}
-
 void Raise(const Error& error) {
   const py::object type = py::module_::import("hvxupgrade.errors").attr(ClassFor(error.GetKind()));
   const py::object none = py::none();
   const py::object raised = type(Decoded(error.what()), "problem"_a = Decoded(error.Problem()),
-                                 "file"_a = error.File().empty() ? none : Decoded(error.File()),
+                                 "file"_a = error.File().empty() ? none : py::object(Decoded(error.File())),
                                  "line"_a = error.Line() == 0 ? none : py::object(py::int_(error.Line())),
                                  "advice"_a = Decoded(error.Advice()));
   PyErr_SetObject(type.ptr(), raised.ptr());

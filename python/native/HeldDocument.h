@@ -18,6 +18,7 @@ class HeldDocument {
   /// Throws `hvxupgrade::Error` (`kUsage`) while a call works on the document without the interpreter's lock.
   [[nodiscard]] hvxupgrade::Document& Open();
   void RequireOpen() const;
+  [[nodiscard]] bool IsWorkedOn() const { return isWorkedOn_; }
 
   /// Keeps everyone else away from the document as long as it lives.
   class Work {

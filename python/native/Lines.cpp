@@ -8,14 +8,13 @@
 namespace python {
 
 using hvxupgrade::Error;
-using hvxupgrade::LineReader;
 
 // Long compared with what the lock costs, and short enough that little memory is taken meanwhile.
 constexpr std::chrono::microseconds kAhead{500};
 
 Lines::Lines(const std::filesystem::path& file, py::object told,
              std::optional<std::uint64_t> maxUnpackedBytes)
-    : progress_(std::move(told)) {
+    : file_(file), progress_(std::move(told)) {
   hvxupgrade::ReadOptions options;
   options.maxUnpackedBytes = maxUnpackedBytes;
   options.onProgress = progress_.Teller();
@@ -67,8 +66,8 @@ void Lines::Close() {
 
 void Lines::RequireIdle() const {
   if (isReading_)
-    throw Error(Error::Kind::kUsage, "", 0, "the lines are being read",
-                "Let one thread at a time ask for the next line.");
+    throw Error(Error::Kind::kUsage, file_.string(), 0, "the lines are being read",
+                "Let one thread at a time ask for the next line");
 }
 
 }  // namespace python

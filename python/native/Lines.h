@@ -23,6 +23,7 @@ class Lines {
  public:
   Lines(const std::filesystem::path& file, py::object told, std::optional<std::uint64_t> maxUnpackedBytes);
 
+  [[nodiscard]] const std::filesystem::path& File() const { return file_; }
   [[nodiscard]] const hvxupgrade::Header& GetHeader() const { return header_; }
   /// None after the last line, and once it is closed.
   [[nodiscard]] std::optional<HeldLine> Next();
@@ -33,6 +34,7 @@ class Lines {
   void ReadAhead();
   void RequireIdle() const;
 
+  std::filesystem::path file_;
   Progress progress_;
   std::optional<hvxupgrade::LineReader> reader_;  // none when closed, or read to the end
   hvxupgrade::Header header_;

@@ -1,5 +1,7 @@
 #include "native/Progress.h"
 
+#include "native/Arguments.h"
+
 namespace python {
 
 using std::chrono::milliseconds;
@@ -8,6 +10,11 @@ using std::chrono::steady_clock;
 // The lock is asked for now and then only: where other threads hold it, that takes milliseconds.
 constexpr milliseconds kBetweenCalls{25};
 constexpr milliseconds kBetweenLooksForSignals{100};
+
+Progress::Progress(py::object told) : told_(std::move(told)) {
+  if (!told_.is_none() && PyCallable_Check(told_.ptr()) == 0)
+    RaiseTypeError("progress", "a function or None", told_);
+}
 
 std::function<bool(std::uint64_t, std::uint64_t)> Progress::Teller() {
   return [this](std::uint64_t done, std::uint64_t total) { return Tell(done, total); };

@@ -17,8 +17,9 @@ namespace py = pybind11;
 /// far it is, and lets Ctrl-C through. To be made and destroyed with the lock.
 class Progress {
  public:
-  /// `told` is called with what is done and with what there is; None for nobody.
-  explicit Progress(py::object told) : told_(std::move(told)) {}
+  /// `told` is called with what is done and with what there is; None for nobody. Raises TypeError for what
+  /// cannot be called: once the work has begun it would be too late.
+  explicit Progress(py::object told);
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "hvxupgrade/Error.h"
+#include "native/Arguments.h"
 #include "native/Results.h"
 
 namespace python {
@@ -30,7 +31,7 @@ std::int64_t IntegerOf(py::handle object) {
 Link LinkTo(const HeldFeature& target, const HeldDocument& document) {
   if (target.document.get() != &document)
     throw Error(Error::Kind::kUsage, "", 0, "a link to a feature of another document",
-                "Link to a feature of the same document.");
+                "Link to a feature of the same document");
   return {target.feature.Id()};
 }
 
@@ -49,11 +50,15 @@ List ListOf(py::handle entries, const HeldDocument& document, int depth) {
 
 }  // namespace
 
-std::string TextOf(py::handle object) {
-  Py_ssize_t size = 0;
-  const char* const text = PyUnicode_AsUTF8AndSize(object.ptr(), &size);
-  if (text == nullptr) throw py::error_already_set();
-  return {text, static_cast<std::size_t>(size)};
+py::str Decoded(const std::string& text) {
+  PyObject* const decoded =
+      PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), "surrogateescape");
+  if (decoded == nullptr) throw py::error_already_set();
+  return py::reinterpret_steal<py::str>(decoded);
+}
+
+std::string Quoted(std::string_view text) {
+  return py::cast<std::string>(py::repr(Decoded(std::string(text))));
 }
 
 py::object ToPython(const Value& value, const std::function<py::object(hvxupgrade::FeatureId)>& linked) {
@@ -89,7 +94,7 @@ Value ToValue(py::handle object, const HeldDocument& document) {
   if (given == Py_None) return Link{};
   if (PyBool_Check(given) != 0) return given == Py_True;
   if (PyFloat_Check(given) != 0) return PyFloat_AS_DOUBLE(given);
-  if (PyUnicode_Check(given) != 0) return TextOf(object);
+  if (PyUnicode_Check(given) != 0) return TextFrom(object, "a text");
   if (PyList_Check(given) != 0 || PyTuple_Check(given) != 0) return ListOf(object, document, 1);
   // NumPy's flag would count as an index.
   if (std::string_view(Py_TYPE(given)->tp_name).starts_with("numpy.bool")) return PyObject_IsTrue(given) == 1;

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "hvxupgrade/Value.h"
 #include "native/HeldDocument.h"
@@ -13,9 +14,10 @@ namespace python {
 
 namespace py = pybind11;
 
-/// The text of a str. Raises TypeError for anything else, and UnicodeEncodeError for half a pair of
-/// surrogates.
-[[nodiscard]] std::string TextOf(pybind11::handle object);
+/// The str of a path or of what quotes one, as os.fsdecode makes it of bytes that are no UTF-8.
+[[nodiscard]] py::str Decoded(const std::string& text);
+/// The text as Python writes it in its sources.
+[[nodiscard]] std::string Quoted(std::string_view text);
 
 /// The Python object of a value. `linked` makes that of a link that holds something; one that holds nothing
 /// is None.

@@ -23,6 +23,11 @@ std::string Quoted(std::string_view key) {
   return fmt::format("\"{}\" {}", key.substr(0, number - 2), key.substr(number - 1));
 }
 
+std::string UpperFirst(std::string text) {
+  if (!text.empty()) text.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(text.front())));
+  return text;
+}
+
 }  // namespace
 
 std::string check::LowerFirst(std::string text) {
@@ -85,13 +90,15 @@ std::string Finding::Explanation() const {
   return damage.empty() ? std::string(reason) : fmt::format("{}: {}", reason, damage);
 }
 
-std::string Finding::NextStep() const {
+std::string Finding::NextStep(std::string_view upgrade, std::string_view retry) const {
+  const auto then = [this](std::string_view step) {
+    return remedy.empty() ? UpperFirst(std::string(step)) : fmt::format("{}, then {}", remedy, step);
+  };
   switch (kind) {
     case FindingKind::kPending:
-      return remedy.empty() ? "Run hvxupgrade upgrade" : remedy + ", then run hvxupgrade upgrade";
+      return then(upgrade);
     case FindingKind::kLeftBehind:
-      return remedy.empty() ? "Run hvxupgrade upgrade --retry"
-                            : remedy + ", then run hvxupgrade upgrade --retry";
+      return then(retry);
     case FindingKind::kBeyondUpgrades:
       return remedy.empty() ? "Set these values of the feature again in the workbench" : remedy;
     case FindingKind::kUnknown:

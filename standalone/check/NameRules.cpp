@@ -66,7 +66,7 @@ constexpr ConformityRule kRules[] = {
      "its name mentions the product",
      ProductName,
      RenamedWith,
-     "Choose the language that the name is in with --language"},
+     "Choose the language that the name is in (--language)"},
 };
 
 }  // namespace

@@ -52,6 +52,7 @@ AtomicFile::AtomicFile(const std::filesystem::path& target, const WriteOptions& 
       backupSuffix_(options.backupSuffix),
       replaces_(options.replaces),
       keepResult_(options.keepResult),
+      changedAdvice_(options.changedAdvice),
       folder_(FolderOf(target_)) {
   if (options.digest != nullptr) sum_.emplace();
   std::error_code error;
@@ -159,7 +160,7 @@ void AtomicFile::RefuseChanged(bool afterLink) {
                                : now->IsSameFile(*replaces_) ? "another program wrote to it"
                                                              : "another file was put in its place";
   const std::string kept = keepResult_ ? KeepBeside() : "";
-  std::string advice = "Nothing was written; run the upgrade again";
+  std::string advice = fmt::format("Nothing was written; {}", changedAdvice_);
   if (!kept.empty()) {
     advice = fmt::format("The result for what was read is kept as {}; run the upgrade again on the document",
                          kept);
@@ -167,7 +168,7 @@ void AtomicFile::RefuseChanged(bool afterLink) {
     advice = fmt::format("The result could not be kept beside it ({}); run the upgrade again",
                          std::strerror(errno));
   }
-  throw ChangedMeanwhile(given_.string(), fmt::format("while it was being upgraded {}", how), kept, advice);
+  throw ChangedMeanwhile(given_.string(), how, kept, advice);
 }
 
 std::string AtomicFile::KeepBeside() {

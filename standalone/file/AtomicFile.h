@@ -47,6 +47,7 @@ class AtomicFile {
   std::string backupSuffix_;
   std::optional<FileIdentity> replaces_;
   bool keepResult_;
+  std::string changedAdvice_;
   std::filesystem::path folder_;  // of the target; made beforehand, for once it is in place nothing may fail
   std::string temporary_;
   int descriptor_ = -1;

@@ -40,8 +40,8 @@ class DocumentError : public std::runtime_error {
 /// it was being read. Nothing was written in its place.
 class ChangedMeanwhile : public DocumentError {
  public:
-  /// `how` is what became of it, and when: "while it was being upgraded it was removed". `kept` is where the
-  /// result was kept instead; empty for nowhere.
+  /// `how` is what became of it: "another program wrote to it". `kept` is where the result was kept instead;
+  /// empty for nowhere.
   ChangedMeanwhile(std::string_view file, std::string_view how, std::string kept, std::string_view advice)
       : DocumentError(Kind::kUnwritable, file, 0, std::string("changed meanwhile: ").append(how), advice),
         kept_(std::move(kept)) {}

@@ -94,7 +94,7 @@ class Reader {
   void RefuseChanged(const InputFile& file) const {
     if (file.WasWrittenTo())
       throw ChangedMeanwhile(file_, "while it was being read another program wrote to it", "",
-                             "Wait until that is done, then run the same command again");
+                             "Wait until that is done, then start again");
   }
 
   void RefuseForeign(std::string_view start) const {
@@ -189,8 +189,10 @@ class Reader {
     Fail(lastLine,
          fmt::format("the header announces {} feature{} but the file holds {}", announced_,
                      announced_ == 1 ? "" : "s", found),
-         found < announced_ ? "It was cut off; restore it from a backup"
-                            : "If the added lines are wanted, correct \"features\" in the first line");
+         found < announced_
+             ? "If it was cut off, restore it from a backup; if lines were taken out on purpose, "
+               "correct \"features\" in the first line"
+             : "If the added lines are wanted, correct \"features\" in the first line");
   }
 
   // Of several faults that show only now, the one in the first line is told. One that ends all others is that

@@ -148,9 +148,8 @@ void CopyDocument(const std::filesystem::path& source, const std::filesystem::pa
   }
   if (std::ferror(input.get()) != 0) throw unreadable();
   if (read && FileIdentity::Of(fileno(input.get())) != read) {
-    throw ChangedMeanwhile(
-        source.string(), "while it was being upgraded another program wrote to it, or put another file there",
-        "", "Nothing was written; run this again");
+    throw ChangedMeanwhile(source.string(), "another program wrote to it, or put another file there", "",
+                           fmt::format("Nothing was written; {}", options.changedAdvice));
   }
   if (options.digest != nullptr) *options.digest = output.Digest();
   TellEnd(written, options);

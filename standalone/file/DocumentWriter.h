@@ -21,6 +21,8 @@ struct WriteOptions {
   /// Where the file is something else by then: whether the result is kept beside it, under a name that is
   /// free.
   bool keepResult = false;
+  /// What to do then, as the end of a sentence.
+  std::string_view changedAdvice = "run the upgrade again";
   Compression compression = Compression::kNone;  ///< How a document is to be stored.
   /// Where set, gets the digest of the file as it is stored: before `onProgress` tells that all is written.
   FileDigest* digest = nullptr;

@@ -8,13 +8,37 @@
 
 namespace hvxupgrade {
 
-Busy::Busy(Inside::DocumentState& state) : state_(state) {
+namespace {
+
+// What this thread is at, the innermost first: a callback may work on another document.
+thread_local const Busy* innermost = nullptr;
+
+constexpr const char* kIsBusy = "the document is being upgraded or written";
+constexpr const char* kOnlyLook = "Wait until that is done: a callback may only look";
+
+}  // namespace
+
+Busy::Busy(Inside::DocumentState& state) : state_(state), outer_(innermost) {
+  const auto refuse = [this](const char* problem, const char* advice) {
+    throw Error(Error::Kind::kUsage, state_.file.string(), 0, problem, advice);
+  };
   if (state_.isStopped)
-    RefuseUse("an upgrade of the document was stopped, so it stands between two releases", "Read it again");
-  if (state_.isBusy)
-    RefuseUse("the document is being upgraded or written",
-              "Wait until that is done: a callback may only look");
+    refuse("an upgrade of the document was stopped, so it stands between two releases", "Read it again");
+  if (state_.isBusy) refuse(kIsBusy, kOnlyLook);
   state_.isBusy = true;
+  innermost = this;
+}
+
+Busy::~Busy() {
+  state_.isBusy = false;
+  innermost = outer_;
+}
+
+void Busy::RequireIdle(const standalone::Document& document) {
+  for (const Busy* each = innermost; each != nullptr; each = each->outer_) {
+    if (each->state_.document.Get() == &document)
+      throw Error(Error::Kind::kUsage, each->state_.file.string(), 0, kIsBusy, kOnlyLook);
+  }
 }
 
 Document::Document(std::string_view displayName)
@@ -30,6 +54,10 @@ std::string Document::DisplayName() const {
   return std::string(state_->document->GetDisplayName().View());
 }
 
+std::filesystem::path Document::File() const {
+  return state_->file;
+}
+
 std::size_t Document::FeatureCount() const {
   return state_->document->FeatureCount();
 }
@@ -42,7 +70,7 @@ std::optional<Feature> Document::Find(FeatureId id) const {
   return Inside::MakeIfAlive(state_->document->Find(id));
 }
 
-Document::Features Document::All() const {
+Document::Features Document::All() const& {
   return Features(*state_->document.Get());
 }
 
@@ -61,6 +89,7 @@ Feature Document::Create(std::string_view lateType, std::string_view alias, std:
   RequireText(lateType, "late type");
   RequireText(alias, "alias");
   standalone::Document& document = *state_->document.Get();
+  Busy::RequireIdle(document);
   if (document.NextId() > standalone::format::kMaxId)
     RefuseUse(fmt::format("ids go to {}, and the document has that one", standalone::format::kMaxId));
   standalone::Feature* above = nullptr;
@@ -80,6 +109,7 @@ void Document::Remove(Feature feature) {
   standalone::Feature& removed = Inside::AliveOf(feature);
   if (removed.document != state_->document.Get())
     RefuseUse(fmt::format("feature {} belongs to another document", removed.id));
+  Busy::RequireIdle(*removed.document);
   state_->document->Remove(removed);
 }
 

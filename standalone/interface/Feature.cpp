@@ -13,12 +13,19 @@ standalone::Attribute* FindAttribute(Feature handle, std::string_view key) {
   return feature.document->FindAttribute(feature, standalone::NameTable::Find(key));
 }
 
+standalone::Feature& ToBeChanged(Feature handle) {
+  standalone::Feature& feature = Inside::AliveOf(handle);
+  Busy::RequireIdle(*feature.document);
+  return feature;
+}
+
 }  // namespace
 
 standalone::Feature& Inside::AliveOf(Feature handle) {
   standalone::Feature& feature = Of(handle);
   if (feature.removed)
-    RefuseUse(fmt::format("feature {} was removed", feature.id), "Ask IsRemoved before using such a handle");
+    RefuseUse(fmt::format("feature {} was removed", feature.id),
+              "Ask whether a feature was removed before using it");
   return feature;
 }
 
@@ -94,18 +101,18 @@ std::int32_t Feature::Mode(std::string_view key) const {
 }
 
 void Feature::SetAlias(std::string_view alias) {
-  standalone::Feature& feature = Inside::AliveOf(*this);
+  standalone::Feature& feature = ToBeChanged(*this);
   RequireText(alias, "alias");
   feature.document->SetExternalName(feature, alias);
 }
 
 void Feature::SetUpToDate(bool upToDate) {
-  standalone::Feature& feature = Inside::AliveOf(*this);
+  standalone::Feature& feature = ToBeChanged(*this);
   feature.document->SetUpToDate(feature, upToDate);
 }
 
 void Feature::Set(std::string_view key, const Value& value) {
-  standalone::Feature& feature = Inside::AliveOf(*this);
+  standalone::Feature& feature = ToBeChanged(*this);
   if (key.empty()) RefuseUse("the key of an attribute is empty");
   RequireText(key, "key of an attribute");
   standalone::Document& document = *feature.document;
@@ -115,6 +122,7 @@ void Feature::Set(std::string_view key, const Value& value) {
 bool Feature::Remove(std::string_view key) {
   const standalone::Attribute* const found = FindAttribute(*this, key);
   if (found == nullptr) return false;
+  Busy::RequireIdle(*feature_->document);
   feature_->document->RemoveAttribute(*feature_, found->key);
   return true;
 }

@@ -2,6 +2,7 @@
 
 #include "check/Conformity.h"
 #include "interface/Inside.h"
+#include "interface/Translation.h"
 
 namespace hvxupgrade {
 namespace {
@@ -23,9 +24,9 @@ Finding Told(const standalone::Finding& finding) {
   told.reason = finding.reason;
   told.damage = finding.damage;
   told.key = finding.key;
-  told.remedy = finding.remedy;
+  told.remedy = WithoutOptions(finding.remedy);
   told.explanation = finding.Explanation();
-  told.nextStep = finding.NextStep();
+  told.nextStep = WithoutOptions(finding.NextStep("upgrade the document", "upgrade it again with retry"));
   told.needsPerson = finding.NeedsPerson();
   told.count = finding.count;
   return told;

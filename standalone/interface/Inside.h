@@ -35,6 +35,8 @@ class Document::State {
   std::vector<std::shared_ptr<const void>> libraries;
   standalone::DocumentPtr document;
   std::map<std::filesystem::path, KnownFile> files;  ///< By their real paths.
+  std::filesystem::path file;                        ///< See `Document::File`.
+  bool isRead = false;                               ///< From that file, and not made here.
   std::size_t upgradesRead = 0;                      ///< How many were recorded when it was read.
   /// An upgrade was stopped and left the document between two releases.
   bool isStopped = false;
@@ -66,16 +68,20 @@ class Inside {
 };
 
 /// A document that is worked on, for the life of this object: what is called meanwhile may look at it. Throws
-/// `Error` (`kUsage`) when somebody works on it already.
+/// `Error` (`kUsage`) when somebody works on it already, or an upgrade of it was stopped.
 class Busy {
  public:
   explicit Busy(Inside::DocumentState& state);
-  ~Busy() { state_.isBusy = false; }
+  ~Busy();
   Busy(const Busy&) = delete;
   Busy& operator=(const Busy&) = delete;
 
+  /// Throws `Error` (`kUsage`) when this thread works on the document, so that nobody may change it.
+  static void RequireIdle(const standalone::Document& document);
+
  private:
   Inside::DocumentState& state_;
+  const Busy* outer_;
 };
 
 [[nodiscard]] Value ValueOf(const standalone::Value& value);

@@ -178,8 +178,10 @@ class LineReader::State {
 };
 
 LineReader::LineReader(const std::filesystem::path& file, const ReadOptions& options)
-    : state_(Translated(Error::Kind::kUnreadable, file,
-                        [&] { return std::make_unique<State>(file, options); })) {}
+    : state_(Translated(Error::Kind::kUnreadable, file, [&] {
+        RequireNamed(file, Error::Kind::kUnreadable);
+        return std::make_unique<State>(file, options);
+      })) {}
 
 LineReader::~LineReader() = default;
 LineReader::LineReader(LineReader&&) noexcept = default;

@@ -17,7 +17,7 @@ standalone::ReadOptions ReadingBy(const ReadOptions& options) {
   reading.unpackedAdvice = "If you trust it, allow more unpacked bytes";
   if (options.onProgress) {
     reading.onProgress = [&options](std::size_t read, std::size_t total) {
-      TellProgress(options.onProgress, read, total, "reading");
+      TellProgress(options.onProgress, read, total, {"reading was stopped", "Read it again"});
     };
   }
   return reading;
@@ -39,6 +39,7 @@ Header HeaderOf(const standalone::DocumentHeader& header) {
 
 Document Read(const std::filesystem::path& file, const ReadOptions& options) {
   return Translated(Error::Kind::kUnreadable, file, [&] {
+    RequireNamed(file, Error::Kind::kUnreadable);
     standalone::ReadOptions reading = ReadingBy(options);
     KnownFile known;
     bool isRegular = false;
@@ -51,6 +52,8 @@ Document Read(const std::filesystem::path& file, const ReadOptions& options) {
       if (isRegular) known.identity = *identity;
     };
     auto state = std::make_unique<Inside::DocumentState>(standalone::ReadDocument(file, reading));
+    state->file = file;
+    state->isRead = true;
     state->upgradesRead = upgrades;
     if (isRegular) state->files.emplace(standalone::RealPathOf(file), known);
     return Inside::Make(std::move(state));
@@ -58,7 +61,10 @@ Document Read(const std::filesystem::path& file, const ReadOptions& options) {
 }
 
 Header ReadHeader(const std::filesystem::path& file) {
-  return Translated(Error::Kind::kUnreadable, file, [&] { return HeaderOf(standalone::ReadHeader(file)); });
+  return Translated(Error::Kind::kUnreadable, file, [&] {
+    RequireNamed(file, Error::Kind::kUnreadable);
+    return HeaderOf(standalone::ReadHeader(file));
+  });
 }
 
 const Value* FeatureLine::Find(std::string_view key) const {

@@ -58,7 +58,10 @@ class Libraries {
   static std::vector<fs::path> FilesOf(const UpgraderOptions& options) {
     std::vector<fs::path> files;
     if (options.useInstalledLibrary) files.push_back(standalone::InstalledFiles::UpgradeLibraryFile());
-    for (const fs::path& file : options.libraries) files.push_back(fs::absolute(file));
+    for (const fs::path& file : options.libraries) {
+      RequireNamed(file, Error::Kind::kInstallation);
+      files.push_back(fs::absolute(file));
+    }
     return files;
   }
 
@@ -95,6 +98,26 @@ UpgradeFailure Told(const standalone::UpgradeFailure& failure) {
   return told;
 }
 
+// An upgrade on this thread, for the life of this object. A second one, from a callback of the first, would
+// mix up what the thread keeps about both documents.
+class OneOfThread {
+ public:
+  OneOfThread() {
+    if (isThere)
+      RefuseUse("this thread is upgrading another document",
+                "Upgrade it when that is done, or in another thread");
+    isThere = true;
+  }
+  ~OneOfThread() { isThere = false; }
+  OneOfThread(const OneOfThread&) = delete;
+  OneOfThread& operator=(const OneOfThread&) = delete;
+
+ private:
+  static thread_local bool isThere;
+};
+
+thread_local bool OneOfThread::isThere = false;
+
 // What a program asked for, of a document.
 class Run {
  public:
@@ -103,6 +126,7 @@ class Run {
 
   UpgradeResult Do() {
     const Busy busy(state_);
+    const OneOfThread one;
     const std::vector<std::string> pending = manager_.Pending(document_);
     const std::vector<std::string> chosen =
         standalone::ChooseUpgrades(manager_, Wanted(pending), pending).identifiers;
@@ -134,7 +158,7 @@ class Run {
     const standalone::UnknownUpgrades unknown = manager_.Unknown(document_);
     const bool isNothingToRun = chosen.empty() && !options_.retry && !unknown.HaveNamesake();
     if (unknown.IsEmpty() || (unknown.AreOnlyNotLoaded() && isNothingToRun)) return;
-    throw Error(Error::Kind::kNewer, Name(), 0, unknown.Problem(),
+    throw Error(Error::Kind::kNewer, state_.file.string(), 0, unknown.Problem(),
                 unknown.AreOnlyNotLoaded() ? "Give their files to the Upgrader, among its libraries"
                                            : unknown.NextStep());
   }
@@ -144,12 +168,13 @@ class Run {
     for (const std::string& identifier : *options_.identifiers) {
       if (manager_.Find(identifier) == nullptr) {
         const std::string_view meant = standalone::LikelyMeant(manager_, identifier);
-        RefuseUse(fmt::format("there is no upgrade \"{}\"", identifier),
-                  meant.empty() ? "Known tells which there are" : fmt::format("Did you mean \"{}\"?", meant));
+        RefuseUse(
+            fmt::format("there is no upgrade \"{}\"", identifier),
+            meant.empty() ? "Ask the Upgrader which it knows" : fmt::format("Did you mean \"{}\"?", meant));
       }
       if (document_.HasRecorded(identifier))
         RefuseUse(fmt::format("the document has been through \"{}\"", identifier),
-                  "Pending tells what is left");
+                  "Ask the Upgrader what is pending");
     }
     return *options_.identifiers;
   }
@@ -165,10 +190,11 @@ class Run {
 
   [[nodiscard]] standalone::UpgradeWatch Watch() const {
     standalone::UpgradeWatch watch;
-    watch.limitAdvice = "allow more with maxFeaturesCreated";
+    watch.limitAdvice = "Read it again, and allow more created features";
     if (options_.onProgress) {
       watch.onProgress = [this](std::size_t done, std::size_t total) {
-        TellProgress(options_.onProgress, done, total, "the upgrade");
+        TellProgress(options_.onProgress, done, total,
+                     {"the upgrade was stopped", "Read it again before going on"});
       };
     }
     return watch;
@@ -185,8 +211,6 @@ class Run {
     result.featuresRemoved = since.removed.size();
     return result;
   }
-
-  [[nodiscard]] std::string Name() const { return std::string(document_.GetDisplayName().View()); }
 
   const standalone::VersionManager& manager_;
   Inside::DocumentState& state_;
@@ -239,7 +263,7 @@ UpgradeResult Upgrader::Upgrade(Document& document, const UpgradeOptions& option
   Inside::DocumentState& state = Inside::StateOf(document);
   if (std::ranges::find(state.libraries, state_->libraries) == state.libraries.end())
     state.libraries.push_back(state_->libraries);
-  return Translated(Error::Kind::kStopped, document.DisplayName(),
+  return Translated(Error::Kind::kStopped, state.file,
                     [&] { return Run(state_->Manager(), state, options).Do(); });
 }
 

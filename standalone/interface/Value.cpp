@@ -14,9 +14,19 @@
 namespace hvxupgrade {
 namespace {
 
-void Append(fmt::memory_buffer& out, const Value& value) {
+void RequireUtf8(std::string_view text, std::string_view what) {
+  if (!simdjson::validate_utf8(text.data(), text.size())) RefuseUse(fmt::format("the {} is not UTF-8", what));
+}
+
+void RequireDepth(int depth) {
+  if (depth == standalone::format::kMaxListDepth)
+    RefuseUse(fmt::format("no document nests lists more than {} deep", standalone::format::kMaxListDepth));
+}
+
+void Append(fmt::memory_buffer& out, const Value& value, int depth) {
   switch (value.GetKind()) {
     case Value::Kind::kString:
+      RequireUtf8(value.AsString(), "text");
       standalone::AppendJsonText(out, value.AsString());
       break;
     case Value::Kind::kInteger:
@@ -37,11 +47,12 @@ void Append(fmt::memory_buffer& out, const Value& value) {
       }
       break;
     case Value::Kind::kList: {
+      RequireDepth(depth);
       out.push_back('[');
       std::string_view separator;
       for (const Value& entry : value.AsList()) {
         standalone::AppendRaw(out, separator);
-        Append(out, entry);
+        Append(out, entry, depth + 1);
         separator = ",";
       }
       out.push_back(']');
@@ -73,8 +84,7 @@ standalone::Value KeepAt(const Value& value, standalone::Document& document, int
     case Value::Kind::kList:
       break;
   }
-  if (depth == standalone::format::kMaxListDepth)
-    RefuseUse(fmt::format("no document nests lists more than {} deep", standalone::format::kMaxListDepth));
+  RequireDepth(depth);
   std::vector<standalone::Value> entries;
   entries.reserve(value.AsList().size());
   for (const Value& entry : value.AsList()) entries.push_back(KeepAt(entry, document, depth + 1));
@@ -82,6 +92,9 @@ standalone::Value KeepAt(const Value& value, standalone::Document& document, int
 }
 
 }  // namespace
+
+// Here, so that there is one type information for programs and the library.
+WrongKind::~WrongKind() = default;
 
 Value::Kind Value::GetKind() const {
   static constexpr Kind kKinds[] = {Kind::kLink, Kind::kString,  Kind::kInteger,
@@ -91,12 +104,18 @@ Value::Kind Value::GetKind() const {
 
 double Value::AsNumber() const {
   const std::int64_t* const integer = std::get_if<std::int64_t>(&held_);
-  return integer != nullptr ? static_cast<double>(*integer) : AsReal();
+  return integer != nullptr ? static_cast<double>(*integer) : As<double>("a number");
+}
+
+void Value::Refuse(const char* wanted) const {
+  static constexpr const char* kWords[] = {"a link", "a text",    "an integer",
+                                           "a real", "a boolean", "a list"};  // as `held_` has them
+  throw WrongKind(fmt::format("the value is {}, not {}", kWords[held_.index()], wanted));
 }
 
 std::string Value::Json() const {
   fmt::memory_buffer out;
-  Append(out, *this);
+  Append(out, *this, 0);
   return fmt::to_string(out);
 }
 
@@ -128,7 +147,7 @@ standalone::Value Keep(const Value& value, standalone::Document& document) {
 void RequireText(std::string_view text, std::string_view what) {
   if (text.size() > standalone::ReadOptions().maxLineBytes)
     RefuseUse(fmt::format("the {} is longer than a line of a document may be", what));
-  if (!simdjson::validate_utf8(text.data(), text.size())) RefuseUse(fmt::format("the {} is not UTF-8", what));
+  RequireUtf8(text, what);
 }
 
 }  // namespace hvxupgrade

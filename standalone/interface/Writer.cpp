@@ -51,20 +51,23 @@ void Write(Document& document, const fs::path& file, const WriteOptions& options
   Translated(Error::Kind::kUnwritable, file, [&] {
     Inside::DocumentState& state = Inside::StateOf(document);
     const Busy busy(state);
+    RequireNamed(file, Error::Kind::kUnwritable);
     RequireSound(state, file);
     const fs::path real = standalone::RealPathOf(file);
     const KnownFile* const known = FindKnown(state, real);
     standalone::WriteOptions writing;
     writing.overwrite = options.overwrite;
     writing.backupSuffix = options.backupSuffix;
+    writing.changedAdvice = "read it again, or write to another file";
     if (known != nullptr) writing.replaces = known->identity;
     writing.compression = options.compression ? CompressionOf(*options.compression)
                           : known != nullptr  ? known->stored
                                               : standalone::CompressionNamed(file);
     writing.onProgress = [&options](std::size_t written, std::size_t total) {
-      TellProgress(options.onProgress, written, total, "writing");
+      TellProgress(options.onProgress, written, total, {"writing was stopped", "Write it again"});
     };
     standalone::WriteDocument(*state.document.Get(), file, writing);
+    if (!state.isRead) state.file = file;
     if (const auto written = standalone::FileIdentity::Of(real))
       state.files[real] = {*written, writing.compression};
   });

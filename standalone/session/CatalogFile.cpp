@@ -24,7 +24,7 @@ struct Descriptor {
   const int cause = errno;
   throw std::runtime_error(
       fmt::format("{}: the catalog cannot be read ({}). {}", file.string(), std::strerror(cause),
-                  cause == ENOENT ? "Reinstall the program, or name the right data folder with --data"
+                  cause == ENOENT ? "Reinstall the program, or name the right data folder (--data)"
                                   : "Check its permissions and that its disk is sound, or try again"));
 }
 

@@ -74,7 +74,7 @@ const NeededLateType kNeeded[] = {
 
 [[noreturn]] void Refuse(const std::filesystem::path& file, std::string_view why) {
   throw std::runtime_error(fmt::format(
-      "{}: {}. Reinstall the program, or name the right data folder with --data", file.string(), why));
+      "{}: {}. Reinstall the program, or name the right data folder (--data)", file.string(), why));
 }
 
 // Attributes are made from these as they stand; nothing else could be stored.

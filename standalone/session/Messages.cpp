@@ -31,7 +31,7 @@ InUse& Current() {
   return current;
 }
 
-constexpr std::string_view kRemedy = "Reinstall the program, or name the right data folder with --data";
+constexpr std::string_view kRemedy = "Reinstall the program, or name the right data folder (--data)";
 // What upgrades and the host take.
 struct NeededText {
   const char* catalog;

@@ -116,7 +116,8 @@ std::string FaultOfFile(const fs::path& file) {
   // Looking into a pipe would wait for ever.
   if (fs::exists(status) && fs::is_other(status))
     return "this is not a regular file, and so no upgrade library. Give another file";
-  if (fs::is_directory(status)) return "this is a folder, not an upgrade library. --plugins takes folders";
+  if (fs::is_directory(status))
+    return "this is a folder, not an upgrade library. Name the libraries in it (--plugins takes folders)";
   const std::string fault = FaultOfOpening(file);
   return fault.empty() ? FaultOfHeader(file) : fault;
 }

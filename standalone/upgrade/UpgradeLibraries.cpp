@@ -61,8 +61,8 @@ void RequireContinued(const Loaded& libraries) {
       if (!isThere)
         throw std::runtime_error(fmt::format(
             "{} continues the upgrade library {}, which is not loaded. {}", NameOf(*library), name,
-            IsBuiltIn(name) ? "Leave out --no-default-library"
-                            : "Give that one, too, with --library or --plugins"));
+            IsBuiltIn(name) ? "Do not leave out the installed library (--no-default-library)"
+                            : "Give that one, too (--library, --plugins)"));
     }
   }
 }

@@ -78,12 +78,24 @@ struct UpgradeRun {
 /// Why a run could not be carried through. The document is to be thrown away.
 class UpgradeAborted : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  /// `advice` is the next move, where there is a special one.
+  explicit UpgradeAborted(std::string problem, std::string_view advice = {})
+      : std::runtime_error(advice.empty() ? problem : std::string(problem).append("; ").append(advice)),
+        problem_(std::move(problem)),
+        advice_(advice) {}
+
+  /// What went wrong, without the advice.
+  [[nodiscard]] const std::string& Problem() const noexcept { return problem_; }
+  [[nodiscard]] const std::string& Advice() const noexcept { return advice_; }
+
+ private:
+  std::string problem_;
+  std::string advice_;
 };
 
 /// Who wants to know what a run is doing; what is empty is not told.
 struct UpgradeWatch {
-  /// How to allow more than the limit of created features, as the end of a sentence.
+  /// How to allow more than the limit of created features: `UpgradeAborted::Advice`.
   std::string_view limitAdvice = "raise it with --limit-features";
   /// Now and then: how many visits are done, and about how many there are.
   std::function<void(std::size_t done, std::size_t total)> onProgress;

@@ -52,7 +52,7 @@ std::string PlaceOf(const UpgradeWork& work) {
 }
 
 // Conversions of the whole document make a contact pair for each connection property in each case.
-std::string WhatWasMade(const Document& document, const UpgradeWork& work, std::string_view limitAdvice) {
+std::string WhatWasMade(const Document& document, const UpgradeWork& work) {
   std::size_t old = static_cast<std::size_t>(std::ranges::count_if(
       document.Touched(), [](const Feature* each) { return each->removed && !each->created; }));
   std::size_t properties = 0;
@@ -63,10 +63,12 @@ std::string WhatWasMade(const Document& document, const UpgradeWork& work, std::
     properties += feature->TypeName() == "SAMFaceFaceContact" ? 1 : 0;
     cases += feature->type->MetaClass().IsAKindOf(kind::kAnalysisCase) ? 1 : 0;
   }
-  std::string text = fmt::format("it created {} features in a document of {}", document.CreatedCount(), old);
+  const std::size_t created = document.CreatedCount();
+  std::string text =
+      fmt::format("it created {} feature{} in a document of {}", created, created == 1 ? "" : "s", old);
   if (work.kind == UpgradeWork::Kind::kConversion && properties != 0)
     text += fmt::format(" ({} connection properties in {} cases)", properties, cases);
-  return fmt::format("{}, which is the limit; {}", text, limitAdvice);
+  return text + ", which is the limit";
 }
 
 // The feature's extension of one of several libraries, which a cast does not give.
@@ -256,8 +258,8 @@ void UpgradeRunner::Do(const UpgradeWork& work, const Action& action) {
   } catch (const IdleRun& error) {
     throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), error.what()));
   } catch (const TooManyFeatures&) {
-    throw UpgradeAborted(
-        fmt::format("{}: {}", PlaceOf(work), WhatWasMade(document_, work, watch_.limitAdvice)));
+    throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), WhatWasMade(document_, work)),
+                         watch_.limitAdvice);
   }
   work_ = nullptr;
   document_.RestoreListsSetAside();

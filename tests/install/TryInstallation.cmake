@@ -32,6 +32,11 @@ foreach(file share/man/man1/hvxupgrade.1 share/man/man5/hvxdoc.5 share/hvxupgrad
   endif()
 endforeach()
 
+# Who reads the documents follows their links.
+if(INTERPRETER)
+  run(${INTERPRETER} ${SOURCE}/scripts/check-links ${MOVED}/share/doc/hvxupgrade)
+endif()
+
 # Nothing names the folder that it was built or installed in. What is for a debugger may.
 if(BUILD_TYPE STREQUAL "Release")
   set(which -rlF)

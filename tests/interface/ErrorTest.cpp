@@ -39,6 +39,49 @@ TEST_F(ErrorTest, EachCauseHasItsKind) {
   ExpectError(Kind::kUnwritable, "exists already", [&] { Write(document, newer); });
 }
 
+// Where a display name would not lead to it.
+TEST_F(ErrorTest, WhateverFailsNamesTheFileAsItWasGiven) {
+  const std::filesystem::path file = folder_.Put("in.hvxdoc", BytesOf(Example("bolted_bracket")));
+  const std::filesystem::path target = folder_ / "new.hvxdoc";
+  const auto stop = [](std::uint64_t, std::uint64_t) { return false; };
+  const Upgrader upgrader;
+  Document document = Read(file);
+  Document spoilt = Read(file);
+  const auto expect = [](const std::filesystem::path& expected, const auto& action) {
+    const auto error = ErrorOf(action);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->File(), expected.string()) << error->what();
+    EXPECT_THAT(error->Advice(), Not(IsEmpty())) << error->what();
+  };
+  EXPECT_EQ(document.File(), file);
+  expect(file, [&] { static_cast<void>(Read(file, {.onProgress = stop})); });
+  expect(file, [&] { LineReader(file, {.onProgress = stop}); });
+  expect(target, [&] { Write(document, target, {.onProgress = stop}); });
+  expect(file, [&] { upgrader.Upgrade(document, {.identifiers = std::vector<std::string>{"No"}}); });
+  expect(file, [&] { upgrader.Upgrade(spoilt, {.maxFeaturesCreated = 1}); });
+  expect(file, [&] { Write(spoilt, target); });
+  expect(file, [&] { upgrader.Upgrade(spoilt); });
+
+  Document made("Draft");
+  EXPECT_EQ(made.File(), "");
+  Write(made, target);
+  EXPECT_EQ(made.File(), target);
+  Write(document, folder_ / "copy.hvxdoc");
+  EXPECT_EQ(document.File(), file);
+}
+
+TEST_F(ErrorTest, AnEmptyNameIsTold) {
+  Document document;
+  const auto isTold = [](Kind kind, const auto& action) {
+    ExpectError(kind, "the name of the file is empty", action);
+  };
+  isTold(Kind::kUnreadable, [] { static_cast<void>(Read("")); });
+  isTold(Kind::kUnreadable, [] { static_cast<void>(ReadHeader("")); });
+  isTold(Kind::kUnreadable, [] { LineReader(""); });
+  isTold(Kind::kUnwritable, [&] { Write(document, ""); });
+  isTold(Kind::kInstallation, [] { Upgrader({.libraries = {""}}); });
+}
+
 TEST_F(ErrorTest, WhatIsWrongWithAnInstallationNamesTheFileAndTheRemedy) {
   struct Case {
     UpgraderOptions options;
@@ -50,6 +93,7 @@ TEST_F(ErrorTest, WhatIsWrongWithAnInstallationNamesTheFileAndTheRemedy) {
   const Case cases[] = {
       {{.libraries = {folder_ / "none.so"}}, (folder_ / "none.so").string(), "cannot be loaded"},
       {{.libraries = {text}}, text.string(), "cannot be loaded"},
+      {{.libraries = {folder_ / "empty"}}, (folder_ / "empty").string(), "this is a folder"},
       {{.libraries = {HVX_OLDER_LAYOUT_LIBRARY}}, HVX_OLDER_LAYOUT_LIBRARY, "built for an older version"},
       {{.data = folder_ / "empty"}, (folder_ / "empty/catalogs").string(), "is missing"},
       {{.language = "xx"}, "", ""},
@@ -64,6 +108,7 @@ TEST_F(ErrorTest, WhatIsWrongWithAnInstallationNamesTheFileAndTheRemedy) {
     EXPECT_EQ(error->Line(), 0U);
     EXPECT_THAT(error->Problem(), HasSubstr(each.problem));
     EXPECT_THAT(error->Advice(), Not(IsEmpty()));
+    EXPECT_THAT(error->what(), Not(HasSubstr("--")));  // an option of another program
   }
   EXPECT_FALSE(Upgrader().Known().empty());  // none of them spoilt anything
 }

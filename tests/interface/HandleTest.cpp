@@ -138,6 +138,31 @@ TEST_F(HandleTest, ValuesOfEveryKindComeBackAsTheyWereSet) {
   EXPECT_EQ(Value(3).AsNumber(), 3.0);
   EXPECT_EQ(Value(2.5).AsNumber(), 2.5);
   EXPECT_THROW(static_cast<void>(Value("3").AsNumber()), std::bad_variant_access);
+  try {
+    static_cast<void>(Value(3).AsString());
+    ADD_FAILURE() << "an integer is no text";
+  } catch (const WrongKind& wrong) {
+    EXPECT_STREQ(wrong.what(), "the value is an integer, not a text");
+  }
+}
+
+// A letter would be kept as its number, and the size of a container might not fit.
+static_assert(std::is_constructible_v<Value, int> && std::is_constructible_v<Value, std::int8_t> &&
+              std::is_constructible_v<Value, unsigned> && std::is_constructible_v<Value, bool>);
+static_assert(!std::is_constructible_v<Value, char> && !std::is_constructible_v<Value, wchar_t> &&
+              !std::is_constructible_v<Value, std::size_t> &&
+              !std::is_constructible_v<Value, std::nullptr_t> && !std::is_constructible_v<Value, int*>);
+
+TEST_F(HandleTest, JsonIsGivenOfWhatADocumentCanHold) {
+  Value deep = 1;
+  for (int depth = 0; depth < 9; ++depth) deep = List{deep};
+  const Value values[] = {std::nan(""), "\xff", List{"\xc3("}, deep};
+  for (const Value& value : values) {
+    const auto error = ErrorOf([&] { static_cast<void>(value.Json()); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->GetKind(), Kind::kUsage);
+  }
+  EXPECT_EQ(deep.AsList().front().Json(), "[[[[[[[[1]]]]]]]]");
 }
 
 TEST_F(HandleTest, AWalkMeetsWhatIsCreatedAndNotWhatIsRemoved) {

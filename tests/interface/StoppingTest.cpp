@@ -1,5 +1,8 @@
 // A program may stop each piece of work at any moment. Files are then as they were, and nothing is left over.
 
+#include <hvxupgrade/Difference.h>
+#include <hvxupgrade/Findings.h>
+
 #include <cstdint>
 #include <stdexcept>
 
@@ -112,6 +115,52 @@ TEST_F(StoppingTest, WritingAnywhere) {
   EXPECT_GT(stops, 0);
   EXPECT_NE(BytesOf(file), before);
   EXPECT_EQ(BytesOf(folder_ / "in.hvxdoc.old"), before);
+}
+
+// A callback may look, and work on what is its own; the result is as without it.
+TEST_F(StoppingTest, WhatIsToldOfProgressMayOnlyLook) {
+  const Upgrader upgrader;
+  const auto upgraded = [&](const char* example) {
+    Document document = Read(Example(example));
+    upgrader.Upgrade(document);
+    return TextOf(document);
+  };
+  const std::string alone = upgraded("bolted_bracket");
+  Document document = Read(Example("bolted_bracket"));
+  Feature pressure = *document.Find(247);
+  int calls = 0;
+  const auto look = [&](std::uint64_t, std::uint64_t) {
+    for (const Feature each : document.All()) {
+      for (const std::string_view key : each.Keys()) EXPECT_TRUE(each.Get(key));
+    }
+    static_cast<void>(Check(document));
+    static_cast<void>(ChangesSinceRead(document));
+    const auto isRefused = [](const auto& change) {
+      ExpectError(Kind::kUsage, "upgraded or written", change);
+    };
+    isRefused([&] { static_cast<void>(document.Create("Part")); });
+    isRefused([&] { document.Remove(document.OfType("HVXPressure").front()); });
+    isRefused([&] { pressure.SetAlias("mine"); });
+    isRefused([&] { pressure.SetUpToDate(false); });
+    isRefused([&] { pressure.Set("Mine", 1); });
+    isRefused([&] { pressure.Remove("Supports"); });
+    isRefused([&] { upgrader.Upgrade(document); });
+    isRefused([&] { Write(document, folder_ / "other.hvxdoc"); });
+    ++calls;
+    return true;
+  };
+  upgrader.Upgrade(document, {.onProgress = [&](std::uint64_t done, std::uint64_t total) {
+                     Document another = Read(Example("heated_pipe"));
+                     another.Find(1)->SetAlias("other");
+                     static_cast<void>(TextOf(another));
+                     ExpectError(Kind::kUsage, "this thread is upgrading another document",
+                                 [&] { upgrader.Upgrade(another); });
+                     return look(done, total);
+                   }});
+  Write(document, folder_ / "result.hvxdoc", {.onProgress = look});
+  EXPECT_GT(calls, 2);
+  EXPECT_TRUE(BytesOf(folder_ / "result.hvxdoc") == alone);
+  pressure.Set("Mine", 1);  // as soon as that is done
 }
 
 // What a program's function throws is the program's own.

@@ -69,8 +69,8 @@ TEST_F(UpgraderTest, ChosenUpgradesBringAlongWhatMustRunBefore) {
     EXPECT_EQ(error->Advice(), advice);
   };
   isRefused("there is no upgrade \"ProbA\"", "Did you mean \"ProbeA\"?", {"ProbeA", "ProbA"});
-  isRefused("there is no upgrade \"X\"", "Known tells which there are", {"X"});
-  isRefused("the document has been through \"ProbeC\"", "Pending tells what is left", {"ProbeC"});
+  isRefused("there is no upgrade \"X\"", "Ask the Upgrader which it knows", {"X"});
+  isRefused("the document has been through \"ProbeC\"", "Ask the Upgrader what is pending", {"ProbeC"});
   EXPECT_EQ(document.Upgrades().size(), 2U);
 }
 
@@ -190,8 +190,11 @@ TEST_F(UpgraderTest, ALimitOfCreatedFeaturesIsKeptForTheUpgradeAlone) {
   const Upgrader upgrader;
   Document document = Read(Example("bolted_bracket"));
   for (int i = 0; i < 100; ++i) static_cast<void>(document.Create("Own"));
-  ExpectError(Kind::kStopped, "maxFeaturesCreated",
-              [&] { upgrader.Upgrade(document, {.maxFeaturesCreated = 50}); });
+  const auto stopped = ErrorOf([&] { upgrader.Upgrade(document, {.maxFeaturesCreated = 50}); });
+  ASSERT_TRUE(stopped);
+  EXPECT_EQ(stopped->GetKind(), Kind::kStopped);
+  EXPECT_THAT(stopped->Problem(), testing::EndsWith("which is the limit"));
+  EXPECT_EQ(stopped->Advice(), "Read it again, and allow more created features");
   document = Read(Example("bolted_bracket"));
   const std::size_t made = upgrader.Upgrade(document).featuresCreated;
   document = Read(Example("bolted_bracket"));

@@ -29,6 +29,8 @@ TEST_F(WritingTest, AFileThatSomebodyElseSavedIsNotReplaced) {
     const auto error = ErrorOf([&] { Write(document, folder_ / name, {.overwrite = true}); });
     ASSERT_TRUE(error);
     EXPECT_EQ(error->GetKind(), Kind::kChanged);
+    EXPECT_EQ(error->Problem(), "changed meanwhile: another program wrote to it");
+    EXPECT_EQ(error->Advice(), "Nothing was written; read it again, or write to another file");
     EXPECT_EQ(BytesOf(file), theirs);
   }
   std::filesystem::remove(file);

@@ -39,6 +39,8 @@ def test_kinds_and_numbers(document_file):
         Kind.REAL, Kind.INTEGER, Kind.BOOLEAN, Kind.STRING, Kind.LINK, Kind.LIST, Kind.NONE]
     numpy.testing.assert_array_equal(columns["V"], [1.5, 3, 1, numpy.nan, 2, numpy.nan, numpy.nan])
     assert not columns.kinds["Absent"].any() and len(columns) == 7
+    assert list(columns) == ["V", "Absent"] and "V" in columns and 0 not in columns
+    assert repr(columns) == "<Columns of 7 features: 'V', 'Absent'>"
     with pytest.raises(KeyError):
         columns["NotAskedFor"]
 

@@ -2,6 +2,7 @@
 import gc
 import weakref
 
+import numpy
 import pytest
 
 import hvxupgrade
@@ -13,10 +14,19 @@ def test_a_document_is_a_collection_of_features(bracket):
     assert len(features) == len(document) == 631
     assert [each.id for each in features[:3]] == [1, 2, 3]
     assert document[247] in document and 247 in document and 100000 not in document
-    assert document.get(100000) is None and document.get(100000, "none") == "none"
-    with pytest.raises(KeyError, match="100000"):
-        document[100000]
+    assert numpy.int64(247) in document and document[numpy.int64(247)] == document[247]
+    for no_id in (100000, 0, -1, 2 ** 70, -2 ** 70):
+        assert no_id not in document and document.get(no_id) is None and document.get(no_id, "none") == "none"
+        with pytest.raises(KeyError) as caught:
+            document[no_id]
+        assert caught.value.args == (no_id,)
+    for no_number in ("247", 247.0, None, [247]):
+        assert no_number not in document
+        for call in (document.__getitem__, document.get):
+            with pytest.raises(TypeError, match="the id of a feature is an int, not " + type(no_number).__name__):
+                call(no_number)
     assert document.display_name == "bolted_bracket.hvxdoc"
+    assert document.file == str(bracket) and hvxupgrade.Document("Draft").file is None
     assert document.upgrades == []
 
 
@@ -32,7 +42,8 @@ def test_features_tell_what_they_are(bracket):
     assert pressure.document is document
     assert document[1].father is None
     assert {pressure, document[247]} == {pressure}
-    assert repr(pressure) == '<Feature 247 HVXPressure "Pressure.1">'
+    assert repr(pressure) == "<Feature 247 HVXPressure 'Pressure.1'>"
+    assert repr(document) == "<Document 'bolted_bracket.hvxdoc' of 631 features>"
     assert pressure != 247 and pressure != hvxupgrade.read(bracket)[247]
 
 
@@ -89,6 +100,7 @@ def test_attributes_are_changed_as_in_a_dict(bracket):
     feature["Added"] = (document[247], hvxupgrade.Link(1))
     assert feature.keys()[-1] == "Added" and feature["Added"] == [document[247], document[1]]
     del feature["Magnitude"]
+    assert 1 not in feature
     assert "Magnitude" not in feature and feature.get("Magnitude", 7) == 7 and feature.mode("Magnitude") == 0
     for access in (lambda: feature["Magnitude"], lambda: feature.__delitem__("Magnitude")):
         with pytest.raises(KeyError, match="Magnitude"):
@@ -171,3 +183,14 @@ def test_written_whole_or_not_at_all(bracket, tmp_path):
         assert len(hvxupgrade.read(tmp_path / name)) == 631
     with pytest.raises(ValueError):
         document.write(tmp_path / "d.hvxdoc", compression="zip")
+
+
+def test_a_document_that_was_made_has_the_file_that_it_was_written_to(tmp_path):
+    document = hvxupgrade.Document("Draft")
+    for name in ("a.hvxdoc", "b.hvxdoc"):
+        document.write(tmp_path / name)
+        assert document.file == str(tmp_path / name)
+    odd = tmp_path / "\udce4.hvxdoc"
+    document.write(odd)
+    read = hvxupgrade.read(odd)
+    assert read.file == str(odd) and read.display_name == odd.name and repr(odd.name) in repr(read)

@@ -68,13 +68,16 @@ def test_a_document_whose_upgrade_was_stopped_is_only_looked_at(bracket, tmp_pat
 
 def test_a_document_that_is_worked_on_is_for_nobody_else(bracket):
     document = hvxupgrade.read(bracket)
+    feature = document[247]
     refused = []
 
     def use(done, total):
         for call in (lambda: len(document), lambda: document[247], document.check):
             with pytest.raises(hvxupgrade.UsageError) as caught:
                 call()
+            assert caught.value.file == str(bracket)
             refused.append(caught.value)
+        assert "being worked on" in repr(document) and "being worked on" in repr(feature)
     hvxupgrade.Upgrader().upgrade(document, progress=use)
     assert refused and len(document) > 631
 

@@ -29,13 +29,35 @@ def test_the_stub_of_the_extension_is_complete(source):
             assert inside - OF_EVERY_CLASS == there - OF_EVERY_CLASS, name
 
 
-def test_the_stub_names_the_arguments_that_are_there(source):
-    document = hvxupgrade.Document()
-    document.create("A", alias="a", father=None)
-    document.find_all(late_type="A", father=None, name=None, alias=None, attributes=None)
-    for node in ast.walk(stub(source)):
-        if isinstance(node, ast.FunctionDef) and node.name in ("read", "read_lines"):
-            assert [each.arg for each in node.args.kwonlyargs] == ["progress", "max_unpacked_bytes"]
+def test_help_shows_the_arguments_of_the_stub(source):
+    """Of what was compiled; Python reads those of Python's functions itself."""
+    shown = 0
+    for node in stub(source).body:
+        if not isinstance(node, ast.ClassDef):
+            continue
+        for method in node.body:
+            if not isinstance(method, ast.FunctionDef) or is_property(method):
+                continue
+            if method.name.startswith("__") and method.name != "__init__":
+                continue
+            arguments = method.args
+            names = [each.arg for each in arguments.args if each.arg != "self"] + [each.arg for each in arguments.kwonlyargs]
+            names += [each.arg for each in (arguments.vararg, arguments.kwarg) if each]
+            signature = inspect.signature(getattr(getattr(hvxupgrade, node.name), method.name))
+            assert sorted(signature.parameters) == sorted(names), f"{node.name}.{method.name}"
+            keyword_only = [each.name for each in signature.parameters.values() if each.kind is each.KEYWORD_ONLY]
+            assert keyword_only == [each.arg for each in arguments.kwonlyargs], f"{node.name}.{method.name}"
+            shown += 1
+    assert shown > 20
+
+
+def is_property(method):
+    return any("property" in ast.unparse(each) or "setter" in ast.unparse(each) for each in method.decorator_list)
+
+
+def test_the_version_is_that_of_the_program(source):
+    project = (source / "CMakeLists.txt").read_text(encoding="utf-8")
+    assert f"VERSION {hvxupgrade.__version__} " in project
 
 
 def test_everything_public_is_listed_and_explained():

@@ -1,4 +1,5 @@
 """Files upgraded in a process of their own: what crashes or hangs there leaves everything as it was."""
+import math
 import os
 import signal
 import subprocess
@@ -23,6 +24,9 @@ def test_a_worker_gives_what_this_process_gives(bracket, tmp_path):
     assert here == there and len(there.identifiers) == 66
     assert (tmp_path / "here.hvxdoc").read_bytes() == (tmp_path / "there.hvxdoc").read_bytes()
     assert told and told == sorted(told)
+    for timeout in (math.inf, 1e300, 10 ** 8):  # all longer than the system waits at a time
+        (tmp_path / "there.hvxdoc").unlink()
+        assert hvxupgrade.upgrade_file(bracket, tmp_path / "there.hvxdoc", timeout=timeout) == here
 
 
 def test_options_reach_the_worker(bracket, tmp_path):
@@ -49,6 +53,20 @@ def test_a_crash_is_an_error_with_advice(bracket, tmp_path, trouble):
     assert error.exit_code == -signal.SIGABRT and "SIGABRT" in error.problem
     assert error.file == str(bracket) and error.advice and error.kind == "worker"
     assert listing(tmp_path) == before
+
+
+@pytest.mark.parametrize("does, told", [("abort()", "signal 6 (SIGABRT)"), ("_exit(0)", "code 0"),
+                                        ("for (;;) pause()", "longer than 3 seconds")])
+def test_a_library_that_ends_its_process_when_it_is_loaded_is_named(bracket, tmp_path, does, told):
+    source, bad, good = tmp_path / "bad.c", tmp_path / "bad.so", tmp_path / "good.so"
+    source.write_text("#include <stdlib.h>\n#include <unistd.h>\n"
+                      f"__attribute__((constructor)) static void begin(void) {{ {does}; }}\n")
+    subprocess.run(["g++", "-x", "c", "-shared", "-fPIC", source, "-o", bad], check=True)
+    for libraries, advice in ((bad, f"Leave out {bad}, "), ([bad, good], "Give these libraries one at a time")):
+        with pytest.raises(hvxupgrade.WorkerError) as caught:
+            hvxupgrade.upgrade_file(bracket, tmp_path / "result.hvxdoc", libraries=libraries, timeout=3)
+        assert told in caught.value.problem and f"while it loaded {bad}" in caught.value.problem
+        assert caught.value.advice.startswith(advice)
 
 
 def test_an_upgrade_that_never_ends_is_ended(bracket, tmp_path, trouble):

@@ -72,9 +72,10 @@ class AtomicFileTest : public testing::Test {
 };
 
 TEST_F(AtomicFileTest, ADocumentThatIsNoLongerWhatWasReadStays) {
-  EXPECT_THAT(Replace(ReplacingWhatIsThere(), [&] { folder_.Put("a", "newer"); }),
-              HasSubstr("a: changed meanwhile: while it was being upgraded another program wrote to it. "
-                        "Nothing was written; run the upgrade again"));
+  EXPECT_THAT(
+      Replace(ReplacingWhatIsThere(), [&] { folder_.Put("a", "newer"); }),
+      HasSubstr(
+          "a: changed meanwhile: another program wrote to it. Nothing was written; run the upgrade again"));
   EXPECT_EQ(BytesOf(document_), "newer");
 
   // A program that sets the time back does not go unnoticed.

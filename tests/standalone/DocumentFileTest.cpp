@@ -318,7 +318,7 @@ TEST_F(DocumentFileTest, NoLateTypeLeadsInACircle) {
 
 TEST_F(DocumentFileTest, CountsAndCyclesAreChecked) {
   const std::string one = "{\"id\":1,\"type\":\"X\"}\n";
-  ExpectRefused(WithHeader(2, one), 2, "announces 2 features but the file holds 1. It was cut off");
+  ExpectRefused(WithHeader(2, one), 2, "announces 2 features but the file holds 1. If it was cut off");
   ExpectRefused(WithHeader(0, one), 2,
                 "announces 0 features but the file holds 1. If the added lines are wanted");
   ExpectRefused(WithHeader(1, "{\"id\":1,\"type\":\"X\",\"father\":{\"ref\":1}}\n"), 2,

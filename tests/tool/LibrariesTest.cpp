@@ -90,7 +90,7 @@ TEST_F(LibrariesTest, ContinuingNeedsWhatIsContinuedAndNoCircle) {
   ExpectRefused({Library("b.so", "name B\ncontinues A\n")},
                 HasSubstr("continues the upgrade library A, which is not loaded"));
   ExpectRefused({Library("b.so", "name B\ncontinues HVXUpgradeComponents\n")},
-                HasSubstr("Leave out --no-default-library"));
+                HasSubstr("Do not leave out the installed library (--no-default-library)"));
   ExpectRefused({Library("s.so", "name Self\ncontinues Self\n")}, HasSubstr("Self continues Self"));
   ExpectRefused({Library("a.so", "name A\ncontinues C\n"), Library("b.so", "name B\ncontinues A\n"),
                  Library("c.so", "name C\ncontinues B\n"), Library("d.so", "name 0\ncontinues A\n")},

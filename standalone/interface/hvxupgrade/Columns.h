@@ -17,7 +17,8 @@ struct HVXUPGRADE_API Columns {
     /// What the feature has: no attribute of that name, a number, or something else.
     enum class Cell : std::uint8_t { kNone, kReal, kInteger, kBoolean, kString, kLink, kList };
     std::vector<Cell> cells;
-    /// Numbers as reals, booleans as 0 and 1, links as ids; not a number (NaN) for all others.
+    /// Numbers as reals (integers beyond 2^53 are rounded), booleans as 0 and 1, links as ids and 0 where
+    /// they hold nothing; not a number (NaN) for all others.
     std::vector<double> numbers;
   };
 
@@ -27,7 +28,7 @@ struct HVXUPGRADE_API Columns {
   std::vector<std::uint32_t> lateTypes;    ///< The feature's, as a position in `lateTypeNames`, from 0.
   std::vector<Column> attributes;          ///< One for each key that was asked for.
 
-  /// With a column for each of `keys`; costs a small part of reading the document.
+  /// With a column for each of `keys`, in their order; costs a small part of reading the document.
   [[nodiscard]] static Columns Of(const Document& document, std::span<const std::string> keys = {});
 };
 

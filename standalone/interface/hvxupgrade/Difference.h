@@ -32,7 +32,8 @@ struct HVXUPGRADE_API Difference {
   [[nodiscard]] bool IsEmpty() const;
 };
 
-/// Compares two documents.
+/// Compares two documents, which both stay as they are for whoever looks; none of them may be worked on by
+/// another thread meanwhile.
 [[nodiscard]] HVXUPGRADE_API Difference Compare(Document& before, Document& after);
 
 /// What became of a document since it was read, or made: its features in the order of their first changes.

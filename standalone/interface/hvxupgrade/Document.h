@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <iterator>
 #include <memory>
 #include <optional>
@@ -17,10 +18,12 @@ class Document;  // inside
 namespace hvxupgrade {
 
 /// An analysis document in memory. It belongs to one thread at a time; several documents may be open, and
-/// worked on by several threads. Handles on its features are valid as long as it.
+/// worked on by several threads. Handles on its features are valid as long as it. What is called to be told
+/// of progress with it may only look: changing it meanwhile throws `Error` (`kUsage`). One that was moved
+/// from can be destroyed and assigned to, and nothing else.
 class HVXUPGRADE_API Document {
  public:
-  /// An empty document.
+  /// An empty document of that name, which is shown to people.
   explicit Document(std::string_view displayName = "");
   ~Document();
   Document(Document&&) noexcept;
@@ -29,16 +32,21 @@ class HVXUPGRADE_API Document {
   Document& operator=(const Document&) = delete;
 
   [[nodiscard]] std::string DisplayName() const;  ///< The file's name, for a document that was read.
+  /// The file that it was read from, as the program named it; for a document that was made here, the one that
+  /// it was written to last. Empty when there is none. Errors about the document name it.
+  [[nodiscard]] std::filesystem::path File() const;
   [[nodiscard]] std::size_t FeatureCount() const;
   /// The identifiers of the upgrades that it has been through, in the order in which they were recorded.
   [[nodiscard]] std::vector<std::string> Upgrades() const;
+  /// The feature of that id; none when there is none, or it was removed.
   [[nodiscard]] std::optional<Feature> Find(FeatureId id) const;
 
   class Features;
   /// All features, in document order: `for (Feature each : document.All())`. What is created meanwhile is
   /// met, too; what is removed is not, and the feature at hand may be removed.
-  [[nodiscard]] Features All() const;
-  /// The features of that late type, in document order.
+  [[nodiscard]] Features All() const&;
+  void All() const&& = delete;  ///< The document would be gone before the walk begins.
+  /// The features of that late type, in document order. Looks at all features.
   [[nodiscard]] std::vector<Feature> OfType(std::string_view lateType) const;
 
   /// Makes a feature: the last of the document and of its father's sons, in its father's container, with its

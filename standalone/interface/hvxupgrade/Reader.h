@@ -19,14 +19,15 @@ struct ReadOptions {
   /// A compressed file that unpacks to more is refused. None for the default: 256 MiB, and a hundred bytes
   /// for each byte of the file.
   std::optional<std::uint64_t> maxUnpackedBytes = std::nullopt;
-  /// Told, now and then, how many bytes of the file were read and how many there are (0 when that is not
-  /// known). False ends the reading with `Error` (`kStopped`), and so does what it throws, which comes out as
-  /// it is.
+  /// Told, now and then, by the thread that reads, how many bytes of the file were read and how many there
+  /// are (0 when that is not known). False ends the reading with `Error` (`kStopped`), and so does what it
+  /// throws, which comes out as it is.
   std::function<bool(std::uint64_t read, std::uint64_t total)> onProgress = nullptr;
 };
 
 /// Reads the document that `file` holds, plain or compressed by gzip or zstd, whatever its name. Throws
-/// `Error` (`kUnreadable`, `kInvalid`, `kNewer`, `kChanged`) when it cannot be read whole and sound.
+/// `Error` when it cannot be read whole and sound: `kUnreadable`, `kInvalid`, `kNewer`, and `kChanged` when
+/// another program wrote to the file meanwhile.
 [[nodiscard]] HVXUPGRADE_API Document Read(const std::filesystem::path& file,
                                            const ReadOptions& options = {});
 
@@ -72,9 +73,11 @@ struct FeatureLine {
 /// Reads a document line by line, in memory that does not depend on its size: for documents that are too
 /// large to be read whole, and for programs that need a few features of many documents. Of what `Read`
 /// refuses, it notices what a line shows by itself, and at the end a wrong number of features; it does not
-/// notice links without a target, ids that occur twice, and cycles.
+/// notice links without a target, ids that occur twice, and cycles. It belongs to one thread at a time; one
+/// that was moved from can be destroyed and assigned to, and nothing else.
 class HVXUPGRADE_API LineReader {
  public:
+  /// Opens the file and reads its first line. Throws `Error` as `ReadHeader` does.
   explicit LineReader(const std::filesystem::path& file, const ReadOptions& options = {});
   ~LineReader();
   LineReader(LineReader&&) noexcept;
@@ -83,8 +86,9 @@ class HVXUPGRADE_API LineReader {
   LineReader& operator=(const LineReader&) = delete;
 
   [[nodiscard]] const Header& GetHeader() const;
-  /// Reads the next feature into `line`, whose memory is used again; false after the last one. Throws `Error`
-  /// as `Read` does, in the same words, at the line that is to blame; then it throws that again and again.
+  /// Reads the next feature into `line`, whose memory is used again; false after the last one, and then as it
+  /// was. Throws `Error` as `Read` does, once the lines before the one that is to blame were read; then it
+  /// throws that again and again. A wrong number of features is told at the end, whatever its cause.
   bool Next(FeatureLine& line);
   /// The number of the line that was read last, from 1, the header's.
   [[nodiscard]] std::size_t LineNumber() const;

@@ -18,7 +18,7 @@ namespace hvxupgrade {
 /// What an upgrader is made of; what is empty is found beside this library.
 struct UpgraderOptions {
   bool useInstalledLibrary = true;                    ///< The one that belongs to this program.
-  std::vector<std::filesystem::path> libraries = {};  ///< Upgrade libraries to load besides.
+  std::vector<std::filesystem::path> libraries = {};  ///< Files of upgrade libraries to load besides.
   std::filesystem::path data = {};                    ///< The folder of catalogs and messages.
   std::string language = "en";                        ///< Of the names that upgrades give.
 };
@@ -58,10 +58,11 @@ struct UpgradeOptions {
   /// Whether upgrades that the document has been through, and that left features behind, are run again on
   /// these first.
   bool retry = false;
-  /// Told, now and then, how many visits of features are done, and about how many there are; within a long
-  /// visit again and again the same. False stops the run with `Error` (`kStopped`), and so does what it
-  /// throws, which comes out as it is.
-  /// It may look at the document, and must not change it: to write or upgrade it meanwhile is refused.
+  /// Told, now and then, by the thread that upgrades, how many visits of features are done, and about how
+  /// many there are; within a long visit again and again the same. False stops the run with `Error`
+  /// (`kStopped`), and so does what it throws, which comes out as it is. It may look at the document, and
+  /// must not change it: to change, write or upgrade it meanwhile is refused
+  /// (`kUsage`). It may work on other documents, but upgrade none.
   std::function<bool(std::uint64_t done, std::uint64_t total)> onProgress = nullptr;
   /// A run that creates more is stopped; 0 for many times what any upgrade that made sense has created.
   std::uint64_t maxFeaturesCreated = 0;
@@ -69,7 +70,7 @@ struct UpgradeOptions {
 
 /// Brings documents up to the current data model. Documents that it worked on may outlive it. Threads may
 /// share it, each with documents of its own. All upgraders that a process has at one time use the same data
-/// and the same language.
+/// and the same language. One that was moved from can be destroyed and assigned to, and nothing else.
 class HVXUPGRADE_API Upgrader {
  public:
   /// Loads libraries, catalogs and messages. Throws `Error`: `kInstallation`, which names the file and the
@@ -90,10 +91,11 @@ class HVXUPGRADE_API Upgrader {
   [[nodiscard]] std::vector<std::string> Unknown(const Document& document) const;
 
   /// Runs upgrades on the document and records them in it. Throws `Error`: `kUsage` for an identifier that is
-  /// not known or that the document has been through, `kNewer` for a document with unknown upgrades (unless
-  /// they are of libraries that are not loaded, and nothing is to run here: then nothing happens),
-  /// `kStopped` when the run was stopped. Unless nothing was changed by then, the document then stands
-  /// between two releases: it can be looked at, but `Write` and `Upgrade` refuse it (`kUsage`).
+  /// not known or that the document has been through, and in a callback of another upgrade, `kNewer` for a
+  /// document with unknown upgrades (unless they are of libraries that are not loaded, and nothing is to run
+  /// here: then nothing happens), `kStopped` when the run was stopped. Unless nothing was changed by then,
+  /// the document then stands between two releases: it can be looked at, but `Write` and `Upgrade` refuse it
+  /// (`kUsage`).
   UpgradeResult Upgrade(Document& document, const UpgradeOptions& options = {}) const;
 
  private:

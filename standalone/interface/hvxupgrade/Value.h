@@ -1,7 +1,9 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -23,11 +25,34 @@ struct Link {
   friend bool operator==(const Link&, const Link&) = default;
 };
 
+/// Whether `Number` is an integer that a document keeps as one: it fits into 64 bits with a sign, and is
+/// neither a flag nor a letter.
+template <class Number>
+concept KeptInteger = std::integral<Number> && !std::same_as<Number, bool> && !std::same_as<Number, char> &&
+                      !std::same_as<Number, wchar_t> && !std::same_as<Number, char8_t> &&
+                      !std::same_as<Number, char16_t> && !std::same_as<Number, char32_t> &&
+                      (std::signed_integral<Number> || sizeof(Number) < sizeof(std::int64_t));
+
+/// What a value throws that is asked for another kind than its own; `what()` tells both.
+class HVXUPGRADE_API WrongKind : public std::bad_variant_access {
+ public:
+  explicit WrongKind(const std::string& text) : text_(text) {}  // NOLINT(bugprone-throw-keyword-missing)
+  ~WrongKind() override;
+  WrongKind(const WrongKind&) = default;
+  WrongKind& operator=(const WrongKind&) = default;
+
+  [[nodiscard]] const char* what() const noexcept override { return text_.what(); }
+
+ private:
+  std::runtime_error text_;  // whose copies cannot fail
+};
+
 class Value;
 using List = std::vector<Value>;
 
 /// What an attribute holds: a value of its own, independent of the document. Integers and reals are different
-/// kinds, and a document keeps both exactly.
+/// kinds, and a document keeps both exactly: write 1.0 where a real belongs. Texts are UTF-8; what no
+/// document could hold is refused when it is set (`Feature::Set`).
 class HVXUPGRADE_API Value {
  public:
   enum class Kind { kString, kInteger, kReal, kBoolean, kLink, kList };
@@ -38,10 +63,9 @@ class HVXUPGRADE_API Value {
   Value(std::string text) : held_(std::move(text)) {}
   Value(std::string_view text) : held_(std::string(text)) {}
   Value(const char* text) : held_(std::string(text)) {}
-  template <std::integral Number>
-  requires(!std::same_as<Number, bool> &&
-           (std::signed_integral<Number> || sizeof(Number) < sizeof(std::int64_t))) Value(Number number)
-      : held_(std::int64_t{number}) {}
+  Value(std::nullptr_t) = delete;  ///< `Value()` is the link that holds nothing.
+  /// Not for an unsigned number of 64 bits, which may not fit: cast it to `std::int64_t`.
+  Value(KeptInteger auto number) : held_(std::int64_t{number}) {}
   Value(std::floating_point auto number) : held_(double{number}) {}
   Value(std::same_as<bool> auto flag) : held_(flag) {}
   Value(Link link) : held_(link) {}
@@ -49,23 +73,30 @@ class HVXUPGRADE_API Value {
   // NOLINTEND(google-explicit-constructor)
 
   [[nodiscard]] Kind GetKind() const;
-  // Each of these is for a value of its own kind; else throws `std::bad_variant_access`.
-  [[nodiscard]] const std::string& AsString() const { return std::get<std::string>(held_); }
-  [[nodiscard]] std::int64_t AsInteger() const { return std::get<std::int64_t>(held_); }
-  [[nodiscard]] double AsReal() const { return std::get<double>(held_); }
-  [[nodiscard]] bool AsBoolean() const { return std::get<bool>(held_); }
-  [[nodiscard]] Link AsLink() const { return std::get<Link>(held_); }
-  [[nodiscard]] const List& AsList() const { return std::get<List>(held_); }
-  /// An integer or a real, as a real.
+  // Each of these is for a value of its own kind; else throws `WrongKind`.
+  [[nodiscard]] const std::string& AsString() const { return As<std::string>("a text"); }
+  [[nodiscard]] std::int64_t AsInteger() const { return As<std::int64_t>("an integer"); }
+  [[nodiscard]] double AsReal() const { return As<double>("a real"); }
+  [[nodiscard]] bool AsBoolean() const { return As<bool>("a boolean"); }
+  [[nodiscard]] Link AsLink() const { return As<Link>("a link"); }
+  [[nodiscard]] const List& AsList() const { return As<List>("a list"); }
+  /// An integer or a real, as a real; integers beyond 2^53 are rounded. Throws `WrongKind` for all others.
   [[nodiscard]] double AsNumber() const;
 
-  /// The JSON text of the value, as the document file has it. Throws `Error` (`kUsage`) for a real that is
-  /// not finite.
+  /// The JSON text of the value, as the document file has it. Throws `Error` (`kUsage`) for what no document
+  /// could hold: a real that is not finite, text that is not UTF-8, lists more than 8 deep.
   [[nodiscard]] std::string Json() const;
 
   friend bool operator==(const Value&, const Value&) = default;
 
  private:
+  template <class Held>
+  [[nodiscard]] const Held& As(const char* wanted) const {
+    if (const Held* const held = std::get_if<Held>(&held_)) return *held;
+    Refuse(wanted);
+  }
+  [[noreturn]] void Refuse(const char* wanted) const;
+
   std::variant<Link, std::string, std::int64_t, double, bool, List> held_;
 };
 

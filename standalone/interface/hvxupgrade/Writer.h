@@ -16,13 +16,13 @@ enum class Compression { kNone, kGzip, kZstd };
 
 struct WriteOptions {
   bool overwrite = false;  ///< Whether a file that stands there may be replaced.
-  /// Where not empty, what is replaced is kept under its name with this suffix.
+  /// Where not empty, what is replaced is kept in its folder, under its name with this suffix.
   std::string backupSuffix = {};
   /// How the document is to be stored. None: as it is stored in the file that is replaced, where the document
   /// was read from that or written to it; else as the file's name says (".gz", ".zst").
   std::optional<Compression> compression = std::nullopt;
-  /// Told, now and then, how many features were written and how many there are. False ends the writing with
-  /// `Error` (`kStopped`), and so does what it throws, which comes out as it is.
+  /// Told, now and then, by the thread that writes, how many features were written and how many there are.
+  /// False ends the writing with `Error` (`kStopped`), and so does what it throws, which comes out as it is.
   std::function<bool(std::uint64_t written, std::uint64_t total)> onProgress = nullptr;
 };
 
