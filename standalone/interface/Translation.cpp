@@ -65,7 +65,7 @@ void ThrowAsError(Error::Kind otherwise, const std::filesystem::path& file) {
   } catch (const DocumentError& error) {
     throw ErrorOf(error, KindOf(error.GetKind()));
   } catch (const standalone::UpgradeAborted& error) {
-    throw Error(Error::Kind::kStopped, file.string(), 0, error.what(), "");
+    throw Error(Error::Kind::kStopped, file.string(), 0, error.Problem(), error.Advice());
   } catch (const std::exception& error) {
     if (otherwise == Error::Kind::kInstallation) throw ErrorOfInstallation(error.what());
     throw Error(otherwise, file.string(), 0, error.what(), "");

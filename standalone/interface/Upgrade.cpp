@@ -165,7 +165,7 @@ class Run {
 
   [[nodiscard]] standalone::UpgradeWatch Watch() const {
     standalone::UpgradeWatch watch;
-    watch.limitAdvice = "allow more with maxFeaturesCreated";
+    watch.limitAdvice = "Allow more with maxFeaturesCreated";
     if (options_.onProgress) {
       watch.onProgress = [this](std::size_t done, std::size_t total) {
         TellProgress(options_.onProgress, done, total, "the upgrade");

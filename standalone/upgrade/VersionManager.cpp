@@ -6,18 +6,11 @@
 
 #include "session/Session.h"
 #include "upgrade/BuiltInLibrary.h"
+#include "upgrade/UpgradePlace.h"
 #include "upgrade/UpgradeRunner.h"
 #include "workbench/HVXIUpgrade.h"
 
 namespace standalone {
-namespace {
-
-std::string VersionOf(const HVXUpgradeLibrary& library) {
-  return library.version == nullptr ? "" : library.version;
-}
-
-}  // namespace
-
 VersionManager::VersionManager(const std::vector<const HVXUpgradeLibrary*>& libraries)
     : libraries_(libraries) {
   for (const HVXUpgradeLibrary* const library : libraries) Learn(*library);
@@ -37,6 +30,7 @@ void VersionManager::Learn(const HVXUpgradeLibrary& library) {
   for (const HVXDocumentUpgrade& upgrade : library.documentUpgrades) {
     KnownUpgrade& known = FindOrAdd(upgrade.identifier.View(), library);
     known.documentUpgrade = &upgrade;
+    known.documentLibrary = &library;
   }
   if (library.observer != nullptr) observers_.push_back(library.observer);
 }
@@ -224,7 +218,7 @@ void VersionManager::TellSources(Document& document, const std::vector<std::stri
     if (known == nullptr || IsBuiltIn(known->library->name)) continue;
     if (document.Sources().Of(identifier) != nullptr) continue;
     document.Sources().Add(identifier, known->library->name,
-                           isNow.contains(identifier) ? VersionOf(*known->library) : std::string());
+                           isNow.contains(identifier) ? VersionOf(*known->library) : std::string_view());
   }
 }
 

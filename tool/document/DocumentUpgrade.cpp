@@ -209,6 +209,8 @@ class DocumentUpgrade {
       tracing.emplace(task_.trace->Plan());
     }
     watch.onProgress = Telling("upgrading");
+    if (task_.place != nullptr)
+      watch.onPlace = [this](const standalone::UpgradePlace* place) { task_.place->Set(place); };
     return task_.manager.RunAgain(document, again, chosen.identifiers, watch);
   }
 
@@ -363,6 +365,7 @@ DocumentResult UpgradeDocument(const UpgradeTask& task, const RequestCommit& req
         Verdict::kAborted,
         fmt::format("{}: the upgrade was stopped: {}. Nothing was written", task.input, why));
   };
+  if (task.place != nullptr) task.place->Set(nullptr);
   try {
     LimitMemory(task.limits);
     return DocumentUpgrade(task, requestCommit).Run();
@@ -374,9 +377,16 @@ DocumentResult UpgradeDocument(const UpgradeTask& task, const RequestCommit& req
     return result;
   } catch (const DocumentError& error) {
     return WithoutResult(VerdictOf(error.GetKind()), error.what());
+  } catch (const standalone::UpgradeAborted& error) {
+    return WithoutResult(
+        Verdict::kAborted,
+        fmt::format("{}: the upgrade was stopped: {}. Nothing was written. {}; --trace shows the calls of "
+                    "the host until then",
+                    task.input, error.Problem(), error.Advice()));
   } catch (const std::bad_alloc&) {
-    return aborted("there is not enough memory" + MemoryLimitText());
-  } catch (const std::exception& error) {  // also what a routine lets out
+    return aborted("there is not enough memory" + MemoryLimitText() +
+                   (task.place == nullptr ? "" : task.place->Where()));
+  } catch (const std::exception& error) {
     return aborted(error.what());
   }
 }
