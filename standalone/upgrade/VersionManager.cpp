@@ -183,6 +183,33 @@ UpgradeRun VersionManager::Run(const DocumentPtr& document, const std::vector<st
       document, [] { return std::vector<Again>(); }, identifiers, watch);
 }
 
+std::optional<VersionManager::Again> VersionManager::AgainWithoutRules(Document& document,
+                                                                       std::string_view identifier) const {
+  const KnownUpgrade* const known = Find(identifier);
+  if (known == nullptr || !document.HasRecorded(identifier)) return {};
+  const bool converts = known->documentUpgrade != nullptr;
+  if (converts && IsBuiltIn(known->documentLibrary->name)) return {};
+  std::set<std::string_view> types;
+  for (const bool isBuiltIn : {false, true}) {
+    for (const KnownUpgrade::Binding& bound : known->bindings) {
+      if (IsBuiltIn(bound.library->name) != isBuiltIn) continue;
+      for (const char* const lateType : bound.upgradeClass->lateTypes) {
+        if (isBuiltIn) {
+          types.erase(lateType);
+        } else {
+          types.insert(lateType);
+        }
+      }
+    }
+  }
+  Again again{known->identifier, {}};
+  for (Feature* feature = document.First(); feature != nullptr; feature = feature->next) {
+    if (types.contains(feature->type->Name())) again.features.push_back(feature);
+  }
+  if (again.features.empty() && !converts) return {};
+  return again;
+}
+
 UpgradeRun VersionManager::RunAgain(const DocumentPtr& document, const NextRound& nextRound,
                                     const std::vector<std::string>& identifiers,
                                     const UpgradeWatch& watch) const {

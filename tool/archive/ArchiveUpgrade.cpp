@@ -70,7 +70,8 @@ DocumentResult ResultOfEnd(const std::string& input, const WorkEnd& end, const P
     case WorkEnd::Kind::kCrashed:
       result.verdict = Verdict::kCrashed;
       result.problem = fmt::format(
-          "{}: the upgrade crashed ({}){}. Its file is as it was. {}--trace shows the calls of the host until "
+          "{}: the upgrade crashed ({}){}. Its file is as it was. {}--trace shows the calls of the host "
+          "until "
           "then",
           input, end.cause, place.Where(), AdviceOnCrash(end, place));
       break;
@@ -202,7 +203,10 @@ bool ArchiveUpgrade::AddToReport(std::size_t document, const WorkEnd& end, const
   const std::string& input = task_.documents[document].file;
   const Destination destination = task_.destinations.Of(document);
   DocumentResult told = result;
-  if (!result.Succeeded()) told.attention = AttentionOf(input, result);
+  if (!result.Succeeded()) {
+    told.attention = AttentionOf(input, result);
+    told.needsPerson = 1;  // which is that
+  }
   const auto worker = workers_.find(end.worker);
   RecordFile* const record =
       result.Succeeded() && worker != workers_.end() ? worker->second.record.get() : nullptr;

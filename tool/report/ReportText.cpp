@@ -6,6 +6,7 @@
 #include <map>
 #include <string>
 
+#include "report/OthersUpgrade.h"
 #include "report/ReportForms.h"
 #include "report/RunSummary.h"
 #include "terminal/Terminal.h"
@@ -53,6 +54,7 @@ std::string ItemOf(element item) {
     const std::string mark = TextAt(item, key);
     if (!mark.empty() && text.find(mark) == std::string::npos) marks.push_back(Printable(mark));
   }
+  if (const std::string others = OthersIn(item); !others.empty()) marks.push_back(Printable("of " + others));
   if (!marks.empty()) text += fmt::format(" ({})", fmt::join(marks, " "));
   const std::string nextStep = TextAt(item, "nextStep");
   return text + (nextStep.empty() ? "\n" : fmt::format("\n      -> {}.\n", Printable(nextStep)));

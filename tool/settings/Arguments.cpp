@@ -21,7 +21,8 @@ constexpr const char* kExitCodes = R"(Exit codes:
      diff: the documents differ; sheet: a difference is unaccounted for
   2  wrong usage
   3  some input is unreadable or invalid
-  4  some document is newer than this program, or was upgraded by a library that is not loaded
+  4  some document needs what is not here: it is newer than this program, has been through upgrades
+     that nothing here knows, or still needs upgrades and was upgraded by a library that is not loaded
   5  some output could not be written, or a document was changed meanwhile by another program; existing
      files are as they were
   6  an upgrade is needed (check and status --check only)
