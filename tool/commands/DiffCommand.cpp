@@ -44,7 +44,7 @@ void AppendFeature(Output& output, char mark, const Feature* before, const Featu
 }
 
 std::string WordsOrNone(const standalone::UpgradeSource* source) {
-  return source == nullptr ? "(no library told)" : WordsOf(*source);
+  return source == nullptr ? "a library that is not told" : WordsOf(*source);
 }
 
 void AppendUpgrades(fmt::memory_buffer& out, const DocumentDifference& difference) {

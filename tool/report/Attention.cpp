@@ -202,7 +202,7 @@ std::string JsonOf(const std::string& document, const std::vector<AttentionItem>
     if (item.answerable.upgradeClass != nullptr) object.Text("class", item.answerable.upgradeClass->name);
     if (item.answerable.library != nullptr) {
       object.Text("library", item.answerable.library->name);
-      if (const std::string_view version = VersionOf(*item.answerable.library); !version.empty())
+      if (const std::string_view version = standalone::VersionOf(*item.answerable.library); !version.empty())
         object.Text("libraryVersion", version);
     }
     if (!item.nextStep.empty()) object.Text("nextStep", item.nextStep);
