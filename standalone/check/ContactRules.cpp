@@ -55,7 +55,7 @@ constexpr DamageKind kWithoutSidesYet{
 constexpr DamageKind kWithoutSides{
     "its first support has only one of its two sides, and each run would create another contact pair without "
     "sides",
-    "Give the property both sides of its first support, then run hvxupgrade upgrade --retry"};
+    "Give the property both sides of its first support, then upgrade the document again with --retry"};
 constexpr DamageKind kNoList{"the analysis model has no {} to register it in",
                              "Give the analysis model an empty list {}"};
 constexpr DamageKind kHadNoList{"the analysis model had no \"FeatList\" to register it in",

@@ -88,10 +88,10 @@ std::string Finding::Explanation() const {
 std::string Finding::NextStep() const {
   switch (kind) {
     case FindingKind::kPending:
-      return remedy.empty() ? "Run hvxupgrade upgrade" : remedy + ", then run hvxupgrade upgrade";
+      return remedy.empty() ? "Upgrade the document" : remedy + ", then upgrade the document";
     case FindingKind::kLeftBehind:
-      return remedy.empty() ? "Run hvxupgrade upgrade --retry"
-                            : remedy + ", then run hvxupgrade upgrade --retry";
+      return remedy.empty() ? "Upgrade the document again with --retry"
+                            : remedy + ", then upgrade the document again with --retry";
     case FindingKind::kBeyondUpgrades:
       return remedy.empty() ? "Set these values of the feature again in the workbench" : remedy;
     case FindingKind::kUnknown:

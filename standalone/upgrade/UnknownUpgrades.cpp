@@ -24,8 +24,8 @@ bool MissingLibrary::IsNamed() const {
 
 std::string MissingLibrary::Words() const {
   if (!IsNamed())
-    return isLoaded ? "a newer release of this program, or a library that is not loaded"
-                    : fmt::format("{}, which is not loaded, or another library that is not", name);
+    return isLoaded ? "a newer release of this program or a library that is not loaded"
+                    : fmt::format("{} or another library, which is not loaded", name);
   const std::string what = version.empty() ? name : fmt::format("{} {}", name, version);
   if (!isLoaded) return what + ", which is not loaded";
   if (version == loaded || (version.empty() && loaded.empty()))

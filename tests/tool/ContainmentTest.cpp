@@ -83,8 +83,9 @@ TEST_F(ContainmentTest, AFailedConversionOfTheDocumentIsReportedAndTheResultWrit
   const Ended ended =
       Run({"--library", TROUBLE_LIBRARY, "upgrade", file, "-o", Path("new.hvxdoc"), "--only", "Fail"});
   EXPECT_EQ(ended.code, 1);
-  EXPECT_NE(ended.out.find("the conversion of the whole document failed (Fail: 0x80001234)"),
-            std::string::npos)
+  EXPECT_NE(
+      ended.out.find("the conversion of the whole document failed (Fail: 0x80001234; TroubleUpgrades 0.1)"),
+      std::string::npos)
       << ended.out;
   EXPECT_NE(Content(Path("new.hvxdoc")), "");
 }

@@ -56,7 +56,8 @@ TEST_F(OthersUpgradesTest, AFailureTellsClassAndLibrary) {
                     HasSubstr("--retry --only AcmeBolt. If it is sound, ask those who make Acme 3.1")));
   EXPECT_THAT(Content(Path("r.jsonl")),
               HasSubstr(R"("class":"AcmeClass","library":"Acme","libraryVersion":"3.1")"));
-  EXPECT_THAT(Run({"report", Path("r.jsonl")}).out, HasSubstr("of AcmeClass of Acme 3.1)"));
+  EXPECT_THAT(Run({"report", Path("r.jsonl")}).out,
+              HasSubstr("(AcmeBolt 0xFFFFFFB3; AcmeClass of Acme 3.1)"));
   // Of the program's own library it is plain whose upgrades they are; programs are told.
   const std::string job = Document("job.hvxdoc", std::string(kJobLines) + std::string(kBrokenJobLine));
   const Ended own = Run({"upgrade", job, "--dry-run", "--report", Path("own.jsonl")});

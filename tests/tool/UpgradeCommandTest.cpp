@@ -267,7 +267,7 @@ TEST_F(UpgradeCommandTest, BadDocumentsAreNamedWithTheirLineAndTheOthersGoOn) {
   EXPECT_TRUE(Has(ended.err, broken + ":5: ")) << ended.err;
   EXPECT_TRUE(Has(ended.err, "UpgradeOfTheFuture"));
   EXPECT_TRUE(Has(ended.out,
-                  "3 documents: 1 upgraded, 1 unreadable or broken, 1 newer, or with "
+                  "3 documents: 1 upgraded, 1 unreadable or broken, 1 newer or with "
                   "unknown upgrades"))
       << ended.out;
   EXPECT_EQ(Run({"upgrade", broken, "--output-dir", Path("none")}).code, 3);

@@ -82,18 +82,17 @@ bool IsOfOthers(const standalone::Answerable& answerable) {
 
 // Of a failure that no rule explains.
 std::string NextStepAfter(const UpgradeFailure& failure) {
-  const std::string_view what = failure.work.feature == nullptr ? "document" : "feature";
+  const bool isOfDocument = failure.work.feature == nullptr;
   if (!IsOfOthers(failure.answerable))
     return fmt::format(
-        "The rules find nothing old there: compare the {} with the old document, by the commands diff and "
-        "show; --trace shows the host call that failed",
-        what);
+        "The rules find nothing old there: compare {} with the old document, by the commands diff and show; "
+        "--trace shows the host call that failed",
+        isOfDocument ? "the result" : "the feature");
   return fmt::format(
-      "Correct the {0} in the old document and upgrade that again, or correct it in the result and upgrade "
-      "that with --retry --only {1}. If it is sound, ask those who make {2}; --trace shows the host call "
-      "that "
-      "failed",
-      what, failure.work.upgrade->identifier,
+      "Correct {} and upgrade that again, or correct {} and upgrade that with --retry --only {}. If it is "
+      "sound, ask those who make {}; --trace shows the host call that failed",
+      isOfDocument ? "the old document" : "the feature in the old document",
+      isOfDocument ? "the result" : "it in the result", failure.work.upgrade->identifier,
       WordsOf(standalone::Answerable{nullptr, failure.answerable.library}));
 }
 

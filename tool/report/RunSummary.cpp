@@ -87,7 +87,7 @@ std::string RunSummary::Verdict() const {
       {Group::kChangedMeanwhile, "changed meanwhile"},
       {Group::kGivenUp, "stopped"},
       {Group::kBroken, "unreadable or broken"},
-      {Group::kNewer, "newer, or with unknown upgrades"},
+      {Group::kNewer, "newer or with unknown upgrades"},
       {Group::kNotLoaded, "upgraded by a library that is not loaded"},
       {Group::kUnwritable, "whose result could not be written"},
   };
@@ -108,7 +108,7 @@ std::string RunSummary::ClosingList(const std::string& where) const {
       {Group::kChangedMeanwhile, "Changed meanwhile"},
       {Group::kGivenUp, "Stopped"},
       {Group::kBroken, "Unreadable or broken"},
-      {Group::kNewer, "Newer, or with unknown upgrades"},
+      {Group::kNewer, "Newer or with unknown upgrades"},
       {Group::kNotLoaded, "Upgraded by a library that is not loaded"},
       {Group::kUnwritable, "Result could not be written"},
   };
