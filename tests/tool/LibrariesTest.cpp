@@ -263,7 +263,7 @@ TEST_F(LibrariesTest, ADocumentOfALibraryThatIsNotLoadedIsToldAsThat) {
   expect({"--library", other, "upgrade", Path("new.hvxdoc"), "--in-place"}, 4, isTold);
   // The same the other way round.
   expect({"--no-default-library", "--library", acme, "status", Path("new.hvxdoc")}, 0,
-         AllOf(HasSubstr("HVXUpgradeComponents, which is not loaded"),
+         AllOf(HasSubstr("HVXUpgradeComponents or another library, which is not loaded"),
                HasSubstr("Leave out --no-default-library")));
 }
 
