@@ -179,7 +179,7 @@ TEST_F(UpgraderTest, ARoutineThatGivesUpSpoilsTheDocumentAndNothingElse) {
   Document document = Given(kLine);
   ExpectError(Kind::kStopped, "AssertionFailed", [&] { upgrader.Upgrade(document); });
   document = Given(kLine);
-  ExpectError(Kind::kStopped, "feature 1 (ProbeGivesUpLT), ProbeNullHandle",
+  ExpectError(Kind::kStopped, "ProbeGivesUpLT (id 1), ProbeNullHandle",
               [&] { upgrader.Upgrade(document, {.identifiers = Names{"ProbeNullHandle"}}); });
   document = Given(kLine);
   EXPECT_THAT(upgrader.Upgrade(document, {.identifiers = Names{"ProbeA"}}).identifiers,
@@ -190,7 +190,7 @@ TEST_F(UpgraderTest, ALimitOfCreatedFeaturesIsKeptForTheUpgradeAlone) {
   const Upgrader upgrader;
   Document document = Read(Example("bolted_bracket"));
   for (int i = 0; i < 100; ++i) static_cast<void>(document.Create("Own"));
-  ExpectError(Kind::kStopped, "maxFeaturesCreated",
+  ExpectError(Kind::kStopped, ", which is the limit",
               [&] { upgrader.Upgrade(document, {.maxFeaturesCreated = 50}); });
   document = Read(Example("bolted_bracket"));
   const std::size_t made = upgrader.Upgrade(document).featuresCreated;
