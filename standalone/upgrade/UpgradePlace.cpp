@@ -43,7 +43,7 @@ Answerable AnswerableAt(const UpgradePlace& place) {
 }
 
 std::string WordsOf(const Answerable& answerable) {
-  const std::string library = WordsOf(*answerable.library);
+  std::string library = WordsOf(*answerable.library);
   if (answerable.upgradeClass == nullptr) return library;
   return fmt::format("{} of {}", answerable.upgradeClass->name, library);
 }
