@@ -12,6 +12,16 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
   return fuzzing::MutateDocument(data, size, maxSize, seed);
 }
 
+namespace {
+
+// Which the run takes for the fault of a plug-in.
+void RequireNoException(const standalone::UpgradeAborted& aborted) {
+  fuzzing::Require(aborted.Problem().find("an exception got out") == std::string::npos,
+                   "no exception gets out of a routine");
+}
+
+}  // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace standalone;
   const VersionManager& manager = fuzzing::Manager();
@@ -22,7 +32,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::vector<std::string> pending = manager.Pending(*document.Get());
   try {
     static_cast<void>(manager.Run(document, pending));
-  } catch (const UpgradeAborted&) {
+  } catch (const UpgradeAborted& aborted) {
+    RequireNoException(aborted);
     return 0;  // such as a limit; the document is thrown away
   }
   static_cast<void>(FindLosses(*document.Get()));
@@ -46,7 +57,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     LeftBehind left(*again.Get());
     try {
       static_cast<void>(manager.RunAgain(again, [&left] { return left.Next(); }, {}));
-    } catch (const UpgradeAborted&) {
+    } catch (const UpgradeAborted& aborted) {
+      RequireNoException(aborted);
       return 0;
     }
     const std::string now = fuzzing::TextOf(*again.Get());

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <stdexcept>
 
 namespace standalone {
 namespace {
@@ -76,7 +75,7 @@ MeshNumbers& MeshNumbers::Of(Document& document) {
 
 void MeshNumbers::Count(const Feature& part, std::size_t before, std::size_t now) {
   if (objects_ - before + now > kMostMeshObjects) {
-    throw std::runtime_error(fmt::format(
+    throw TooManyMeshObjects(fmt::format(
         "with mesh part {}, the mesh parts have more than {} elements and nodes, the most that this "
         "program works on",
         part.id, kMostMeshObjects));

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <unordered_map>
 #include <vector>
 
@@ -26,6 +27,12 @@ inline constexpr std::int32_t kMostMeshObjects = 1 << 27;
 
 /// Stands, in the runs of a mesh part, where a mesh object has no explicit counterpart, and so no number.
 inline constexpr std::int32_t kNoCounterpart = -1;
+
+/// What a document with more of them throws.
+class TooManyMeshObjects : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
 
 /// The mesh objects of a document, and the explicit model that their user numbers stand in.
 ///

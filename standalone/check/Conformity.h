@@ -47,8 +47,9 @@ struct Finding {
   [[nodiscard]] std::string Explanation() const;
   /// What to do, as one sentence; it holds in the state that the document is in, whatever became of older
   /// states of its file. `upgrade` and `retry` are how a document is upgraded, and upgraded with retry.
-  [[nodiscard]] std::string NextStep(std::string_view upgrade = "run hvxupgrade upgrade",
-                                     std::string_view retry = "run hvxupgrade upgrade --retry") const;
+  [[nodiscard]] std::string NextStep(
+      std::string_view upgrade = "upgrade the document",
+      std::string_view retry = "upgrade the document again with --retry") const;
   /// Whether nothing but a person helps: all that is not pending, and an unknown late type only when it is
   /// probably a known one misspelt.
   [[nodiscard]] bool NeedsPerson() const;

@@ -24,6 +24,25 @@ std::vector<std::string> UpgradesWithout(const Document& document, const Documen
   return rest;
 }
 
+bool AreSame(const UpgradeSource* one, const UpgradeSource* other) {
+  if (one == nullptr || other == nullptr) return one == other;
+  return one->library == other->library && one->version == other->version;
+}
+
+std::vector<DocumentDifference::Source> SourcesThatDiffer(const Document& before, const Document& after) {
+  std::vector<DocumentDifference::Source> sources;
+  const auto add = [&](const std::string& upgrade) {
+    const UpgradeSource* const was = before.Sources().Of(upgrade);
+    const UpgradeSource* const is = after.Sources().Of(upgrade);
+    if (!AreSame(was, is)) sources.push_back({upgrade, was, is});
+  };
+  for (const std::string& upgrade : before.Upgrades()) add(upgrade);
+  for (const std::string& upgrade : after.Upgrades()) {
+    if (!before.HasRecorded(upgrade)) add(upgrade);
+  }
+  return sources;
+}
+
 FeatureId IdOf(const Feature* feature) {
   return feature == nullptr ? 0 : feature->id;
 }
@@ -84,6 +103,7 @@ DocumentDifference Compare(const Document& before, const Document& after) {
   DocumentDifference difference;
   difference.upgradesBefore = UpgradesWithout(before, after);
   difference.upgradesAfter = UpgradesWithout(after, before);
+  difference.sources = SourcesThatDiffer(before, after);
   for (const Feature* was = before.First(); was != nullptr; was = was->next) {
     const Feature* const is = Counterpart(*was, after);
     if (is == nullptr) {

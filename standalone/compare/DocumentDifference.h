@@ -15,8 +15,17 @@ struct DocumentDifference {
     const Feature* after;
   };
 
+  /// An upgrade that did not come from the same library, or not from the same version of it, as the documents
+  /// tell. Null: from the built-in library, or the document does not tell, or has not been through it.
+  struct Source {
+    std::string upgrade;
+    const UpgradeSource* before;
+    const UpgradeSource* after;
+  };
+
   std::vector<std::string> upgradesBefore;  ///< Recorded in the first document only.
   std::vector<std::string> upgradesAfter;   ///< Recorded in the second only.
+  std::vector<Source> sources;              ///< Those of the first document first.
   std::vector<Change> changed;
   /// As few as explain the new order of those sons that a father has in both documents; the second's, by
   /// father.
@@ -25,8 +34,8 @@ struct DocumentDifference {
   std::vector<const Feature*> removed;  ///< Only in the first document, in its order.
 
   [[nodiscard]] bool IsEmpty() const {
-    return upgradesBefore.empty() && upgradesAfter.empty() && changed.empty() && moved.empty() &&
-           created.empty() && removed.empty();
+    return upgradesBefore.empty() && upgradesAfter.empty() && sources.empty() && changed.empty() &&
+           moved.empty() && created.empty() && removed.empty();
   }
 };
 

@@ -160,7 +160,7 @@ class Run {
     if (unknown.IsEmpty() || (unknown.AreOnlyNotLoaded() && isNothingToRun)) return;
     throw Error(Error::Kind::kNewer, state_.file.string(), 0, unknown.Problem(),
                 unknown.AreOnlyNotLoaded() ? "Give their files to the Upgrader, among its libraries"
-                                           : unknown.NextStep());
+                                           : unknown.NextStep("by giving its file to the Upgrader"));
   }
 
   [[nodiscard]] std::vector<std::string> Wanted(const std::vector<std::string>& pending) const {

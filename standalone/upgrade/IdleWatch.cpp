@@ -38,7 +38,7 @@ std::int64_t MeshObjectsOf(const Document& document) {
 
 IdleRun::IdleRun(std::int64_t calls)
     : std::runtime_error(fmt::format("more than {} calls of the host in a row changed nothing, so it would "
-                                     "probably never end; hvxupgrade check shows the cause",
+                                     "probably never end",
                                      calls)) {}
 
 IdleWatch::IdleWatch(const Document& document, std::function<void()> meanwhile)

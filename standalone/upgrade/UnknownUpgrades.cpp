@@ -17,18 +17,23 @@ constexpr std::size_t kMost = 3;  // libraries that a message names
 
 }  // namespace
 
-bool MissingLibrary::IsNewerProgram() const {
-  return isLoaded && IsBuiltIn(name);
+// Documents name every library but the built-in one, and those of older programs none.
+bool MissingLibrary::IsNamed() const {
+  return !IsBuiltIn(name);
 }
 
 std::string MissingLibrary::Words() const {
-  if (IsNewerProgram()) return "a newer release of this program";
+  if (!IsNamed())
+    return isLoaded ? "a newer release of this program or a library that is not loaded"
+                    : fmt::format("{} or another library, which is not loaded", name);
   const std::string what = version.empty() ? name : fmt::format("{} {}", name, version);
   if (!isLoaded) return what + ", which is not loaded";
-  if (version.empty() || version == loaded)
-    return fmt::format("another {} than the one that is loaded{}", what,
-                       loaded.empty() || version == loaded ? "" : fmt::format(" ({})", loaded));
-  return fmt::format("a newer {} ({}; {} is loaded)", name, version, loaded);
+  if (version == loaded || (version.empty() && loaded.empty()))
+    return fmt::format("another {} than the one that is loaded", what);
+  if (version.empty())
+    return fmt::format("another version of {} than the one that is loaded ({})", name, loaded);
+  return fmt::format("{}, of which another version is loaded{}", what,
+                     loaded.empty() ? "" : fmt::format(" ({})", loaded));
 }
 
 std::vector<std::string> UnknownUpgrades::Newer() const {
@@ -56,28 +61,33 @@ std::string UnknownUpgrades::Words() const {
 }
 
 std::string UnknownUpgrades::Problem() const {
-  if (libraries_.size() != 1 || !libraries_.front().IsNewerProgram())
+  if (libraries_.size() != 1 || libraries_.front().IsNamed() || !libraries_.front().isLoaded)
     return fmt::format("it was upgraded by {}", Words());
-  const std::vector<std::string>& newer = libraries_.front().upgrades;
-  return fmt::format("it has been through {} upgrade{} that this program does not know, such as \"{}\"",
-                     newer.size(), newer.size() == 1 ? "" : "s", newer.front());
+  const std::vector<std::string>& upgrades = libraries_.front().upgrades;
+  return fmt::format(
+      "it has been through {} upgrade{} that nothing here knows, such as \"{}\": of a newer release of this "
+      "program, or of a library that is not loaded",
+      upgrades.size(), upgrades.size() == 1 ? "" : "s", upgrades.front());
 }
 
-// What is newer stands in the way whatever else is loaded.
-std::string UnknownUpgrades::NextStep() const {
-  const auto newer = std::ranges::find_if(libraries_, &MissingLibrary::isLoaded);
-  if (newer != libraries_.end() && newer->IsNewerProgram()) return "Use a newer release of this program";
-  if (newer != libraries_.end())
-    return fmt::format("Use the {} that has {}", newer->name, newer->upgrades.front());
+// What nothing that is loaded knows stands in the way whatever else is loaded.
+std::string UnknownUpgrades::NextStep(std::string_view howToLoad) const {
+  const auto other = std::ranges::find_if(libraries_, &MissingLibrary::isLoaded);
+  if (other != libraries_.end() && !other->IsNamed())
+    return fmt::format("Use a newer release of this program, or load the library that has {} {}",
+                       other->upgrades.front(), howToLoad);
+  if (other != libraries_.end())
+    return fmt::format("Use the version of {} that has {}", other->name, other->upgrades.front());
   std::set<std::string_view> names;
   for (const MissingLibrary& each : libraries_) {
-    if (IsBuiltIn(each.name)) return "Leave out --no-default-library";
+    if (!each.IsNamed())
+      return fmt::format("Leave out --no-default-library, or load the library that has {} {}",
+                         each.upgrades.front(), howToLoad);
     names.insert(each.name);
   }
   const std::string_view more = names.size() > kMost ? " and the others" : "";
   while (names.size() > kMost) names.erase(std::prev(names.end()));
-  return fmt::format("Load {}{} with --library FILE or --plugins FOLDER",
-                     fmt::join(names, more.empty() ? " and " : ", "), more);
+  return fmt::format("Load {}{} {}", fmt::join(names, more.empty() ? " and " : ", "), more, howToLoad);
 }
 
 void UnknownUpgrades::Add(const MissingLibrary& library, const std::string& upgrade) {

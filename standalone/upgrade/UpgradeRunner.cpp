@@ -1,13 +1,21 @@
 #include "upgrade/UpgradeRunner.h"
 
+#include <cxxabi.h>
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <typeinfo>
 
 #include "adapters/FeatureAdapter.h"
+#include "analysis/MeshNumbers.h"
 #include "base/VLMFatalError.h"
 #include "base/VLMLibrary.h"
+#include "file/DocumentError.h"
 #include "session/Session.h"
+#include "upgrade/BuiltInLibrary.h"
+#include "upgrade/UpgradePlace.h"
 #include "workbench/HVXIFactoryExtForPropagation.h"
 #include "workbench/HVXIPropagatingFeature.h"
 #include "workbench/HVXIUpgrade.h"
@@ -45,10 +53,14 @@ VLMListValVLMUnicodeString Alone(const KnownUpgrade& upgrade) {
   return identifiers;
 }
 
-// Where the run was when it had to give up.
-std::string PlaceOf(const UpgradeWork& work) {
-  if (work.feature == nullptr) return work.upgrade->identifier;
-  return fmt::format("feature {} ({}), {}", work.feature->id, work.type->Name(), work.upgrade->identifier);
+// The name of what is being caught, for people.
+std::string NameOfThrown() {
+  const std::type_info* const type = abi::__cxa_current_exception_type();
+  if (type == nullptr) return "what a routine threw";
+  int status = 0;
+  const std::unique_ptr<char, decltype(&std::free)> name(
+      abi::__cxa_demangle(type->name(), nullptr, nullptr, &status), &std::free);
+  return status == 0 ? name.get() : type->name();
 }
 
 // Conversions of the whole document make a contact pair for each connection property in each case.
@@ -160,18 +172,20 @@ UpgradeRun UpgradeRunner::Finish() {
   }
   run_.harmless.assign(harmless_.begin(), harmless_.end());
   expectedVisits_ = visits_;
+  Tell(watch_.onPlace, nullptr);
   TellProgress();
   return std::move(run_);
 }
 
 void UpgradeRunner::BeforeRoutine(const VLMBaseUnknown_var& feature, const HVXUpgradeBinding& row) {
-  if (watch_.onRoutine) watch_.onRoutine(*FeatureOf(feature), row);
+  Tell(watch_.onRoutine, *FeatureOf(feature), row);
 }
 
 void UpgradeRunner::AfterRoutine(const VLMBaseUnknown_var& feature, const HVXUpgradeBinding& row,
                                  HRESULT result) {
-  if (watch_.onRoutineDone) watch_.onRoutineDone(*FeatureOf(feature), row, result);
-  if (work_ != nullptr && Failed(result)) told_.push_back({*work_, result, &row});
+  Tell(watch_.onRoutineDone, *FeatureOf(feature), row, result);
+  if (work_ != nullptr && Failed(result))
+    told_.push_back({*work_, result, &row, AnswerableFor(*work_->upgrade, {}, nullptr, &row)});
 }
 
 void UpgradeRunner::Visit(const KnownUpgrade& upgrade, const VLMListValVLMUnicodeString& identifiers,
@@ -185,10 +199,12 @@ void UpgradeRunner::Visit(const KnownUpgrade& upgrade, const VLMListValVLMUnicod
   }
   for (const HVXUpgradeClass* const upgradeClass : shared->second) {
     // What an extension removes, or makes something else of, is current for those after it.
-    if (feature.removed || feature.type != work.type) return;
+    if (feature.removed || feature.type != work.type) break;
+    handedTo_ = upgradeClass;
     HandOver(
         work, [&] { return ExtensionOf(*upgradeClass, feature); }, identifiers);
   }
+  handedTo_ = nullptr;
 }
 
 template <class Extension>
@@ -209,7 +225,20 @@ void UpgradeRunner::HandOver(const UpgradeWork& work, const Extension& extension
   }
   // A library that tells nothing of its routines, or a code that no routine gave.
   const auto isTold = [code](const UpgradeFailure& failure) { return failure.code == code; };
-  if (Failed(code) && std::ranges::none_of(told_, isTold)) run_.failures.push_back({work, code, nullptr});
+  if (Failed(code) && std::ranges::none_of(told_, isTold)) AddFailure(work, code);
+}
+
+void UpgradeRunner::AddFailure(const UpgradeWork& work, HRESULT code) {
+  run_.failures.push_back({work, code, nullptr, AnswerableAt(PlaceOf(work))});
+}
+
+UpgradePlace UpgradeRunner::PlaceOf(const UpgradeWork& work) const {
+  UpgradePlace place{.kind = work.kind, .upgrade = work.upgrade, .upgradeClass = handedTo_};
+  if (work.feature == nullptr) return place;
+  place.feature = work.feature->id;
+  place.lateType = work.type->Name();
+  place.name = work.feature->externalName.empty() ? work.feature->name : work.feature->externalName;
+  return place;
 }
 
 void UpgradeRunner::Convert(const KnownUpgrade& upgrade, const VLMListValVLMUnicodeString& identifiers) {
@@ -220,7 +249,7 @@ void UpgradeRunner::Convert(const KnownUpgrade& upgrade, const VLMListValVLMUnic
     features.Append(HandleOn<VLMISpecObject>(feature));
   HRESULT code = S_OK;
   Do(work, [&] { code = upgrade.documentUpgrade->upgrade(identifiers, features); });
-  if (Failed(code)) run_.failures.push_back({work, code, nullptr});
+  if (Failed(code)) AddFailure(work, code);
 }
 
 // In the order of the handing over. What is no propagating feature (a tie beside a contact, say) has nothing
@@ -237,7 +266,7 @@ void UpgradeRunner::PropagateHandedOver(const KnownUpgrade& upgrade) {
       if (Succeeded(code)) code = spFactory->SetDefaultPropagationData(spFeature, 0, NULL_var);
       if (Succeeded(code)) code = spFactory->Propagate(spFeature, 0);
     });
-    if (Failed(code)) run_.failures.push_back({work, code, nullptr});
+    if (Failed(code)) AddFailure(work, code);
   }
 }
 
@@ -247,26 +276,58 @@ void UpgradeRunner::Do(const UpgradeWork& work, const Action& action) {
   const std::size_t noted = changes.Notes().size();
   changes.SetWork(run_.works.size());
   work_ = &work;
+  if (watch_.onPlace) {
+    const UpgradePlace place = PlaceOf(work);
+    Tell(watch_.onPlace, &place);
+  }
   idle_.Restart();
   try {
     action();
-  } catch (const VLMFatalAssertion& assertion) {
-    throw UpgradeAborted(
-        fmt::format("{}: {} in {}", PlaceOf(work), assertion.what(), assertion.SourcePath()));
-  } catch (const VLMNullVarError& error) {
-    throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), error.what()));
-  } catch (const IdleRun& error) {
-    throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), error.what()));
-  } catch (const TooManyFeatures&) {
-    throw UpgradeAborted(fmt::format("{}: {}", PlaceOf(work), WhatWasMade(document_, work)),
-                         watch_.limitAdvice);
+  } catch (...) {
+    GiveUp(work);
   }
+  // A routine that catches everything must not keep the user waiting.
+  if (thrownByWatch_ != nullptr) std::rethrow_exception(thrownByWatch_);
   work_ = nullptr;
   document_.RestoreListsSetAside();
   // What is kept beside the document is written by whoever changed it, so that the changes are told as
   // theirs.
   if (document_.Companion() != nullptr) document_.Companion()->WriteBack();
   if (changes.Notes().size() != noted) run_.works.push_back(work);
+}
+
+// To be called while what ended the work is being caught. Throws it, or tells it with its place.
+void UpgradeRunner::GiveUp(const UpgradeWork& work) const {
+  if (thrownByWatch_ != nullptr) std::rethrow_exception(thrownByWatch_);
+  const UpgradePlace place = PlaceOf(work);
+  const auto aborted = [&place](const std::string& why, const std::string& advice) {
+    return UpgradeAborted(fmt::format("{}: {}", WordsOf(place), why), advice);
+  };
+  try {
+    throw;
+  } catch (const VLMFatalAssertion& assertion) {
+    throw aborted(fmt::format("{} in {}", assertion.what(), assertion.SourcePath()), AdviceAt(place));
+  } catch (const VLMNullVarError& error) {
+    throw aborted(error.what(), AdviceAt(place));
+  } catch (const IdleRun& error) {
+    throw aborted(error.what(),
+                  IsBuiltIn(AnswerableAt(place).library->name) ? "A check shows the cause" : AdviceAt(place));
+  } catch (const TooManyFeatures&) {
+    throw aborted(WhatWasMade(document_, work), std::string(watch_.limitAdvice));
+  } catch (const TooManyMeshObjects& error) {
+    throw aborted(error.what(), "Leave out meshes that can be made anew");
+  } catch (const std::bad_alloc&) {
+    throw;  // no fault of the upgrade
+  } catch (const CallLimitReached&) {
+    throw;  // whoever planned it waits for it
+  } catch (const DocumentError&) {
+    throw;  // of a trace that cannot be written
+  } catch (const std::exception& error) {
+    throw aborted(fmt::format("an exception got out of it: {} ({})", NameOfThrown(), error.what()),
+                  AdviceAt(place));
+  } catch (...) {
+    throw aborted("an exception got out of it: " + NameOfThrown(), AdviceAt(place));
+  }
 }
 
 // Leaves the document as it would be read from a file: links to what was removed are gone, and no catalog is
@@ -276,8 +337,20 @@ void UpgradeRunner::Settle(const KnownUpgrade& upgrade) {
   document_.UnloadCatalogs();
 }
 
+// What the one who watches throws passes through routines, and must not be taken for theirs.
+template <class Function, class... Arguments>
+void UpgradeRunner::Tell(const Function& function, const Arguments&... arguments) {
+  if (!function) return;
+  try {
+    function(arguments...);
+  } catch (...) {
+    thrownByWatch_ = std::current_exception();
+    throw;
+  }
+}
+
 void UpgradeRunner::TellProgress() {
-  if (watch_.onProgress) watch_.onProgress(std::min(visits_, expectedVisits_), expectedVisits_);
+  Tell(watch_.onProgress, std::min(visits_, expectedVisits_), expectedVisits_);
 }
 
 }  // namespace standalone

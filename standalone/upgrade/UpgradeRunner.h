@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <map>
 #include <string_view>
 #include <unordered_set>
@@ -47,7 +48,13 @@ class UpgradeRunner final : private HVXUpgradeObserver {
   /// Does a piece of work; what it throws gives up on the document.
   template <class Action>
   void Do(const UpgradeWork& work, const Action& action);
+  [[noreturn]] void GiveUp(const UpgradeWork& work) const;
+  [[nodiscard]] UpgradePlace PlaceOf(const UpgradeWork& work) const;
+  /// A failure that no routine told.
+  void AddFailure(const UpgradeWork& work, HRESULT code);
   void Settle(const KnownUpgrade& upgrade);
+  template <class Function, class... Arguments>
+  void Tell(const Function& function, const Arguments&... arguments);
   void TellProgress();
 
   Document& document_;
@@ -59,8 +66,10 @@ class UpgradeRunner final : private HVXUpgradeObserver {
   std::map<std::string_view, std::size_t> concerned_;                        // by late type
   std::map<std::string_view, std::unordered_set<const Feature*>> runAgain_;  // of other late types
   std::map<const HVXUpgradeBinding*, std::size_t> harmless_;
-  const UpgradeWork* work_ = nullptr;  // at hand
-  std::vector<UpgradeFailure> told_;   // of the visit at hand: routines that failed
+  const UpgradeWork* work_ = nullptr;          // at hand
+  const HVXUpgradeClass* handedTo_ = nullptr;  // where several libraries share the late type
+  std::exception_ptr thrownByWatch_;
+  std::vector<UpgradeFailure> told_;  // of the visit at hand: routines that failed
   std::size_t visits_ = 0;
   std::size_t expectedVisits_ = 0;
 };

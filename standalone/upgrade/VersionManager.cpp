@@ -6,18 +6,11 @@
 
 #include "session/Session.h"
 #include "upgrade/BuiltInLibrary.h"
+#include "upgrade/UpgradePlace.h"
 #include "upgrade/UpgradeRunner.h"
 #include "workbench/HVXIUpgrade.h"
 
 namespace standalone {
-namespace {
-
-std::string VersionOf(const HVXUpgradeLibrary& library) {
-  return library.version == nullptr ? "" : library.version;
-}
-
-}  // namespace
-
 VersionManager::VersionManager(const std::vector<const HVXUpgradeLibrary*>& libraries)
     : libraries_(libraries) {
   for (const HVXUpgradeLibrary* const library : libraries) Learn(*library);
@@ -37,6 +30,7 @@ void VersionManager::Learn(const HVXUpgradeLibrary& library) {
   for (const HVXDocumentUpgrade& upgrade : library.documentUpgrades) {
     KnownUpgrade& known = FindOrAdd(upgrade.identifier.View(), library);
     known.documentUpgrade = &upgrade;
+    known.documentLibrary = &library;
   }
   if (library.observer != nullptr) observers_.push_back(library.observer);
 }
@@ -189,6 +183,33 @@ UpgradeRun VersionManager::Run(const DocumentPtr& document, const std::vector<st
       document, [] { return std::vector<Again>(); }, identifiers, watch);
 }
 
+std::optional<VersionManager::Again> VersionManager::AgainWithoutRules(Document& document,
+                                                                       std::string_view identifier) const {
+  const KnownUpgrade* const known = Find(identifier);
+  if (known == nullptr || !document.HasRecorded(identifier)) return {};
+  const bool converts = known->documentUpgrade != nullptr;
+  if (converts && IsBuiltIn(known->documentLibrary->name)) return {};
+  std::set<std::string_view> types;
+  for (const bool isBuiltIn : {false, true}) {
+    for (const KnownUpgrade::Binding& bound : known->bindings) {
+      if (IsBuiltIn(bound.library->name) != isBuiltIn) continue;
+      for (const char* const lateType : bound.upgradeClass->lateTypes) {
+        if (isBuiltIn) {
+          types.erase(lateType);
+        } else {
+          types.insert(lateType);
+        }
+      }
+    }
+  }
+  Again again{known->identifier, {}};
+  for (Feature* feature = document.First(); feature != nullptr; feature = feature->next) {
+    if (types.contains(feature->type->Name())) again.features.push_back(feature);
+  }
+  if (again.features.empty() && !converts) return {};
+  return again;
+}
+
 UpgradeRun VersionManager::RunAgain(const DocumentPtr& document, const NextRound& nextRound,
                                     const std::vector<std::string>& identifiers,
                                     const UpgradeWatch& watch) const {
@@ -224,7 +245,7 @@ void VersionManager::TellSources(Document& document, const std::vector<std::stri
     if (known == nullptr || IsBuiltIn(known->library->name)) continue;
     if (document.Sources().Of(identifier) != nullptr) continue;
     document.Sources().Add(identifier, known->library->name,
-                           isNow.contains(identifier) ? VersionOf(*known->library) : std::string());
+                           isNow.contains(identifier) ? VersionOf(*known->library) : std::string_view());
   }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -66,6 +67,11 @@ class VersionManager {
     std::string identifier;
     std::vector<Feature*> features;
   };
+  /// A recorded upgrade of a library other than the built-in one, to run again on all features of the late
+  /// types that only such libraries migrate for it: the rules know nothing of those, and routines of such
+  /// libraries leave alone what they have migrated. Nothing for what the document does not record, and for
+  /// what is the rules' to find.
+  [[nodiscard]] std::optional<Again> AgainWithoutRules(Document& document, std::string_view identifier) const;
   /// Asked before each round of what runs again; ends the rounds with nothing. An answer gives each
   /// identifier once.
   using NextRound = std::function<std::vector<Again>()>;

@@ -179,7 +179,7 @@ TEST_F(UpgraderTest, ARoutineThatGivesUpSpoilsTheDocumentAndNothingElse) {
   Document document = Given(kLine);
   ExpectError(Kind::kStopped, "AssertionFailed", [&] { upgrader.Upgrade(document); });
   document = Given(kLine);
-  ExpectError(Kind::kStopped, "feature 1 (ProbeGivesUpLT), ProbeNullHandle",
+  ExpectError(Kind::kStopped, "ProbeGivesUpLT (id 1), ProbeNullHandle",
               [&] { upgrader.Upgrade(document, {.identifiers = Names{"ProbeNullHandle"}}); });
   document = Given(kLine);
   EXPECT_THAT(upgrader.Upgrade(document, {.identifiers = Names{"ProbeA"}}).identifiers,

@@ -1,11 +1,14 @@
 // An upgrade library that is what the file beside it says, "NAME.so.txt", a word and its values in each line:
 //   name NAME            version VERSION          continues NAME          order FIRST THEN
 //   type LATETYPE        interface INTERFACE      conversion IDENTIFIER   lists IDENTIFIER
-//   upgrade IDENTIFIER   fails IDENTIFIER         removes IDENTIFIER
-//   rival LATETYPE       undeclared               ends WHEN HOW
-// Its routines append the library's name to the feature's attribute "Ran"; one that fails does so afterwards.
-// A rival is a second class. What is undeclared the host is not told of. WHEN is "loading", "asked" (for the
-// description) or "unloading"; HOW is "throws", "exits", "aborts", "crashes" or "recurses".
+//   upgrade IDENTIFIER   fails IDENTIFIER         removes IDENTIFIER      needs IDENTIFIER
+//   throws IDENTIFIER    crashes IDENTIFIER       rival LATETYPE          undeclared
+//   ends WHEN HOW
+// Its routines append the library's name to the feature's attribute "Ran"; one that fails does so afterwards,
+// and one that needs something fails, doing nothing, where the feature has no attribute "Needed". What is
+// thrown is named as the feature; no exception of the standard library where it has none. A rival is a second
+// class. What is undeclared the host is not told of. WHEN is "loading", "asked" (for the description) or
+// "unloading"; HOW is "throws", "exits", "aborts", "crashes" or "recurses".
 // Copies of the library are different libraries.
 
 #include <dlfcn.h>
@@ -49,6 +52,18 @@ class ScriptedUpgrade final : public HVXUpgradeExtension {
     const HRESULT ran = Run();
     return Failed(ran) ? ran : kFailure;
   }
+  HRESULT RunWhereNeeded() {
+    const VLMISpecAttrAccess_var spAccess(Feature());
+    if (spAccess->GetAttrKey("Needed").IsNull()) return kFailure;
+    return spAccess->GetAttrKey("Ran").IsNull() ? Run() : S_OK;
+  }
+  HRESULT Throw() {
+    const VLMISpecObject_var spFeature(Feature());
+    const std::string name(spFeature->GetName().View());
+    if (name.empty()) throw 7;
+    throw std::out_of_range(name);
+  }
+  HRESULT Crash() { std::abort(); }
   HRESULT Remove() {
     const VLMISpecObject_var spFeature(Feature());
     VLMISpecObject_var spFather;
@@ -129,6 +144,9 @@ Script::Script() {
     if (what == "conversion") conversions.push_back({next(), "Converts nothing.", &Convert});
     if (what == "upgrade") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::Run>);
     if (what == "fails") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::RunAndFail>);
+    if (what == "needs") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::RunWhereNeeded>);
+    if (what == "throws") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::Throw>);
+    if (what == "crashes") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::Crash>);
     if (what == "removes") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::Remove>);
     if (what == "undeclared") isDeclared = false;
     if (what == "rival") rivalTypes.push_back(next());

@@ -169,11 +169,11 @@ TEST_F(ConformityTest, KindsTellWhatCanBecomeOfAFinding) {
       found(0).Explanation(),
       "its value is not in the current basic components: the parameter behind \"component1_param\" has no "
       "value; \"component2_param\" is missing; \"component3_param\" leads to no parameter");
-  EXPECT_TRUE(found(0).NextStep().ends_with(", then run hvxupgrade upgrade"));
+  EXPECT_TRUE(found(0).NextStep().ends_with(", then upgrade the document"));
   Doc().RecordUpgrade("UpgradeGravityBasicComponents");
   EXPECT_EQ(found(0).kind, FindingKind::kLeftBehind);
   EXPECT_EQ(found(0).visited, &At(4));
-  EXPECT_TRUE(found(0).NextStep().ends_with(", then run hvxupgrade upgrade --retry"));
+  EXPECT_TRUE(found(0).NextStep().ends_with(", then upgrade the document again with --retry"));
   EXPECT_EQ(found(1).identifier, "UpgradeAnalysisCaseExternalName");
   EXPECT_EQ(found(1).visited, &At(2));  // the case renames what stands beneath it
   EXPECT_EQ(found(2).kind, FindingKind::kBeyondUpgrades);

@@ -39,7 +39,8 @@ class FaultSweepTest : public testing_support::UpgradeTest, public testing::With
     End end = End::kDone;
     try {
       static_cast<void>(manager_.Run(document, pending));
-    } catch (const UpgradeAborted&) {
+    } catch (const UpgradeAborted& aborted) {
+      EXPECT_EQ(aborted.Problem().find("an exception got out"), std::string::npos) << aborted.what();
       end = End::kAborted;
     } catch (const CallLimitReached& reached) {
       // The one routine that goes on for ever, on purpose: a force's list of sons that is not as old releases

@@ -197,17 +197,19 @@ TEST_F(VersionManagerTest, AFeatureThatWithholdsItsExtensionHasFailed) {
 TEST_F(VersionManagerTest, ABrokenAssumptionAbortsTheRunAndSaysWhere) {
   for (const auto& [identifier, message] :
        {std::pair{"ProbeAssertion",
-                  "feature 2 (ProbeGivesUpLT), ProbeAssertion: AssertionFailed:NULL_var != spProbe in "
-                  "tests/plugin/Probe"},
+                  "ProbeGivesUpLT (id 2), ProbeAssertion (ProbeGivesUp of TestUpgradeLibrary 1.2): "
+                  "AssertionFailed:NULL_var != spProbe in tests/plugin/Probe"},
         std::pair{"ProbeNullHandle",
-                  "feature 2 (ProbeGivesUpLT), ProbeNullHandle: call through a null handle"}}) {
+                  "ProbeGivesUpLT (id 2), ProbeNullHandle (ProbeGivesUp of TestUpgradeLibrary 1.2): call "
+                  "through a null handle"}}) {
     Given(R"({"id":1,"type":"ProbeStopLT"}
              {"id":2,"type":"ProbeGivesUpLT"})");
     try {
       Run({"ProbeA", identifier});
       FAIL() << identifier;
     } catch (const UpgradeAborted& aborted) {
-      EXPECT_STREQ(aborted.what(), message);
+      EXPECT_EQ(aborted.Problem(), message);
+      EXPECT_THAT(aborted.Advice(), testing::EndsWith("those who make TestUpgradeLibrary 1.2"));
     }
     EXPECT_THAT(Doc().Upgrades(), IsEmpty());
     EXPECT_EQ(Session::Current().CurrentDocument().Get(), nullptr);

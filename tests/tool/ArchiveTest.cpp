@@ -143,10 +143,10 @@ TEST_F(ArchiveTest, StatusCountsAndLists) {
   EXPECT_EQ(ended.code, 3);
   EXPECT_EQ(ended.out,
             "6 documents, 13 features\n"
-            "  upgrade needed                  2   --list pending\n"
-            "  current                         1   --list current\n"
-            "  newer than this program         1   --list newer\n"
-            "  broken                          2   --list broken\n"
+            "  upgrade needed                         2   --list pending\n"
+            "  current                                1   --list current\n"
+            "  newer or with unknown upgrades         1   --list newer\n"
+            "  broken                                 2   --list broken\n"
             "\nBroken:\n"
             "  " +
                 Path("archive/sub/broken.hvxdoc") +
@@ -154,7 +154,7 @@ TEST_F(ArchiveTest, StatusCountsAndLists) {
                 "  " +
                 Path("archive/sub/empty.hvxdoc") +
                 ": the file is empty. Give a document: a header line and one line per feature\n"
-                "\nNewer than this program:\n"
+                "\nNewer or with unknown upgrades:\n"
                 "  " +
                 Path("archive/sub/newer.hvxdoc") +
                 ": 1 upgrade unknown here, such as UpgradeOfTheFuture\n"

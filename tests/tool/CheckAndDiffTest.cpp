@@ -35,8 +35,8 @@ TEST_F(CheckAndDiffTest, CheckTellsWhatWasLeftBehindAndWhatToDo) {
                                  "    its restart settings are not those of its case and frequency: "
                                  "\"AnalysisCase\" is missing (UpgradeJobRestartData)\n"
                                  "      4 HVXJobLT \"Stray Job\"\n"
-                                 "      -> Give the job its case as \"AnalysisCase\", then run hvxupgrade "
-                                 "upgrade --retry.\n"));
+                                 "      -> Give the job its case as \"AnalysisCase\", then upgrade the "
+                                 "document again with --retry.\n"));
 }
 
 TEST_F(CheckAndDiffTest, CheckFoldsManyFeaturesAndNamesUnknownLateTypes) {

@@ -234,7 +234,7 @@ TEST_F(UpgradeCommandTest, WrongUsageIsExplained) {
   refused({"upgrade", file, "--in-place", "--backup", ".old", "--report", file + ".old"}, "written twice");
   refused({"upgrade", file, "-o", Path("x"), "--backup", ".old"}, "--in-place");
   refused({"upgrade", file, "--dry-run", "--only", "UpgradeJobMemoryUnti"}, "\"UpgradeJobMemoryUnit\"?");
-  refused({"upgrade", file, "--dry-run", "--only", "Foo"}, "there is no upgrade \"Foo\"; 'hvxupgrade ident");
+  refused({"upgrade", file, "--dry-run", "--only", "Foo"}, "there is no upgrade \"Foo\"; the command identifiers");
   refused({"upgrade", file, "--dry-run", "--only", "InitialTemp"}, "BasicComponents\"?");
   refused({"upgrade", file, "--dry-run", "--until", ""}, "--until");
   refused({"upgrade", file, "--dry-run", "--report", ""}, "--report");
@@ -266,7 +266,9 @@ TEST_F(UpgradeCommandTest, BadDocumentsAreNamedWithTheirLineAndTheOthersGoOn) {
   EXPECT_EQ(ended.code, 3);
   EXPECT_TRUE(Has(ended.err, broken + ":5: ")) << ended.err;
   EXPECT_TRUE(Has(ended.err, "UpgradeOfTheFuture"));
-  EXPECT_TRUE(Has(ended.out, "3 documents: 1 upgraded, 1 unreadable or broken, 1 newer than this program"))
+  EXPECT_TRUE(Has(ended.out,
+                  "3 documents: 1 upgraded, 1 unreadable or broken, 1 newer or with "
+                  "unknown upgrades"))
       << ended.out;
   EXPECT_EQ(Run({"upgrade", broken, "--output-dir", Path("none")}).code, 3);
   EXPECT_FALSE(fs::exists(Path("none")));  // nothing to put there

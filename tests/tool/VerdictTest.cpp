@@ -49,7 +49,7 @@ TEST_F(VerdictTest, WhatWasLeftBehindIsToldWithOwnerKeyAndNextStep) {
       << ended.out;
   EXPECT_TRUE(Has(ended.out, R"("refTemperature_param")"));
   EXPECT_TRUE(Has(ended.out, "(UpgradeFilmConditionBasicComponents: 0x80004005 (E_FAIL))")) << ended.out;
-  EXPECT_TRUE(Has(ended.out, "then run hvxupgrade upgrade --retry."));
+  EXPECT_TRUE(Has(ended.out, "then upgrade the document again with --retry."));
   const std::string report = Content(Path("report.json"));
   for (const char* const part :
        {R"("kind":"leftBehind")", R"("owner":"Thermal Case / Loads")", R"("key":"refTemperature_param")",
@@ -205,7 +205,8 @@ TEST_F(VerdictTest, WhatMustNotBeConvertedAgainHoldsTheOthersBack) {
   const Ended held = Run({"upgrade", file, "--retry", "--in-place", "--accept-failures"});
   EXPECT_TRUE(Has(held.out, "its upgrade would convert feature 5 (SAMFaceFaceContact) once more"))
       << held.out;
-  EXPECT_TRUE(Has(held.out, "See to feature 5 first, then run hvxupgrade upgrade --retry.")) << held.out;
+  EXPECT_TRUE(Has(held.out, "See to feature 5 first, then upgrade the document again with --retry."))
+      << held.out;
   EXPECT_EQ(Content(file), before);
 }
 

@@ -177,7 +177,7 @@ TEST_F(ViewCommandsTest, ShowPrintsFeaturesAsTheirFileHoldsThem) {
   const std::string lines(kJobLines);
   const std::string file = Document("job.hvxdoc", lines, R"("MakeOutOfdateARS")");
   const std::string begin = R"({"show":"hvxupgrade","version":3,"file":")" + file +
-                            R"(","upgrades":["MakeOutOfdateARS"],"features":[)";
+                            R"(","upgrades":["MakeOutOfdateARS"],"libraries":[],"features":[)";
   std::string all = lines.substr(0, lines.size() - 1);
   std::ranges::replace(all, '\n', ',');
   EXPECT_EQ(Run({"show", "--json", file}).out, begin + all + "]}\n");

@@ -137,7 +137,7 @@ std::string ArchiveCheck::Verdict() const {
       {ExitCode::kDone, "conform"},
       {ExitCode::kUpgradeNeeded, "need an upgrade"},
       {ExitCode::kNeedsPerson, "need a person"},
-      {ExitCode::kNewer, "newer than this program"},
+      {ExitCode::kNewer, "newer or with unknown upgrades"},
   };
   std::vector<std::string> parts;
   for (const auto& [code, words] : kWords) {

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <csignal>
+
 #include "archive/Leftovers.h"
 #include "archive/Loads.h"
 #include "file/DocumentError.h"
@@ -36,16 +38,24 @@ std::string HowItEnded(const WorkEnd& end) {
   return end.cause.empty() ? "stopped" : end.cause;
 }
 
+std::string AdviceOnCrash(const WorkEnd& end, const PlaceNote& place) {
+  // Nobody but another program, or the system, ends a worker so.
+  if (end.cause.starts_with(fmt::format("signal {},", SIGKILL))) return {};
+  const std::string advice = place.Advice();
+  return (advice.empty() ? "Report that with the document" : advice) + "; ";
+}
+
 // What the worker could not say itself.
-DocumentResult ResultOfEnd(const std::string& input, const WorkEnd& end) {
+DocumentResult ResultOfEnd(const std::string& input, const WorkEnd& end, const PlaceNote& place) {
   DocumentResult result;
   switch (end.kind) {
     case WorkEnd::Kind::kTimedOut:
       result.verdict = Verdict::kTimedOut;
       result.problem = fmt::format(
-          "{}: the upgrade timed out after {:.6g} s (--timeout raises the limit). Nothing was written; "
-          "--trace shows where it was",
-          input, std::chrono::duration<double>(end.limit.value_or(Clock::duration::zero())).count());
+          "{}: the upgrade timed out after {:.6g} s (--timeout raises the limit){}. Nothing was written; "
+          "--trace shows the calls of the host until then",
+          input, std::chrono::duration<double>(end.limit.value_or(Clock::duration::zero())).count(),
+          place.Where());
       break;
     case WorkEnd::Kind::kInterrupted:
       result.verdict = Verdict::kInterrupted;
@@ -53,14 +63,17 @@ DocumentResult ResultOfEnd(const std::string& input, const WorkEnd& end) {
     case WorkEnd::Kind::kOutOfMemory:
       result.verdict = Verdict::kAborted;
       result.problem =
-          fmt::format("{}: the upgrade was stopped: there is not enough memory. Nothing was written", input);
+          fmt::format("{}: the upgrade was stopped: there is not enough memory{}. Nothing was written", input,
+                      place.Where());
       break;
     case WorkEnd::Kind::kFinished:
     case WorkEnd::Kind::kCrashed:
       result.verdict = Verdict::kCrashed;
       result.problem = fmt::format(
-          "{}: the upgrade crashed ({}). Its file is as it was; --trace shows where the upgrade was", input,
-          end.cause);
+          "{}: the upgrade crashed ({}){}. Its file is as it was. {}--trace shows the calls of the host "
+          "until "
+          "then",
+          input, end.cause, place.Where(), AdviceOnCrash(end, place));
       break;
   }
   return result;
@@ -76,8 +89,8 @@ ArchiveUpgrade::ArchiveUpgrade(const ArchiveTask& task, RunSummary& summary)
       processes_({.work = [this](std::size_t document,
                                  const RequestCommit& announce) { return Work(document, announce); },
                   .prepare = [this] { PrepareWorker(); },
-                  .onStart = [this](WorkerNumber worker) { records_[worker] = std::move(ownRecord_); },
-                  .onForget = [this](WorkerNumber worker) { records_.erase(worker); },
+                  .onStart = [this](WorkerNumber worker) { workers_[worker] = std::move(own_); },
+                  .onForget = [this](WorkerNumber worker) { workers_.erase(worker); },
                   .onGive = [this](std::size_t document) { NoteGiven(document); },
                   .close = [this](std::size_t document, const WorkEnd& end) { return Close(document, end); },
                   .onTick = [this] { TellProgress(); }}) {}
@@ -114,12 +127,12 @@ void ArchiveUpgrade::KeepNamesOfOneFileApart(const std::vector<std::size_t>& doc
 }
 
 void ArchiveUpgrade::PrepareWorker() {
-  ownRecord_.reset();
-  if (task_.report != nullptr) ownRecord_ = task_.report->MakeRecordFile();
+  own_ = {.record = nullptr, .place = std::make_shared<PlaceNote>()};
+  if (task_.report != nullptr) own_.record = task_.report->MakeRecordFile();
 }
 
 std::string ArchiveUpgrade::Work(std::size_t document, const RequestCommit& requestCommit) {
-  records_.clear();  // which are other workers'
+  workers_.clear();  // which are other workers'
   const UpgradeArguments& arguments = task_.arguments;
   const bool isRunOfMany = !isSingle_ || task_.isSearched;
   const Destination destination = task_.destinations.Of(document);
@@ -141,8 +154,9 @@ std::string ArchiveUpgrade::Work(std::size_t document, const RequestCommit& requ
       .tellsAll = !arguments.quiet && (isSingle_ || arguments.many.verbose),
       .verbose = arguments.many.verbose,
       .limits = arguments.limits,
-      .record = ownRecord_.get(),
-      .trace = task_.trace};
+      .record = own_.record.get(),
+      .trace = task_.trace,
+      .place = own_.place.get()};
   ResetPeakMemory();
   DocumentResult result = UpgradeDocument(task, requestCommit);
   result.peakMemory = PeakMemory();
@@ -178,7 +192,7 @@ DocumentResult ArchiveUpgrade::ResultOf(std::size_t document, const WorkEnd& end
   const Destination destination = task_.destinations.Of(document);
   if (destination.file) RemoveLeftovers(*destination.file, Processes::ProcessOf(end.worker));
   if (!end.committing || !IsAnother(IdentityOf(destination), before.destination))
-    return ResultOfEnd(input, end);
+    return ResultOfEnd(input, end, *workers_.at(end.worker).place);
   Complain(
       fmt::format("{}: the process ended ({}) after the result was in place, whole", input, HowItEnded(end)));
   return Unpack(end.ready);
@@ -189,9 +203,13 @@ bool ArchiveUpgrade::AddToReport(std::size_t document, const WorkEnd& end, const
   const std::string& input = task_.documents[document].file;
   const Destination destination = task_.destinations.Of(document);
   DocumentResult told = result;
-  if (!result.Succeeded()) told.attention = AttentionOf(input, result);
-  const auto record = records_.find(end.worker);
-  const bool hasRest = result.Succeeded() && record != records_.end();
+  if (!result.Succeeded()) {
+    told.attention = AttentionOf(input, result);
+    told.needsPerson = 1;  // which is that
+  }
+  const auto worker = workers_.find(end.worker);
+  RecordFile* const record =
+      result.Succeeded() && worker != workers_.end() ? worker->second.record.get() : nullptr;
   try {
     task_.report->Append({.input = input,
                           .result = told,
@@ -200,7 +218,7 @@ bool ArchiveUpgrade::AddToReport(std::size_t document, const WorkEnd& end, const
                           .read = before.read,
                           .wrote = IdentityOf(destination),
                           .seconds = std::chrono::duration<double>(Clock::now() - before.begun).count()},
-                         hasRest ? record->second.get() : nullptr);
+                         record);
     return true;
   } catch (const standalone::DocumentError& error) {
     const bool wrote = summary_.Wrote();

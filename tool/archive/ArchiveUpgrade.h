@@ -12,6 +12,7 @@
 #include "file/FileIdentity.h"
 #include "record/Destinations.h"
 #include "record/GivenDocument.h"
+#include "record/PlaceNote.h"
 #include "report/RunReport.h"
 #include "report/RunSummary.h"
 #include "settings/Arguments.h"
@@ -70,8 +71,13 @@ class ArchiveUpgrade {
   RunSummary& summary_;
   bool isSingle_;
   std::vector<Load> loads_;
-  std::shared_ptr<RecordFile> ownRecord_;  // in a worker, and for the next one
-  std::map<WorkerNumber, std::shared_ptr<RecordFile>> records_;
+  // What a worker shares with its parent.
+  struct OfWorker {
+    std::shared_ptr<RecordFile> record;  // null when no report is wanted
+    std::shared_ptr<PlaceNote> place;
+  };
+  OfWorker own_;  // in a worker, and for the next one
+  std::map<WorkerNumber, OfWorker> workers_;
   std::map<std::size_t, AtWork> atWork_;
   RunState state_;
   std::string table_;

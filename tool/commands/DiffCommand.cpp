@@ -1,5 +1,8 @@
 #include "commands/DiffCommand.h"
 
+#include <algorithm>
+#include <set>
+
 #include "compare/DocumentDifference.h"
 #include "compare/FeatureDifference.h"
 #include "document/Reading.h"
@@ -10,6 +13,7 @@
 #include "report/FeatureOutput.h"
 #include "report/MentionedFeatures.h"
 #include "report/SheetJson.h"
+#include "report/SourceOutput.h"
 #include "terminal/Output.h"
 #include "terminal/Terminal.h"
 
@@ -39,6 +43,34 @@ void AppendFeature(Output& output, char mark, const Feature* before, const Featu
   output.FlushIfLarge();
 }
 
+std::string WordsOrNone(const standalone::UpgradeSource* source) {
+  return source == nullptr ? "a library that is not told" : WordsOf(*source);
+}
+
+void AppendUpgrades(fmt::memory_buffer& out, const DocumentDifference& difference) {
+  auto to = std::back_inserter(out);
+  std::set<std::string_view> told;
+  const auto append = [&](char mark, const std::vector<std::string>& upgrades,
+                          const standalone::UpgradeSource* DocumentDifference::Source::*which) {
+    for (const std::string& upgrade : upgrades) {
+      fmt::format_to(to, "{} upgrade {}", mark, Word(upgrade));
+      const auto source =
+          std::ranges::find(difference.sources, upgrade, &DocumentDifference::Source::upgrade);
+      if (source != difference.sources.end()) {
+        fmt::format_to(to, " of {}", WordsOrNone((*source).*which));
+        told.insert(source->upgrade);
+      }
+      out.push_back('\n');
+    }
+  };
+  append('-', difference.upgradesBefore, &DocumentDifference::Source::before);
+  append('+', difference.upgradesAfter, &DocumentDifference::Source::after);
+  for (const auto& [upgrade, before, after] : difference.sources) {
+    if (told.contains(upgrade)) continue;
+    fmt::format_to(to, "~ upgrade {}: of {} -> {}\n", Word(upgrade), WordsOrNone(before), WordsOrNone(after));
+  }
+}
+
 void PrintText(const DiffArguments& arguments, const DocumentDifference& difference) {
   Output output;
   auto to = std::back_inserter(output.Buffer());
@@ -50,10 +82,7 @@ void PrintText(const DiffArguments& arguments, const DocumentDifference& differe
   fmt::format_to(to, "{} changed, {} moved, {} created, {} removed\n",
                  Count(difference.changed.size(), "feature"), difference.moved.size(),
                  difference.created.size(), difference.removed.size());
-  for (const std::string& upgrade : difference.upgradesBefore)
-    fmt::format_to(to, "- upgrade {}\n", Word(upgrade));
-  for (const std::string& upgrade : difference.upgradesAfter)
-    fmt::format_to(to, "+ upgrade {}\n", Word(upgrade));
+  AppendUpgrades(output.Buffer(), difference);
   for (const auto& [before, after] : difference.changed) AppendFeature(output, '~', before, after);
   for (const Feature* const feature : difference.moved) {
     fmt::format_to(to, "> ");
@@ -85,6 +114,15 @@ void AppendJson(fmt::memory_buffer& out, const DiffArguments& arguments, const D
   top.Flag("different", !difference.IsEmpty());
   top.Texts("upgradesBefore", difference.upgradesBefore);
   top.Texts("upgradesAfter", difference.upgradesAfter);
+  JsonList sources(top.Key("sources"));
+  for (const auto& [upgrade, from, to] : difference.sources) {
+    JsonObject entry(sources.Entry());
+    entry.Text("upgrade", upgrade);
+    if (from != nullptr) AppendSource(entry, "before", *from);
+    if (to != nullptr) AppendSource(entry, "after", *to);
+    entry.Close();
+  }
+  sources.Close();
   JsonList changed(top.Key("changed"));
   for (const auto& [from, to] : difference.changed) {
     mentioned.Tell(*to);

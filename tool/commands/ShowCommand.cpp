@@ -9,8 +9,10 @@
 #include "file/FeatureText.h"
 #include "file/JsonText.h"
 #include "report/JsonOutput.h"
+#include "report/SourceOutput.h"
 #include "settings/UsageError.h"
 #include "terminal/Output.h"
+#include "terminal/Table.h"
 #include "terminal/Terminal.h"
 
 namespace tool {
@@ -140,6 +142,7 @@ std::size_t PrintJson(const ShowArguments& arguments, const standalone::Document
   object.Number("version", kJsonVersion);
   object.Name("file", arguments.file);
   object.Texts("upgrades", document.Upgrades());
+  AppendSources(object, document.Sources());
   JsonList features(object.Key("features"));
   fmt::memory_buffer line;
   standalone::FeatureTexts texts;
@@ -156,8 +159,21 @@ std::size_t PrintJson(const ShowArguments& arguments, const standalone::Document
   return count;
 }
 
+void TellSources(const standalone::UpgradeSources& sources) {
+  fmt::memory_buffer out;
+  for (const standalone::UpgradeSource& each : sources.All()) {
+    std::vector<std::string> words{fmt::format("upgrades of {}:", WordsOf(each))};
+    for (const std::string& upgrade : each.upgrades)
+      words.push_back(Word(upgrade) + (&upgrade == &each.upgrades.back() ? "" : ","));
+    AppendParagraph(out, words, 0);
+  }
+  Say({out.data(), out.size()});
+}
+
 std::size_t PrintTree(const ShowArguments& arguments, const standalone::Document& document,
                       const Feature* top) {
+  // Who asks for some features wants them alone.
+  if (top == nullptr && arguments.lateType.empty()) TellSources(document.Sources());
   TreePrinter printer(arguments.attributes);
   return ForEachAsked(arguments, document, top, [&printer](const Feature& feature, std::size_t level) {
     printer.Print(feature, level);

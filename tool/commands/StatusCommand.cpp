@@ -34,7 +34,7 @@ struct StateWords {
 constexpr std::array<StateWords, kStates> kWords{
     {{"pending", "upgrade needed", Colour::kYellow},
      {"current", "current", Colour::kGreen},
-     {"newer", "newer than this program", Colour::kRed},
+     {"newer", "newer or with unknown upgrades", Colour::kRed},
      {"notLoaded", "upgraded by a library that is not loaded", Colour::kRed},
      {"broken", "broken", Colour::kRed}}};
 

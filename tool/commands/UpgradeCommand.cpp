@@ -18,6 +18,7 @@
 #include "page/PageFile.h"
 #include "page/RunPage.h"
 #include "session/Messages.h"
+#include "settings/CommandText.h"
 #include "settings/DecidingArguments.h"
 #include "settings/UsageError.h"
 #include "terminal/Interruption.h"
@@ -39,33 +40,11 @@ void UseLanguage(const std::string& language, const fs::path& folder) {
   standalone::Messages::Use(folder, language);
 }
 
-// As a word of a command that people copy into a shell.
-std::string ShellWord(const std::string& name) {
-  std::string word = name.starts_with('-') ? "./" + name : name;
-  const auto isPlain = [](char c) {
-    const bool isOfShell =
-        c <= ' ' || std::string_view("!\"#$&'()*;<>?[\\]^`{|}~\x7f").find(c) != std::string_view::npos;
-    return static_cast<unsigned char>(c) >= 0x80 || !isOfShell;
-  };
-  const bool isSeen = WithEscapes(word, Escapes::kAll) == word;
-  if (isSeen && std::ranges::all_of(word, isPlain)) return word;
-  std::string quoted;
-  for (const char c : word) {
-    if (c == '\'') {
-      quoted += isSeen ? R"('\'')" : R"(\')";
-    } else if (c == '\\' && !isSeen) {
-      quoted += R"(\\)";
-    } else {
-      quoted += c;
-    }
-  }
-  return isSeen ? fmt::format("'{}'", quoted) : fmt::format("$'{}'", WithEscapes(quoted, Escapes::kAll));
-}
-
 class UpgradeCommand {
  public:
   UpgradeCommand(const UpgradeArguments& arguments, const Arguments& all)
       : arguments_(arguments),
+        places_(all.places),
         data_(DataFolder(all.places)),
         installation_(all.places),
         selection_(installation_.Manager(), arguments.only, arguments.until),
@@ -189,11 +168,20 @@ class UpgradeCommand {
                                                             : arguments_.report) +
           ListOfProblems(found_));
     Say(summary_.Verdict() + (left == 0 ? "\n" : fmt::format("; {} left\n", left)));
-    if (!summary_.NeedsPerson() || left != 0 || arguments_.dryRun) return;
-    std::string where = arguments_.outputDirectory.empty() ? "" : ShellWord(arguments_.outputDirectory);
-    if (where.empty())
-      where = arguments_.sources.given.size() == 1 ? ShellWord(arguments_.sources.given.front()) : "DOCUMENT";
-    Say(fmt::format("  Next: hvxupgrade check --verbose {} shows what each needs\n", where));
+    if (!summary_.NeedsPerson() || left != 0 || arguments_.many.verbose) return;
+    const std::string next = NextCommand();
+    if (!next.empty()) Say(fmt::format("  Next: {} shows what each needs\n", next));
+  }
+
+  // What shows of each document all that needs a person; empty when this run alone could tell.
+  [[nodiscard]] std::string NextCommand() const {
+    if (arguments_.ReportsToStream()) return {};
+    if (!arguments_.report.empty()) return "hvxupgrade report " + ShellWord(arguments_.report);
+    if (!arguments_.dryRun && !summary_.NeedsMoreThanCheck())
+      return CheckOf(places_, arguments_, summary_.FirstInNeed());
+    const bool areGone = arguments_.inPlace && arguments_.backupSuffix.empty() && arguments_.acceptFailures;
+    if (areGone) return CheckOf(places_, arguments_, summary_.FirstInNeed());
+    return DryRunOf(places_, arguments_, summary_.FirstInNeed());
   }
 
   // By now the documents are done, whatever becomes of the report.
@@ -251,6 +239,7 @@ class UpgradeCommand {
   }
 
   const UpgradeArguments& arguments_;
+  const Places& places_;
   fs::path data_;
   Installation installation_;
   Selection selection_;

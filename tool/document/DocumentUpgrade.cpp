@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <iterator>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -35,7 +34,6 @@ namespace {
 
 using standalone::DocumentError;
 using standalone::DocumentPtr;
-using standalone::Finding;
 using standalone::FindingScope;
 using standalone::VersionManager;
 
@@ -70,7 +68,7 @@ class DocumentUpgrade {
     const standalone::Choice chosen = task_.selection.Of(pending);
     standalone::LeftBehind leftBehind(*document.Get());
     std::vector<VersionManager::Again> again;
-    if (task_.retry) again = leftBehind.Next();
+    if (task_.retry) again = WithNamed(leftBehind.Next(), *document.Get());
     // What such a library did is part of the order in which upgrades must run.
     if (unknown_.HaveNamesake() || (!unknown_.IsEmpty() && !(chosen.identifiers.empty() && again.empty())))
       return Refused(Verdict::kNotLoaded);
@@ -102,6 +100,20 @@ class DocumentUpgrade {
       Interruption::StopIfRequested();
       progress_.Update(phase, done, total);
     };
+  }
+
+  // An answer gives each identifier once.
+  [[nodiscard]] std::vector<VersionManager::Again> WithNamed(std::vector<VersionManager::Again> again,
+                                                             standalone::Document& document) const {
+    for (VersionManager::Again& named : task_.selection.NamedAgain(document)) {
+      const auto found = std::ranges::find(again, named.identifier, &VersionManager::Again::identifier);
+      if (found == again.end()) {
+        again.push_back(std::move(named));
+      } else {  // whose features the rules find are of other late types
+        found->features.insert(found->features.end(), named.features.begin(), named.features.end());
+      }
+    }
+    return again;
   }
 
   // A header that cannot be read, or is not known, is told better by reading the document.
@@ -169,8 +181,9 @@ class DocumentUpgrade {
 
   void PassUnchanged(standalone::Document& document) {
     const std::vector<AttentionItem> attention =
-        AttentionTo(standalone::CheckConformity(document, FindingScope::kOfResult), {});
+        AttentionTo(standalone::CheckConformity(document, FindingScope::kOfResult), {}, {});
     result_.needsPerson = attention.size();
+    result_.foundByCheck = attention.size();
     result_.attention = JsonOf(task_.input, attention);
     const bool isThere = task_.destination.HoldsCopyOf(task_.input);
     if (!task_.destination.inPlace && !isThere) task_.destination.Check();
@@ -209,6 +222,8 @@ class DocumentUpgrade {
       tracing.emplace(task_.trace->Plan());
     }
     watch.onProgress = Telling("upgrading");
+    if (task_.place != nullptr)
+      watch.onPlace = [this](const standalone::UpgradePlace* place) { task_.place->Set(place); };
     return task_.manager.RunAgain(document, again, chosen.identifiers, watch);
   }
 
@@ -221,6 +236,8 @@ class DocumentUpgrade {
     document->DropAllDeadLinks();
     const Comparison comparison = Compare(*document.Get(), run);
     std::vector<AttentionItem> attention = Verify(*document.Get(), run);
+    result_.foundByCheck =
+        static_cast<std::size_t>(std::ranges::count(attention, true, &AttentionItem::isFoundByCheck));
     if (signOff) signOff->Finish(*document.Get(), run.identifiers, attention);
     std::vector<standalone::DroppedValues> dropped;
     if (document->Changes().IsOn() || task_.tellsAll)
@@ -305,9 +322,8 @@ class DocumentUpgrade {
                       "it with the document",
                       faults.front()));
     }
-    std::vector<Finding> findings = standalone::CheckConformity(document, FindingScope::kOfResult);
-    std::ranges::move(standalone::FindLosses(document), std::back_inserter(findings));
-    return AttentionTo(findings, run.failures);
+    return AttentionTo(standalone::CheckConformity(document, FindingScope::kOfResult),
+                       standalone::FindLosses(document), run.failures);
   }
 
   // Empty when the result may be written.
@@ -363,6 +379,7 @@ DocumentResult UpgradeDocument(const UpgradeTask& task, const RequestCommit& req
         Verdict::kAborted,
         fmt::format("{}: the upgrade was stopped: {}. Nothing was written", task.input, why));
   };
+  if (task.place != nullptr) task.place->Set(nullptr);
   try {
     LimitMemory(task.limits);
     return DocumentUpgrade(task, requestCommit).Run();
@@ -374,9 +391,16 @@ DocumentResult UpgradeDocument(const UpgradeTask& task, const RequestCommit& req
     return result;
   } catch (const DocumentError& error) {
     return WithoutResult(VerdictOf(error.GetKind()), error.what());
+  } catch (const standalone::UpgradeAborted& error) {
+    return WithoutResult(
+        Verdict::kAborted,
+        fmt::format("{}: the upgrade was stopped: {}. Nothing was written. {}; --trace shows the calls of "
+                    "the host until then",
+                    task.input, error.Problem(), error.Advice()));
   } catch (const std::bad_alloc&) {
-    return aborted("there is not enough memory" + MemoryLimitText());
-  } catch (const std::exception& error) {  // also what a routine lets out
+    return aborted("there is not enough memory" + MemoryLimitText() +
+                   (task.place == nullptr ? "" : task.place->Where()));
+  } catch (const std::exception& error) {
     return aborted(error.what());
   }
 }

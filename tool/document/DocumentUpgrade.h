@@ -5,6 +5,7 @@
 #include "document/Trace.h"
 #include "record/Destination.h"
 #include "record/DocumentResult.h"
+#include "record/PlaceNote.h"
 #include "report/RecordFile.h"
 #include "settings/Limits.h"
 
@@ -33,6 +34,7 @@ struct UpgradeTask {
   const Limits& limits;
   RecordFile* record = nullptr;  ///< Null when no report is wanted.
   const Trace* trace = nullptr;
+  PlaceNote* place = nullptr;  ///< Where the upgrade is, for who must tell of it when the process ends.
 };
 
 /// Reads the document, runs the selected upgrades, verifies the result, adds to the record, and puts the

@@ -2,6 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <utility>
+
 #include "settings/UsageError.h"
 #include "terminal/Terminal.h"
 
@@ -15,19 +18,30 @@ const KnownUpgrade& KnownOrRefuse(const VersionManager& manager, std::string_vie
   const std::string_view meant = standalone::LikelyMeant(manager, identifier);
   throw UsageError(fmt::format(
       "there is no upgrade {}; {}", Quoted(identifier),
-      meant.empty() ? "'hvxupgrade identifiers' lists them" : fmt::format("did you mean \"{}\"?", meant)));
+      meant.empty() ? "the command identifiers lists them" : fmt::format("did you mean \"{}\"?", meant)));
 }
 
 Selection::Selection(const VersionManager& manager, const std::vector<std::string>& only,
                      const std::string& until)
     : manager_(manager) {
-  for (const std::string& identifier : only) wanted_.push_back(KnownOrRefuse(manager, identifier).identifier);
+  for (const std::string& identifier : only) named_.push_back(KnownOrRefuse(manager, identifier).identifier);
+  wanted_ = named_;
   if (!only.empty()) return;
   if (!until.empty()) static_cast<void>(KnownOrRefuse(manager, until));
   for (const KnownUpgrade& known : manager.Known()) {
     wanted_.push_back(known.identifier);
     if (known.identifier == until) break;
   }
+}
+
+std::vector<VersionManager::Again> Selection::NamedAgain(standalone::Document& document) const {
+  std::vector<VersionManager::Again> all;
+  for (const std::string& identifier : named_) {
+    const bool isTwice = std::ranges::count(all, identifier, &VersionManager::Again::identifier) != 0;
+    auto again = manager_.AgainWithoutRules(document, identifier);
+    if (again && !isTwice) all.push_back(std::move(*again));
+  }
+  return all;
 }
 
 }  // namespace tool

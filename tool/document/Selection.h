@@ -21,6 +21,11 @@ class Selection {
   Selection(const standalone::VersionManager& manager, const std::vector<std::string>& only,
             const std::string& until);
 
+  /// What runs again besides what the rules find left behind: of upgrades of other libraries, those that the
+  /// user names.
+  [[nodiscard]] std::vector<standalone::VersionManager::Again> NamedAgain(
+      standalone::Document& document) const;
+
   /// Those of `pending` that are wanted, and those that must not be left out with them.
   [[nodiscard]] standalone::Choice Of(const std::vector<std::string>& pending) const {
     return standalone::ChooseUpgrades(manager_, wanted_, pending);
@@ -29,6 +34,7 @@ class Selection {
  private:
   const standalone::VersionManager& manager_;
   std::vector<std::string> wanted_;
+  std::vector<std::string> named_;
 };
 
 }  // namespace tool

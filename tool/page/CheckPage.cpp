@@ -79,7 +79,7 @@ class CheckPage {
       return {Tone::kBad, std::move(words), "Do what the problem of each document says"};
     if (counts[0] + counts[1] != 0)
       return {Tone::kAttention, "needs a person", "Do what each finding says, then run check again"};
-    return {Tone::kQuiet, "an upgrade is pending", "Run hvxupgrade upgrade"};
+    return {Tone::kQuiet, "an upgrade is pending", "Upgrade it"};
   }
 
   int AddDetail(std::size_t place, element document, const Verdict& verdict) {
@@ -125,7 +125,7 @@ class CheckPage {
     }
     if (sums_[2] != 0)
       return {Tone::kAttention, "Upgrades are pending, and nothing needs a person yet",
-              "Run hvxupgrade upgrade"};
+              "Upgrade the documents"};
     return {
         Tone::kGood,
         documents == 1 ? "It conforms to the current data model" : "All conform to the current data model",

@@ -53,6 +53,7 @@ struct Attention {
   std::string next = {};
   std::string key = {};
   std::string type = {};
+  std::string others = {};  ///< Whose upgrade failed, where it is not the built-in library's.
   int upgrade = -1;
   Cut<One> features = {};
 };

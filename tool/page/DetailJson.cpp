@@ -49,6 +49,7 @@ void AppendAttention(fmt::memory_buffer& out, const Attention& attention) {
   Show(object, "next", attention.next);
   Show(object, "key", attention.key);
   Show(object, "type", attention.type);
+  Show(object, "others", attention.others);
   AppendJsonInteger(object.Key("upgrade"), attention.upgrade);
   AppendCut(object.Key("features"), attention.features,
             [](fmt::memory_buffer& to, const Attention::One& one) {

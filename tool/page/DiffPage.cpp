@@ -3,6 +3,8 @@
 #include <simdjson.h>
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
 #include "page/FeatureMap.h"
 #include "page/JsonParts.h"
@@ -56,6 +58,13 @@ std::vector<TypeTotals> TypesOf(const JsonParts& parts) {
   return types;
 }
 
+std::string SourceIn(element entry, const char* key) {
+  element source;
+  if (entry[key].get(source) != simdjson::SUCCESS) return "no library that is told";
+  const std::string_view version = TextIn(source, "version");
+  return fmt::format("{}{}{}", TextIn(source, "name"), version.empty() ? "" : " ", version);
+}
+
 void AddUpgradeNotes(const JsonParts& parts, Detail& detail) {
   for (const auto& [key, what] :
        {std::pair("upgradesBefore", "first"), std::pair("upgradesAfter", "second")}) {
@@ -64,6 +73,13 @@ void AddUpgradeNotes(const JsonParts& parts, Detail& detail) {
       detail.notes.push_back(
           fmt::format("Only the {} document has been through {}", what, CountOf(count, "upgrade")));
   }
+  std::map<std::pair<std::string, std::string>, std::size_t> sources;
+  ForEachEntry(parts["sources"], [&sources](element entry) {
+    ++sources[{SourceIn(entry, "before"), SourceIn(entry, "after")}];
+  });
+  for (const auto& [between, count] : sources)
+    detail.notes.push_back(fmt::format("{} came from {} by the first document, from {} by the second",
+                                       CountOf(count, "upgrade"), between.first, between.second));
   if (const std::size_t moved = CountEntries(parts["moved"]); moved != 0)
     detail.notes.push_back(fmt::format("{} moved among their siblings", CountOf(moved, "feature")));
 }

@@ -2,6 +2,7 @@
 
 #include "check/Conformity.h"
 #include "page/ValueText.h"
+#include "report/OthersUpgrade.h"
 
 namespace tool::page {
 namespace {
@@ -49,10 +50,11 @@ void Findings::Add(element finding) {
                   .next = std::string(TextIn(finding, "nextStep")),
                   .key = std::string(TextIn(finding, "key")),
                   .type = std::string(TextIn(finding, "type")),
+                  .others = OthersIn(finding),
                   .upgrade = upgrade.empty() ? -1 : upgrades_.PlaceOf(upgrade),
                   .features = {}};
-  std::string place = fmt::format("{}\n{}\n{}\n{}\n{}\n{}", group.kind, group.reason, group.next, group.key,
-                                  group.type, group.upgrade);
+  std::string place = fmt::format("{}\n{}\n{}\n{}\n{}\n{}\n{}", group.kind, group.reason, group.next,
+                                  group.key, group.type, group.others, group.upgrade);
   const auto found = places_.find(place);
   ++count_;
   if (found == places_.end()) {

@@ -61,7 +61,7 @@ Words WordsFor(const DocumentResult& result, bool isDryRun) {
     case tool::Verdict::kBadInput:
       return {Tone::kBad, "unreadable or invalid", "unreadable or invalid"};
     case tool::Verdict::kNewer:
-      return {Tone::kBad, "newer than this program", "newer than this program"};
+      return {Tone::kBad, "newer or with unknown upgrades", "newer or with unknown upgrades"};
     case tool::Verdict::kNotLoaded:
       return {Tone::kBad, "upgraded by a library that is not loaded", "of a library that is not loaded"};
     case tool::Verdict::kUnwritable:

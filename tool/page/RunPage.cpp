@@ -13,6 +13,7 @@
 #include "page/Page.h"
 #include "page/RecordDetail.h"
 #include "page/ValueText.h"
+#include "settings/CommandText.h"
 #include "terminal/Terminal.h"
 #include "terminal/VisibleText.h"
 
@@ -215,7 +216,7 @@ class RunPage {
   [[nodiscard]] std::string AdviceOnRest() const {
     if (!isKept_) return "With --report as well, 'hvxupgrade report' writes a page of each";
     std::string names;
-    for (const auto& report : reports_) names += report->Name() + " ";
+    for (const auto& report : reports_) names += ShellWord(report->Name()) + " ";
     return fmt::format("'hvxupgrade report {}--document NAME --format html' writes a page of each", names);
   }
 

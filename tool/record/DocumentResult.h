@@ -29,12 +29,13 @@ enum class Verdict {
 /// What became of one document, as a worker process tells its parent.
 struct DocumentResult {
   Verdict verdict = Verdict::kCrashed;
-  std::size_t features = 0;     ///< Of the document before the run.
-  std::size_t identifiers = 0;  ///< That were run.
-  std::size_t needsPerson = 0;  ///< Things that a person must look at.
-  std::size_t peakMemory = 0;   ///< Of the worker, in bytes; 0 when it is not known.
-  std::size_t dropped = 0;      ///< Attributes with dropped values, where these were looked for.
-  bool failsOnDrop = false;     ///< Dropped values are wanted to be a failure.
+  std::size_t features = 0;      ///< Of the document before the run.
+  std::size_t identifiers = 0;   ///< That were run.
+  std::size_t needsPerson = 0;   ///< Things that a person must look at.
+  std::size_t foundByCheck = 0;  ///< Those of them that a check of the result finds too; 0 when unknown.
+  std::size_t peakMemory = 0;    ///< Of the worker, in bytes; 0 when it is not known.
+  std::size_t dropped = 0;       ///< Attributes with dropped values, where these were looked for.
+  bool failsOnDrop = false;      ///< Dropped values are wanted to be a failure.
   Totals totals;
   std::string problem;       ///< Why there is no result; empty when there is one.
   std::string kept;          ///< Where the result is when its document was changed meanwhile; mostly empty.
@@ -58,6 +59,7 @@ struct DocumentResult {
     raw(self.features);
     raw(self.identifiers);
     raw(self.needsPerson);
+    raw(self.foundByCheck);
     raw(self.peakMemory);
     raw(self.dropped);
     raw(self.failsOnDrop);

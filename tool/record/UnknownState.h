@@ -10,9 +10,10 @@ namespace tool {
 [[nodiscard]] inline std::string_view StateOf(const standalone::UnknownUpgrades& unknown) {
   if (unknown.AreOnlyNotLoaded()) return "upgraded by a library that is not loaded";
   for (const standalone::MissingLibrary& each : unknown.Libraries()) {
-    if (each.IsNewerProgram()) return "newer than this program";
+    if (each.isLoaded && !each.IsNamed())
+      return "upgraded by a newer program or a library that is not loaded";
   }
-  return "newer than a library that is loaded";
+  return "upgraded by another version of a library that is loaded";
 }
 
 }  // namespace tool

@@ -14,6 +14,8 @@
 #include "report/JsonOutput.h"
 #include "report/ResultCodes.h"
 #include "terminal/Terminal.h"
+#include "upgrade/BuiltInLibrary.h"
+#include "upgrade/UpgradePlace.h"
 
 namespace tool {
 namespace {
@@ -60,10 +62,38 @@ class FailureIndex {
   std::unordered_set<const UpgradeFailure*> explained_;
 };
 
-AttentionItem ItemOf(const Finding& finding, const UpgradeFailure* failure) {
-  return {NameOf(finding.kind),        WordsFor(finding.kind), finding.feature,
-          finding.feature->TypeName(), finding.identifier,     finding.key,
-          finding.Explanation(),       finding.NextStep(),     failure == nullptr ? S_OK : failure->code};
+AttentionItem ItemOf(const Finding& finding, const UpgradeFailure* failure, bool isFoundByCheck) {
+  return {NameOf(finding.kind),
+          WordsFor(finding.kind),
+          finding.feature,
+          finding.feature->TypeName(),
+          finding.identifier,
+          finding.key,
+          finding.Explanation(),
+          finding.NextStep(),
+          failure == nullptr ? S_OK : failure->code,
+          failure == nullptr ? standalone::Answerable() : failure->answerable,
+          isFoundByCheck};
+}
+
+bool IsOfOthers(const standalone::Answerable& answerable) {
+  return answerable.library != nullptr && !standalone::IsBuiltIn(answerable.library->name);
+}
+
+// Of a failure that no rule explains.
+std::string NextStepAfter(const UpgradeFailure& failure) {
+  const bool isOfDocument = failure.work.feature == nullptr;
+  if (!IsOfOthers(failure.answerable))
+    return fmt::format(
+        "The rules find nothing old there: compare {} with the old document, by the commands diff and show; "
+        "--trace shows the host call that failed",
+        isOfDocument ? "the result" : "the feature");
+  return fmt::format(
+      "Correct {} and upgrade that again, or correct {} and upgrade that with --retry --only {}. If it is "
+      "sound, ask those who make {}; --trace shows the host call that failed",
+      isOfDocument ? "the old document" : "the feature in the old document",
+      isOfDocument ? "the result" : "it in the result", failure.work.upgrade->identifier,
+      WordsOf(standalone::Answerable{nullptr, failure.answerable.library}));
 }
 
 AttentionItem ItemOf(const UpgradeFailure& failure) {
@@ -80,9 +110,9 @@ AttentionItem ItemOf(const UpgradeFailure& failure) {
           work.upgrade->identifier,
           "",
           std::move(reason),
-          "The rules find nothing old there: compare the feature with 'hvxupgrade show --id ID "
-          "--attributes'; --trace shows the host call that failed",
-          failure.code};
+          NextStepAfter(failure),
+          failure.code,
+          failure.answerable};
 }
 
 void AppendItem(fmt::memory_buffer& out, const AttentionItem& item) {
@@ -98,12 +128,11 @@ void AppendItem(fmt::memory_buffer& out, const AttentionItem& item) {
       fmt::format_to(to, " in {}", Quoted(owners));
   }
   fmt::format_to(to, ", {}: {}", item.words, Printable(item.reason));
-  const bool isToldAlready = item.reason.find(item.identifier) != std::string::npos;
-  const std::string_view identifier = isToldAlready ? std::string_view() : item.identifier;
-  if (!identifier.empty()) fmt::format_to(to, " ({}", identifier);
-  if (item.code != S_OK)
-    fmt::format_to(to, "{}{}", identifier.empty() ? " (" : ": ", CodeWithName(item.code));
-  if (!identifier.empty() || item.code != S_OK) fmt::format_to(to, ")");
+  std::string marks;
+  if (item.reason.find(item.identifier) == std::string::npos) marks = item.identifier;
+  if (item.code != S_OK) marks += (marks.empty() ? "" : ": ") + CodeWithName(item.code);
+  if (IsOfOthers(item.answerable)) marks += (marks.empty() ? "" : "; ") + Printable(WordsOf(item.answerable));
+  if (!marks.empty()) fmt::format_to(to, " ({})", marks);
   fmt::format_to(to, "\n");
   if (!item.nextStep.empty()) fmt::format_to(to, "      {}.\n", Printable(item.nextStep));
 }
@@ -111,15 +140,19 @@ void AppendItem(fmt::memory_buffer& out, const AttentionItem& item) {
 }  // namespace
 
 std::vector<AttentionItem> AttentionTo(const std::vector<Finding>& findings,
+                                       const std::vector<Finding>& losses,
                                        const std::vector<UpgradeFailure>& failures) {
   FailureIndex index(failures);
   std::vector<AttentionItem> items;
   std::vector<AttentionItem> others;
-  for (const Finding& finding : findings) {
+  const auto add = [&](const Finding& finding, bool isFoundByCheck) {
     const UpgradeFailure* const failure = index.Behind(finding);
-    if (!finding.NeedsPerson()) continue;
-    (finding.kind == FindingKind::kLeftBehind ? items : others).push_back(ItemOf(finding, failure));
-  }
+    if (!finding.NeedsPerson()) return;
+    (finding.kind == FindingKind::kLeftBehind ? items : others)
+        .push_back(ItemOf(finding, failure, isFoundByCheck));
+  };
+  for (const Finding& finding : findings) add(finding, true);
+  for (const Finding& loss : losses) add(loss, false);
   for (const UpgradeFailure& failure : failures) {
     const Feature* const feature = failure.work.feature;
     const bool isGone = feature != nullptr && feature->removed;
@@ -164,6 +197,12 @@ std::string JsonOf(const std::string& document, const std::vector<AttentionItem>
     if (item.code != S_OK) {
       object.Text("code", CodeText(item.code));
       if (!CodeName(item.code).empty()) object.Text("codeName", CodeName(item.code));
+    }
+    if (item.answerable.upgradeClass != nullptr) object.Text("class", item.answerable.upgradeClass->name);
+    if (item.answerable.library != nullptr) {
+      object.Text("library", item.answerable.library->name);
+      if (const std::string_view version = standalone::VersionOf(*item.answerable.library); !version.empty())
+        object.Text("libraryVersion", version);
     }
     if (!item.nextStep.empty()) object.Text("nextStep", item.nextStep);
     object.Close();

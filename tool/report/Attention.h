@@ -23,12 +23,15 @@ struct AttentionItem {
   std::string key;                     ///< What is missing or unreadable; may be empty.
   std::string reason;
   std::string nextStep;
-  HRESULT code = S_OK;  ///< What the upgrade gave, where it failed in this run.
+  HRESULT code = S_OK;                     ///< What the upgrade gave, where it failed in this run,
+  standalone::Answerable answerable = {};  ///< and whose it is; without a library where it did not fail.
+  bool isFoundByCheck = false;             ///< In the result, whoever looks for it and whenever.
 };
 
-/// All of it: first what was left behind, in document order, then failures that left nothing behind which a
-/// rule could tell, then the rest.
+/// All of it, of what is found in the result, of what it has lost, and of failures: first what was left
+/// behind, in document order, then failures that left nothing behind which a rule could tell, then the rest.
 [[nodiscard]] std::vector<AttentionItem> AttentionTo(const std::vector<standalone::Finding>& findings,
+                                                     const std::vector<standalone::Finding>& losses,
                                                      const std::vector<standalone::UpgradeFailure>& failures);
 
 /// Where a feature stands, for people: the names of what it stands beneath, from the case down, separated by

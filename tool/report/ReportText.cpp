@@ -6,6 +6,7 @@
 #include <map>
 #include <string>
 
+#include "report/OthersUpgrade.h"
 #include "report/ReportForms.h"
 #include "report/RunSummary.h"
 #include "terminal/Terminal.h"
@@ -46,14 +47,18 @@ std::string ItemOf(element item) {
   const std::string problem = TextAt(item, "problem");
   if (!problem.empty()) return fmt::format("    {}\n", Printable(problem));
   const std::string feature = FeatureOf(item);
+  const std::string reason = TextAt(item, "reason");
   std::string text = fmt::format("    {}, {}: {}", feature.empty() ? "the whole document" : feature,
-                                 WordsOf(TextAt(item, "kind")), Printable(TextAt(item, "reason")));
+                                 WordsOf(TextAt(item, "kind")), Printable(reason));
   std::vector<std::string> marks;
   for (const char* const key : {"upgrade", "code", "codeName"}) {
     const std::string mark = TextAt(item, key);
-    if (!mark.empty() && text.find(mark) == std::string::npos) marks.push_back(Printable(mark));
+    if (!mark.empty() && reason.find(mark) == std::string::npos) marks.push_back(Printable(mark));
   }
-  if (!marks.empty()) text += fmt::format(" ({})", fmt::join(marks, " "));
+  if (!marks.empty()) {
+    const std::string others = OthersIn(item);
+    text += fmt::format(" ({}{}{})", fmt::join(marks, " "), others.empty() ? "" : "; ", Printable(others));
+  }
   const std::string nextStep = TextAt(item, "nextStep");
   return text + (nextStep.empty() ? "\n" : fmt::format("\n      -> {}.\n", Printable(nextStep)));
 }

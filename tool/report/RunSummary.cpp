@@ -59,6 +59,13 @@ void RunSummary::Add(const std::string& file, const DocumentResult& result) {
   wrote_ = wrote_ || (result.Succeeded() && !dryRun_);
   ++counts_[static_cast<std::size_t>(group)];
   if (result.IsComplete()) return;
+  if (result.Succeeded()) {
+    constexpr std::size_t kNamed = 3;
+    const bool isDropped = result.failsOnDrop && result.dropped != 0;
+    const bool isWritten = result.verdict != tool::Verdict::kHeldBack;
+    if (result.foundByCheck < result.needsPerson || isDropped || !isWritten) needsMoreThanCheck_ = true;
+    if (firstInNeed_.size() < kNamed) firstInNeed_.push_back(file);
+  }
   std::vector<std::string>& lines = first_[group];
   if (lines.size() < kListed) lines.push_back(LineOf(file, result));
 }
@@ -80,7 +87,7 @@ std::string RunSummary::Verdict() const {
       {Group::kChangedMeanwhile, "changed meanwhile"},
       {Group::kGivenUp, "stopped"},
       {Group::kBroken, "unreadable or broken"},
-      {Group::kNewer, "newer than this program"},
+      {Group::kNewer, "newer or with unknown upgrades"},
       {Group::kNotLoaded, "upgraded by a library that is not loaded"},
       {Group::kUnwritable, "whose result could not be written"},
   };
@@ -101,7 +108,7 @@ std::string RunSummary::ClosingList(const std::string& where) const {
       {Group::kChangedMeanwhile, "Changed meanwhile"},
       {Group::kGivenUp, "Stopped"},
       {Group::kBroken, "Unreadable or broken"},
-      {Group::kNewer, "Newer than this program"},
+      {Group::kNewer, "Newer or with unknown upgrades"},
       {Group::kNotLoaded, "Upgraded by a library that is not loaded"},
       {Group::kUnwritable, "Result could not be written"},
   };

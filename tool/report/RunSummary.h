@@ -26,6 +26,10 @@ class RunSummary {
 
   /// Whether something in a document that was gone through needs a person.
   [[nodiscard]] bool NeedsPerson() const;
+  /// Whether a check of the results would not find all of that.
+  [[nodiscard]] bool NeedsMoreThanCheck() const { return needsMoreThanCheck_; }
+  /// The first documents in which something needs a person, a few.
+  [[nodiscard]] const std::vector<std::string>& FirstInNeed() const { return firstInNeed_; }
 
   /// "4 documents: 3 upgraded, 1 stopped".
   [[nodiscard]] std::string Verdict() const;
@@ -57,6 +61,8 @@ class RunSummary {
   Totals totals_;
   ExitCode code_ = ExitCode::kDone;
   bool wrote_ = false;
+  bool needsMoreThanCheck_ = false;
+  std::vector<std::string> firstInNeed_;
   std::array<std::size_t, static_cast<std::size_t>(Group::kCount)> counts_{};
   std::map<Group, std::vector<std::string>> first_;  // lines about the first documents that need a person
 };

@@ -11,7 +11,7 @@ enum class ExitCode {
   kUnaccounted = 1,     ///< A difference that no upgrade is there to make (`sheet` only).
   kUsage = 2,           ///< Wrong usage.
   kBadInput = 3,        ///< Some input is unreadable or invalid.
-  kNewer = 4,           ///< Some document is newer than this program, or than what is loaded.
+  kNewer = 4,           ///< Some document needs a newer program, or a library that is not loaded.
   kUnwritable = 5,      ///< Some output could not be written; what stood there is as it was.
   kUpgradeNeeded = 6,   ///< Some document needs an upgrade (`check` and `status --check` only).
   kInterrupted = 130,   ///< Stopped by the user.

@@ -77,7 +77,8 @@ void AddUpgrade(CLI::App& app, UpgradeArguments& upgrade) {
 
   verb->add_flag(
           "--retry", upgrade.retry,
-          "Run again the upgrades that left features behind, on those features, once they are corrected")
+          "Run again the upgrades that left features behind, on those features, once they are corrected; of "
+          "upgrades of other libraries those that --only names, on all their features")
       ->group(which);
 
   const auto told = "What is reported";

@@ -58,7 +58,7 @@ function attentionCard(looked, each, only) {
   return el("article", {class: `card ${tone}`},
     el("p", {class: "reason"}, toneMark(tone), el("span", null, value(each.reason))),
     el("p", {class: "of"}, value(each.type, "code"), each.key ? [", ", value(each.key, "code")] : null,
-      link ? [", by ", link] : null),
+      link ? [", by ", link] : null, each.others ? [", of ", value(each.others)] : null),
     each.next ? el("p", {class: "next"}, el("strong", null, "Next: "), value(each.next)) : null,
     only === undefined
       ? attentionFeatures(looked, each)

@@ -101,6 +101,8 @@ interface Attention {
   next: string;
   key: string;
   type: string;
+  /** Whose upgrade failed, where it is not the built-in library's; else empty. */
+  others: string;
   /** Place in `Page.upgrades`; -1 for none. */
   upgrade: number;
   features: Cut<{ id: number; name: string; owner: string; code: string }>;
