@@ -234,7 +234,8 @@ TEST_F(UpgradeCommandTest, WrongUsageIsExplained) {
   refused({"upgrade", file, "--in-place", "--backup", ".old", "--report", file + ".old"}, "written twice");
   refused({"upgrade", file, "-o", Path("x"), "--backup", ".old"}, "--in-place");
   refused({"upgrade", file, "--dry-run", "--only", "UpgradeJobMemoryUnti"}, "\"UpgradeJobMemoryUnit\"?");
-  refused({"upgrade", file, "--dry-run", "--only", "Foo"}, "there is no upgrade \"Foo\"; the command identifiers");
+  refused({"upgrade", file, "--dry-run", "--only", "Foo"},
+          "there is no upgrade \"Foo\"; the command identifiers");
   refused({"upgrade", file, "--dry-run", "--only", "InitialTemp"}, "BasicComponents\"?");
   refused({"upgrade", file, "--dry-run", "--until", ""}, "--until");
   refused({"upgrade", file, "--dry-run", "--report", ""}, "--report");
