@@ -18,14 +18,14 @@ from .errors import (ChangedError, Error, InstallationError, InvalidDocumentErro
                      UnreadableError, UsageError, WorkerError, WriteError)
 from .files import check, diff, read, read_header, read_lines, upgrade_file
 from .results import (ChangedFeature, ChangedField, Columns, Difference, Finding, FindingKind, Header, Kind, KnownUpgrade,
-                      Link, RecordedUpgrade, UpgradeFailure, UpgradeResult)
+                      Link, OtherSource, RecordedUpgrade, UpgradeFailure, UpgradeResult)
 
 __version__ = _native.__version__
 
 __all__ = [
     "ChangedError", "ChangedFeature", "ChangedField", "Columns", "Difference", "Document", "Error", "Feature",
     "FeatureIterator", "FeatureLine", "Finding", "FindingKind", "Header", "InstallationError", "InvalidDocumentError",
-    "Kind", "KnownUpgrade", "Lines", "Link", "NewerDocumentError", "RecordedUpgrade", "StoppedError", "UnreadableError",
-    "UpgradeFailure", "UpgradeResult", "Upgrader", "UsageError", "WorkerError", "WriteError", "check", "diff", "read",
-    "read_header", "read_lines", "upgrade_file",
+    "Kind", "KnownUpgrade", "Lines", "Link", "NewerDocumentError", "OtherSource", "RecordedUpgrade", "StoppedError",
+    "UnreadableError", "UpgradeFailure", "UpgradeResult", "Upgrader", "UsageError", "WorkerError", "WriteError",
+    "check", "diff", "read", "read_header", "read_lines", "upgrade_file",
 ]

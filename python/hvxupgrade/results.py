@@ -122,18 +122,31 @@ class ChangedFeature:
 
 
 @dataclasses.dataclass(frozen=True)
+class OtherSource:
+    """An upgrade that both documents record, but not of the same library, or not of the same version of it."""
+
+    identifier: str
+    library_before: Optional[str]  #: None where the document does not say, as of the built-in library.
+    version_before: Optional[str]  #: None likewise.
+    library_after: Optional[str]
+    version_after: Optional[str]
+
+
+@dataclasses.dataclass(frozen=True)
 class Difference:
     """What two states of a document differ in. Features are matched by id. False when they are the same."""
 
     upgrades_before: tuple[str, ...]  #: Recorded in the first only.
     upgrades_after: tuple[str, ...]  #: Recorded in the second only.
+    other_sources: tuple[OtherSource, ...]  #: In the order of the first.
     changed: tuple[ChangedFeature, ...]
     created: tuple[ChangedFeature, ...]  #: Only in the second, in its order.
     removed: tuple[ChangedFeature, ...]  #: Only in the first, in its order.
     moved: tuple[int, ...]  #: Ids; as few as explain the new order of sons.
 
     def __bool__(self) -> bool:
-        return any((self.upgrades_before, self.upgrades_after, self.changed, self.created, self.removed, self.moved))
+        return any((self.upgrades_before, self.upgrades_after, self.other_sources, self.changed, self.created,
+                    self.removed, self.moved))
 
 
 class Kind(enum.IntEnum):

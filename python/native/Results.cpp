@@ -74,8 +74,13 @@ py::object ToPython(const hvxupgrade::UpgradeResult& result) {
 }
 
 py::object ToPython(const Difference& difference) {
+  const py::object otherSource = Result("OtherSource");
+  const py::tuple sources = TupleOf(difference.otherSources, [&](const Difference::OtherSource& each) {
+    return otherSource(each.identifier, TextOrNone(each.libraryBefore), TextOrNone(each.versionBefore),
+                       TextOrNone(each.libraryAfter), TextOrNone(each.versionAfter));
+  });
   const py::tuple moved = TupleOf(difference.moved, [](hvxupgrade::FeatureId id) { return py::int_(id); });
-  return Result("Difference")(Texts(difference.upgradesBefore), Texts(difference.upgradesAfter),
+  return Result("Difference")(Texts(difference.upgradesBefore), Texts(difference.upgradesAfter), sources,
                               Changed(difference.changed), Changed(difference.created),
                               Changed(difference.removed), moved);
 }

@@ -24,11 +24,31 @@ Difference::ChangedFeature Told(const FeatureState* before, const FeatureState* 
   return change;
 }
 
+// Those of upgrades that one document alone records are told with these.
+std::vector<Difference::OtherSource> OtherSources(const standalone::DocumentDifference& found,
+                                                  const standalone::Document& before,
+                                                  const standalone::Document& after) {
+  const auto add = [](const standalone::UpgradeSource* source, std::string& library, std::string& version) {
+    if (source == nullptr) return;
+    library = source->library;
+    version = source->version;
+  };
+  std::vector<Difference::OtherSource> others;
+  for (const auto& [upgrade, was, is] : found.sources) {
+    if (!before.HasRecorded(upgrade) || !after.HasRecorded(upgrade)) continue;
+    Difference::OtherSource& other = others.emplace_back();
+    other.identifier = upgrade;
+    add(was, other.libraryBefore, other.versionBefore);
+    add(is, other.libraryAfter, other.versionAfter);
+  }
+  return others;
+}
+
 }  // namespace
 
 bool Difference::IsEmpty() const {
-  return upgradesBefore.empty() && upgradesAfter.empty() && changed.empty() && created.empty() &&
-         removed.empty() && moved.empty();
+  return upgradesBefore.empty() && upgradesAfter.empty() && otherSources.empty() && changed.empty() &&
+         created.empty() && removed.empty() && moved.empty();
 }
 
 Difference Compare(Document& before, Document& after) {
@@ -36,6 +56,7 @@ Difference Compare(Document& before, Document& after) {
   Inside::Of(after).DropAllDeadLinks();
   standalone::DocumentDifference found = standalone::Compare(Inside::Of(before), Inside::Of(after));
   Difference difference;
+  difference.otherSources = OtherSources(found, Inside::Of(before), Inside::Of(after));
   difference.upgradesBefore = std::move(found.upgradesBefore);
   difference.upgradesAfter = std::move(found.upgradesAfter);
   for (const auto& [was, is] : found.changed) difference.changed.push_back(Told(was, is));

@@ -83,6 +83,28 @@ TEST_F(ViewsTest, DifferencesTellEachFieldInTheWordsOfTheFile) {
   }
 }
 
+TEST_F(ViewsTest, DifferencesTellUpgradesOfOtherLibraries) {
+  const auto through = [this](const std::string& upgrades, const std::string& libraries) {
+    return Read(folder_.Put("through.hvxdoc", R"({"format":"hvxdoc","version":2,"upgrades":)" + upgrades +
+                                                  R"(,"libraries":)" + libraries + R"(,"features":0})" +
+                                                  "\n"));
+  };
+  Document before = through(R"(["A","B"])", R"([{"name":"Acme","version":"1.0","upgrades":["A","B"]}])");
+  Document same = through(R"(["A","B"])", R"([{"name":"Acme","version":"1.0","upgrades":["A","B"]}])");
+  Document after = through(R"(["A","B","C"])", R"([{"name":"Acme","version":"1.0","upgrades":["A"]},)"
+                                               R"({"name":"Acme","version":"2.0","upgrades":["C"]}])");
+  EXPECT_TRUE(Compare(before, same).IsEmpty());
+  const Difference told = Compare(before, after);
+  EXPECT_THAT(told.upgradesAfter, ElementsAre("C"));
+  ASSERT_EQ(told.otherSources.size(), 1U);
+  const Difference::OtherSource& other = told.otherSources.front();
+  EXPECT_EQ(other.identifier, "B");
+  EXPECT_EQ(other.libraryBefore + other.versionBefore, "Acme1.0");
+  EXPECT_EQ(other.libraryAfter + other.versionAfter, "");
+  after = through(R"(["A","B"])", R"([{"name":"Acme","version":"1.1","upgrades":["A","B"]}])");
+  EXPECT_FALSE(Compare(before, after).IsEmpty());
+}
+
 TEST_F(ViewsTest, WhatAnUpgradeDidIsToldAlikeByTheDocumentAndByComparing) {
   for (const char* const example : kExamples) {
     Document before = Read(Example(example));

@@ -21,9 +21,18 @@ struct HVXUPGRADE_API Difference {
     std::string lateType;  ///< Of the second state; of the first, for a removed feature.
     std::vector<Field> fields;
   };
+  /// An upgrade that both states record, but not of the same library, or not of the same version of it.
+  struct OtherSource {
+    std::string identifier;
+    std::string libraryBefore;  ///< Empty where the state does not say, as of the built-in library.
+    std::string versionBefore;  ///< Empty likewise.
+    std::string libraryAfter;
+    std::string versionAfter;
+  };
 
   std::vector<std::string> upgradesBefore;  ///< Recorded in the first only.
   std::vector<std::string> upgradesAfter;   ///< Recorded in the second only.
+  std::vector<OtherSource> otherSources;    ///< In the order of the first.
   std::vector<ChangedFeature> changed;
   std::vector<ChangedFeature> created;  ///< Only in the second, in its order.
   std::vector<ChangedFeature> removed;  ///< Only in the first, in its order.
