@@ -134,8 +134,8 @@ class TreePrinter {
   std::unordered_map<standalone::NameId, std::string> words_;
 };
 
-std::size_t PrintJson(const ShowArguments& arguments, const standalone::Document& document,
-                      const Feature* top) {
+std::size_t PrintFeatures(const ShowArguments& arguments, const standalone::Document& document,
+                          const Feature* top) {
   Output output;
   JsonObject object(output.Buffer());
   object.Text("show", "hvxupgrade");
@@ -187,7 +187,7 @@ ExitCode RunShow(const ShowArguments& arguments) {
   const Feature* const top = arguments.id ? document->Find(*arguments.id) : nullptr;
   if (arguments.id && top == nullptr)
     throw UsageError(fmt::format("{} has no feature {}", arguments.file, *arguments.id));
-  const std::size_t printed = (arguments.json ? PrintJson : PrintTree)(arguments, *document.Get(), top);
+  const std::size_t printed = (arguments.json ? PrintFeatures : PrintTree)(arguments, *document.Get(), top);
   if (printed == 0 && !arguments.lateType.empty())
     Complain(fmt::format("{}: no feature of late type {}", arguments.file, Word(arguments.lateType)));
   return ExitCode::kDone;
