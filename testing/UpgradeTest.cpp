@@ -119,6 +119,7 @@ void UpgradeTest::AlsoKnown(std::string_view identifier) {
 HRESULT UpgradeTest::Upgrade(FeatureId id, std::initializer_list<const char*> identifiers) {
   VLMListValVLMUnicodeString list;
   for (const char* const identifier : identifiers) {
+    if (identifier == nullptr) throw std::invalid_argument("an identifier that is handed over is null");
     if (!state_->known.contains(identifier))
       ADD_FAILURE() << "the library has no upgrade \"" << identifier << '"'
                     << Meant(identifier, state_->known);
@@ -167,6 +168,8 @@ std::string UpgradeTest::Lines() {
 }
 
 Document& UpgradeTest::Doc() {
+  if (state_->document.Get() == nullptr)
+    throw std::logic_error("the test has no document: hand its lines to Given first");
   return *state_->document.Get();
 }
 
@@ -178,6 +181,25 @@ Feature& UpgradeTest::At(FeatureId id) {
 
 VLMBaseUnknown& UpgradeTest::Object(FeatureId id) {
   return At(id);
+}
+
+CheckpointPlan Failing(std::string operation, std::string detail, HRESULT code) {
+  if (operation.empty()) ADD_FAILURE() << "Failing names no call that is to fail";
+  if (!Failed(code))
+    ADD_FAILURE() << operation << " is to fail with " << code << ", which is a code of success";
+  CheckpointPlan plan = Recording();
+  plan.failNamed = std::move(operation);
+  plan.failNamedDetail = std::move(detail);
+  plan.failure = code;
+  return plan;
+}
+
+CheckpointPlan Withholding(std::string interfaceName, FeatureId from) {
+  if (interfaceName.empty()) ADD_FAILURE() << "Withholding names no interface";
+  CheckpointPlan plan = Recording();
+  plan.withholdInterface = std::move(interfaceName);
+  plan.withholdFrom = from;
+  return plan;
 }
 
 }  // namespace testing_support

@@ -50,7 +50,8 @@ class UpgradeTest : public testing::Test {
   ~UpgradeTest() override;
 
   /// Makes the document of feature lines as the document file holds them, without the header line. It is the
-  /// current one until the test ends.
+  /// current one until the test ends. Throws `std::invalid_argument`, which names the line, counted from 1,
+  /// for what is no such document.
   void Given(std::string_view lines);
 
   /// Lets the test hand over an identifier that is not in the tables of the library: one of another library,
@@ -105,21 +106,11 @@ inline standalone::CheckpointPlan Recording() {
   plan.record = true;
   return plan;
 }
-/// A plan under which the operation fails, always or only with that detail.
-inline standalone::CheckpointPlan Failing(std::string operation, std::string detail = {},
-                                          HRESULT code = E_FAIL) {
-  standalone::CheckpointPlan plan = Recording();
-  plan.failNamed = std::move(operation);
-  plan.failNamedDetail = std::move(detail);
-  plan.failure = code;
-  return plan;
-}
-/// A plan under which a feature (0: every one) seems not to offer the interface.
-inline standalone::CheckpointPlan Withholding(std::string interfaceName, standalone::FeatureId from = 0) {
-  standalone::CheckpointPlan plan = Recording();
-  plan.withholdInterface = std::move(interfaceName);
-  plan.withholdFrom = from;
-  return plan;
-}
+/// A plan under which the operation fails, always or only with that detail. The test fails when no operation
+/// is named, or `code` is none of a failure.
+standalone::CheckpointPlan Failing(std::string operation, std::string detail = {}, HRESULT code = E_FAIL);
+/// A plan under which a feature (0: every one) seems not to offer the interface. The test fails when none is
+/// named.
+standalone::CheckpointPlan Withholding(std::string interfaceName, standalone::FeatureId from = 0);
 
 }  // namespace testing_support

@@ -5,6 +5,7 @@ A row per pressure: document, id, name and value (empty where the document has n
 current ones are read as they are, plain or compressed, line by line, so that their size does not matter.
 """
 import csv
+import os
 import pathlib
 import sys
 
@@ -14,6 +15,8 @@ ENDINGS = (".hvxdoc", ".hvxdoc.gz", ".hvxdoc.zst")
 
 
 def documents_in(folder):
+    """Raises OSError where there is no such folder."""
+    os.scandir(folder).close()
     return sorted(path for path in pathlib.Path(folder).rglob("*") if path.name.endswith(ENDINGS))
 
 
@@ -41,11 +44,20 @@ def pressures_of(path):
 
 
 def main(folders):
+    # Names of files need not be UTF-8: they come out as they are.
+    for stream in (sys.stdout, sys.stderr):
+        stream.reconfigure(encoding="utf-8", errors="surrogateescape")
     table = csv.writer(sys.stdout)
     table.writerow(["document", "id", "name", "pressure"])
     unread = 0
     for folder in folders:
-        for path in documents_in(folder):
+        try:
+            documents = documents_in(folder)
+        except OSError as error:
+            print(f"{folder}: the folder cannot be read ({error.strerror}). Check its name", file=sys.stderr)
+            unread += 1
+            continue
+        for path in documents:
             try:
                 table.writerows([path, pressure.id, pressure.alias, value] for pressure, value in pressures_of(path))
             except hvxupgrade.Error as error:

@@ -5,6 +5,7 @@ An upgrade leaves a step behind when one of its parameters is missing or holds n
 gets the number that is given, such as StabilizationFactor=0.0002, or the one that the workbench gives to new steps. The
 result is written when no step is left behind any more; what was set is printed, to be looked at.
 """
+import math
 import sys
 
 import hvxupgrade
@@ -51,8 +52,24 @@ def repair(document, finding, numbers):
         print(f"{step.alias} (id {step.id}): {quantity} = {number}")
 
 
+def numbers_in(settings):
+    """The numbers by their quantities. A mistyped one must not be left out: the step would get another number."""
+    numbers = {}
+    for setting in settings:
+        quantity, _, number = setting.partition("=")
+        if quantity not in NEW_STEPS:
+            raise ValueError(f'there is no quantity "{quantity}"; choose from: {", ".join(NEW_STEPS)}')
+        try:
+            numbers[quantity] = float(number)
+        except ValueError:
+            numbers[quantity] = math.nan
+        if not math.isfinite(numbers[quantity]):
+            raise ValueError(f'{quantity} is a number such as {NEW_STEPS[quantity][0]:g}, not "{number}"')
+    return numbers
+
+
 def main(source, target, settings):
-    numbers = {quantity: float(number) for quantity, number in (each.split("=") for each in settings)}
+    numbers = numbers_in(settings)
     document = hvxupgrade.read(source)
     upgrader = hvxupgrade.Upgrader()
     upgrader.upgrade(document)
@@ -73,5 +90,5 @@ if __name__ == "__main__":
         sys.exit(__doc__)
     try:
         sys.exit(main(sys.argv[1], sys.argv[2], sys.argv[3:]))
-    except hvxupgrade.Error as error:
+    except (hvxupgrade.Error, ValueError) as error:
         sys.exit(str(error))

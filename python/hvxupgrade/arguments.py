@@ -9,6 +9,8 @@ import threading
 from collections.abc import Iterable
 from typing import NoReturn, Optional
 
+from .errors import UsageError
+
 
 def texts(given: object, name: str) -> tuple[str, ...]:
     """Several texts; a text alone is one, and not its letters."""
@@ -41,6 +43,33 @@ def path(given: object, name: str) -> str:
     return decoded
 
 
+def text(given: object, name: str) -> str:
+    if not isinstance(given, str):
+        _refuse(name, "a str", given)
+    return given
+
+
+def suffix(given: object, name: str, file: str) -> str:
+    """What ends the name of a backup of the file; it may be empty."""
+    found = text(given, name)
+    for letter, called in (("/", "'/'"), ("\0", "null character")):
+        if letter in found:
+            raise UsageError.about(file, f"{name} has a {called} in it",
+                                   'Give one that ends the name of a file, such as ".old"; nothing was written')
+    return found
+
+
+def flag(given: object, name: str) -> bool:
+    if not _is_flag(given):
+        _refuse(name, "a bool", given)
+    return bool(given)
+
+
+def is_stop(answer: object) -> bool:
+    """Whether a callback that was told of progress says that the work is to stop."""
+    return _is_flag(answer) and not answer
+
+
 def count(given: object, name: str) -> Optional[int]:
     """A number from 0; None where none is given. One that is too large to be reached is the largest that can be told."""
     if given is None:
@@ -70,6 +99,12 @@ def seconds(given: object, name: str) -> Optional[float]:
     if math.isnan(number) or number <= 0:
         raise ValueError(f"{name} is more than 0 seconds, not {number:g}")
     return number if number < threading.TIMEOUT_MAX else None
+
+
+def _is_flag(given: object) -> bool:
+    # Comparisons of numpy give flags of its own; it need not be there.
+    kind = type(given)
+    return kind is bool or (kind.__module__ == "numpy" and kind.__name__ in ("bool", "bool_"))
 
 
 def _refuse(name: str, what: str, given: object) -> NoReturn:

@@ -1,7 +1,9 @@
 """What can go wrong, told so that the user knows what to do next."""
 from __future__ import annotations
 
-from typing import ClassVar, Optional
+from typing import ClassVar, Optional, TypeVar
+
+_AnError = TypeVar("_AnError", bound="Error")
 
 
 class Error(Exception):
@@ -25,6 +27,11 @@ class Error(Exception):
         self.file = file
         self.line = line
         self.advice = advice
+
+    @classmethod
+    def about(cls: type[_AnError], file: str, problem: str, advice: str) -> _AnError:
+        """The error whose text is made of these parts."""
+        return cls(f"{file}: {problem}. {advice}", problem=problem, file=file, advice=advice)
 
     def __reduce__(self) -> tuple[object, ...]:
         # Keywords are not among the arguments with which an exception is made again in another process.

@@ -60,22 +60,26 @@ def upgrade_file(source: Path, target: Path, *, worker: bool = True, progress: O
 
     In a worker, a process of its own, a crash of an upgrade, or one that takes too much memory or time, is a
     `WorkerError`, and the files are as they were. `timeout` are seconds, for all of it: more than 0, or None (or
-    `math.inf`) for as long as it takes; it needs a worker. `progress` is told how far the upgrade is. All others are as
-    those of `read`, `Upgrader`, `Upgrader.upgrade` and `Document.write`.
+    `math.inf`) for as long as it takes; it needs a worker. `progress` is told how far the upgrade is; it is not
+    interrupted when the time is up. All others are as those of `read`, `Upgrader`, `Upgrader.upgrade` and `Document.write`.
     """
     limit = arguments.seconds(timeout, "timeout")
-    if limit is not None and not worker:
+    in_worker = arguments.flag(worker, "worker")
+    if limit is not None and not in_worker:
         raise ValueError("timeout needs a worker: only a process of its own can be stopped when its time is up")
     arguments.function(progress, "progress")
+    target = arguments.path(target, "target")
     job = jobs.Job(
-        source=arguments.path(source, "source"), target=arguments.path(target, "target"),
+        source=arguments.path(source, "source"), target=target,
         identifiers=None if identifiers is None else arguments.texts(identifiers, "identifiers"),
-        retry=retry, overwrite=overwrite, backup_suffix=backup_suffix,
+        retry=arguments.flag(retry, "retry"), overwrite=arguments.flag(overwrite, "overwrite"),
+        backup_suffix=arguments.suffix(backup_suffix, "backup_suffix", target),
         max_features_created=arguments.count(max_features_created, "max_features_created"),
         max_unpacked_bytes=arguments.count(max_unpacked_bytes, "max_unpacked_bytes"),
-        libraries=jobs.Libraries(arguments.paths(libraries, "libraries"), use_installed,
-                                 None if data is None else arguments.path(data, "data"), language))
-    if worker:
+        libraries=jobs.Libraries(arguments.paths(libraries, "libraries"), arguments.flag(use_installed, "use_installed"),
+                                 None if data is None else arguments.path(data, "data"),
+                                 arguments.text(language, "language")))
+    if in_worker:
         return supervision.run_in_worker(job, progress, limit)
     return jobs.run(job, progress)
 
@@ -83,6 +87,6 @@ def upgrade_file(source: Path, target: Path, *, worker: bool = True, progress: O
 def _opened(document: Union[_native.Document, Path], name: str) -> _native.Document:
     if isinstance(document, _native.Document):
         return document
-    if not isinstance(document, (str, os.PathLike)):
+    if not isinstance(document, (str, bytes, os.PathLike)):
         raise TypeError(f"{name} is a Document or a path, not {type(document).__name__}")
     return read(document)

@@ -6,7 +6,8 @@ import enum
 from collections.abc import Callable
 from typing import Optional
 
-from . import _native
+from . import _native, arguments
+from .errors import StoppedError
 from .results import UpgradeResult
 
 Progress = Callable[[int, int], object]
@@ -70,14 +71,24 @@ class Writing:
 
 def run(job: Job, progress: Optional[Progress], at: Callable[[Stage], None] = lambda stage: None,
         before_writing: Callable[[UpgradeResult], None] = lambda result: None) -> UpgradeResult:
+    """Raises StoppedError, with advice for who gave the files and has no document, when `progress` says so."""
     at(Stage.LOADING)
     upgrader = job.libraries.upgrader()
     at(Stage.READING)
     document = _native.read(job.source, None, job.max_unpacked_bytes)
     at(Stage.UPGRADING)
-    result = upgrader.upgrade(document, job.identifiers, job.retry, progress,
+    result = upgrader.upgrade(document, job.identifiers, job.retry,
+                              None if progress is None else stopping(progress, job.source),
                               max_features_created=job.max_features_created)
     at(Stage.WRITING)
     before_writing(result)
     document.write(job.target, overwrite=job.overwrite, backup_suffix=job.backup_suffix)
     return result
+
+
+def stopping(progress: Progress, source: str) -> Progress:
+    """Tells `progress`, and raises where it says that the upgrade is to stop."""
+    def tell(done: int, total: int) -> None:
+        if arguments.is_stop(progress(done, total)):
+            raise StoppedError.about(source, "the upgrade was stopped", "Start it again; nothing was written")
+    return tell

@@ -2,6 +2,7 @@
 from __future__ import annotations
 
 import contextlib
+import math
 import multiprocessing
 import os
 import pathlib
@@ -16,12 +17,13 @@ from collections.abc import Iterator
 from typing import Optional
 
 from . import jobs
-from .errors import StoppedError, WorkerError
+from .errors import WorkerError
 from .jobs import Job, Progress
 from .results import UpgradeResult
 
-# What is waited for at most at a time: the system counts milliseconds in 32 bits.
-_LONGEST_WAIT = 86400.0
+# Seconds after which the process is looked at, whether or not it said anything. Children that this process forked
+# meanwhile hold both ends of the connection, so that it may stay open when the worker is gone.
+_BETWEEN_LOOKS = 0.1
 # What a crash leaves on the terminal at most, in WorkerError.output.
 _OUTPUT_KEPT = 4096
 # Seconds for a process that has nothing more to do, or that was told that nobody listens any more.
@@ -32,14 +34,14 @@ def run_in_worker(job: Job, progress: Optional[Progress], timeout: Optional[floa
     """Raises what the upgrade raises, and WorkerError when its process ends without an answer."""
     before = _identity(job.target)
     promised: Optional[UpgradeResult] = None
+    tell = None if progress is None else jobs.stopping(progress, job.source)
     with contextlib.closing(_Worker(job, timeout)) as worker:
         for message in worker.messages():
             if isinstance(message, jobs.Stage):
                 worker.stage = message
             elif isinstance(message, jobs.Told):
-                if progress is not None and progress(message.done, message.total) is False:
-                    raise StoppedError(f"{job.source}: the upgrade was stopped", file=job.source,
-                                       problem="the upgrade was stopped", advice="Start it again; nothing was written")
+                if tell is not None:
+                    tell(message.done, message.total)
             elif isinstance(message, jobs.Writing):
                 promised = message.result
                 worker.let_write()
@@ -61,33 +63,68 @@ class _Worker:
         self._deadline = None if timeout is None else time.monotonic() + timeout
         self._is_late = False
         self.stage = jobs.Stage.STARTING
-        self._output = tempfile.TemporaryFile()
-        self._connection, theirs = multiprocessing.Pipe()
         try:
-            self._process = subprocess.Popen(
-                [sys.executable, "-P", "-m", "hvxupgrade._worker", str(theirs.fileno())], pass_fds=[theirs.fileno()],
-                stdin=subprocess.DEVNULL, stdout=self._output, stderr=subprocess.STDOUT, env=_environment(),
-                start_new_session=True)  # Ctrl-C is for this process, which ends the other one
+            self._start()
         except OSError as error:
-            self._connection.close()
-            self._output.close()
-            problem, advice = f"no worker can be started ({error})", "Upgrade it in this process, with worker=False"
-            raise WorkerError(f"{job.source}: {problem}. {advice}", problem=problem, file=job.source,
-                              advice=advice) from error
-        finally:
-            theirs.close()
+            raise WorkerError.about(job.source, f"no worker can be started ({error})",
+                                    "Upgrade it in this process, with worker=False") from error
+
+    def _start(self) -> None:
+        if not sys.executable:
+            raise OSError("this Python does not know its own program, sys.executable")
+        with contextlib.ExitStack() as begun:
+            self._output = begun.enter_context(tempfile.TemporaryFile())
+            self._connection, theirs = multiprocessing.Pipe()
+            begun.enter_context(self._connection)
+            with theirs:
+                self._process = subprocess.Popen(
+                    [sys.executable, "-P", "-m", "hvxupgrade._worker", str(theirs.fileno()), str(os.getpid())],
+                    pass_fds=[theirs.fileno()], stdin=subprocess.DEVNULL, stdout=self._output, stderr=subprocess.STDOUT,
+                    env=_environment(), start_new_session=True)  # Ctrl-C is for this process, which ends the other one
+            begun.pop_all()
 
     def messages(self) -> Iterator[object]:
-        """Until the process ends, or its time is up."""
+        """Until the process ends, or its time is up. What was told of progress and overtaken is left out."""
         with contextlib.suppress(EOFError, ConnectionError):
             self._connection.send(self._job)
-            while True:
-                left = _LONGEST_WAIT if self._deadline is None else max(0.0, self._deadline - time.monotonic())
-                if self._connection.poll(min(left, _LONGEST_WAIT)):
-                    yield self._connection.recv()
-                elif left < _LONGEST_WAIT:
-                    self._is_late = True
-                    return
+            while self._wait():
+                for message in self._arrived():
+                    if self._left() <= 0:
+                        self._is_late = True
+                        return
+                    yield message
+
+    def _left(self) -> float:
+        """Seconds until the time is up."""
+        return math.inf if self._deadline is None else self._deadline - time.monotonic()
+
+    def _wait(self) -> bool:
+        """For something to arrive; False once nothing will, or the time is up."""
+        while True:
+            left = self._left()
+            if left <= 0:
+                self._is_late = True
+                return False
+            has_ended = self._process.poll() is not None  # and then said all that it ever will
+            if self._connection.poll(0 if has_ended else min(left, _BETWEEN_LOOKS)):
+                return True
+            if has_ended:
+                return False
+
+    def _arrived(self) -> Iterator[object]:
+        """What waits now; of a row of what is told of progress, the last."""
+        told: Optional[jobs.Told] = None
+        while self._connection.poll():
+            message = self._connection.recv()
+            if isinstance(message, jobs.Told):
+                told = message
+                continue
+            if told is not None:
+                yield told
+                told = None
+            yield message
+        if told is not None:
+            yield told
 
     def let_write(self) -> None:
         with contextlib.suppress(ConnectionError):  # met again by those who wait for messages
@@ -140,6 +177,9 @@ class _Worker:
         if code == -signal.SIGKILL:
             return "Check that there is memory enough, and who ends processes here"
         if self.stage is jobs.Stage.UPGRADING:
+            chosen = self._job.identifiers
+            if chosen is not None and len(chosen) == 1:
+                return f"Choose others than {chosen[0]}, or have it mended by who made it; see what it printed, in output"
             return "Choose upgrades with identifiers, to find the one that does so, and leave that out"
         return "See what it printed, in the attribute output"
 

@@ -31,6 +31,15 @@ std::vector<std::filesystem::path> PathsFrom(py::handle given, const char* name)
   return py::cast<std::vector<std::filesystem::path>>(argumentsModule.attr("paths")(given, name));
 }
 
+bool FlagFrom(py::handle given, const char* name) {
+  return py::cast<bool>(argumentsModule.attr("flag")(given, name));
+}
+
+bool IsStop(py::handle answer) {
+  if (answer.is_none() || answer.ptr() == Py_True) return false;
+  return py::cast<bool>(argumentsModule.attr("is_stop")(answer));
+}
+
 std::optional<std::uint64_t> CountFrom(py::handle given, const char* name) {
   return py::cast<std::optional<std::uint64_t>>(argumentsModule.attr("count")(given, name));
 }

@@ -23,6 +23,9 @@ void LoadArguments();
 [[nodiscard]] std::vector<std::string> TextsFrom(py::handle given, const char* name);
 [[nodiscard]] std::filesystem::path PathFrom(py::handle given, const char* name);
 [[nodiscard]] std::vector<std::filesystem::path> PathsFrom(py::handle given, const char* name);
+[[nodiscard]] bool FlagFrom(py::handle given, const char* name);
+/// Whether a callback said that the work is to stop: False, also numpy's. Raises nothing for any answer.
+[[nodiscard]] bool IsStop(py::handle answer);
 /// None for None.
 [[nodiscard]] std::optional<std::uint64_t> CountFrom(py::handle given, const char* name);
 

@@ -131,27 +131,28 @@ py::object Compare(const Held& before, const Held& after) {
   return ToPython(WithoutLock(silent, [&] { return hvxupgrade::Compare(first.document, other); }));
 }
 
-std::optional<hvxupgrade::Compression> CompressionNamed(const std::optional<std::string>& name) {
+std::optional<hvxupgrade::Compression> CompressionFrom(const py::object& given) {
   static const std::map<std::string_view, hvxupgrade::Compression> kNames = {
       {"none", hvxupgrade::Compression::kNone},
       {"gzip", hvxupgrade::Compression::kGzip},
       {"zstd", hvxupgrade::Compression::kZstd}};
-  if (!name) return std::nullopt;
-  const auto found = kNames.find(*name);
+  if (given.is_none()) return std::nullopt;
+  const std::string name = TextFrom(given, "compression");
+  const auto found = kNames.find(name);
   if (found == kNames.end())
     throw py::value_error(
-        fmt::format("compression is \"none\", \"gzip\", \"zstd\" or None, not \"{}\"", *name));
+        fmt::format("compression is \"none\", \"gzip\", \"zstd\" or None, not \"{}\"", name));
   return found->second;
 }
 
-void Write(const Held& self, const py::object& path, bool overwrite, std::string backupSuffix,
-           const std::optional<std::string>& compression, py::object told) {
+void Write(const Held& self, const py::object& path, const py::object& overwrite,
+           const py::object& backupSuffix, const py::object& compression, py::object told) {
   const std::filesystem::path file = PathFrom(path, "path");
   Progress progress(std::move(told));
   hvxupgrade::WriteOptions options;
-  options.overwrite = overwrite;
-  options.backupSuffix = std::move(backupSuffix);
-  options.compression = CompressionNamed(compression);
+  options.overwrite = FlagFrom(overwrite, "overwrite");
+  options.backupSuffix = TextFrom(backupSuffix, "backup_suffix");
+  options.compression = CompressionFrom(compression);
   options.onProgress = progress.Teller();
   const HeldDocument::Work work(*self);
   WithoutLock(progress, [&] { hvxupgrade::Write(work.document, file, options); });

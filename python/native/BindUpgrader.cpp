@@ -21,13 +21,13 @@ namespace {
 using hvxupgrade::Upgrader;
 using Held = std::shared_ptr<HeldDocument>;
 
-std::shared_ptr<Upgrader> Make(const py::object& libraries, bool useInstalled, const py::object& data,
-                               std::string language) {
+std::shared_ptr<Upgrader> Make(const py::object& libraries, const py::object& useInstalled,
+                               const py::object& data, const py::object& language) {
   hvxupgrade::UpgraderOptions options;
-  options.useInstalledLibrary = useInstalled;
+  options.useInstalledLibrary = FlagFrom(useInstalled, "use_installed");
   options.libraries = PathsFrom(libraries, "libraries");
   if (!data.is_none()) options.data = PathFrom(data, "data");
-  options.language = std::move(language);
+  options.language = TextFrom(language, "language");
   Progress silent{py::none()};
   return WithoutLock(silent, [&] { return std::make_shared<Upgrader>(options); });
 }
@@ -38,12 +38,12 @@ py::list Known(const Upgrader& self) {
   return known;
 }
 
-py::object Upgrade(const Upgrader& self, const Held& held, const py::object& identifiers, bool retry,
-                   py::object told, const py::object& maxFeaturesCreated) {
+py::object Upgrade(const Upgrader& self, const Held& held, const py::object& identifiers,
+                   const py::object& retry, py::object told, const py::object& maxFeaturesCreated) {
   Progress progress(std::move(told));
   hvxupgrade::UpgradeOptions options;
   if (!identifiers.is_none()) options.identifiers = TextsFrom(identifiers, "identifiers");
-  options.retry = retry;
+  options.retry = FlagFrom(retry, "retry");
   options.onProgress = progress.Teller();
   options.maxFeaturesCreated = CountFrom(maxFeaturesCreated, "max_features_created").value_or(0);
   const HeldDocument::Work work(*held);

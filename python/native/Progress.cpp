@@ -32,7 +32,7 @@ bool Progress::Tell(std::uint64_t done, std::uint64_t total) {
   const py::gil_scoped_acquire lock;
   try {
     if (PyErr_CheckSignals() != 0) throw py::error_already_set();
-    return !hasCaller || told_(done, total).ptr() != Py_False;
+    return !hasCaller || !IsStop(told_(done, total));
   } catch (py::error_already_set& error) {
     raised_ = std::move(error);
     return false;

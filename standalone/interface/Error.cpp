@@ -5,6 +5,19 @@
 namespace hvxupgrade {
 namespace {
 
+// `what()` is a text that ends at the first null character, which a name or an identifier may hold.
+std::string Shown(const std::string& text) {
+  std::string shown;
+  for (const char letter : text) {
+    if (letter == '\0') {
+      shown += "\\0";
+    } else {
+      shown += letter;
+    }
+  }
+  return shown;
+}
+
 std::string Told(const std::string& file, std::size_t line, const std::string& problem,
                  const std::string& advice) {
   std::string text = file;
@@ -12,7 +25,7 @@ std::string Told(const std::string& file, std::size_t line, const std::string& p
   if (!text.empty()) text += ": ";
   text += problem;
   if (!advice.empty()) text += ". " + advice;
-  return text;
+  return Shown(text);
 }
 
 }  // namespace

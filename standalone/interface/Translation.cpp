@@ -99,6 +99,10 @@ void ThrowAsError(Error::Kind otherwise, const std::filesystem::path& file) {
 
 void RequireNamed(const std::filesystem::path& file, Error::Kind kind) {
   if (file.empty()) throw Error(kind, "", 0, "the name of the file is empty", "Give the name of a file");
+  if (file.native().find('\0') != std::string::npos) {
+    throw Error(kind, file.string(), 0, "the name of the file has a null character in it",
+                "Give the name without it");
+  }
 }
 
 void RefuseUse(std::string problem, std::string advice) {

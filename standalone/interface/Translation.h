@@ -17,7 +17,8 @@ namespace hvxupgrade {
 /// that tell none.
 [[noreturn]] void ThrowAsError(Error::Kind otherwise, const std::filesystem::path& file);
 
-/// Throws `Error` of that kind when the name of a file is empty.
+/// Throws `Error` of that kind when the name of a file is empty, or has a null character in it: the system
+/// would take the name up to there.
 void RequireNamed(const std::filesystem::path& file, Error::Kind kind);
 
 /// Throws `Error` (`kUsage`).

@@ -1,6 +1,7 @@
 #include "hvxupgrade/Upgrade.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <limits>
@@ -28,7 +29,17 @@ struct DataInUse {
   std::string language;
 };
 
+// Where no language is there at all, the installation is to blame, and not who asked.
+void RequireLanguage(const fs::path& messages, const std::string& language) {
+  const std::vector<std::string> languages = standalone::Messages::LanguagesOf(messages);
+  if (languages.empty() || std::ranges::find(languages, language) != languages.end()) return;
+  throw Error(Error::Kind::kInstallation, messages.string(), 0,
+              fmt::format("there are no messages in language \"{}\"", language),
+              fmt::format("Choose one of: {}", fmt::join(languages, ", ")));
+}
+
 std::shared_ptr<const DataInUse> UseData(const fs::path& folder, const std::string& language) {
+  RequireLanguage(folder / "messages", language);
   static std::mutex mutex;
   static std::weak_ptr<const DataInUse> current;
   const std::lock_guard lock(mutex);
@@ -223,15 +234,20 @@ class Run {
 class Upgrader::State {
  public:
   explicit State(const UpgraderOptions& options)
-      : data(UseData(
-            options.data.empty() ? standalone::InstalledFiles::DataFolder() : fs::absolute(options.data),
-            options.language)),
+      : data(UseData(DataFolder(options.data), options.language)),
         libraries(std::make_shared<const Libraries>(options)) {}
 
   [[nodiscard]] const standalone::VersionManager& Manager() const { return libraries->Manager(); }
 
   std::shared_ptr<const DataInUse> data;
   std::shared_ptr<const Libraries> libraries;
+
+ private:
+  static fs::path DataFolder(const fs::path& given) {
+    if (given.empty()) return standalone::InstalledFiles::DataFolder();
+    RequireNamed(given, Error::Kind::kInstallation);
+    return fs::absolute(given);
+  }
 };
 
 Upgrader::Upgrader(const UpgraderOptions& options)

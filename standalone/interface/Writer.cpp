@@ -37,6 +37,16 @@ const KnownFile* FindKnown(const Inside::DocumentState& state, const fs::path& r
   return found == state.files.end() ? nullptr : &found->second;
 }
 
+// With a '/' the backup would not stand beside the file, and with a null character it would be the file.
+void RequireSuffix(const std::string& suffix, const fs::path& file) {
+  const bool hasSlash = suffix.find('/') != std::string::npos;
+  if (!hasSlash && suffix.find('\0') == std::string::npos) return;
+  throw Error(
+      Error::Kind::kUsage, file.string(), 0,
+      fmt::format("the backup suffix \"{}\" has a {} in it", suffix, hasSlash ? "'/'" : "null character"),
+      "Give one that ends the name of a file, such as \".old\"; nothing was written");
+}
+
 void RequireSound(Inside::DocumentState& state, const fs::path& file) {
   const std::vector<std::string> faults = standalone::FindFaults(*state.document.Get(), 1);
   if (faults.empty()) return;
@@ -52,6 +62,7 @@ void Write(Document& document, const fs::path& file, const WriteOptions& options
     Inside::DocumentState& state = Inside::StateOf(document);
     const Busy busy(state);
     RequireNamed(file, Error::Kind::kUnwritable);
+    RequireSuffix(options.backupSuffix, file);
     RequireSound(state, file);
     const fs::path real = standalone::RealPathOf(file);
     const KnownFile* const known = FindKnown(state, real);

@@ -8,6 +8,9 @@
 #include <map>
 #include <utility>
 
+#include "base/Resemblance.h"
+#include "upgrade/BuiltInLibrary.h"
+
 namespace standalone {
 namespace {
 
@@ -27,6 +30,16 @@ bool IsIdentifier(const VLMUnicodeString& text) {
 constexpr std::string_view kNoIdentifier =
     "has an identifier that is empty or not UTF-8. Correct it in its tables";
 
+// Why nobody could name it in a command, where identifiers stand behind options, separated by commas; empty
+// for one that can be named.
+std::string_view WhyNotNamed(std::string_view identifier) {
+  const auto isBlankOrControl = [](char c) { return (c >= '\0' && c <= ' ') || c == '\x7f'; };
+  if (identifier.starts_with('-')) return "begins with \"-\" and would be taken for an option";
+  if (identifier.find(',') != std::string_view::npos) return "has a comma, which separates identifiers";
+  if (std::ranges::any_of(identifier, isBlankOrControl)) return "has a blank or a control character";
+  return {};
+}
+
 std::string FaultOfNames(const HVXUpgradeLibrary& library) {
   if (library.name == nullptr || *library.name == '\0')
     return "has no name, by which documents would know it. Give its description a name";
@@ -35,6 +48,17 @@ std::string FaultOfNames(const HVXUpgradeLibrary& library) {
   if (!std::ranges::all_of(library.continues, IsName))
     return "continues a library that it does not name. Correct the .continues of its description";
   return {};
+}
+
+// Those that something in the library does something for.
+std::set<std::string_view> AnsweredBy(const HVXUpgradeLibrary& library) {
+  std::set<std::string_view> answered;
+  for (const HVXUpgradeClass* const upgradeClass : library.classes) {
+    for (const HVXUpgradeBinding& binding : upgradeClass->bindings)
+      answered.insert(binding.identifier.View());
+  }
+  for (const HVXDocumentUpgrade& each : library.documentUpgrades) answered.insert(each.identifier.View());
+  return answered;
 }
 
 // What is wrong with a row that has these columns.
@@ -50,8 +74,19 @@ std::string FaultOfRow(const VLMUnicodeString& identifier, const char* purpose, 
   return {};
 }
 
+// The second of two rows that only one of which is ever reached; null when there is none.
+const HVXUpgradeBinding* UnreachedRow(const HVXUpgradeClass& upgradeClass) {
+  if (upgradeClass.matching != HVXMatching::kFirstMatch) return nullptr;
+  std::set<std::string_view> reached;
+  for (const HVXUpgradeBinding& row : upgradeClass.bindings) {
+    if (!reached.insert(row.identifier.View()).second) return &row;
+  }
+  return nullptr;
+}
+
 std::string FaultOfClasses(const HVXUpgradeLibrary& library) {
   std::map<std::pair<std::string_view, std::uint64_t>, const HVXUpgradeClass*> extended;
+  std::set<const HVXUpgradeClass*> listed;
   for (const HVXUpgradeClass* const each : library.classes) {
     if (each == nullptr || !IsName(each->name) || each->createTIE == nullptr ||
         !std::ranges::all_of(each->lateTypes, IsName))
@@ -65,9 +100,18 @@ std::string FaultOfClasses(const HVXUpgradeLibrary& library) {
         return fmt::format("has a text for {} in {} that is not UTF-8. Correct it in its table",
                            row.identifier.View(), each->name);
     }
+    if (!listed.insert(each).second)
+      return fmt::format("lists the class {} twice. Leave it out once", each->name);
+    if (const HVXUpgradeBinding* const row = UnreachedRow(*each); row != nullptr)
+      return fmt::format(
+          "has two rows for {} in {}, of which only the first would run. Make one of both, or give the class "
+          ".matching = HVXMatching::kSequential",
+          row->identifier.View(), each->name);
     for (const char* const lateType : each->lateTypes) {
-      const auto first = extended.try_emplace({lateType, each->interface.Value()}, each).first;
-      if (first->second != each)
+      const auto [first, isNew] = extended.try_emplace({lateType, each->interface.Value()}, each);
+      if (!isNew && first->second == each)
+        return fmt::format("names the late type {} twice in {}. Leave it out once", lateType, each->name);
+      if (!isNew)
         return fmt::format(
             "extends {} with {} twice: {} and {}. A feature would have only one of them; make one class of "
             "both",
@@ -93,6 +137,39 @@ std::string FaultOfConversions(const HVXUpgradeLibrary& library) {
   return {};
 }
 
+// A question for the likely name, or nothing.
+std::string MeantBy(std::string_view identifier, const std::set<std::string_view>& answered) {
+  constexpr std::size_t kLettersPerFault = 3;
+  const std::vector<std::string_view> names(answered.begin(), answered.end());
+  const std::string_view meant = Resembling(identifier, names, kLettersPerFault);
+  return meant.empty() ? "" : fmt::format(" (did you mean {}?)", meant);
+}
+
+// What of the identifiers would be recorded without having run, or could not be asked for. The list of a
+// library that continues another may give those that the other one answers a place of its own.
+std::string FaultOfIdentifiers(const HVXUpgradeLibrary& library) {
+  if (IsBuiltIn(library.name)) return {};  // knows one on purpose that nothing answers
+  for (const std::string_view identifier : IdentifiersOf(library)) {
+    if (const std::string_view why = WhyNotNamed(identifier); !why.empty())
+      return fmt::format(
+          "has the identifier \"{}\", which no command could name: it {}. Give it another name", identifier,
+          why);
+  }
+  const std::set<std::string_view> answered = AnsweredBy(library);
+  std::set<std::string_view> listed;
+  for (const VLMUnicodeString& each : library.identifiers) {
+    const std::string_view identifier = each.View();
+    if (!listed.insert(identifier).second)
+      return fmt::format("lists {} twice among its identifiers. Leave it out once", identifier);
+    if (library.continues.empty() && !answered.contains(identifier))
+      return fmt::format(
+          "lists {} among its identifiers, and no row or conversion answers it: it would be recorded without "
+          "having run{}. Correct its name there or in the table, or leave it out",
+          identifier, MeantBy(identifier, answered));
+  }
+  return {};
+}
+
 std::string FaultOfOrders(const HVXUpgradeLibrary& library) {
   const std::set<std::string_view> own = IdentifiersOf(library);
   for (const HVXUpgradeOrder& order : library.orders) {
@@ -114,12 +191,8 @@ std::string FaultOfOrders(const HVXUpgradeLibrary& library) {
 }  // namespace
 
 std::set<std::string_view> IdentifiersOf(const HVXUpgradeLibrary& library) {
-  std::set<std::string_view> all;
+  std::set<std::string_view> all = AnsweredBy(library);
   for (const VLMUnicodeString& each : library.identifiers) all.insert(each.View());
-  for (const HVXUpgradeClass* const upgradeClass : library.classes) {
-    for (const HVXUpgradeBinding& binding : upgradeClass->bindings) all.insert(binding.identifier.View());
-  }
-  for (const HVXDocumentUpgrade& each : library.documentUpgrades) all.insert(each.identifier.View());
   return all;
 }
 
@@ -128,6 +201,7 @@ std::string FaultOfTables(const HVXUpgradeLibrary& library) {
   if (!std::ranges::all_of(library.identifiers, IsIdentifier)) return std::string(kNoIdentifier);
   if (std::string fault = FaultOfClasses(library); !fault.empty()) return fault;
   if (std::string fault = FaultOfConversions(library); !fault.empty()) return fault;
+  if (std::string fault = FaultOfIdentifiers(library); !fault.empty()) return fault;
   return FaultOfOrders(library);
 }
 

@@ -120,6 +120,16 @@ void OnExit() {
   std::exit(LoadGuard::kExitCode);
 }
 
+// A second call of quick_exit would be no end of the first.
+void OnQuickExit() {
+  const LoadGuard* const guard = std::exchange(current, nullptr);
+  if (guard == nullptr) return;
+  Line line;
+  line << *guard << "it called quick_exit" << kAdvice;
+  line.Write();
+  _exit(LoadGuard::kExitCode);
+}
+
 void SetHandlers() noexcept {
   struct sigaction action {};
   action.sa_sigaction = &OnSignal;
@@ -128,6 +138,7 @@ void SetHandlers() noexcept {
     static_cast<void>(sigaction(kSignals[i], &action, &former.actions[i]));
   former.terminate = std::set_terminate(&OnTerminate);
   [[maybe_unused]] static const int kAtExit = std::atexit(&OnExit);
+  [[maybe_unused]] static const int kAtQuickExit = std::at_quick_exit(&OnQuickExit);
 }
 
 // But those that somebody put in their place meanwhile.

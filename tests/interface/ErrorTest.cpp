@@ -82,6 +82,39 @@ TEST_F(ErrorTest, AnEmptyNameIsTold) {
   isTold(Kind::kInstallation, [] { Upgrader({.libraries = {""}}); });
 }
 
+// The system would take the name up to the null character, and so would who reads `what()`.
+TEST_F(ErrorTest, ANullCharacterInANameIsTold) {
+  using namespace std::string_literals;
+  const std::filesystem::path file = (folder_ / "w").string() + "\0x"s;
+  folder_.Put("w", WithHeader(""));
+  Document document;
+  const auto isTold = [&file](Kind kind, const auto& action) {
+    const auto error = ErrorOf(action);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->GetKind(), kind);
+    EXPECT_EQ(error->File(), file.string());
+    EXPECT_THAT(error->what(), HasSubstr("w\\0x: the name of the file has a null character in it. Give"));
+  };
+  isTold(Kind::kUnreadable, [&] { static_cast<void>(Read(file)); });
+  isTold(Kind::kUnreadable, [&] { static_cast<void>(ReadHeader(file)); });
+  isTold(Kind::kUnreadable, [&] { LineReader{file}; });
+  isTold(Kind::kUnwritable, [&] { Write(document, file, {.overwrite = true}); });
+  isTold(Kind::kInstallation, [&] { Upgrader({.libraries = {file}}); });
+  isTold(Kind::kInstallation, [&] { Upgrader({.data = file}); });
+}
+
+TEST_F(ErrorTest, AnUnknownLanguageIsAnsweredWithThoseThereAre) {
+  using namespace std::string_literals;
+  for (const std::string& language : {"zz"s, ""s, "../messages/en"s, "en/"s, "en\0"s}) {
+    const auto error = ErrorOf([&] { Upgrader({.language = language}); });
+    ASSERT_TRUE(error) << language;
+    EXPECT_EQ(error->GetKind(), Kind::kInstallation);
+    EXPECT_EQ(error->Problem(), "there are no messages in language \"" + language + "\"");
+    EXPECT_EQ(error->Advice(), "Choose one of: de, en");
+    EXPECT_THAT(error->what(), HasSubstr("Choose one of: de, en"));
+  }
+}
+
 TEST_F(ErrorTest, WhatIsWrongWithAnInstallationNamesTheFileAndTheRemedy) {
   struct Case {
     UpgraderOptions options;
@@ -96,7 +129,6 @@ TEST_F(ErrorTest, WhatIsWrongWithAnInstallationNamesTheFileAndTheRemedy) {
       {{.libraries = {folder_ / "empty"}}, (folder_ / "empty").string(), "this is a folder"},
       {{.libraries = {HVX_OLDER_LAYOUT_LIBRARY}}, HVX_OLDER_LAYOUT_LIBRARY, "built for an older version"},
       {{.data = folder_ / "empty"}, (folder_ / "empty/catalogs").string(), "is missing"},
-      {{.language = "xx"}, "", ""},
   };
   for (const Case& each : cases) {
     const auto error = ErrorOf([&] { Upgrader upgrader(each.options); });

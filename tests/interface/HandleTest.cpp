@@ -149,9 +149,30 @@ TEST_F(HandleTest, ValuesOfEveryKindComeBackAsTheyWereSet) {
 // A letter would be kept as its number, and the size of a container might not fit.
 static_assert(std::is_constructible_v<Value, int> && std::is_constructible_v<Value, std::int8_t> &&
               std::is_constructible_v<Value, unsigned> && std::is_constructible_v<Value, bool>);
+static_assert(std::is_constructible_v<Value, float> && !std::is_constructible_v<Value, long double>);
 static_assert(!std::is_constructible_v<Value, char> && !std::is_constructible_v<Value, wchar_t> &&
               !std::is_constructible_v<Value, std::size_t> &&
               !std::is_constructible_v<Value, std::nullptr_t> && !std::is_constructible_v<Value, int*>);
+
+__extension__ using Wide = __int128;
+__extension__ using UnsignedWide = unsigned __int128;
+static_assert(!std::is_constructible_v<Value, Wide> && !std::is_constructible_v<Value, UnsignedWide>);
+
+TEST_F(HandleTest, AValueMayBecomeAnEntryOfItsOwnList) {
+  const Value entries[] = {42, std::string(100, 'x'), List{1, List{"deep"}}};
+  for (const Value& entry : entries) {
+    Value copied(List{entry, 7});
+    copied = copied.AsList().front();
+    EXPECT_EQ(copied, entry);
+    Value moved(List{entry, 7});
+    moved = std::move(const_cast<Value&>(moved.AsList().front()));  // as a program may that made the list
+    EXPECT_EQ(moved, entry);
+    Value& itself = moved;
+    moved = itself;
+    EXPECT_EQ(moved, entry);
+  }
+  static_assert(std::is_nothrow_move_assignable_v<Value>);
+}
 
 TEST_F(HandleTest, JsonIsGivenOfWhatADocumentCanHold) {
   Value deep = 1;

@@ -54,6 +54,23 @@ TEST_F(WritingTest, ADocumentIsSavedAgainAndAgain) {
   EXPECT_EQ(Read(folder_ / "in.hvxdoc.old").Find(1)->Get("i"), 2);
 }
 
+// With a null character it would be the file itself.
+TEST_F(WritingTest, ABackupThatWouldNotStandBesideTheFileIsRefused) {
+  using namespace std::string_literals;
+  const std::filesystem::path file = Put("in.hvxdoc", kPart);
+  Document document = Read(file);
+  document.Find(1)->SetAlias("changed");
+  for (const std::string& suffix : {"\0.old"s, ".old\0"s, "/../../old"s, "/"s}) {
+    const auto error = ErrorOf([&] { Write(document, file, {.overwrite = true, .backupSuffix = suffix}); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->GetKind(), Kind::kUsage);
+    EXPECT_EQ(error->File(), file.string());
+    EXPECT_TRUE(std::string_view(error->what()).ends_with(error->Advice())) << error->what();
+  }
+  EXPECT_EQ(BytesOf(file), WithHeader(kPart));
+  EXPECT_EQ(folder_.Names().size(), 1U);
+}
+
 TEST_F(WritingTest, ADocumentStaysAsItIsStoredUnlessSomethingElseIsAskedFor) {
   const auto isGzip = [](const std::filesystem::path& file) { return BytesOf(file).starts_with("\x1f\x8b"); };
   Document document = Given(kPart);

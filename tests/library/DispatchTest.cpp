@@ -332,13 +332,13 @@ TEST_F(DispatchRuleTest, Stop) {
 }
 
 TEST_F(DispatchRuleTest, FirstMatchAndSequential) {
-  EXPECT_EQ(Run("ProbeFirstMatchLT", {"ProbeA", "ProbeC"}), "AC 0");
+  EXPECT_EQ(Run("ProbeUnreachedLT", {"ProbeA", "ProbeC"}), "AC 0");
   EXPECT_EQ(Run("ProbeSequentialLT", {"ProbeA", "ProbeC"}), "ABC 0");
   EXPECT_EQ(Run("ProbeSequentialLT", {"ProbeA", "ProbeA"}), "ABAB 0");
   // Skip: the rest of the tests for this identifier only.
   EXPECT_EQ(Run("ProbeSequentialLT", {"ProbeA", "ProbeC"}, "A"), "AC 0");
   EXPECT_EQ(Run("ProbeSequentialLT", {"ProbeA", "ProbeC"}, "B"), "ABC 0");
-  EXPECT_EQ(Run("ProbeFirstMatchLT", {"ProbeA", "ProbeC"}, "A"), "AC 0");
+  EXPECT_EQ(Run("ProbeUnreachedLT", {"ProbeA", "ProbeC"}, "A"), "AC 0");
 }
 
 TEST_F(DispatchRuleTest, LastAndFirst) {

@@ -91,6 +91,31 @@ TEST_F(TestSupportTest, ATestThatMissesWhatItIsAboutFails) {
       "HVXIJobs was to be withheld, and no feature was asked for it. Did you mean HVXIJob?");
   EXPECT_NONFATAL_FAILURE(UpgradeUnder(Withholding("HVXIJob", 7), 1, {kUnit}),
                           "by feature #7, and only these were asked for it: #1");
+  EXPECT_NONFATAL_FAILURE(Failing(""), "names no call that is to fail");
+  EXPECT_NONFATAL_FAILURE(Failing("HVXIJob::SetMemoryUnit", "", S_OK),
+                          "HVXIJob::SetMemoryUnit is to fail with 0, which is a code of success");
+  EXPECT_NONFATAL_FAILURE(Withholding(""), "names no interface");
+}
+
+TEST_F(TestSupportTest, WhatNoTestCouldMeanIsTold) {
+  const auto told = [](const auto& call) -> std::string {
+    try {
+      call();
+    } catch (const std::logic_error& error) {
+      return error.what();
+    }
+    return "nothing";
+  };
+  const auto upgrade = [this](const char* identifier) { static_cast<void>(Upgrade(1, {identifier})); };
+  EXPECT_EQ(told([&] { upgrade("UpgradeJobMemoryUnit"); }),
+            "the test has no document: hand its lines to Given first");
+  EXPECT_EQ(told([&] { static_cast<void>(Lines()); }),
+            "the test has no document: hand its lines to Given first");
+  // Of a file and a header that the author never wrote nothing is said.
+  EXPECT_THAT(told([&] { Given("{\"id\":1,\"type\":\"HVXJobLT\"}\n\n  {\"id\":oops}\n"); }),
+              testing::StartsWith("line 3 of what was given: "));
+  Given(R"({"id":1,"type":"HVXJobLT","name":"Job"})");
+  EXPECT_EQ(told([&] { upgrade(nullptr); }), "an identifier that is handed over is null");
 }
 
 }  // namespace

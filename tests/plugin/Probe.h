@@ -4,7 +4,7 @@
 #include "base/VLMFatalError.h"
 #include "modeler/VLMISpecAttrAccess.h"
 
-enum class ProbeRule { kStop, kFirstMatch, kSequential, kLast, kFirst, kGivesUp };
+enum class ProbeRule { kStop, kFirstMatch, kSequential, kLast, kFirst, kGivesUp, kUnreached };
 
 /// Extensions whose routines do nothing but show that they ran: routine A adds attribute "A" to the feature
 /// and gives back what that host call gave; C gives 1 for success. One class for each rule of

@@ -3,21 +3,26 @@
 //   type LATETYPE        interface INTERFACE      conversion IDENTIFIER   lists IDENTIFIER
 //   upgrade IDENTIFIER   fails IDENTIFIER         removes IDENTIFIER      needs IDENTIFIER
 //   throws IDENTIFIER    crashes IDENTIFIER       rival LATETYPE          undeclared
-//   ends WHEN HOW
+//   ends WHEN HOW        disturbs IDENTIFIER
 // Its routines append the library's name to the feature's attribute "Ran"; one that fails does so afterwards,
 // and one that needs something fails, doing nothing, where the feature has no attribute "Needed". What is
 // thrown is named as the feature; no exception of the standard library where it has none. A rival is a second
 // class. What is undeclared the host is not told of. WHEN is "loading", "asked" (for the description) or
-// "unloading"; HOW is "throws", "exits", "aborts", "crashes" or "recurses".
+// "unloading"; HOW is "throws", "exits", "quits", "aborts", "crashes" or "recurses". One that
+// disturbs prints, and leaves the process with another folder and another mask for new files.
 // Copies of the library are different libraries.
 
 #include <dlfcn.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <deque>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <optional>
 #include <span>
 #include <sstream>
@@ -64,6 +69,13 @@ class ScriptedUpgrade final : public HVXUpgradeExtension {
     throw std::out_of_range(name);
   }
   HRESULT Crash() { std::abort(); }
+  HRESULT Disturb() {
+    std::cout << "out" << std::endl;
+    std::printf("of the library");
+    static_cast<void>(chdir("/"));
+    umask(0777);
+    return S_OK;
+  }
   HRESULT Remove() {
     const VLMISpecObject_var spFeature(Feature());
     VLMISpecObject_var spFather;
@@ -104,6 +116,7 @@ void EndProgram(const std::string& how) {
   volatile std::uintptr_t nowhere = alignof(int);
   if (how == "throws") throw std::runtime_error("no\nlicence");
   if (how == "exits") std::exit(0);
+  if (how == "quits") std::quick_exit(0);
   if (how == "aborts") std::abort();
   if (how == "crashes") *reinterpret_cast<volatile int*>(nowhere) = 0;
   if (how == "recurses") std::exit(Recurse(&none));
@@ -146,6 +159,7 @@ Script::Script() {
     if (what == "fails") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::RunAndFail>);
     if (what == "needs") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::RunWhereNeeded>);
     if (what == "throws") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::Throw>);
+    if (what == "disturbs") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::Disturb>);
     if (what == "crashes") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::Crash>);
     if (what == "removes") bind(&ScriptedUpgrade::Own<&ScriptedUpgrade::Remove>);
     if (what == "undeclared") isDeclared = false;

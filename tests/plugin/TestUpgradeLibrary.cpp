@@ -18,8 +18,17 @@ using FirstMatchProbe = Probe<ProbeRule::kFirstMatch>;
 constexpr const char* kFirstMatchTypes[] = {"ProbeFirstMatchLT"};
 const HVXUpgradeBinding kFirstMatchRows[] = {
     FirstMatchProbe::Row<'A'>("ProbeA", HVXOnFailure::kSkip),
-    FirstMatchProbe::Row<'B'>("ProbeA", HVXOnFailure::kSkip),
+    FirstMatchProbe::Row<'B'>("ProbeElsewhere", HVXOnFailure::kSkip),
     FirstMatchProbe::Row<'C'>("ProbeC", HVXOnFailure::kSkip, "There was nothing to show."),
+};
+
+// Only declared, since no description may have such rows.
+using UnreachedProbe = Probe<ProbeRule::kUnreached>;
+constexpr const char* kUnreachedTypes[] = {"ProbeUnreachedLT"};
+const HVXUpgradeBinding kUnreachedRows[] = {
+    UnreachedProbe::Row<'A'>("ProbeA", HVXOnFailure::kSkip),
+    UnreachedProbe::Row<'B'>("ProbeA", HVXOnFailure::kSkip),
+    UnreachedProbe::Row<'C'>("ProbeC", HVXOnFailure::kSkip),
 };
 
 using SequentialProbe = Probe<ProbeRule::kSequential>;
@@ -68,6 +77,10 @@ constinit const HVXUpgradeClass FirstMatchProbe::kClass = ClassOf<FirstMatchProb
                                                                                    kFirstMatchTypes,
                                                                                    kFirstMatchRows);
 template <>
+constinit const HVXUpgradeClass UnreachedProbe::kClass = ClassOf<UnreachedProbe>("ProbeUnreached",
+                                                                                 kUnreachedTypes,
+                                                                                 kUnreachedRows);
+template <>
 constinit const HVXUpgradeClass SequentialProbe::kClass =
     ClassOf<SequentialProbe>("ProbeSequential", kSequentialTypes, kSequentialRows, HVXMatching::kSequential);
 template <>
@@ -83,12 +96,13 @@ constinit const HVXUpgradeClass GivesUpProbe::kClass = ClassOf<GivesUpProbe>("Pr
 namespace {
 
 constexpr const HVXUpgradeClass* kClasses[] = {
-    &ScratchFolderUpgrade::kClass, &StopProbe::kClass, &FirstMatchProbe::kClass,
-    &SequentialProbe::kClass,      &LastProbe::kClass, &FirstProbe::kClass,
-    &GivesUpProbe::kClass,
+    &ScratchFolderUpgrade::kClass, &StopProbe::kClass,      &FirstMatchProbe::kClass,
+    &SequentialProbe::kClass,      &LastProbe::kClass,      &FirstProbe::kClass,
+    &GivesUpProbe::kClass,         &UnreachedProbe::kClass,
 };
+constexpr std::span<const HVXUpgradeClass* const> kDescribed = std::span(kClasses).first(7);
 
-const VLMUnicodeString kListed[] = {"UpgradeTestScratchFolder", "ProbeOfNobody"};
+const VLMUnicodeString kListed[] = {"UpgradeTestScratchFolder", "ProbeElsewhere"};
 const HVXDocumentUpgrade kDocumentUpgrades[] = {
     {"ProbeDocument", "Tells how many features it was given.",
      [](const VLMListValVLMUnicodeString& identifiers, const VLMListValVLMISpecObject_var& features) {
@@ -111,7 +125,7 @@ const HVXUpgradeLibrary* HVXGetUpgradeLibrary() {
       .name = "TestUpgradeLibrary",
       .version = "1.2",
       .identifiers = kListed,
-      .classes = kClasses,
+      .classes = kDescribed,
       .documentUpgrades = kDocumentUpgrades,
       .orders = kOrders,
       .observer = &HVXDispatchObserver,

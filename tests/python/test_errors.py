@@ -5,6 +5,7 @@ import math
 import os
 import pickle
 
+import numpy
 import pytest
 
 import hvxupgrade
@@ -59,6 +60,50 @@ def test_wrong_arguments_are_type_errors(bracket):
         with pytest.raises(TypeError) as caught:
             call()
         assert "C++" not in str(caught.value)
+
+
+def test_wrong_flags_and_texts_are_refused_at_once(bracket, tmp_path):
+    document, target = hvxupgrade.read(bracket), tmp_path / "new.hvxdoc"
+
+    def write(**keywords):
+        document.write(target, **keywords)
+
+    def upgrade_file(**keywords):
+        hvxupgrade.upgrade_file(tmp_path / "none.hvxdoc", target, **keywords)  # which is found out later
+
+    def upgrade(**keywords):
+        hvxupgrade.Upgrader().upgrade(document, **keywords)
+    for call, flags, texts in ((write, ["overwrite"], ["backup_suffix", "compression"]), (upgrade, ["retry"], []),
+                               (hvxupgrade.Upgrader, ["use_installed"], ["language"]),
+                               (upgrade_file, ["worker", "overwrite", "retry", "use_installed"],
+                                ["backup_suffix", "language"])):
+        for names, wanted, given in ((flags, "a bool", "yes"), (texts, "a str", b"yes")):
+            for name in names:
+                with pytest.raises(TypeError, match=f"^{name} is {wanted}, not {type(given).__name__}$"):
+                    call(**{name: given})
+    for call in (write, upgrade_file):
+        for suffix in ("\0.old", "/old"):
+            with pytest.raises(hvxupgrade.UsageError) as caught:
+                call(backup_suffix=suffix)
+            assert caught.value.file == str(target) and caught.value.advice in str(caught.value)
+    write(overwrite=numpy.bool_(False))
+    assert [each.name for each in tmp_path.iterdir()] == [target.name]
+
+
+@pytest.mark.parametrize("language", ["zz", "", "../messages/en", "en\0"])
+def test_an_unknown_language_is_answered_with_those_there_are(bracket, tmp_path, language):
+    for call in (lambda: hvxupgrade.Upgrader(language=language),
+                 lambda: hvxupgrade.upgrade_file(bracket, tmp_path / "new.hvxdoc", language=language)):
+        with pytest.raises(hvxupgrade.InstallationError) as caught:
+            call()
+        assert caught.value.problem == f'there are no messages in language "{language}"'
+        assert caught.value.advice == "Choose one of: de, en"
+
+
+def test_paths_of_bytes_are_paths_everywhere(bracket):
+    path = os.fsencode(bracket)
+    assert hvxupgrade.check(path) == hvxupgrade.check(bracket)
+    assert hvxupgrade.diff(path, path) == hvxupgrade.diff(bracket, bracket)
 
 
 def calls_with_several(bracket, tmp_path):

@@ -12,9 +12,9 @@ import hvxupgrade
 
 @pytest.fixture
 def run(source):
-    def run(name, *arguments):
+    def run(name, *arguments, errors="strict"):
         return subprocess.run([sys.executable, source / "examples/python" / name, *arguments], check=False,
-                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, encoding="utf-8", errors=errors)
     return run
 
 
@@ -39,6 +39,15 @@ def test_pressures_of_old_and_new_documents(run, source, bracket, tmp_path):
     assert len(result.stdout.splitlines()) == 10
 
 
+def test_no_name_keeps_the_other_pressures_back(run, bracket, tmp_path):
+    shutil.copy(bracket, tmp_path / "a\udce4.hvxdoc")
+    shutil.copy(bracket, tmp_path / "b.hvxdoc")
+    result = run("pressures.py", tmp_path / "none", tmp_path, errors="surrogateescape")
+    assert result.returncode == 1 and f"{tmp_path / 'none'}: the folder cannot be read" in result.stderr
+    assert [row[0] for row in csv.reader(result.stdout.splitlines())][1::3] == [
+        str(tmp_path / "a\udce4.hvxdoc"), str(tmp_path / "b.hvxdoc")]
+
+
 def test_steps_are_repaired(run, damaged, tmp_path):
     target = tmp_path / "repaired.hvxdoc"
     result = run("repair_steps.py", damaged, target, "StabilizationFactor=0.001")
@@ -49,3 +58,12 @@ def test_steps_are_repaired(run, damaged, tmp_path):
     assert component["Parameter"]["Value"] == 0.001
     assert not [each for each in document.check() if each.feature_id == 201]
     assert [each for each in document.check() if each.needs_person]  # what is not a step stays
+
+
+@pytest.mark.parametrize("setting, told", [
+    ("StabilizationFaktor=0.0005", 'no quantity "StabilizationFaktor"; choose from: Time'), ("=1", 'no quantity ""'),
+    ("TimePeriod=1,5", 'TimePeriod is a number such as 1, not "1,5"'), ("TimePeriod", 'not ""'), ("TimePeriod=inf", "inf")])
+def test_a_setting_that_makes_no_sense_is_refused(run, damaged, tmp_path, setting, told):
+    result = run("repair_steps.py", damaged, tmp_path / "repaired.hvxdoc", setting)
+    assert result.returncode == 1 and told in result.stderr and "Traceback" not in result.stderr
+    assert list(tmp_path.iterdir()) == []

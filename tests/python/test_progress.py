@@ -3,6 +3,7 @@ import os
 import signal
 import threading
 
+import numpy
 import pytest
 
 import hvxupgrade
@@ -41,8 +42,9 @@ def test_what_a_callback_raises_comes_out_as_itself(bracket, tmp_path):
     for call in calls_on(bracket, tmp_path):
         with pytest.raises(Interruption):
             call(raising)
-        with pytest.raises(hvxupgrade.StoppedError):
-            call(lambda done, total: False)
+        for stop in (False, numpy.bool_(False)):
+            with pytest.raises(hvxupgrade.StoppedError):
+                call(lambda done, total, stop=stop: stop)
         assert call(lambda done, total: 0) is not NotImplemented  # only False stops
         (tmp_path / "written.hvxdoc").unlink(missing_ok=True)
     assert list(tmp_path.iterdir()) == []

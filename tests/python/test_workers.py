@@ -4,6 +4,7 @@ import os
 import signal
 import subprocess
 import sys
+import tempfile
 import threading
 import time
 
@@ -149,3 +150,85 @@ def test_a_worker_ends_with_its_master(bracket, large_file, tmp_path, trouble):
         while workers() - before and time.monotonic() < deadline:
             time.sleep(0.1)
         assert workers() <= before and [each.name for each in tmp_path.iterdir()] == [source.name]
+
+
+@pytest.fixture
+def forked():
+    """Forks a child that holds all files that are open here, as those of a pool do; they end with the test."""
+    pids = []
+
+    def fork():
+        pid = os.fork()
+        if pid == 0:
+            time.sleep(60)
+            os._exit(0)
+        pids.append(pid)
+    yield fork
+    for each in pids:
+        os.kill(each, signal.SIGKILL)
+        os.waitpid(each, 0)
+
+
+def test_a_crash_is_noticed_beside_forked_children(bracket, tmp_path, trouble, forked, monkeypatch):
+    start = subprocess.Popen
+
+    def start_and_fork(*arguments, **keywords):
+        started = start(*arguments, **keywords)
+        forked()  # when both ends of the connection are open here
+        return started
+    monkeypatch.setattr(subprocess, "Popen", start_and_fork)
+    begun = time.monotonic()
+    with pytest.raises(hvxupgrade.WorkerError) as caught:
+        hvxupgrade.upgrade_file(bracket, tmp_path / "result.hvxdoc", identifiers=["Crash"], libraries=[trouble])
+    assert caught.value.exit_code == -signal.SIGABRT and time.monotonic() - begun < 20
+    # Where one alone is chosen, there is nothing left to be found by choosing.
+    assert caught.value.advice.startswith("Choose others than Crash, ")
+
+
+def test_a_worker_ends_with_its_master_beside_forked_children(bracket, tmp_path, trouble):
+    script = ("import os, sys, threading, time, hvxupgrade\n"
+              "def end():\n"
+              "    pid = os.fork()\n"
+              "    if pid == 0:\n"
+              "        time.sleep(20)\n"
+              "        os._exit(0)\n"
+              "    os.kill(os.getpid(), 9)\n"
+              "threading.Timer(2, end).start()\n"
+              "hvxupgrade.upgrade_file(*sys.argv[1:3], identifiers=['LoopForEver'], libraries=sys.argv[3:])\n")
+    before = workers()
+    subprocess.run([sys.executable, "-c", script, bracket, tmp_path / "result.hvxdoc", trouble], check=False, timeout=60,
+                   stdin=subprocess.DEVNULL)
+    deadline = time.monotonic() + 10
+    while workers() - before and time.monotonic() < deadline:
+        time.sleep(0.1)
+    assert workers() <= before
+
+
+def test_a_slow_callback_neither_outlasts_the_timeout_nor_is_told_what_is_overtaken(bracket, tmp_path):
+    told = []
+
+    def slow(done, total):
+        told.append(done)
+        time.sleep(2 if len(told) == 1 else 0)  # until the worker waits to write
+    with pytest.raises(hvxupgrade.WorkerError, match="longer than 1.5 seconds"):
+        hvxupgrade.upgrade_file(bracket, tmp_path / "result.hvxdoc", progress=slow, timeout=1.5)
+    assert len(told) <= 1 and listing(tmp_path) == {}
+    told.clear()
+    result = hvxupgrade.upgrade_file(bracket, tmp_path / "result.hvxdoc", progress=slow)
+    assert len(result.identifiers) == 66 and len(told) == 2 and told[0] < told[1]
+
+
+@pytest.mark.parametrize("worker", [True, False])
+def test_who_stops_an_upgrade_of_a_file_is_told_about_files(bracket, tmp_path, worker):
+    with pytest.raises(hvxupgrade.StoppedError) as caught:
+        hvxupgrade.upgrade_file(bracket, tmp_path / "result.hvxdoc", progress=lambda done, total: False, worker=worker)
+    assert str(caught.value) == f"{bracket}: the upgrade was stopped. Start it again; nothing was written"
+
+
+def test_a_worker_that_cannot_be_started_is_told(bracket, tmp_path, monkeypatch):
+    for module, name, bad in ((tempfile, "tempdir", str(tmp_path / "none")), (sys, "executable", None),
+                              (sys, "executable", ""), (sys, "executable", str(tmp_path / "python"))):
+        with monkeypatch.context() as patch, pytest.raises(hvxupgrade.WorkerError) as caught:
+            patch.setattr(module, name, bad)
+            hvxupgrade.upgrade_file(bracket, tmp_path / "result.hvxdoc")
+        assert "no worker can be started" in caught.value.problem and "worker=False" in caught.value.advice

@@ -52,9 +52,9 @@ class VersionManagerTest : public testing_support::UpgradeTest {
 TEST_F(VersionManagerTest, PendingAreTheKnownOnesThatTheDocumentHasNotBeenThrough) {
   Given(R"({"id":1,"type":"X"})");
   EXPECT_THAT(manager_.Pending(Doc()),
-              ElementsAre("UpgradeTestScratchFolder", "ProbeOfNobody", "ProbeA", "ProbeB", "ProbeC",
+              ElementsAre("UpgradeTestScratchFolder", "ProbeElsewhere", "ProbeA", "ProbeB", "ProbeC",
                           "ProbeAssertion", "ProbeNullHandle", "ProbeDocument"));
-  for (const char* const done : {"ProbeC", "UpgradeOfLater", "ProbeOfNobody"}) Doc().RecordUpgrade(done);
+  for (const char* const done : {"ProbeC", "UpgradeOfLater", "ProbeElsewhere"}) Doc().RecordUpgrade(done);
   EXPECT_THAT(manager_.Pending(Doc()), ElementsAre("UpgradeTestScratchFolder", "ProbeA", "ProbeB",
                                                    "ProbeAssertion", "ProbeNullHandle", "ProbeDocument"));
   EXPECT_THAT(manager_.Unknown(Doc()).Libraries().at(0).upgrades, ElementsAre("UpgradeOfLater"));
@@ -72,10 +72,10 @@ TEST_F(VersionManagerTest, OneIdentifierAfterTheOtherGoesThroughTheDocument) {
            {"id":2,"type":"ProbeFirstLT"}
            {"id":3,"type":"ProbeGivesUpLT"}
            {"id":4,"type":"ProbeLastLT"})");
-  const UpgradeRun run = RunUnder({"ProbeDocument", "ProbeOfNobody", "ProbeC", "ProbeA"}, "C");
+  const UpgradeRun run = RunUnder({"ProbeDocument", "ProbeElsewhere", "ProbeC", "ProbeA"}, "C");
   EXPECT_EQ(Ran(), "A5 A2 A4 C5");  // each in document order; nothing concerned the third
   EXPECT_EQ(Failures(run), "5:-77");
-  EXPECT_THAT(run.identifiers, ElementsAre("ProbeOfNobody", "ProbeA", "ProbeC", "ProbeDocument"));
+  EXPECT_THAT(run.identifiers, ElementsAre("ProbeElsewhere", "ProbeA", "ProbeC", "ProbeDocument"));
   EXPECT_EQ(Doc().Upgrades(), run.identifiers);
   std::vector<std::pair<std::string_view, std::size_t>> concerned;
   for (const auto& [type, count] : run.concerned) concerned.emplace_back(type->Name(), count);

@@ -24,7 +24,7 @@ class ContainmentTest : public ToolTest {
   // Comes back when the endless work has begun.
   [[nodiscard]] pid_t StartAndAwait(const std::vector<std::string>& endless) const {
     const pid_t program = Start(endless);
-    while (OutputSoFar() != "looping\n") std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    while (ErrorsSoFar() != "looping\n") std::this_thread::sleep_for(std::chrono::milliseconds(10));
     return program;
   }
   // Runs conversion `identifier` in place on a document, which must stay as it is.

@@ -35,9 +35,9 @@ class LibrariesTest : public PluginTest {
 
 TEST_F(LibrariesTest, LibrariesComeFromOptionsFoldersAndTheEnvironment) {
   const std::string one = Library("one.so", kAcme);
-  static_cast<void>(Library("plugins/b.so", "name Bolts\nlists BoltOfFolder\n"));
-  static_cast<void>(Library("plugins/a.so", "name Zinc\nlists ZincOfFolder\n"));
-  static_cast<void>(Library("more/c.so", "name Extra\nlists ExtraOfVariable\n"));
+  static_cast<void>(Library("plugins/b.so", "name Bolts\nconversion BoltOfFolder\n"));
+  static_cast<void>(Library("plugins/a.so", "name Zinc\nconversion ZincOfFolder\n"));
+  static_cast<void>(Library("more/c.so", "name Extra\nconversion ExtraOfVariable\n"));
   Put(Path("plugins/.hidden.so"), "no library");
   fs::create_directories(Path("plugins/folder.so"));
   fs::create_symlink(one, Path("more/again.so"));
@@ -71,7 +71,7 @@ TEST_F(LibrariesTest, LibrariesThatClaimTheSameAreRefused) {
   ExpectRefused({acme, Library("b.so", "name B\ntype AcmeBoltLT\nupgrade OfB\n")},
                 AllOf(HasSubstr("both extend AcmeBoltLT with HVXIUpgrade: AcmeClass and BClass"),
                       HasSubstr("if B was written to be used with Acme")));
-  ExpectRefused({acme, Library("b.so", "name B\nlists AcmeBolt\n")},
+  ExpectRefused({acme, Library("b.so", "name B\nconversion AcmeBolt\n")},
                 HasSubstr("both have the upgrade AcmeBolt. A document"));
   // No word in a description makes these two work together.
   ExpectRefused({Library("a.so", "name A\ntype T\ninterface VLMISamUpgrade\n"),
@@ -209,7 +209,7 @@ TEST_F(LibrariesTest, ADocumentOfALibraryThatIsNotLoadedIsToldAsThat) {
   expect({"upgrade", Path("new.hvxdoc"), Path("copy.hvxdoc"), "--in-place"}, 0,
          HasSubstr("2 documents: 2 already current"));
   // An upgrade of that name in another library is another upgrade, and nobody knows whether it is needed.
-  const std::string other = Library("other.so", "name Other\nlists AcmeBolt\n");
+  const std::string other = Library("other.so", "name Other\nconversion AcmeBolt\n");
   expect({"--library", other, "status", Path("new.hvxdoc")}, 4, isNamed);
   expect({"--library", other, "upgrade", Path("new.hvxdoc"), "--in-place"}, 4, isTold);
   // The same the other way round.
@@ -233,6 +233,22 @@ TEST_F(LibrariesTest, AnotherVersionOfALibraryIsNotCalledNewer) {
       AllOf(
           HasSubstr(R"("verdict":"newer","words":"upgraded by another version of a library that is loaded")"),
           HasSubstr(R"("newerUpgrades":["AcmeNut"])"), HasSubstr(R"("loaded":true,"loadedVersion":"2.0")")));
+}
+
+// Names of documents, permissions of results and what is on standard output are the user's.
+TEST_F(LibrariesTest, WhatARoutineDoesToTheProcessReachesNoDocument) {
+  const std::string acme = Library("acme.so", "name Acme\ntype AcmeBoltLT\ndisturbs AcmeBolt\n");
+  for (const char* const name : {"a.hvxdoc", "b.hvxdoc"}) static_cast<void>(Document(name, kBolts));
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(Path(""));
+  const Ended ended = RunWith({acme}, {"upgrade", "a.hvxdoc", "b.hvxdoc", "--output-dir", "new", "-j", "1"});
+  const Ended streamed = RunWith({acme}, {"upgrade", "a.hvxdoc", "-o", "-"});
+  std::filesystem::current_path(before);
+  EXPECT_EQ(ended.code, 0) << ended.err;
+  EXPECT_EQ(streamed.code, 0) << streamed.err;
+  EXPECT_EQ(streamed.out, Content(Path("new/a.hvxdoc")));
+  EXPECT_EQ(Content(Path("new/b.hvxdoc")), Content(Path("new/a.hvxdoc")));
+  EXPECT_THAT(streamed.err, HasSubstr("out\nof the library"));
 }
 
 }  // namespace

@@ -50,7 +50,7 @@ TEST_F(LoadingTest, WhatIsNoLibraryIsToldByItsName) {
   EXPECT_THAT(ComplaintOfBytes(kWhole, kType, 1), HasSubstr("Link it as one (-shared)"));
   EXPECT_THAT(ComplaintOfBytes(0, 0, 0), HasSubstr("(the file is empty). Reinstall it"));
   // Mapping such a library would end the program.
-  for (const std::size_t size : {20, 100, 5000})
+  for (const std::size_t size : {20U, 100U, 5000U})
     EXPECT_THAT(ComplaintOfBytes(size, 9, 0), HasSubstr("(the file is cut off). Reinstall it"));
 }
 
@@ -87,13 +87,13 @@ TEST_F(LoadingTest, ALibraryThatEndsTheProgramIsNamed) {
   const std::string file = Document("job.hvxdoc", kJobLines);
   const std::string before = Content(file);
   for (const std::string_view when : {"loading", "asked"}) {
-    for (const std::string_view how : {"throws", "exits", "aborts", "crashes", "recurses"}) {
+    for (const std::string_view how : {"throws", "exits", "quits", "aborts", "crashes", "recurses"}) {
       SCOPED_TRACE(std::string(when) + " " + std::string(how));
       const std::string library =
-          Library("e.so", "name E\nlists L\nends " + std::string(when) + " " + std::string(how) + "\n");
+          Library("e.so", "name E\nconversion L\nends " + std::string(when) + " " + std::string(how) + "\n");
       const Ended ended = Run({"--library", library, "upgrade", file, "--in-place"});
       // Signals go on, so that there is a core.
-      const bool isSignal = how != "throws" && how != "exits";
+      const bool isSignal = how != "throws" && how != "exits" && how != "quits";
       EXPECT_THAT(ended.code, isSignal ? testing::Matcher<int>(testing::Ne(0)) : 3);
       EXPECT_THAT(ended.err, HasSubstr("e.so: the upgrade library "));
       const bool isCaught = when == "asked" && how == "throws";
@@ -112,7 +112,7 @@ TEST_F(LoadingTest, ALibraryThatEndsTheProgramIsNamed) {
 TEST_F(LoadingTest, ALibraryThatEndsTheProgramAtItsEndIsNamedAndTakesNoOutputAlong) {
   for (const std::string how : {"throws", "exits", "aborts", "crashes"}) {
     const Ended ended =
-        RunWith({Library("e.so", "name E\nlists OfE\nends unloading " + how + "\n")}, {"identifiers"});
+        RunWith({Library("e.so", "name E\nconversion OfE\nends unloading " + how + "\n")}, {"identifiers"});
     EXPECT_NE(ended.code, 0) << how;
     EXPECT_THAT(ended.err, HasSubstr("e.so: the upgrade library ended the program while it was unloaded"));
     EXPECT_THAT(ended.out, HasSubstr("OfE"));
@@ -128,12 +128,35 @@ TEST_F(LoadingTest, TablesThatNobodyCouldWorkWithAreRefused) {
   expect("type AcmeBoltLT\nrival AcmeBoltLT\n",
          HasSubstr("extends AcmeBoltLT with HVXIUpgrade twice: TClass and Rival"));
   expect("type AcmeBoltLT\nundeclared\n", HasSubstr("describes TClass for AcmeBoltLT and never declared it"));
+  expect("type AcmeBoltLT\ntype AcmeBoltLT\n", HasSubstr("names the late type AcmeBoltLT twice in TClass"));
+  expect("type AcmeBoltLT\nupgrade A\nupgrade A\n",
+         HasSubstr("has two rows for A in TClass, of which only the first would run"));
+  expect("type AcmeBoltLT\nlists AcmeBolts\nupgrade AcmeBolt\n",
+         HasSubstr("lists AcmeBolts among its identifiers, and no row or conversion answers it: it would be "
+                   "recorded without having run (did you mean AcmeBolt?)"));
+  expect("lists A\nlists A\nconversion A\n", HasSubstr("lists A twice among its identifiers"));
   expect("conversion A\nconversion A\n", HasSubstr("converts whole documents twice for A"));
+}
+
+TEST_F(LoadingTest, IdentifiersThatNoCommandCouldNameAreRefused) {
+  const auto expect = [this](const std::string& identifier, const std::string& why) {
+    ExpectRefused({Library("t.so", "name T\nconversion " + identifier + "\n")}, HasSubstr(why));
+  };
+  expect("A,B", R"(has the identifier "A,B", which no command could name: it has a comma)");
+  expect("-A", R"(has the identifier "-A", which no command could name: it begins with "-")");
+  expect("A\x1b[31m", "it has a blank or a control character");
+}
+
+// It gives them a place in its own order.
+TEST_F(LoadingTest, ALibraryMayListWhatTheOneThatItContinuesAnswers) {
+  const std::string more =
+      Library("more.so", "name More\ncontinues HVXUpgradeComponents\nlists UpgradeJobMemoryUnit\n");
+  EXPECT_EQ(RunWith({more}, {"identifiers"}, true).code, 0);
 }
 
 TEST_F(LoadingTest, OrdersThatCannotBeKeptAreRefused) {
   const auto a = [this](const std::string& orders) {
-    return Library("a.so", "name A\nlists A1\nlists A2\nlists A3\n" + orders);
+    return Library("a.so", "name A\nconversion A1\nconversion A2\nconversion A3\n" + orders);
   };
   ExpectRefused({a("order A1 A1\n")}, HasSubstr("wants A1 to run before itself"));
   ExpectRefused({a("order A1 \n")}, HasSubstr("identifier that is empty"));
@@ -141,7 +164,7 @@ TEST_F(LoadingTest, OrdersThatCannotBeKeptAreRefused) {
   // What only leads to the circle is no part of it.
   ExpectRefused({a("order A3 A1\norder A1 A2\norder A2 A1\n")},
                 AllOf(HasSubstr("the orders of A ("), HasSubstr(": A1 before A2 before A1. Correct them\n")));
-  const std::string b = Library("b.so", "name B\nlists B1\norder B1 A1\n");
+  const std::string b = Library("b.so", "name B\nconversion B1\norder B1 A1\n");
   ExpectRefused({a("order A1 A2\norder A2 B1\n"), b},
                 AllOf(HasSubstr("A1 before A2 before B1 before A1"), HasSubstr("a.so"), HasSubstr("b.so"),
                       HasSubstr("or leave one of the libraries out")));

@@ -78,10 +78,11 @@ TEST_F(OthersUpgradesTest, WhatIsCorrectedInTheResultIsUpgradedByName) {
   // What such a library adds to the built-in one's late types does not make that run again.
   const std::string more = Library(
       "more.so", "name More\ncontinues HVXUpgradeComponents\ntype HVXJobLT\nupgrade UpgradeJobMemoryUnit\n");
-  const std::string job = Document("job.hvxdoc", kJobLines, R"("UpgradeJobMemoryUnit")");
+  const std::string job = Path("job.hvxdoc");
+  ASSERT_EQ(Run({"upgrade", Document("old.hvxdoc", kJobLines), "-o", job}).code, 0);
   EXPECT_THAT(
       Run({"--library", more, "upgrade", "--retry", "--only", "UpgradeJobMemoryUnit", job, "--dry-run"}).out,
-      HasSubstr("nothing to do"));
+      HasSubstr("already current"));
 }
 
 TEST_F(OthersUpgradesTest, TheCommandThatIsProposedShowsWhatEachNeeds) {
@@ -157,8 +158,8 @@ TEST_F(OthersUpgradesTest, ADocumentWithoutAResultIsOneThingForAPerson) {
 }
 
 TEST_F(OthersUpgradesTest, DiffAndShowTellTheLibraries) {
-  const std::string old = Library("old.so", "name Acme\nversion 3.1\nlists AcmeBolt\n");
-  const std::string recent = Library("new.so", "name Acme\nversion 4\nlists AcmeBolt\n");
+  const std::string old = Library("old.so", "name Acme\nversion 3.1\nconversion AcmeBolt\n");
+  const std::string recent = Library("new.so", "name Acme\nversion 4\nconversion AcmeBolt\n");
   const std::string file = Document("bolts.hvxdoc", kBolts);
   ASSERT_EQ(RunWith({old}, {"upgrade", file, "-o", Path("a.hvxdoc")}).code, 0);
   ASSERT_EQ(RunWith({recent}, {"upgrade", file, "-o", Path("b.hvxdoc")}).code, 0);
@@ -172,9 +173,9 @@ TEST_F(OthersUpgradesTest, DiffAndShowTellTheLibraries) {
                 AllOf(HasSubstr(R"("different":true)"), HasSubstr("\"sources\":[" + json + "]")));
   };
   differ(
-      Path("a.hvxdoc"), Path("b.hvxdoc"), "~ upgrade AcmeBolt: of Acme 3.1 -> of Acme 4",
+      Path("a.hvxdoc"), Path("b.hvxdoc"), "~ upgrade AcmeBolt: Acme 3.1 -> Acme 4",
       R"({"upgrade":"AcmeBolt","before":{"name":"Acme","version":"3.1"},"after":{"name":"Acme","version":"4"}})");
-  differ(untold, Path("b.hvxdoc"), "~ upgrade AcmeBolt: of a library that is not told -> of Acme 4",
+  differ(untold, Path("b.hvxdoc"), "~ upgrade AcmeBolt: a library that is not told -> Acme 4",
          R"({"upgrade":"AcmeBolt","after":{"name":"Acme","version":"4"}})");
   differ(file, Path("b.hvxdoc"), "+ upgrade AcmeBolt of Acme 4",
          R"({"upgrade":"AcmeBolt","after":{"name":"Acme","version":"4"}})");
@@ -186,6 +187,40 @@ TEST_F(OthersUpgradesTest, DiffAndShowTellTheLibraries) {
   EXPECT_THAT(Run({"show", untold}).out, testing::StartsWith("1 SAM"));
   EXPECT_THAT(Run({"show", "--json", Path("a.hvxdoc")}).out,
               HasSubstr(R"("libraries":[{"name":"Acme","version":"3.1","upgrades":["AcmeBolt"]}])"));
+}
+
+// Of documents that have no result there are none.
+TEST_F(OthersUpgradesTest, TheCommandThatIsProposedNamesTheBackupsThatThereAre) {
+  const std::string acme = Library("acme.so", kAcme);
+  const std::string bolts = Document("bolts.hvxdoc", kBolts);
+  const std::string broken = Document("broken.hvxdoc", "{\n");
+  const Ended ended = RunWith({acme}, {"upgrade", bolts, broken, "--in-place", "--backup", ".old"});
+  EXPECT_THAT(ended.out, HasSubstr("--verbose " + bolts + ".old shows what each needs\n"));
+  const Ended next = RunNext(ended.out);
+  EXPECT_EQ(next.code, 1) << next.err;
+  EXPECT_THAT(next.out, HasSubstr(R"(AcmeBoltLT "Bolt" (id 2))"));
+}
+
+TEST_F(OthersUpgradesTest, NoCommandIsProposedThatWouldNotShowIt) {
+  const std::string acme = Library("acme.so", kAcme);
+  const auto run = [&](std::vector<std::string> more) {
+    more.insert(more.begin(), {"upgrade", Document("a.hvxdoc", kBolts), Document("b.hvxdoc", kBolts),
+                               "--in-place", "--accept-failures"});
+    return RunWith({acme}, more).out;
+  };
+  EXPECT_THAT(run({}), AllOf(Not(HasSubstr("Next:")), HasSubstr("give --report FILE to keep that")));
+  const std::string reported = run({"--report", Path("r.jsonl")});
+  EXPECT_THAT(reported, Not(HasSubstr("--report FILE")));
+  EXPECT_THAT(RunNext(reported).out, HasSubstr(R"(AcmeBoltLT "Bolt" (id 2))"));
+}
+
+TEST_F(OthersUpgradesTest, ACommandAboutSomeOfThemSaysSo) {
+  std::vector<std::string> arguments = {"upgrade", "--jobs", "1", "--in-place", "--backup", ".old"};
+  for (const char* const name : {"a", "b", "c", "d", "e", "f"})
+    arguments.push_back(Document(std::string(name) + ".hvxdoc", kBolts));
+  EXPECT_THAT(
+      RunWith({Library("acme.so", kAcme)}, arguments).out,
+      AllOf(HasSubstr("e.hvxdoc.old shows what the first 5 of them need\n"), Not(HasSubstr("f.hvxdoc.old"))));
 }
 
 // A document of an older program names no library: the upgrade may be a newer program's or any library's.

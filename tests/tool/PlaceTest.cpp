@@ -171,7 +171,7 @@ TEST_F(PlaceTest, AFolderThatARunMadeInVainGoesAgain) {
   const std::string file = Document("job.hvxdoc", kJobLines);
   const pid_t program = Start({"--library", TROUBLE_LIBRARY, "upgrade", file, "--output-dir",
                                Path("made/new"), "--only", "LoopForEver"});
-  while (OutputSoFar() != "looping\n") std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  while (ErrorsSoFar() != "looping\n") std::this_thread::sleep_for(std::chrono::milliseconds(10));
   kill(program, SIGINT);
   EXPECT_EQ(Wait(program).code, 130);
   EXPECT_EQ(Names(), "job.hvxdoc");

@@ -68,6 +68,7 @@ TEST_F(StreamsTest, EveryCommandReadsStandardInput) {
   EXPECT_EQ(RunOn(old, {"show", "-"}).out, Run({"show", old_}).out);
   EXPECT_EQ(RunOn(old, {"diff", "-", old_}).code, 0);
   EXPECT_EQ(RunOn(old, {"diff", Path("current.hvxdoc"), "-"}).code, 1);
+  EXPECT_EQ(RunOn(old, {"upgrade", "-", old_, "--dry-run"}).code, 0);
   EXPECT_EQ(RunOn(old, {"upgrade", "-", "-o", Path("new.hvxdoc")}).code, 0);
   EXPECT_EQ(Content(Path("new.hvxdoc")), Content(Path("current.hvxdoc")));
 }

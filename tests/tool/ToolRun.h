@@ -39,7 +39,7 @@ class ToolTest : public testing::Test {
   [[nodiscard]] Ended Wait(pid_t program) const;
   /// Programs that are started from now on may have so many files open.
   void LimitOpenFiles(unsigned most) { mostOpenFiles_ = most; }
-  [[nodiscard]] std::string OutputSoFar() const { return Content(streams_ / "out"); }
+  [[nodiscard]] std::string ErrorsSoFar() const { return Content(streams_ / "err"); }
 
  private:
   std::filesystem::path folder_;

@@ -249,6 +249,7 @@ TEST_F(UpgradeCommandTest, WrongUsageIsExplained) {
   refused({"upgrade", file, "--dry-run", "--timout=10"}, "no option \"--timout\"; did you mean '--timeout'?");
   refused({"--dta", Path("x"), "status", file}, "did you mean '--data'?");
   refused({"status", file, "-check"}, "did you mean '--check'?");
+  refused({"--check", "status", file}, "the option \"--check\" belongs behind status\n");
   refused({"status", file, "--timeout", "1"}, "there is no option \"--timeout\"\n");  // though another has it
   refused({"--data", Path("x"), "frob", file}, "there is no command \"frob\"");
   refused({"upgrade", file, "--dry-run", "--language", "xx"}, "choose one of: ");

@@ -67,7 +67,7 @@ void AppendUpgrades(fmt::memory_buffer& out, const DocumentDifference& differenc
   append('+', difference.upgradesAfter, &DocumentDifference::Source::after);
   for (const auto& [upgrade, before, after] : difference.sources) {
     if (told.contains(upgrade)) continue;
-    fmt::format_to(to, "~ upgrade {}: of {} -> {}\n", Word(upgrade), WordsOrNone(before), WordsOrNone(after));
+    fmt::format_to(to, "~ upgrade {}: {} -> {}\n", Word(upgrade), WordsOrNone(before), WordsOrNone(after));
   }
 }
 

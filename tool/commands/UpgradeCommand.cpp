@@ -169,19 +169,41 @@ class UpgradeCommand {
           ListOfProblems(found_));
     Say(summary_.Verdict() + (left == 0 ? "\n" : fmt::format("; {} left\n", left)));
     if (!summary_.NeedsPerson() || left != 0 || arguments_.many.verbose) return;
-    const std::string next = NextCommand();
-    if (!next.empty()) Say(fmt::format("  Next: {} shows what each needs\n", next));
+    if (arguments_.ReportsToStream()) return;
+    if (arguments_.report.empty() && AreOldGone()) {
+      if (arguments_.html.empty())
+        Say("  The old documents are gone, and the results do not show all that each needs: another time, "
+            "give --report FILE to keep that\n");
+      return;
+    }
+    const ProposedCommand next = NextCommand();
+    const std::size_t named = summary_.FirstInNeed().size();
+    const bool isOfFirst = next.namesFirst && named < summary_.CountInNeed();
+    Say(fmt::format("  Next: {} shows what {}\n", next.text,
+                    isOfFirst ? fmt::format("the first {} of them need", named) : "each needs"));
   }
 
-  // What shows of each document all that needs a person; empty when this run alone could tell.
-  [[nodiscard]] std::string NextCommand() const {
-    if (arguments_.ReportsToStream()) return {};
-    if (!arguments_.report.empty()) return "hvxupgrade report " + ShellWord(arguments_.report);
+  // Whether no command can show any more what the upgrades of some document left for a person.
+  [[nodiscard]] bool AreOldGone() const {
+    return arguments_.inPlace && arguments_.backupSuffix.empty() && summary_.NeedsMoreThanCheck() &&
+           summary_.CountWrittenInNeed() != 0;
+  }
+
+  // What shows of each document all that needs a person.
+  [[nodiscard]] ProposedCommand NextCommand() const {
+    if (!arguments_.report.empty()) return {"hvxupgrade report " + ShellWord(arguments_.report)};
+    DocumentsInNeed inNeed;
+    for (const RunSummary::InNeed& each : summary_.FirstInNeed()) inNeed.first.push_back(each.file);
     if (!arguments_.dryRun && !summary_.NeedsMoreThanCheck())
-      return CheckOf(places_, arguments_, summary_.FirstInNeed());
-    const bool areGone = arguments_.inPlace && arguments_.backupSuffix.empty() && arguments_.acceptFailures;
-    if (areGone) return CheckOf(places_, arguments_, summary_.FirstInNeed());
-    return DryRunOf(places_, arguments_, summary_.FirstInNeed());
+      return CheckOf(places_, arguments_, inNeed.first);
+    if (!arguments_.backupSuffix.empty()) {
+      inNeed.haveBackups = summary_.CountWrittenInNeed() != 0;
+      inNeed.allHaveBackups = summary_.CountWrittenInNeed() == summary_.CountInNeed();
+      for (std::size_t i = 0; i < inNeed.first.size(); ++i) {
+        if (summary_.FirstInNeed()[i].isWritten) inNeed.first[i] += arguments_.backupSuffix;
+      }
+    }
+    return DryRunOf(places_, arguments_, inNeed);
   }
 
   // By now the documents are done, whatever becomes of the report.

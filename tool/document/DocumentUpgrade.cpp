@@ -24,6 +24,7 @@
 #include "report/Summary.h"
 #include "report/TypeTable.h"
 #include "report/UnknownText.h"
+#include "settings/ForeignCode.h"
 #include "terminal/Interruption.h"
 #include "terminal/Progress.h"
 #include "terminal/Terminal.h"
@@ -116,8 +117,11 @@ class DocumentUpgrade {
     return again;
   }
 
-  // A header that cannot be read, or is not known, is told better by reading the document.
+  // A header that cannot be read, or is not known, is told better by reading the document. What is in a pipe
+  // can be read only once.
   [[nodiscard]] bool NeedsNoReading() {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(task_.input, error)) return false;
     try {
       const standalone::DocumentHeader header = standalone::ReadHeader(task_.input);
       const standalone::Document& document = *header.document.Get();
@@ -224,6 +228,7 @@ class DocumentUpgrade {
     watch.onProgress = Telling("upgrading");
     if (task_.place != nullptr)
       watch.onPlace = [this](const standalone::UpgradePlace* place) { task_.place->Set(place); };
+    const ForeignCode foreign;
     return task_.manager.RunAgain(document, again, chosen.identifiers, watch);
   }
 

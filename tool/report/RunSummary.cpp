@@ -60,11 +60,14 @@ void RunSummary::Add(const std::string& file, const DocumentResult& result) {
   ++counts_[static_cast<std::size_t>(group)];
   if (result.IsComplete()) return;
   if (result.Succeeded()) {
-    constexpr std::size_t kNamed = 3;
+    constexpr std::size_t kNamed = 5;
     const bool isDropped = result.failsOnDrop && result.dropped != 0;
     const bool isWritten = result.verdict != tool::Verdict::kHeldBack;
     if (result.foundByCheck < result.needsPerson || isDropped || !isWritten) needsMoreThanCheck_ = true;
-    if (firstInNeed_.size() < kNamed) firstInNeed_.push_back(file);
+    const bool isNew = result.verdict == tool::Verdict::kUpgraded && !dryRun_;
+    ++inNeed_;
+    if (isNew) ++writtenInNeed_;
+    if (firstInNeed_.size() < kNamed) firstInNeed_.push_back({file, isNew});
   }
   std::vector<std::string>& lines = first_[group];
   if (lines.size() < kListed) lines.push_back(LineOf(file, result));

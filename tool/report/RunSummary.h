@@ -28,8 +28,16 @@ class RunSummary {
   [[nodiscard]] bool NeedsPerson() const;
   /// Whether a check of the results would not find all of that.
   [[nodiscard]] bool NeedsMoreThanCheck() const { return needsMoreThanCheck_; }
-  /// The first documents in which something needs a person, a few.
-  [[nodiscard]] const std::vector<std::string>& FirstInNeed() const { return firstInNeed_; }
+  /// A document that was gone through and in which something needs a person.
+  struct InNeed {
+    std::string file;
+    bool isWritten;  ///< With a result of this run.
+  };
+  /// The first of them, a few.
+  [[nodiscard]] const std::vector<InNeed>& FirstInNeed() const { return firstInNeed_; }
+  [[nodiscard]] std::size_t CountInNeed() const { return inNeed_; }
+  /// How many of them are written.
+  [[nodiscard]] std::size_t CountWrittenInNeed() const { return writtenInNeed_; }
 
   /// "4 documents: 3 upgraded, 1 stopped".
   [[nodiscard]] std::string Verdict() const;
@@ -62,7 +70,9 @@ class RunSummary {
   ExitCode code_ = ExitCode::kDone;
   bool wrote_ = false;
   bool needsMoreThanCheck_ = false;
-  std::vector<std::string> firstInNeed_;
+  std::vector<InNeed> firstInNeed_;
+  std::size_t inNeed_ = 0;
+  std::size_t writtenInNeed_ = 0;
   std::array<std::size_t, static_cast<std::size_t>(Group::kCount)> counts_{};
   std::map<Group, std::vector<std::string>> first_;  // lines about the first documents that need a person
 };

@@ -27,30 +27,31 @@ bool CanBeGivenAgain(const Sources& sources) {
   return !readsStream && sources.given.size() <= kMostGiven;
 }
 
-// The documents that were given, by their names and `suffix`.
-std::string SourceWords(const Sources& sources, const std::vector<std::string>& firstInNeed,
-                        const std::string& suffix) {
+// The documents that were given; in folders, those with `suffix` behind their names.
+std::string SourceWords(const Sources& sources, const std::string& suffix = "") {
   std::string words;
   const auto add = [&words](const std::string& word) { words += " " + word; };
-  const bool isNamedAnew = !CanBeGivenAgain(sources) || (!sources.list.empty() && !suffix.empty());
-  if (isNamedAnew) {
-    for (const std::string& file : firstInNeed) add(FileWord(file + suffix));
-    return words;
-  }
-  bool isSearched = false;
-  for (const std::string& given : sources.given) {
-    std::error_code error;
-    const bool isFolder = std::filesystem::is_directory(given, error);
-    isSearched = isSearched || isFolder;
-    add(FileWord(isFolder ? given : given + suffix));
-  }
+  for (const std::string& given : sources.given) add(FileWord(given));
   std::vector<std::string> include = sources.include;
-  if (isSearched && include.empty() && !suffix.empty()) include.emplace_back("*");
+  if (include.empty() && !suffix.empty()) include.emplace_back("*");
   for (const std::string& pattern : include) add("--include " + ShellWord(pattern + suffix));
   for (const std::string& pattern : sources.exclude) add("--exclude " + ShellWord(pattern));
   if (!sources.list.empty()) add("--files-from " + ShellWord(sources.list));
   if (sources.listHasNul) add("--null");
   return words;
+}
+
+std::string NameWords(const std::vector<std::string>& files) {
+  std::string words;
+  for (const std::string& file : files) words.append(" ").append(FileWord(file));
+  return words;
+}
+
+// Backups that were never made are not found there, so that a pattern names those that there are.
+bool IsOneFolder(const Sources& sources) {
+  std::error_code error;
+  return sources.given.size() == 1 && sources.list.empty() &&
+         std::filesystem::is_directory(sources.given.front(), error);
 }
 
 }  // namespace
@@ -86,23 +87,26 @@ std::string ProgramWith(const Places& places) {
   return words;
 }
 
-std::string DryRunOf(const Places& places, const UpgradeArguments& arguments,
-                     const std::vector<std::string>& firstInNeed) {
+ProposedCommand DryRunOf(const Places& places, const UpgradeArguments& arguments,
+                         const DocumentsInNeed& inNeed) {
   std::string words = ProgramWith(places) + " upgrade --dry-run --verbose";
   for (const std::string& identifier : arguments.only) words += " --only " + ShellWord(identifier);
   if (!arguments.until.empty()) words += " --until " + ShellWord(arguments.until);
   if (arguments.retry) words += " --retry";
   if (arguments.failOnDrop) words += " --fail-on-drop";
-  // What was held back has no backup, and with --strict that is all that needs a person.
-  const bool isReplaced = arguments.inPlace && !arguments.dryRun && !arguments.strict;
-  return words + SourceWords(arguments.sources, firstInNeed, isReplaced ? arguments.backupSuffix : "");
+  if (inNeed.allHaveBackups && IsOneFolder(arguments.sources))
+    return {words + SourceWords(arguments.sources, arguments.backupSuffix)};
+  if (!inNeed.haveBackups && CanBeGivenAgain(arguments.sources))
+    return {words + SourceWords(arguments.sources)};
+  return {words + NameWords(inNeed.first), true};
 }
 
-std::string CheckOf(const Places& places, const UpgradeArguments& arguments,
-                    const std::vector<std::string>& firstInNeed) {
+ProposedCommand CheckOf(const Places& places, const UpgradeArguments& arguments,
+                        const std::vector<std::string>& firstInNeed) {
   const std::string words = ProgramWith(places) + " check --verbose";
-  if (!arguments.outputDirectory.empty()) return words + " " + FileWord(arguments.outputDirectory);
-  return words + SourceWords(arguments.sources, firstInNeed, "");
+  if (!arguments.outputDirectory.empty()) return {words + " " + FileWord(arguments.outputDirectory)};
+  if (CanBeGivenAgain(arguments.sources)) return {words + SourceWords(arguments.sources)};
+  return {words + NameWords(firstInNeed), true};
 }
 
 }  // namespace tool

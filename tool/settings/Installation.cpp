@@ -12,6 +12,7 @@
 #include "file/FileDigest.h"
 #include "session/FeatureCatalogs.h"
 #include "session/Messages.h"
+#include "settings/ForeignCode.h"
 #include "settings/UsageError.h"
 #include "terminal/Terminal.h"
 
@@ -97,13 +98,17 @@ std::string SumOf(const fs::path& file) {
 Installation::Installation(const Places& places) {
   standalone::FeatureCatalogs::Use(DataFolder(places) / "catalogs");
   standalone::Messages::RequireComplete(DataFolder(places) / "messages", "en");
-  libraries_ = std::make_unique<standalone::UpgradeLibraries>(LibraryFilesOf(places));
+  const std::vector<fs::path> files = LibraryFilesOf(places);
+  const ForeignCode foreign;
+  libraries_ = std::make_unique<standalone::UpgradeLibraries>(files);
   manager_ = std::make_unique<standalone::VersionManager>(libraries_->Descriptions());
 }
 
 // A library that ends the program while it goes must not take along what was printed.
 Installation::~Installation() {
-  FlushOutput();
+  const ForeignCode foreign;
+  manager_.reset();
+  libraries_.reset();
 }
 
 std::vector<LibraryFile> Installation::LibraryFiles() const {

@@ -43,6 +43,9 @@ std::string NoOption(const CLI::App& app, std::string_view given) {
   const std::string_view option = given.substr(0, given.find('='));
   const std::string_view bare = option.substr(std::min(option.find_first_not_of('-'), option.size()));
   const std::vector<std::string> known = OptionsOf(app);
+  if (option.starts_with("--") && std::ranges::count(known, bare) != 0 && !app.get_subcommands().empty())
+    return fmt::format("the option \"--{}\" belongs behind {}", bare,
+                       app.get_subcommands().front()->get_name());
   const std::string_view meant = Meant(bare, known);
   return fmt::format("there is no option {}{}", Quoted(option),
                      meant.empty() ? "" : fmt::format("; did you mean '--{}'?", meant));

@@ -28,10 +28,18 @@ struct Link {
 /// Whether `Number` is an integer that a document keeps as one: it fits into 64 bits with a sign, and is
 /// neither a flag nor a letter.
 template <class Number>
-concept KeptInteger = std::integral<Number> && !std::same_as<Number, bool> && !std::same_as<Number, char> &&
-                      !std::same_as<Number, wchar_t> && !std::same_as<Number, char8_t> &&
-                      !std::same_as<Number, char16_t> && !std::same_as<Number, char32_t> &&
-                      (std::signed_integral<Number> || sizeof(Number) < sizeof(std::int64_t));
+concept KeptInteger =
+    std::integral<Number> && !std::same_as<Number, bool> && !std::same_as<Number, char> &&
+    !std::same_as<Number, wchar_t> && !std::same_as<Number, char8_t> && !std::same_as<Number, char16_t> &&
+    !std::same_as<Number, char32_t> && requires(Number number) {
+  std::int64_t{number};
+};
+
+/// Whether `Number` is a real that a document keeps exactly: a `double` holds it.
+template <class Number>
+concept KeptReal = std::floating_point<Number> && requires(Number number) {
+  double{number};
+};
 
 /// What a value throws that is asked for another kind than its own; `what()` tells both.
 class HVXUPGRADE_API WrongKind : public std::bad_variant_access {
@@ -58,15 +66,24 @@ class HVXUPGRADE_API Value {
   enum class Kind { kString, kInteger, kReal, kBoolean, kLink, kList };
 
   Value() = default;  ///< A link that holds nothing.
+  ~Value() = default;
+  Value(const Value&) = default;
+  Value(Value&&) noexcept = default;
+  /// Takes a value of its own, since what is assigned may be an entry of the list that goes.
+  Value& operator=(Value other) noexcept {
+    held_ = std::move(other.held_);
+    return *this;
+  }
   // A value stands wherever one is wanted, so the conversions are implicit.
   // NOLINTBEGIN(google-explicit-constructor)
   Value(std::string text) : held_(std::move(text)) {}
   Value(std::string_view text) : held_(std::string(text)) {}
   Value(const char* text) : held_(std::string(text)) {}
   Value(std::nullptr_t) = delete;  ///< `Value()` is the link that holds nothing.
-  /// Not for an unsigned number of 64 bits, which may not fit: cast it to `std::int64_t`.
+  /// Not for numbers that may not fit, such as unsigned ones of 64 bits: cast them to `std::int64_t`.
   Value(KeptInteger auto number) : held_(std::int64_t{number}) {}
-  Value(std::floating_point auto number) : held_(double{number}) {}
+  /// Not for a `long double`, which may not fit: cast it to `double`.
+  Value(KeptReal auto number) : held_(double{number}) {}
   Value(std::same_as<bool> auto flag) : held_(flag) {}
   Value(Link link) : held_(link) {}
   Value(List entries) : held_(std::move(entries)) {}
