@@ -8,6 +8,7 @@
 #include "upgrade/BuiltInLibrary.h"
 #include "upgrade/UpgradePlace.h"
 #include "upgrade/UpgradeRunner.h"
+#include "upgrade/WithoutRules.h"
 #include "workbench/HVXIUpgrade.h"
 
 namespace standalone {
@@ -189,19 +190,7 @@ std::optional<VersionManager::Again> VersionManager::AgainWithoutRules(Document&
   if (known == nullptr || !document.HasRecorded(identifier)) return {};
   const bool converts = known->documentUpgrade != nullptr;
   if (converts && IsBuiltIn(known->documentLibrary->name)) return {};
-  std::set<std::string_view> types;
-  for (const bool isBuiltIn : {false, true}) {
-    for (const KnownUpgrade::Binding& bound : known->bindings) {
-      if (IsBuiltIn(bound.library->name) != isBuiltIn) continue;
-      for (const char* const lateType : bound.upgradeClass->lateTypes) {
-        if (isBuiltIn) {
-          types.erase(lateType);
-        } else {
-          types.insert(lateType);
-        }
-      }
-    }
-  }
+  const std::set<std::string_view> types = TypesWithoutRules(*known);
   Again again{known->identifier, {}};
   for (Feature* feature = document.First(); feature != nullptr; feature = feature->next) {
     if (types.contains(feature->type->Name())) again.features.push_back(feature);

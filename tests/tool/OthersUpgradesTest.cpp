@@ -223,6 +223,20 @@ TEST_F(OthersUpgradesTest, ACommandAboutSomeOfThemSaysSo) {
       AllOf(HasSubstr("e.hvxdoc.old shows what the first 5 of them need\n"), Not(HasSubstr("f.hvxdoc.old"))));
 }
 
+// No rule judges what they change, but a gate must not let through what no upgrade has seen.
+TEST_F(OthersUpgradesTest, CheckTellsWhatIsPending) {
+  const std::string acme = Library("acme.so", std::string(kAcme) + "conversion AcmeDocument\n");
+  const std::string file = Document("bolts.hvxdoc", kBolts);
+  const Ended pending = RunWith({acme}, {"check", file});
+  EXPECT_EQ(pending.code, 6);
+  EXPECT_THAT(pending.out, AllOf(HasSubstr("does not conform"), HasSubstr("(AcmeBolt)"),
+                                 HasSubstr("(AcmeDocument)"), HasSubstr(R"(2 AcmeBoltLT "Bolt")")));
+  EXPECT_THAT(RunWith({acme}, {"check", "--json", file}).out,
+              HasSubstr(R"("kind":"pending","upgrade":"AcmeBolt")"));
+  static_cast<void>(RunWith({acme}, {"upgrade", file, "-o", Path("new.hvxdoc")}));
+  EXPECT_EQ(RunWith({acme}, {"check", Path("new.hvxdoc")}).code, 0);
+}
+
 // A document of an older program names no library: the upgrade may be a newer program's or any library's.
 TEST_F(OthersUpgradesTest, WhereNobodyCanTellBothAreSaid) {
   const std::string file = Document("bolts.hvxdoc", kBolts, R"("AcmeBolt")");

@@ -1,7 +1,11 @@
 #include "document/DocumentCheck.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "document/Reading.h"
 #include "file/DocumentReader.h"
+#include "upgrade/WithoutRules.h"
 
 namespace tool {
 
@@ -12,7 +16,10 @@ CheckedDocument CheckDocument(const std::string& file, const standalone::Version
   const standalone::Document& document = *checked.document.Get();
   checked.unknown = manager.Unknown(document);
   checked.isRefused = manager.Refuses(document);
-  if (!checked.isRefused) checked.findings = standalone::CheckConformity(*checked.document.Get());
+  if (checked.isRefused) return checked;
+  checked.findings = standalone::CheckConformity(*checked.document.Get());
+  std::ranges::move(standalone::PendingWithoutRules(*checked.document.Get(), manager),
+                    std::back_inserter(checked.findings));
   return checked;
 }
 
