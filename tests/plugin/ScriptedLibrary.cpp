@@ -9,7 +9,7 @@
 // thrown is named as the feature; no exception of the standard library where it has none. A rival is a second
 // class. What is undeclared the host is not told of. WHEN is "loading", "asked" (for the description) or
 // "unloading"; HOW is "throws", "exits", "quits", "aborts", "crashes" or "recurses". One that
-// disturbs prints, and leaves the process with another folder and another mask for new files.
+// disturbs prints, and leaves the process with another folder, another mask for new files and a copy.
 // Copies of the library are different libraries.
 
 #include <dlfcn.h>
@@ -74,6 +74,7 @@ class ScriptedUpgrade final : public HVXUpgradeExtension {
     std::printf("of the library");
     static_cast<void>(chdir("/"));
     umask(0777);
+    static_cast<void>(fork());
     return S_OK;
   }
   HRESULT Remove() {

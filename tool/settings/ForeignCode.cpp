@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 
 #include "terminal/Terminal.h"
 
@@ -23,7 +24,10 @@ mode_t FileMask() {
 }  // namespace
 
 ForeignCode::ForeignCode()
-    : folder_(open(".", O_PATH | O_DIRECTORY | O_CLOEXEC)), mask_(FileMask()), output_(-1) {
+    : process_(getpid()),
+      folder_(open(".", O_PATH | O_DIRECTORY | O_CLOEXEC)),
+      mask_(FileMask()),
+      output_(-1) {
   FlushOutput();
   output_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, kFirstOther);
   if (output_ < 0 || dup2(STDERR_FILENO, STDOUT_FILENO) >= 0) return;
@@ -32,6 +36,7 @@ ForeignCode::ForeignCode()
 }
 
 ForeignCode::~ForeignCode() {
+  if (getpid() != process_) _exit(EXIT_FAILURE);
   if (output_ >= 0) {
     static_cast<void>(std::fflush(stdout));  // what the library left there
     static_cast<void>(dup2(output_, STDOUT_FILENO));
