@@ -89,14 +89,20 @@ void OnSignal(int number, siginfo_t* info, void* /*context*/) {
 
 void TellException(const LoadGuard& guard) noexcept {
   Line line;
-  line << guard << "it threw";
+  line << guard;
+  std::string_view advice = kAdvice;
   try {
     if (std::current_exception()) std::rethrow_exception(std::current_exception());
+    line << "it threw";
+  } catch (const std::bad_alloc&) {
+    line << "there was not enough memory";
+    advice = "). Free some, or use a machine with more";
   } catch (const std::exception& error) {
-    line << ": " << error.what();
+    line << "it threw: " << error.what();
   } catch (...) {  // tells nothing of itself
+    line << "it threw";
   }
-  line << kAdvice;
+  line << advice;
   line.Write();
 }
 

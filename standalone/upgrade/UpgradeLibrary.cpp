@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include <cstring>
+#include <new>
 #include <stdexcept>
 #include <string>
 
@@ -70,6 +71,8 @@ const HVXUpgradeLibrary* Asked(HVXGetUpgradeLibraryEntry entry) {
   std::string thrown;
   try {
     return entry();
+  } catch (const std::bad_alloc&) {
+    throw std::bad_alloc();  // what a library throws may not outlive it
   } catch (const std::exception& error) {
     thrown = fmt::format(" ({})", error.what());
   } catch (...) {  // tells nothing of itself
@@ -102,6 +105,9 @@ UpgradeLibrary::UpgradeLibrary(const std::filesystem::path& file) : file_(file) 
   handle_ = Load(file_);
   try {
     description_ = DescriptionOf(handle_);
+  } catch (const std::bad_alloc&) {
+    dlclose(handle_);
+    throw;
   } catch (const std::exception& error) {
     const std::string fault = fmt::format("{}: {}", file_.string(), error.what());
     dlclose(handle_);

@@ -72,10 +72,9 @@ class ScriptedUpgrade final : public HVXUpgradeExtension {
   HRESULT Disturb() {
     std::cout << "out" << std::endl;
     std::printf("of the library");
-    static_cast<void>(chdir("/"));
     umask(0777);
-    static_cast<void>(fork());
-    return S_OK;
+    const bool isDone = chdir("/") == 0 && fork() >= 0;
+    return isDone ? S_OK : kFailure;
   }
   HRESULT Remove() {
     const VLMISpecObject_var spFeature(Feature());

@@ -44,7 +44,8 @@ ForeignCode::~ForeignCode() {
   }
   umask(mask_);
   if (folder_ < 0) return;
-  static_cast<void>(fchdir(folder_));
+  [[maybe_unused]] const int back =
+      fchdir(folder_);  // fails only where nobody may be in that folder any more
   close(folder_);
 }
 

@@ -26,6 +26,7 @@ bool ColoursOn(std::FILE* stream) {
 }
 
 bool PutPiece(std::FILE* stream, std::string_view piece) {
+  if (piece.empty()) return true;
   errno = 0;
   const bool isWhole = std::fwrite(piece.data(), 1, piece.size(), stream) == piece.size();
   if (!isWhole && stream == stdout && outputError == 0) outputError = errno;
