@@ -41,7 +41,11 @@ def read_lines(path: Path, *, progress: Optional[jobs.Progress] = None,
 
 
 def check(document: Union[_native.Document, Path]) -> list[Finding]:
-    """All that does not conform to the current data model, in a document or in the file of that name."""
+    """All that does not conform to the current data model, in a document or in the file of that name.
+
+    The rules are about upgrades of the built-in library. What those of other libraries would still do is not found;
+    `Upgrader.pending` tells of them.
+    """
     return _opened(document, "document").check()
 
 

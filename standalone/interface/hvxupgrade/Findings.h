@@ -36,8 +36,10 @@ struct Finding {
 /// The word that JSON output has for it: "pending", "leftBehind", "beyondUpgrades", "unknown".
 [[nodiscard]] HVXUPGRADE_API std::string_view NameOf(Finding::Kind kind);
 
-/// All that does not conform, in document order; then the late types that nobody knows. An upgrader need not
-/// exist; where one is loaded, the late types that its libraries extend are known.
+/// All that does not conform, in document order; then the late types that nobody knows. An upgrader need
+/// not exist; where one is loaded, the late types that its libraries extend are known. The rules are
+/// about upgrades of the built-in library: what others would still do is not found, and
+/// `Upgrader::Pending` tells of it.
 [[nodiscard]] HVXUPGRADE_API std::vector<Finding> Check(Document& document);
 
 }  // namespace hvxupgrade
